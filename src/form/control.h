@@ -1,0 +1,104 @@
+// The base of the form model: a form knows which of its controls changed, a control belongs to one
+// form, a property is one value of a control. Plain state without any widget; the window mirrors
+// it.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velt {
+
+class Control;
+
+class Form {
+ public:
+  Form() = default;
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  // Called when the first control is marked since the list was last taken.
+  std::function<void()> wake;
+
+  // The controls that changed since the last call, each once.
+  std::vector<Control*> TakeChanged();
+
+ private:
+  friend class Control;
+  std::vector<Control*> changed_;
+};
+
+// A rectangle in logical pixels of the window's content.
+struct Rectangle {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const Rectangle&) const = default;
+  bool Overlaps(const Rectangle& other) const {
+    return left < other.left + other.width && other.left < left + width &&
+           top < other.top + other.height && other.top < top + height;
+  }
+};
+
+// One value of a control. Assigning a different value marks the control as changed and then raises
+// the control's own event, if that kind of assignment raises one.
+template <class T>
+class Property {
+ public:
+  Property(Control& owner, T initial) : owner_(owner), value_(std::move(initial)) {}
+  Property(const Property&) = delete;
+  Property& operator=(const Property& other) { return *this = other.value_; }
+  inline Property& operator=(T value);
+
+  const T& Get() const { return value_; }
+  operator const T&() const { return value_; }
+
+  // Called after an assignment that changed the value.
+  std::function<void()> raised;
+
+ private:
+  Control& owner_;
+  T value_;
+};
+
+class Control {
+ public:
+  explicit Control(Form& form)
+      : enabled(*this, true),
+        visible(*this, true),
+        toolTip(*this, {}),
+        place(*this, {}),
+        form_(form) {}
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  Property<bool> enabled;
+  Property<bool> visible;
+  Property<std::string> toolTip;
+  // Where the control stands in the window; set by the window's layout.
+  Property<Rectangle> place;
+
+  // Puts the control on its form's list of changes, once.
+  void Touch();
+
+ protected:
+  ~Control() = default;
+
+ private:
+  friend class Form;
+  Form& form_;
+  bool listed_ = false;
+};
+
+template <class T>
+Property<T>& Property<T>::operator=(T value) {
+  if (value_ == value) return *this;
+  value_ = std::move(value);
+  owner_.Touch();
+  if (raised) raised();
+  return *this;
+}
+
+}  // namespace velt

@@ -1,0 +1,188 @@
+// The kinds of controls. Each kind states which assignments raise its own event: a label's
+// caption, a slider's value, a check box's and an option button's value and a list's index do; a
+// menu item's check mark, a combo's text and Enabled do not. What the user does enters by Click()
+// and the User... functions, which act only while the control is enabled.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "form/control.h"
+
+namespace velt {
+
+struct Label : Control {
+  explicit Label(Form& form, std::string text = {}) : Control(form), caption(*this, text) {}
+  Property<std::string> caption;  // raises the label's Change event
+  std::function<void()> onClick;
+  void Click() const {
+    if (enabled && onClick) onClick();
+  }
+};
+
+struct Button : Control {
+  explicit Button(Form& form, std::string text = {}) : Control(form), caption(*this, text) {}
+  Property<std::string> caption;
+  std::function<void()> onClick;
+  void Click() const {
+    if (enabled && onClick) onClick();
+  }
+};
+
+// A picture that acts as a button; its tag tells which of its pictures it shows.
+struct Image : Control {
+  explicit Image(Form& form, std::string text = {}) : Control(form), tag(*this, text) {}
+  Property<std::string> tag;
+  std::function<void()> onClick;
+  void Click() const {
+    if (enabled && onClick) onClick();
+  }
+};
+
+struct CheckBox : Control {
+  explicit CheckBox(Form& form, std::string text = {})
+      : Control(form), caption(*this, text), value(*this, 0) {}
+  Property<std::string> caption;
+  Property<int32_t> value;  // 0 or 1; a change raises Click
+  void UserPick(bool checked) {
+    if (enabled) value = checked ? 1 : 0;
+  }
+};
+
+struct OptionButton : Control {
+  explicit OptionButton(Form& form, std::string text = {})
+      : Control(form), caption(*this, text), value(*this, false) {}
+  Property<std::string> caption;
+  Property<bool> value;                  // a change raises Click
+  std::function<void(int)> onMouseDown;  // 1 left, 2 right button
+  void UserPick() {
+    if (enabled) value = true;
+  }
+};
+
+struct SliderControl : Control {
+  SliderControl(Form& form, int32_t least, int32_t most, int32_t initial)
+      : Control(form), minimum(least), maximum(most), value(*this, initial) {}
+  const int32_t minimum;
+  const int32_t maximum;
+  Property<int32_t> value;  // clamped by Set; a change raises Change
+
+  // Assigns the value held inside the slider's range.
+  void Set(int32_t wanted);
+  void UserPick(int32_t wanted) {
+    if (enabled) Set(wanted);
+  }
+};
+
+struct ListBox : Control {
+  explicit ListBox(Form& form)
+      : Control(form), items(*this, {}), listIndex(*this, -1), text(*this, {}) {}
+  Property<std::vector<std::string>> items;
+  Property<int32_t> listIndex;  // -1: nothing chosen; a change raises Click
+  Property<std::string> text;   // of an editable list; raises nothing
+  void UserPick(int32_t index) {
+    if (enabled) listIndex = index;
+  }
+};
+
+struct TextBox : Control {
+  explicit TextBox(Form& form) : Control(form), text(*this, {}) {}
+  Property<std::string> text;
+  std::function<void()> onChange;  // the user edited the text
+  void UserText(const std::string& typed) {
+    if (!enabled) return;
+    text = typed;
+    if (onChange) onChange();
+  }
+};
+
+struct MenuItem : Control {
+  explicit MenuItem(Form& form, std::string text = {})
+      : Control(form), caption(*this, text), checked(*this, false) {}
+  Property<std::string> caption;
+  Property<bool> checked;  // raises nothing
+  std::function<void()> onClick;
+  void Click() const {
+    if (enabled && onClick) onClick();
+  }
+};
+
+// The main display. Its picture is drawn elsewhere; `frame` tells that there is a new one. Lines
+// are an overlay over the picture, in pixels of the display.
+struct ScopeLine {
+  int x1 = 0;
+  int y1 = 0;
+  int x2 = 0;
+  int y2 = 0;
+  bool visible = true;
+  bool dotted = false;
+  bool operator==(const ScopeLine&) const = default;
+};
+
+struct ScopeControl : Control {
+  explicit ScopeControl(Form& form)
+      : Control(form),
+        scaleWidth(*this, 0),
+        scaleHeight(*this, 0),
+        frame(*this, 0),
+        verticalGrid(*this, {}),
+        horizontalGrid(*this, {}),
+        markers(*this, {}),
+        backColour(*this, 0xFF000000U),
+        gridColour(*this, 0xFF000000U),
+        markerColour(*this, 0xFF000000U) {}
+  Property<int32_t> scaleWidth;   // columns that the analysis draws
+  Property<int32_t> scaleHeight;  // rows
+  Property<uint32_t> frame;
+  Property<std::vector<ScopeLine>> verticalGrid;  // element 5 is the centre line
+  Property<std::vector<ScopeLine>> horizontalGrid;
+  Property<std::vector<ScopeLine>> markers;
+  // Colours as 0xFFRRGGBB.
+  Property<uint32_t> backColour;
+  Property<uint32_t> gridColour;
+  Property<uint32_t> markerColour;
+};
+
+// A picture that slides upward inside its frame; `top` is 0 at rest and negative as it rises.
+struct MeterPicture : Control {
+  explicit MeterPicture(Form& form) : Control(form), topTwips(*this, 0) {}
+  Property<int32_t> topTwips;
+};
+
+// A timer of the form. It is driven by a TimerDriver.
+struct Timer : Control {
+  Timer(Form& form, int32_t initialIntervalMs, bool initiallyEnabled = false)
+      : Control(form), interval(*this, initialIntervalMs) {
+    enabled = initiallyEnabled;
+  }
+  Property<int32_t> interval;  // milliseconds; 0 or less never ticks
+  std::function<void()> onTimer;
+};
+
+// Controls that share a name and are told apart by an index; indices may have gaps.
+template <class C>
+class ControlArray {
+ public:
+  ControlArray(Form& form, std::initializer_list<std::pair<int32_t, std::string>> members) {
+    for (const auto& [index, caption] : members) {
+      members_.emplace(index, std::make_unique<C>(form, caption));
+    }
+  }
+  // Throws std::out_of_range for an index that the array does not have.
+  C& operator[](int32_t index) { return *members_.at(index); }
+  const C& operator[](int32_t index) const { return *members_.at(index); }
+  bool Has(int32_t index) const { return members_.contains(index); }
+  auto begin() { return members_.begin(); }
+  auto end() { return members_.end(); }
+
+ private:
+  std::map<int32_t, std::unique_ptr<C>> members_;
+};
+
+}  // namespace velt

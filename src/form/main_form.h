@@ -1,0 +1,122 @@
+// `Main`: the state of every control of the main window, in groups by the part of the program that
+// writes them, and the eight timers.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "form/controls.h"
+
+namespace velt {
+
+inline constexpr int32_t kTwipsPerPixel = 15;
+
+// The window itself. Position and size are those of its content, in twips.
+struct WindowFrame : Control {
+  explicit WindowFrame(Form& form);
+  Property<std::string> caption;
+  Property<int32_t> leftTwips;
+  Property<int32_t> topTwips;
+  Property<int32_t> widthTwips;   // a change raises Resize
+  Property<int32_t> heightTwips;  // a change raises Resize
+  Property<bool> placed;          // false: the desktop chooses the position
+  Property<bool> minimised;
+  Property<bool> sizeable;  // sizeable border; else fixed single
+  Property<bool> topMost;
+  // 0xFFRRGGBB, or 0 for the desktop's own button face.
+  Property<uint32_t> faceColour;
+};
+
+struct RigControls {
+  explicit RigControls(Form& form);
+  Label lblFrequency;
+  Label lblFrequencyExpand;  // the expanded panel's copy of lblFrequency
+  Label lblMode;
+  Label lblTRXMode;
+  Label Label3;                        // which way modes go: "Velt Mode" or "Rig Mode"
+  ControlArray<OptionButton> optTXRX;  // 0 transmit, 1 receive
+  Image Image3;                        // opens the CAT dialog
+  MenuItem mnunorig;
+  MenuItem mnuOmniRigStatus;
+  MenuItem mnuArduinoFreq;
+  MenuItem mnuRig;
+  MenuItem mnuSetFreqManual;
+  ControlArray<MenuItem> mnuBands;
+  MenuItem mnuPTT;
+  MenuItem mnuPTT_ON;
+  MenuItem mnuPTT_OFF;
+  MenuItem mnuModMode;
+  ControlArray<MenuItem> mnuModModes;
+  Timer tmrFreqcount;
+  Timer tmrStatus;
+};
+
+struct EngineControls {
+  explicit EngineControls(Form& form);
+  MenuItem mnurunzoka;
+  MenuItem mnuclosezoka;
+  MenuItem mnuauto;
+  ControlArray<MenuItem> mnuautos;
+  Timer Timer3;
+  Timer tmrCheckZOKA;
+};
+
+struct CaptureControls {
+  explicit CaptureControls(Form& form);
+  Button StartButton;
+  Button StopButton;
+  ListBox DevicesBox;
+  Image imgStartStop;
+  Image imgRecOnOff;
+  Timer Timer1;
+};
+
+struct DisplayControls {
+  explicit DisplayControls(Form& form);
+  ScopeControl Scope;
+  SliderControl Slider;   // level
+  SliderControl Slider2;  // waterfall gain
+  MeterPicture Smeter;
+  Label lblFreqDetect;
+  CheckBox chkSpecMode;  // waterfall instead of spectrum
+  CheckBox chkExpand;    // expanded rig control panel
+  Image picScales;       // the strip under the display
+  ControlArray<Label> lblScales;
+  MenuItem mnuzokamode;
+  ControlArray<MenuItem> mnuzokamodes;
+  ControlArray<MenuItem> mnusettings;
+  MenuItem mnudomfreq;
+  MenuItem mnuprec;
+  ControlArray<MenuItem> mnuprecision;
+};
+
+struct MessageControls {
+  explicit MessageControls(Form& form);
+  Label lblMessage;
+  Label lblNotice;  // what matters until it is over or dismissed
+  Timer Timer2;
+};
+
+struct ShellControls {
+  explicit ShellControls(Form& form);
+  WindowFrame Window;
+  Button cmdOptions;
+  Image Image2;  // opens the File menu
+  MenuItem mnuoptions;
+  MenuItem mnufile;
+  MenuItem mnuexit;
+  MenuItem mnucloseme;
+  Timer QuitTimer;
+};
+
+struct Main : Form,
+              RigControls,
+              EngineControls,
+              CaptureControls,
+              DisplayControls,
+              MessageControls,
+              ShellControls {
+  Main();
+};
+
+}  // namespace velt

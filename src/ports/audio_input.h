@@ -1,0 +1,66 @@
+// Sound capture: 16-bit mono PCM at 44100 samples per second, taken in blocks of 512 samples.
+// No call waits for a device or a server; what takes time is told by an event.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace velt {
+
+inline constexpr int32_t kSampleRateHz = 44100;
+inline constexpr size_t kBlockSamples = 512;
+
+struct AudioDevice {
+  std::string name;         // what Open takes
+  std::string description;  // for people
+};
+
+struct AudioEvent {
+  enum class Kind {
+    Opened,      // after Open: blocks will come once started
+    OpenFailed,  // after Open: nothing is open; `text` says why
+    Lost,        // after Opened: the stream has ended by itself; `text` says what happened
+    Returned,    // after WatchForReturn: the same source can be opened again
+  };
+  Kind kind = Kind::Opened;
+  std::string text;
+};
+
+enum class TakeResult {
+  Block,   // the newest 512 samples not used yet were copied
+  NotYet,  // fewer than 512 new samples so far
+  Gone,    // nothing is open
+};
+
+class AudioInput {
+ public:
+  virtual ~AudioInput() = default;
+
+  // Receives the events, on the window's thread, never from within a call below. Events of a
+  // stream that was closed meanwhile are dropped.
+  std::function<void(const AudioEvent&)> onEvent;
+
+  // The devices known at the moment; may be empty while the server has not answered yet.
+  virtual std::vector<AudioDevice> Devices() const = 0;
+
+  // Starts to open the device of that name, the server's default source when empty. Closes what
+  // was open. One of Opened and OpenFailed follows within 4 s.
+  virtual void Open(const std::string& device) = 0;
+
+  // Lets an opened stream deliver.
+  virtual void Start() = 0;
+
+  // Copies the newest 512 samples that no earlier call has copied; older ones are dropped.
+  virtual TakeResult TakeNewest(std::span<int16_t, kBlockSamples> block) = 0;
+
+  // Ends the stream, the opening or the watch, whichever is under way.
+  virtual void Close() = 0;
+
+  // After a Lost: tells Returned once the source that was lost can be opened again.
+  virtual void WatchForReturn() = 0;
+};
+
+}  // namespace velt

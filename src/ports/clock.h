@@ -1,0 +1,21 @@
+// Local date and time.
+#pragma once
+
+namespace velt {
+
+struct LocalTime {
+  int year = 1970;  // four digits
+  int month = 1;    // 1 to 12
+  int day = 1;      // 1 to 31
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+};
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  virtual LocalTime Now() const = 0;
+};
+
+}  // namespace velt

@@ -1,0 +1,92 @@
+// The CAT server and its two rigs. Reads answer at once from the last known picture of the rig,
+// writes are queued: no call waits for the server. All calls and callbacks are on the window's
+// thread; callbacks never come from within a call.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace velt {
+
+// Mode and transmit values of the rig interface, one bit each.
+inline constexpr int32_t PM_RX = 0x00200000;
+inline constexpr int32_t PM_TX = 0x00400000;
+inline constexpr int32_t PM_CW_U = 0x00800000;
+inline constexpr int32_t PM_CW_L = 0x01000000;
+inline constexpr int32_t PM_SSB_U = 0x02000000;
+inline constexpr int32_t PM_SSB_L = 0x04000000;
+inline constexpr int32_t PM_DIG_U = 0x08000000;
+inline constexpr int32_t PM_AM = 0x20000000;
+inline constexpr int32_t PM_FM = 0x40000000;
+
+// How the link to one rig stands.
+struct RigLink {
+  enum class State {
+    Off,           // not opened
+    Connecting,    // first attempt since it was opened
+    Linked,        // the server answers and the rig too
+    Silent,        // the server answers, the rig does not
+    Reconnecting,  // lost or refused; tried again by itself
+  };
+  State state = State::Off;
+  int32_t retryInSeconds = 0;  // until the next attempt, while Reconnecting
+  bool stale = false;          // the values are the last ones of a link that is not Linked now
+};
+
+class IRigX {
+ public:
+  virtual ~IRigX() = default;
+
+  virtual RigLink Link() const = 0;
+  virtual std::string StatusStr() const = 0;  // "On-line", "Rig is not responding", ...
+  virtual std::string RigType() const = 0;    // maker and model as the server tells; may be empty
+
+  // Frequencies in Hz; 0 while unknown. A value just written is what reads return.
+  virtual int32_t Freq() const = 0;
+  virtual int32_t FreqA() const = 0;
+  virtual int32_t FreqB() const = 0;
+  virtual int32_t GetRxFrequency() const = 0;
+  virtual int32_t GetTxFrequency() const = 0;  // 0 while the rig receives
+  virtual int32_t Mode() const = 0;            // one of PM_...; 0 while unknown
+  virtual int32_t Tx() const = 0;              // PM_TX or PM_RX as the rig reports
+
+  // Writes are queued; false when they are refused at once: no link, or (frequencies) outside
+  // 10 kHz to 2 GHz, or (modes) not one of PM_.... A newer write replaces one still waiting.
+  virtual bool SetFreq(int32_t frequencyHz) = 0;
+  virtual bool SetFreqA(int32_t frequencyHz) = 0;
+  virtual bool SetFreqB(int32_t frequencyHz) = 0;
+  virtual bool SetMode(int32_t mode) = 0;
+  // PM_RX is never refused: without a link it is the first command after the reconnect.
+  virtual bool SetTx(int32_t value) = 0;
+};
+
+class IOmniRigX {
+ public:
+  virtual ~IOmniRigX() = default;
+
+  // Events by rig number, 1 or 2.
+  std::function<void(int32_t rigNumber)> onStatusChange;
+  std::function<void(int32_t rigNumber, int32_t params)> onParamsChange;
+
+  // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open.
+  virtual std::string Address(int32_t rigNumber) const = 0;
+  // False when the text is no address.
+  virtual bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) = 0;
+
+  // Connects the rig's link; it keeps itself connected from then on. `answered` is called once:
+  // true when the server answered, false when it could not be reached (it is tried on).
+  virtual void Open(int32_t rigNumber, std::function<void(bool reached)> answered) = 0;
+  virtual void Close() = 0;  // both rigs; a waiting `answered` is dropped
+
+  // Inside 0x101 to 0x299 when a server has answered, else 0.
+  virtual int32_t InterfaceVersion() const = 0;
+  virtual IRigX& Rig1() = 0;
+  virtual IRigX& Rig2() = 0;
+
+  // Sends the release of the transmitter as directly as possible, waiting at most `limitMs` for it
+  // to leave. For the end of the program.
+  virtual void ReleaseNow(int32_t rigNumber, int32_t limitMs) = 0;
+};
+
+}  // namespace velt

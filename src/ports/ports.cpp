@@ -1,0 +1,12 @@
+// Compiles every interface by itself, so that each header stands alone.
+#include "ports/audio_input.h"
+#include "ports/clock.h"
+#include "ports/files.h"
+#include "ports/instance_lock.h"
+#include "ports/launcher.h"
+#include "ports/log.h"
+#include "ports/omnirig.h"
+#include "ports/prompts.h"
+#include "ports/scheduler.h"
+#include "ports/settings_store.h"
+#include "ports/system_info.h"

@@ -1,0 +1,60 @@
+// Boxes and pop-up menus. None of them waits: the answer comes to a continuation in a later turn
+// of the loop, or never when the program ends first.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velt {
+
+enum class BoxIcon { Information, Question, Exclamation, Critical };
+
+struct MessageBox {
+  std::string title;
+  std::string text;
+  BoxIcon icon = BoxIcon::Information;
+};
+
+struct InputBox {
+  std::string title;
+  std::string prompt;
+  std::string initial;
+};
+
+// One line of a pop-up menu. A line with items below it is a submenu; a caption of "-" separates.
+struct PopupItem {
+  std::string caption;  // "&" marks the access letter, "&&" shows one ampersand
+  bool checked = false;
+  bool enabled = true;
+  std::string shortcut;          // shown only
+  std::function<void()> choose;  // empty for submenus and separators
+  std::vector<PopupItem> items;
+};
+
+class Prompts {
+ public:
+  virtual ~Prompts() = default;
+
+  // Shows a message with OK; `closed` runs when it was dismissed.
+  virtual void Tell(const MessageBox& box, std::function<void()> closed) = 0;
+
+  // Asks Yes or No.
+  virtual void Ask(const MessageBox& box, std::function<void(bool yes)> answered) = 0;
+
+  // Asks for a text; empty when cancelled.
+  virtual void Input(const InputBox& box,
+                     std::function<void(std::optional<std::string>)> answered) = 0;
+
+  // Shows a pop-up at the mouse. `closed` receives what the chosen line's `choose` was, or an
+  // empty function when nothing was chosen; the caller runs it. A second pop-up while one is open
+  // is ignored: false is returned and nothing is called.
+  virtual bool Popup(const std::vector<PopupItem>& items,
+                     std::function<void(std::function<void()> chosen)> closed) = 0;
+
+  // Closes whatever is open; no continuation runs any more.
+  virtual void DropAll() = 0;
+};
+
+}  // namespace velt

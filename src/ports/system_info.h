@@ -1,0 +1,36 @@
+// What the operating system tells about itself.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace velt {
+
+struct SystemVersion {
+  int32_t major = 0;
+  int32_t minor = 0;
+};
+
+enum class RegistryRoot : uint32_t { ClassesRoot = 0x80000000U, LocalMachine = 0x80000002U };
+
+class SystemInfo {
+ public:
+  virtual ~SystemInfo() = default;
+
+  // Empty when the system does not tell.
+  virtual std::optional<SystemVersion> Version() const = 0;
+
+  // The operating system's own folder, in UTF-8; empty when there is none.
+  virtual std::string SystemFolder() const = 0;
+
+  // The folder for a shell folder identifier (40: the user's home); empty when unknown.
+  virtual std::string SpecialFolder(int32_t identifier) const = 0;
+
+  // A plain string value of the system's registry; empty when there is no registry, no such key
+  // or value, or one of another type.
+  virtual std::string RegistryString(RegistryRoot root, const std::string& subkey,
+                                     const std::string& name) const = 0;
+};
+
+}  // namespace velt

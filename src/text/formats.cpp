@@ -1,0 +1,68 @@
+#include "text/formats.h"
+
+#include <array>
+#include <charconv>
+#include <cstdlib>
+
+namespace velt {
+
+std::string FrequencyText(int32_t frequencyHz) {
+  std::string digits = std::to_string(std::abs(static_cast<int64_t>(frequencyHz) / 10));
+  if (digits == "0") digits.clear();
+  // Three groups of which the separators always stand, whatever groups are empty.
+  const auto splitOff = [&digits](size_t count) {
+    const std::string group(LastCharacters(digits, count));
+    digits.resize(digits.size() - group.size());
+    return group;
+  };
+  const std::string tens = splitOff(2);
+  const std::string kilohertz = splitOff(3);
+  const std::string sign = frequencyHz < 0 ? "-" : "";
+  return sign + digits + "." + kilohertz + "." + tens;
+}
+
+std::string AtLeastTwoDigits(int32_t value) {
+  std::string digits = std::to_string(std::abs(static_cast<int64_t>(value)));
+  if (digits.size() < 2) digits.insert(0, "0");
+  return digits;
+}
+
+std::string_view LastCharacters(std::string_view text, size_t count) {
+  return text.size() <= count ? text : text.substr(text.size() - count);
+}
+
+std::string SingleText(float value) {
+  std::array<char, 64> buffer{};
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return error == std::errc() ? std::string(buffer.data(), end) : std::string("0");
+}
+
+std::string BooleanText(bool value) {
+  return value ? "True" : "False";
+}
+
+std::string FixedText(double value, int decimals) {
+  std::array<char, 400> buffer{};
+  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                          std::chars_format::fixed, decimals);
+  return error == std::errc() ? std::string(buffer.data(), end) : std::string("0");
+}
+
+std::string Lowered(std::string_view text) {
+  std::string lowered(text);
+  for (char& c : lowered) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lowered;
+}
+
+std::string Without(std::string_view text, char removed) {
+  std::string kept;
+  kept.reserve(text.size());
+  for (const char c : text) {
+    if (c != removed) kept += c;
+  }
+  return kept;
+}
+
+}  // namespace velt

@@ -1,0 +1,81 @@
+#include "text/numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace velt {
+namespace {
+
+TEST(Numbers, RoundingGoesToTheEvenNeighbourAndRefusesWhatDoesNotFit) {
+  struct Case {
+    double value;
+    std::optional<int32_t> rounded;
+  };
+  for (const Case& c : {Case{0.5, 0},
+                        {1.5, 2},
+                        {2.5, 2},
+                        {-0.5, 0},
+                        {-1.5, -2},
+                        {-2.5, -2},
+                        {2.4999, 2},
+                        {-2.5001, -3},
+                        {2147483647.4, 2147483647},
+                        {2147483647.5, std::nullopt},
+                        {-2147483648.5, -2147483647 - 1},
+                        {-2147483649.0, std::nullopt},
+                        {std::numeric_limits<double>::infinity(), std::nullopt},
+                        {std::numeric_limits<double>::quiet_NaN(), std::nullopt}}) {
+    EXPECT_EQ(RoundHalfEven(c.value), c.rounded) << c.value;
+  }
+  EXPECT_EQ(RoundHalfEven16(32767.4), 32767);
+  EXPECT_EQ(RoundHalfEven16(32768), std::nullopt);
+}
+
+TEST(Numbers, SixteenBitArithmeticWraps) {
+  EXPECT_EQ(WrapMultiply16(33, 1000), -32536);
+  EXPECT_EQ(WrapMultiply16(-33, 1000), 32536);
+  EXPECT_EQ(WrapMultiply16(2, 1000), 2000);
+  EXPECT_EQ(Wrap16(65536), 0);
+}
+
+TEST(Numbers, DivisionTruncatesTowardZero) {
+  EXPECT_EQ(DivideTruncating(-7, 2), -3);
+  EXPECT_EQ(DivideTruncating(7, -2), -3);
+  EXPECT_EQ(DivideTruncating(7, 0), std::nullopt);
+  EXPECT_EQ(DivideTruncating(std::numeric_limits<int32_t>::min(), -1), std::nullopt);
+}
+
+TEST(Numbers, LeadingNumberStopsAtTheFirstOtherCharacter) {
+  struct Case {
+    const char* text;
+    double value;
+    double anyLocale;
+  };
+  for (const Case& c : {Case{"", 0, 0},
+                        {"abc", 0, 0},
+                        {"  12kHz", 12, 12},
+                        {"7.100.00", 7.1, 7.1},
+                        {"7,5", 7, 7.5},
+                        {"-3.25x", -3.25, -3.25},
+                        {"+4", 4, 4},
+                        {".475.00", 0.475, 0.475},
+                        {"1e3", 1000, 1000},
+                        {"1 2", 1, 1},
+                        {"-", 0, 0},
+                        {".", 0, 0}}) {
+    EXPECT_DOUBLE_EQ(LeadingNumber(c.text), c.value) << c.text;
+    EXPECT_DOUBLE_EQ(LeadingNumberAnyLocale(c.text), c.anyLocale) << c.text;
+  }
+}
+
+TEST(Numbers, WholeNumbersAreAllOrNothing) {
+  EXPECT_EQ(ParseWhole(" -12 "), -12);
+  EXPECT_EQ(ParseWhole("+7"), 7);
+  for (const char* text : {"", "1.0", "12x", "2147483648", "--1", "+-1"}) {
+    EXPECT_EQ(ParseWhole(text), std::nullopt) << text;
+  }
+}
+
+}  // namespace
+}  // namespace velt
