@@ -18,7 +18,6 @@ class Scheduler {
     Handle() = default;
     explicit Handle(std::shared_ptr<void> alive) : alive_(std::move(alive)) {}
     void Cancel() { alive_.reset(); }
-    bool Pending() const { return alive_ != nullptr && alive_.use_count() > 1; }
 
    private:
     std::shared_ptr<void> alive_;
