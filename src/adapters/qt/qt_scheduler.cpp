@@ -1,6 +1,7 @@
 #include "adapters/qt/qt_scheduler.h"
 
 #include <QMetaObject>
+#include <QPointer>
 #include <QTimer>
 
 namespace velt {
@@ -14,28 +15,31 @@ void QtScheduler::Post(std::function<void()> f) {
 }
 
 Scheduler::Handle QtScheduler::After(Milliseconds delay, std::function<void()> f) {
-  // The timer belongs to the handle, so a dropped handle leaves nothing behind. Its copy that the
-  // running continuation holds keeps it alive when the continuation drops its own handle.
+  // The timer lives as long as the handle. Deleting is left to the loop, as a continuation may drop
+  // its own handle while the timer is still delivering it.
   struct Pending {
-    QTimer timer;
+    QPointer<QTimer> timer;
     std::function<void()> f;
+    ~Pending() {
+      if (!timer) return;
+      timer->stop();
+      timer->disconnect();
+      timer->deleteLater();
+    }
   };
-  auto pending = std::shared_ptr<Pending>(new Pending, [](Pending* p) {
-    p->timer.stop();
-    p->timer.disconnect();
-    delete p;
-  });
+  auto pending = std::make_shared<Pending>();
   pending->f = std::move(f);
-  pending->timer.setSingleShot(true);
-  pending->timer.setTimerType(Qt::PreciseTimer);
+  pending->timer = new QTimer(&context_);
+  pending->timer->setSingleShot(true);
+  pending->timer->setTimerType(Qt::PreciseTimer);
   std::weak_ptr<Pending> weak = pending;
-  QObject::connect(&pending->timer, &QTimer::timeout, &context_, [weak] {
+  QObject::connect(pending->timer, &QTimer::timeout, &context_, [weak] {
     if (const auto alive = weak.lock()) {
       const auto run = std::move(alive->f);
       run();
     }
   });
-  pending->timer.start(delay);
+  pending->timer->start(delay);
   return Handle(std::move(pending));
 }
 
