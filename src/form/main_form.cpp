@@ -66,7 +66,8 @@ CaptureControls::CaptureControls(Form& form)
       DevicesBox(form),
       imgStartStop(form, "Play"),
       imgRecOnOff(form),
-      Timer1(form, 25) {
+      Timer1(form, 25),
+      tmrRec(form, 500) {
   StopButton.enabled = false;
   imgRecOnOff.enabled = false;
 }

@@ -69,6 +69,7 @@ struct CaptureControls {
   Image imgStartStop;
   Image imgRecOnOff;
   Timer Timer1;
+  Timer tmrRec;
 };
 
 struct DisplayControls {

@@ -23,7 +23,7 @@ struct AudioEvent {
     Opened,      // after Open: blocks will come once started
     OpenFailed,  // after Open: nothing is open; `text` says why
     Lost,        // after Opened: the stream has ended by itself; `text` says what happened
-    Returned,    // after WatchForReturn: the same source can be opened again
+    Returned,    // after WatchForReturn: the source can be opened again
   };
   Kind kind = Kind::Opened;
   std::string text;
@@ -59,7 +59,8 @@ class AudioInput {
   // Ends the stream, the opening or the watch, whichever is under way.
   virtual void Close() = 0;
 
-  // After a Lost: tells Returned once the source that was lost can be opened again.
+  // Tells Returned once the source that was opened last can be opened again. Called after that
+  // stream was lost or closed; Close ends the watch.
   virtual void WatchForReturn() = 0;
 };
 

@@ -10,6 +10,7 @@ namespace velt {
 struct SystemVersion {
   int32_t major = 0;
   int32_t minor = 0;
+  std::string name;  // the system's own name; empty on Windows, whose names follow its versions
 };
 
 enum class RegistryRoot : uint32_t { ClassesRoot = 0x80000000U, LocalMachine = 0x80000002U };

@@ -1,0 +1,71 @@
+#include "adapters/qt/qt_log.h"
+
+#include <QDateTime>
+#include <QLoggingCategory>
+#include <QMutex>
+#include <QMutexLocker>
+#include <cstdio>
+#include <memory>
+
+#include "adapters/qt/log_file.h"
+
+namespace velt {
+namespace {
+
+// Qt's message handler is a plain function, so what it writes to has to live beside it.
+struct Sink {
+  QMutex mutex;
+  std::unique_ptr<LogFile> file;
+};
+
+Sink& TheSink() {
+  static Sink sink;
+  return sink;
+}
+
+void HandleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  const QString category = QString::fromUtf8(context.category);
+  Sink& sink = TheSink();
+  const QMutexLocker locker(&sink.mutex);
+  if (type != QtDebugMsg && type != QtInfoMsg) {
+    std::fprintf(stderr, "%s: %s\n", qPrintable(category), qPrintable(text));
+  }
+  if (sink.file) {
+    sink.file->WriteLine(QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + " " + category +
+                         " " + text);
+  }
+}
+
+}  // namespace
+
+bool QtLog::Install(const std::string& file) {
+  bool opened = true;
+  if (!file.empty()) {
+    auto logFile = std::make_unique<LogFile>(QString::fromStdString(file));
+    opened = logFile->IsOpen();
+    if (opened) TheSink().file = std::move(logFile);
+  }
+  qInstallMessageHandler(HandleMessage);
+  return opened;
+}
+
+void QtLog::Write(LogLevel level, const char* category, std::string_view text) {
+  const QMessageLogger logger(nullptr, 0, nullptr, category);
+  const QString line = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  switch (level) {
+    case LogLevel::Debug:
+      logger.debug().noquote() << line;
+      break;
+    case LogLevel::Info:
+      logger.info().noquote() << line;
+      break;
+    case LogLevel::Warning:
+      logger.warning().noquote() << line;
+      break;
+    case LogLevel::Error:
+      logger.critical().noquote() << line;
+      break;
+  }
+}
+
+}  // namespace velt

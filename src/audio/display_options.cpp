@@ -1,0 +1,89 @@
+#include "audio/display_options.h"
+
+namespace velt {
+
+DisplayOptions::DisplayOptions(DisplayControls& form, RigControls& rig) : form_(form), rig_(rig) {
+  form_.Slider.value.raised = [this] { Slider_Change(); };
+  form_.Slider2.value.raised = [this] { Slider2_Change(); };
+  form_.chkSpecMode.value.raised = [this] { chkSpecMode_Click(); };
+  form_.mnudomfreq.onClick = [this] { mnudomfreq_Click(); };
+  for (auto& [index, item] : form_.mnuzokamodes) {
+    item->onClick = [this, i = index] { mnuzokamodes_Click(i); };
+  }
+  for (auto& [index, item] : form_.mnuprecision) {
+    item->onClick = [this, i = index] { mnuprecision_Click(i); };
+  }
+}
+
+void DisplayOptions::SetZokaMode(int32_t mode) {
+  if (!form_.mnuzokamodes.Has(mode)) return;
+  analysis.zokaMode = static_cast<int16_t>(mode);
+  for (auto& [index, item] : form_.mnuzokamodes) item->checked = index == mode;
+  if (mode == 0) rig_.lblMode.enabled = false;
+}
+
+void DisplayOptions::SetPrecision(int32_t precision) {
+  if (!form_.mnuprecision.Has(precision)) return;
+  analysis.precision = static_cast<int16_t>(precision);
+  ShowPrecision();
+}
+
+void DisplayOptions::ShowPrecision() {
+  for (auto& [index, item] : form_.mnuprecision) item->checked = index == analysis.precision;
+}
+
+void DisplayOptions::SetStyle(bool bars, bool oscilloscope) {
+  analysis.useLines = bars;
+  analysis.oscillosMode = oscilloscope;
+}
+
+void DisplayOptions::SetWaterfall(bool shown) {
+  form_.chkSpecMode.value = shown ? 1 : 0;
+}
+
+void DisplayOptions::SetWaterfallSensitivity(int32_t value) {
+  form_.Slider2.Set(value);
+  analysis.waterfallSensitivity = value;
+}
+
+void DisplayOptions::InitWaterColor() {
+  palette.InitWaterColor(waterGrey, clearity);
+}
+
+void DisplayOptions::Slider_Change() {
+  const auto divisor =
+      SpectrumDivisor(form_.Slider.value, form_.Slider.maximum, spectrumSensitivity);
+  if (divisor) analysis.spectrumDivisor = *divisor;
+}
+
+void DisplayOptions::Slider2_Change() {
+  analysis.waterfallSensitivity = form_.Slider2.value;
+}
+
+void DisplayOptions::DomFreq() {
+  const bool wanted = form_.mnudomfreq.checked;
+  form_.lblFreqDetect.caption = wanted ? "0kc" : "";
+  form_.lblFreqDetect.visible = wanted;
+  analysis.dominantPeak = wanted;
+}
+
+void DisplayOptions::mnudomfreq_Click() {
+  form_.mnudomfreq.checked = !form_.mnudomfreq.checked;
+  DomFreq();
+}
+
+void DisplayOptions::mnuzokamodes_Click(int32_t index) {
+  SetZokaMode(index);
+  if (relayout) relayout();
+}
+
+void DisplayOptions::mnuprecision_Click(int32_t index) {
+  SetPrecision(index);
+}
+
+void DisplayOptions::chkSpecMode_Click() {
+  analysis.waterfall = form_.chkSpecMode.value != 0;
+  if (relayout) relayout();
+}
+
+}  // namespace velt

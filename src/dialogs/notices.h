@@ -1,0 +1,35 @@
+// Notices that matter stay in the window until they are over or the user dismisses them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "form/main_form.h"
+
+namespace velt {
+
+enum class NoticeKind { Transmitter, Sound };
+
+class Notices {
+ public:
+  explicit Notices(MessageControls& form);
+
+  // Replaces an earlier notice of the same kind. Transmitter notices stand before all others.
+  void Raise(NoticeKind kind, const std::string& text);
+  void Over(NoticeKind kind);
+
+  // The user has read the notice shown; the next one follows.
+  void lblNotice_Click();
+
+ private:
+  struct Notice {
+    NoticeKind kind;
+    std::string text;
+  };
+  void Refresh();
+
+  MessageControls& form_;
+  std::vector<Notice> notices_;
+};
+
+}  // namespace velt

@@ -1,0 +1,37 @@
+// Where the program and its engine are installed, and which versions they have.
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "ports/files.h"
+
+namespace velt {
+
+struct ProgramVersion {
+  int major = 3;
+  int minor = 0;
+  int revision = 0;
+  std::string Text() const;  // "3.0.0"
+};
+
+// True when a stored version text begins with a digit below 3, is empty or is no number.
+bool IsVersionBelow3(std::string_view versionText);
+
+struct Installation {
+  ProgramVersion version;
+  std::filesystem::path programFolder;
+  std::filesystem::path engineFolder;
+  std::filesystem::path dataFolder;
+  std::filesystem::path omniRigFolder;
+  bool enginePresent = false;
+  std::string engineVersionText = "VELT V2.5.";
+  std::array<std::string, 3> unitNames{"Hz", "kHz", "MHz"};
+
+  // Looks for the engine and reads its version text. The text is the trimmed first line of its
+  // version file; a missing file or an empty line keeps the default.
+  void DetectEngine(const Files& files);
+};
+
+}  // namespace velt

@@ -1,0 +1,109 @@
+#include "shell/menus.h"
+
+namespace velt {
+namespace {
+
+template <class C>
+std::vector<MenuEntry> All(ControlArray<C>& array) {
+  std::vector<MenuEntry> entries;
+  for (auto& [index, item] : array) entries.push_back({item.get(), "", {}});
+  return entries;
+}
+
+const MenuEntry kSeparator{};
+
+void Append(std::vector<MenuEntry>& menu, std::vector<MenuEntry> more) {
+  menu.insert(menu.end(), more.begin(), more.end());
+}
+
+}  // namespace
+
+Menus::Menus(Main& form) {
+  options = {
+      {&form.mnuPTT, "", {{&form.mnuPTT_ON, "", {}}, {&form.mnuPTT_OFF, "", {}}}},
+  };
+  std::vector<MenuEntry> rig = All(form.mnuBands);
+  Append(rig, {{&form.mnuSetFreqManual, "", {}}, kSeparator, {&form.mnunorig, "", {}}});
+  Append(options, {{&form.mnuRig, "", rig},
+                   kSeparator,
+                   {&form.mnuauto, "", All(form.mnuautos)},
+                   {&form.mnuzokamode, "", All(form.mnuzokamodes)}});
+  Append(options, All(form.mnusettings));
+  Append(options, {{&form.mnudomfreq, "", {}},
+                   {&form.mnuArduinoFreq, "", {}},
+                   {&form.mnuprec, "", All(form.mnuprecision)},
+                   kSeparator,
+                   {&form.mnuOmniRigStatus, "", {}},
+                   kSeparator,
+                   {&form.mnuexit, "", {}}});
+  file = {{&form.mnurunzoka, "F11", {}},
+          {&form.mnuclosezoka, "F12", {}},
+          kSeparator,
+          {&form.mnucloseme, "", {}}};
+}
+
+std::vector<PopupItem> Menus::Lines(const std::vector<MenuEntry>& menu) {
+  std::vector<PopupItem> lines;
+  bool separatorDue = false;
+  const auto add = [&](PopupItem line) {
+    if (separatorDue && !lines.empty()) lines.push_back({"-", false, false, "", {}, {}});
+    separatorDue = false;
+    lines.push_back(std::move(line));
+  };
+  for (const MenuEntry& entry : menu) {
+    if (entry.item == nullptr) {
+      separatorDue = true;
+      continue;
+    }
+    const MenuItem& item = *entry.item;
+    if (!item.visible) continue;
+    PopupItem line{item.caption, item.checked, item.enabled, entry.shortcut, {}, {}};
+    if (!entry.entries.empty()) {
+      // Opening a submenu raises its own item's handler, which prepares what it shows.
+      item.Click();
+      line.items = Lines(entry.entries);
+      if (line.items.empty()) continue;
+    } else if (item.onClick) {
+      line.choose = [&item] { item.Click(); };
+    } else {
+      continue;
+    }
+    add(std::move(line));
+  }
+  return lines;
+}
+
+MenuOpener::MenuOpener(Main& form, Menus& menus, Prompts& prompts)
+    : form_(form), menus_(menus), prompts_(prompts) {
+  form_.cmdOptions.onClick = [this] { cmdOptions_Click(); };
+  form_.Image2.onClick = [this] { Image2_Click(); };
+  form_.mnuexit.onClick = [] {};
+}
+
+void MenuOpener::cmdOptions_Click() {
+  if (showPrecision) showPrecision();
+  Open(menus_.options);
+}
+
+void MenuOpener::Image2_Click() {
+  Open(menus_.file);
+}
+
+void MenuOpener::Open(const std::vector<MenuEntry>& menu) {
+  const bool wasRunning = form_.StopButton.enabled;
+  const bool opened =
+      prompts_.Popup(Menus::Lines(menu), [this, wasRunning](const std::function<void()>& chosen) {
+        if (chosen) chosen();
+        if (wasRunning && form_.StartButton.enabled) form_.StartButton.Click();
+        if (focusScope) focusScope();
+      });
+  if (opened && wasRunning) form_.StopButton.Click();
+}
+
+void MenuOpener::OpenPlain(const std::vector<MenuEntry>& menu) {
+  prompts_.Popup(Menus::Lines(menu), [](const std::function<void()>& chosen) {
+    if (chosen) chosen();
+  });
+}
+
+}  // namespace velt

@@ -1,0 +1,70 @@
+#include "shell/shutdown.h"
+
+#include <cstring>
+
+#include "rig/shown_frequency.h"
+
+namespace velt {
+
+Shutdown::Shutdown(Parts parts) : p_(parts) {
+  p_.form.QuitTimer.onTimer = [this] { QuitTimer_Timer(); };
+  p_.form.mnucloseme.onClick = [this] { mnucloseme_Click(); };
+}
+
+void Shutdown::Form_Unload(bool& cancel) {
+  if (quitting_) {
+    cancel = !ended_;
+    return;
+  }
+  p_.releases.ReleaseAll(kReleaseLimit);
+  p_.prompts.DropAll();
+  if (steps.restoreRigFrequency) steps.restoreRigFrequency();
+  if (const int error = p_.settings.SaveRegistryStuff()) {
+    p_.log.Write(LogLevel::Warning, "velt.settings",
+                 std::string("The settings were not saved: ") + std::strerror(error));
+  }
+  if (steps.StopOmniRig) steps.StopOmniRig();
+  if (steps.SaveExpandedPresets) steps.SaveExpandedPresets();
+  if (p_.form.mnuautos[1].checked && steps.mnuclosezoka_Click) steps.mnuclosezoka_Click();
+  const int32_t shownHz = ShownFrequencyHz(p_.form.lblFrequency).value_or(0);
+  if (shownHz > 0 && steps.WriteStatusRX) steps.WriteStatusRX(shownHz);
+  const std::string& shown = p_.form.lblFrequency.caption;
+  if (shown == "RigOffLine" || shown == "N/A") {
+    p_.form.lblTRXMode.caption = "OFF";
+    if (steps.writeOffStatus) steps.writeOffStatus();
+  }
+  if (steps.closeSerialPort) steps.closeSerialPort();
+  quitting_ = true;
+  p_.layout.quitting = true;
+  if (p_.capture.DeviceOpen()) {
+    p_.capture.StopCapture();
+    cancel = true;
+    p_.form.QuitTimer.enabled = true;
+    return;
+  }
+  End();
+}
+
+void Shutdown::QuitTimer_Timer() {
+  p_.form.QuitTimer.enabled = false;
+  if (p_.capture.DeviceOpen()) p_.capture.StopCapture();
+  End();
+}
+
+void Shutdown::mnucloseme_Click() {
+  p_.releases.ReleaseAll(kReleaseLimit);
+  p_.prompts.DropAll();
+  quitting_ = true;
+  End();
+}
+
+void Shutdown::End() {
+  if (ended_) return;
+  ended_ = true;
+  // Frames below still unwind, so the loop is asked in its next turn.
+  p_.scheduler.Post([this] {
+    if (endProgram) endProgram();
+  });
+}
+
+}  // namespace velt

@@ -1,0 +1,67 @@
+// The sequence that runs when the main window is closed, and the immediate end.
+#pragma once
+
+#include <functional>
+
+#include "audio/capture.h"
+#include "form/main_form.h"
+#include "platform/release_registry.h"
+#include "ports/log.h"
+#include "ports/prompts.h"
+#include "ports/scheduler.h"
+#include "shell/settings.h"
+#include "shell/window_layout.h"
+
+namespace velt {
+
+// Steps that other parts of the program fill; one that is not set does nothing.
+struct ShutdownSteps {
+  std::function<void()> restoreRigFrequency;  // undoes a shift made for transmitting
+  std::function<void()> StopOmniRig;
+  std::function<void()> SaveExpandedPresets;
+  std::function<void()> mnuclosezoka_Click;
+  std::function<void(int32_t frequencyHz)> WriteStatusRX;
+  std::function<void()> writeOffStatus;
+  std::function<void()> closeSerialPort;
+};
+
+class Shutdown {
+ public:
+  struct Parts {
+    Main& form;
+    Capture& capture;
+    Settings& settings;
+    WindowLayout& layout;
+    ReleaseRegistry& releases;
+    Prompts& prompts;
+    Scheduler& scheduler;
+    Log& log;
+  };
+  explicit Shutdown(Parts parts);
+
+  ShutdownSteps steps;
+  // Asks the loop to end; called once.
+  std::function<void()> endProgram;
+
+  // The window is being closed, or the desktop's session ends. Sets `cancel` when the window stays
+  // for one more tick. A second call while shutting down does nothing but cancel.
+  void Form_Unload(bool& cancel);
+
+  // Ends at once: nothing is saved, the engine and the rig's link are left alone. What this
+  // program keyed is released all the same.
+  void mnucloseme_Click();
+
+  void QuitTimer_Timer();
+
+  bool Quitting() const { return quitting_; }
+
+ private:
+  void End();
+
+  static constexpr Milliseconds kReleaseLimit{500};
+  Parts p_;
+  bool quitting_ = false;
+  bool ended_ = false;
+};
+
+}  // namespace velt

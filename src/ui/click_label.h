@@ -1,0 +1,33 @@
+// A text that can be clicked, focused and read out; it keeps its place whatever it says.
+#pragma once
+
+#include <QAbstractButton>
+
+namespace velt {
+
+class ClickLabel : public QAbstractButton {
+ public:
+  explicit ClickLabel(QWidget* parent);
+
+  void SetAlignment(Qt::Alignment alignment);
+  // Greyed, because the text is not current any more.
+  void SetStale(bool stale);
+  // A colour of its own behind the text.
+  void SetFill(const QColor& fill, const QColor& text);
+  // Without a frame on hover: nothing happens on a click.
+  void SetPassive(bool passive);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  Qt::Alignment alignment_ = Qt::AlignCenter;
+  bool stale_ = false;
+  bool passive_ = false;
+  QColor fill_;
+  QColor textColour_;
+};
+
+}  // namespace velt

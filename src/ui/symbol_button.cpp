@@ -1,0 +1,59 @@
+#include "ui/symbol_button.h"
+
+#include <QPainter>
+#include <QPolygonF>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
+#include <array>
+
+namespace velt {
+
+SymbolButton::SymbolButton(Symbol symbol, QWidget* parent) : QToolButton(parent), symbol_(symbol) {
+  setFocusPolicy(Qt::TabFocus);
+}
+
+void SymbolButton::SetSymbol(Symbol symbol) {
+  if (symbol_ == symbol) return;
+  symbol_ = symbol;
+  update();
+}
+
+void SymbolButton::paintEvent(QPaintEvent*) {
+  QStylePainter painter(this);
+  QStyleOptionToolButton option;
+  initStyleOption(&option);
+  painter.drawComplexControl(QStyle::CC_ToolButton, option);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF box = QRectF(rect().center() - QPointF(5.5, 5.5), QSizeF(12, 12));
+  painter.setPen(Qt::NoPen);
+  const QColor ink =
+      palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText);
+  switch (symbol_) {
+    case Symbol::Play:
+      painter.setBrush(isEnabled() ? QColor(0x2E, 0xA0, 0x43) : ink);
+      painter.drawPolygon(
+          QPolygonF({box.topLeft() + QPointF(1, 0), box.bottomLeft() + QPointF(1, 0),
+                     QPointF(box.right(), box.center().y())}));
+      break;
+    case Symbol::Stop:
+      painter.setBrush(isEnabled() ? QColor(0xCF, 0x3A, 0x32) : ink);
+      painter.drawRect(box.adjusted(1, 1, -1, -1));
+      break;
+    case Symbol::Waterfall: {
+      // Rows of dashes that shift from row to row.
+      static constexpr std::array<int, 4> kShift{4, 3, 4, 6};
+      for (int row = 0; row < 4; ++row) {
+        const double y = box.top() + row * 3.0 + 0.5;
+        QColor faint = ink;
+        faint.setAlpha(90);
+        painter.setBrush(faint);
+        painter.drawRect(QRectF(box.left(), y, 12, 2));
+        painter.setBrush(ink);
+        painter.drawRect(QRectF(box.left() + kShift[static_cast<size_t>(row)], y, 3, 2));
+      }
+      break;
+    }
+  }
+}
+
+}  // namespace velt
