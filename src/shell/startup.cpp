@@ -16,7 +16,12 @@ constexpr const char* kOmniRigFolder = "c:\\program files\\afreet\\omnirig";
 
 bool AsksForReset(std::span<const std::string> arguments) {
   for (const std::string& argument : arguments) {
-    if (Lowered(argument).find("reset") != std::string::npos) return true;
+    const std::string lowered = Lowered(argument);
+    // The word has to begin in it: "preset" is another one.
+    for (size_t at = lowered.find("reset"); at != std::string::npos;
+         at = lowered.find("reset", at + 1)) {
+      if (at == 0 || lowered[at - 1] < 'a' || lowered[at - 1] > 'z') return true;
+    }
   }
   return false;
 }

@@ -1,0 +1,92 @@
+#include <cstdlib>
+
+#include "adapters/demo/generated_signal.h"
+#include "adapters/demo/paced_input.h"
+#include "adapters/files/disk_files.h"
+#include "adapters/files/ini_store.h"
+#include "adapters/files/memory_store.h"
+#include "adapters/pulse/pulse_input.h"
+#include "adapters/qt/qt_launcher.h"
+#include "adapters/qt/qt_log.h"
+#include "adapters/qt/qt_prompts.h"
+#include "adapters/qt/qt_scheduler.h"
+#include "adapters/soundfile/repeated_file.h"
+#include "adapters/system/home_folder.h"
+#include "adapters/system/linux_system_info.h"
+#include "adapters/system/local_clock.h"
+#include "adapters/system/posix_instance_lock.h"
+#include "app/adapters.h"
+#include "app/logged_prompts.h"
+
+namespace velt {
+namespace {
+
+constexpr uint64_t kDemoSeed = 1;
+
+class LinuxAdapters : public Adapters {
+ public:
+  explicit LinuxAdapters(const Options& options) {
+    if (options.demo) {
+      audio_ = std::make_unique<PacedInput<GeneratedSignal>>(
+          GeneratedSignal(kDemoSeed), AudioDevice{"demo", "Generated band"}, scheduler_);
+    } else if (!options.input.empty()) {
+      audio_ = std::make_unique<PacedInput<RepeatedFile>>(
+          RepeatedFile(options.input), AudioDevice{options.input, options.input}, scheduler_);
+    } else {
+      audio_ = std::make_unique<PulseInput>(scheduler_);
+    }
+    if (options.KeepsInMemory()) {
+      settings_ = std::make_unique<MemoryStore>();
+    } else {
+      settings_ = std::make_unique<IniStore>(SettingsFile(options), files_, log_);
+    }
+    if (options.run == Options::Run::Headless) {
+      prompts_ = std::make_unique<LoggedPrompts>(scheduler_, log_);
+    } else {
+      auto prompts = std::make_unique<QtPrompts>();
+      windowPrompts_ = prompts.get();
+      prompts_ = std::move(prompts);
+    }
+  }
+
+  ProgramPorts Ports() override {
+    return {scheduler_, clock_,    *audio_,   files_, *settings_,
+            system_,    *prompts_, launcher_, lock_,  log_};
+  }
+
+  void SetOwner(QWidget* owner) override {
+    if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
+  }
+
+ private:
+  QtLog log_;
+  QtScheduler scheduler_;
+  LocalClock clock_;
+  DiskFiles files_;
+  LinuxSystemInfo system_;
+  QtLauncher launcher_;
+  PosixInstanceLock lock_;
+  std::unique_ptr<AudioInput> audio_;
+  std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<Prompts> prompts_;
+  QtPrompts* windowPrompts_ = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<Adapters> MakeAdapters(const Options& options) {
+  return std::make_unique<LinuxAdapters>(options);
+}
+
+std::filesystem::path SettingsFile(const Options& options) {
+  if (!options.dataFolder.empty()) {
+    return std::filesystem::path(options.dataFolder) / "VELT-SA.ini";
+  }
+  const char* configured = std::getenv("XDG_CONFIG_HOME");
+  const std::filesystem::path folder = configured != nullptr && *configured == '/'
+                                           ? std::filesystem::path(configured)
+                                           : HomeFolder() / ".config";
+  return folder / "KALVARO" / "VELT-SA.ini";
+}
+
+}  // namespace velt

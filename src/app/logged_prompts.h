@@ -1,0 +1,29 @@
+// Prompts for a run without a display: what would be shown goes to the log, questions are answered
+// with no.
+#pragma once
+
+#include "ports/log.h"
+#include "ports/prompts.h"
+#include "ports/scheduler.h"
+
+namespace velt {
+
+class LoggedPrompts : public Prompts {
+ public:
+  LoggedPrompts(Scheduler& scheduler, Log& log) : scheduler_(scheduler), log_(log) {}
+
+  void Tell(const MessageBox& box, std::function<void()> closed) override;
+  void Ask(const MessageBox& box, std::function<void(bool)> answered) override;
+  void Input(const InputBox& box,
+             std::function<void(std::optional<std::string>)> answered) override;
+  bool Popup(const std::vector<PopupItem>& items,
+             std::function<void(std::function<void()>)> closed) override;
+  void DropAll() override { dropped_ = Scheduler::Handle(); }
+
+ private:
+  Scheduler& scheduler_;
+  Log& log_;
+  Scheduler::Handle dropped_;
+};
+
+}  // namespace velt

@@ -1,0 +1,94 @@
+#include <QApplication>
+#include <QCoreApplication>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "adapters/pulse/pulse_device_lister.h"
+#include "adapters/qt/qt_log.h"
+#include "adapters/qt/qt_scheduler.h"
+#include "app/analyse.h"
+#include "app/options.h"
+#include "app/run_window.h"
+
+namespace velt {
+namespace {
+
+Options OptionsOf(int argc, char** argv) {
+  // The help text asks the application for its name, so there has to be one.
+  const QCoreApplication application(argc, argv);
+  return ParseOptions(QCoreApplication::arguments(), VELT_VERSION_TEXT);
+}
+
+int ListDevices(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  QtScheduler scheduler;
+  PulseDeviceLister lister(scheduler);
+  int exitCode = 0;
+  lister.List([&exitCode](const DeviceListing& listing) {
+    if (!listing.error.empty()) {
+      std::fprintf(stderr, "velt-sa: %s\n", listing.error.c_str());
+      exitCode = 1;
+    }
+    for (const AudioDevice& device : listing.devices) {
+      std::printf("%s%s\t%s\n", device.name == listing.defaultName ? "* " : "  ",
+                  device.name.c_str(), device.description.c_str());
+    }
+    QCoreApplication::quit();
+  });
+  QCoreApplication::exec();
+  return exitCode;
+}
+
+int RunApplication(int argc, char** argv, const Options& options) {
+  const bool headless = options.run == Options::Run::Headless;
+  const bool display =
+      std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
+  if (headless) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  } else if (!display && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    if (options.run == Options::Run::Reset) {
+      qputenv("QT_QPA_PLATFORM", "offscreen");
+    } else {
+      std::fprintf(stderr,
+                   "velt-sa: there is no display. Without one: --headless --seconds N "
+                   "--screenshot FILE.png\n");
+      return 1;
+    }
+  }
+  QApplication::setApplicationName("VELT-SA");
+  QApplication::setStyle("Fusion");
+  QApplication application(argc, argv);
+  if (!QtLog::Install(options.logFile)) {
+    std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n",
+                 options.logFile.c_str());
+  }
+  return RunWindow(application, options);
+}
+
+int Run(int argc, char** argv) {
+  const Options options = OptionsOf(argc, argv);
+  switch (options.run) {
+    case Options::Run::Help:
+    case Options::Run::Version:
+      std::fputs(options.text.c_str(), stdout);
+      return 0;
+    case Options::Run::Invalid:
+      std::fprintf(stderr, "velt-sa: %s", options.text.c_str());
+      return 2;
+    case Options::Run::Analyse:
+      return RunAnalyse(options.analyse);
+    case Options::Run::ListDevices:
+      return ListDevices(argc, argv);
+    case Options::Run::Reset:
+    case Options::Run::Window:
+    case Options::Run::Headless:
+      break;
+  }
+  return RunApplication(argc, argv, options);
+}
+
+}  // namespace
+}  // namespace velt
+
+int main(int argc, char** argv) { return velt::Run(argc, argv); }

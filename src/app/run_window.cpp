@@ -1,0 +1,98 @@
+#include "app/run_window.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/adapters.h"
+#include "app/crash_handler.h"
+#include "app/signal_watcher.h"
+#include "ui/main_window.h"
+#include "ui/qt_text.h"
+
+namespace velt {
+namespace {
+
+Installation Where(const Options& options) {
+  Installation where;
+  where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
+  where.programFolder = FromQt(QCoreApplication::applicationDirPath());
+  const char* variable = std::getenv("VELT_ENGINE_FOLDER");
+  if (!options.engineFolder.empty()) {
+    where.engineFolder = options.engineFolder;
+  } else if (variable != nullptr && *variable != '\0') {
+    where.engineFolder = variable;
+  } else {
+    where.engineFolder = where.programFolder;
+  }
+  return where;
+}
+
+// Shows the reset's message; the program ends when it was dismissed.
+int TellReset(QApplication& application, Adapters& adapters) {
+  adapters.Ports().prompts.Tell(
+      {"VELT-SA", "Please restart VELT-SA\r\nAll setting now restored to their defaults.",
+       BoxIcon::Information},
+      [&application] { application.quit(); });
+  return application.exec();
+}
+
+}  // namespace
+
+int RunWindow(QApplication& application, const Options& options) {
+  application.setQuitOnLastWindowClosed(false);
+  const auto adapters = MakeAdapters(options);
+  Program program(adapters->Ports(), Where(options));
+  program.capture.deviceName = options.audioDevice;
+
+  RunOptions run;
+  run.resetSettings = options.run == Options::Run::Reset;
+  run.exemptFromSingleInstance = options.demo;
+  run.startAnalyser = options.demo || !options.input.empty();
+  run.dataFolder = options.dataFolder;
+  switch (program.startup.Run(run)) {
+    case Startup::Result::AnotherInstance:
+      return 0;
+    case Startup::Result::SettingsReset:
+      return TellReset(application, *adapters);
+    case Startup::Result::Running:
+      break;
+  }
+  InstallCrashHandler(program.releases);
+
+  MainWindow window(program.form, [&program]() -> const Raster& { return program.tick.Shown(); });
+  adapters->SetOwner(&window);
+  window.onClose = [&program](bool& cancel) { program.shutdown.Form_Unload(cancel); };
+  program.menuOpener.focusScope = [&window] { window.FocusScope(); };
+
+  int exitCode = 0;
+  program.shutdown.endProgram = [&] {
+    if (!options.screenshot.empty() && !window.grab().save(ToQt(options.screenshot), "PNG")) {
+      std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n",
+                   options.screenshot.c_str());
+      exitCode = 1;
+    }
+    application.quit();
+  };
+  // Every way of asking the program to end closes the window.
+  const auto close = [&program] {
+    bool cancel = false;
+    program.shutdown.Form_Unload(cancel);
+  };
+  const SignalWatcher signals(close);
+  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, close);
+
+  window.show();
+  window.FocusScope();
+  if (options.run == Options::Run::Headless) {
+    QTimer::singleShot(options.seconds * 1000, Qt::PreciseTimer, &window, close);
+  }
+  application.exec();
+  RemoveCrashHandler();
+  return exitCode;
+}
+
+}  // namespace velt

@@ -1,0 +1,13 @@
+// Runs the program with its window, on a display or without one.
+#pragma once
+
+#include "app/options.h"
+
+class QApplication;
+
+namespace velt {
+
+// Returns the program's exit code.
+int RunWindow(QApplication& application, const Options& options);
+
+}  // namespace velt
