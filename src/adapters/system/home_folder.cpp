@@ -1,0 +1,17 @@
+#include "adapters/system/home_folder.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace velt {
+
+std::filesystem::path HomeFolder() {
+  const char* home = std::getenv("HOME");
+  if (home != nullptr && *home != '\0') return home;
+  const passwd* user = ::getpwuid(::getuid());
+  return user == nullptr || user->pw_dir == nullptr ? "" : user->pw_dir;
+}
+
+}  // namespace velt

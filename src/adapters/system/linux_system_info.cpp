@@ -1,0 +1,40 @@
+#include "adapters/system/linux_system_info.h"
+
+#include <sys/utsname.h>
+
+#include <charconv>
+
+#include "adapters/system/home_folder.h"
+
+namespace velt {
+
+std::optional<SystemVersion> LinuxSystemInfo::Version() const {
+  utsname names{};
+  return ::uname(&names) == 0 ? VersionIn(names.release) : std::nullopt;
+}
+
+std::optional<SystemVersion> LinuxSystemInfo::VersionIn(const std::string& release) {
+  SystemVersion version;
+  const char* const end = release.data() + release.size();
+  const auto major = std::from_chars(release.data(), end, version.major);
+  if (major.ec != std::errc() || major.ptr == end || *major.ptr != '.') return std::nullopt;
+  const auto minor = std::from_chars(major.ptr + 1, end, version.minor);
+  if (minor.ec != std::errc() || version.major < 0 || version.minor < 0) return std::nullopt;
+  return version;
+}
+
+std::string LinuxSystemInfo::SystemFolder() const {
+  return "";
+}
+
+std::string LinuxSystemInfo::SpecialFolder(int32_t identifier) const {
+  constexpr int32_t kProfileFolder = 40;
+  return identifier == kProfileFolder ? HomeFolder().string() : "";
+}
+
+std::string LinuxSystemInfo::RegistryString(RegistryRoot, const std::string&,
+                                            const std::string&) const {
+  return "";
+}
+
+}  // namespace velt

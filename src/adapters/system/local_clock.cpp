@@ -1,0 +1,19 @@
+#include "adapters/system/local_clock.h"
+
+#include <ctime>
+
+namespace velt {
+
+LocalTime LocalClock::Now() const {
+  const std::time_t seconds = std::time(nullptr);
+  std::tm parts{};
+  if (::localtime_r(&seconds, &parts) == nullptr) return {};
+  return {.year = parts.tm_year + 1900,
+          .month = parts.tm_mon + 1,
+          .day = parts.tm_mday,
+          .hour = parts.tm_hour,
+          .minute = parts.tm_min,
+          .second = parts.tm_sec};
+}
+
+}  // namespace velt
