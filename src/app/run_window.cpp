@@ -40,6 +40,15 @@ int TellReset(QApplication& application, Adapters& adapters) {
   return application.exec();
 }
 
+// False when the picture could not be written.
+bool TakePicture(MainWindow& window, const std::string& file) {
+  if (file.empty()) return true;
+  window.SyncNow();
+  if (window.grab().save(ToQt(file), "PNG")) return true;
+  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", file.c_str());
+  return false;
+}
+
 }  // namespace
 
 int RunWindow(QApplication& application, const Options& options) {
@@ -69,26 +78,22 @@ int RunWindow(QApplication& application, const Options& options) {
   program.menuOpener.focusScope = [&window] { window.FocusScope(); };
 
   int exitCode = 0;
-  program.shutdown.endProgram = [&] {
-    if (!options.screenshot.empty() && !window.grab().save(ToQt(options.screenshot), "PNG")) {
-      std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n",
-                   options.screenshot.c_str());
-      exitCode = 1;
-    }
-    application.quit();
-  };
+  program.shutdown.endProgram = [&application] { application.quit(); };
   // Every way of asking the program to end closes the window.
   const auto close = [&program] {
     bool cancel = false;
     program.shutdown.Form_Unload(cancel);
   };
-  const SignalWatcher signals(close);
+  const SignalWatcher signalWatcher(close);
   QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, close);
 
   window.show();
   window.FocusScope();
   if (options.run == Options::Run::Headless) {
-    QTimer::singleShot(options.seconds * 1000, Qt::PreciseTimer, &window, close);
+    QTimer::singleShot(options.seconds * 1000, Qt::PreciseTimer, &window, [&] {
+      if (!TakePicture(window, options.screenshot)) exitCode = 1;
+      close();
+    });
   }
   application.exec();
   RemoveCrashHandler();

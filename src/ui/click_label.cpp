@@ -4,6 +4,11 @@
 #include <QStyleOptionFocusRect>
 
 namespace velt {
+namespace {
+
+constexpr int kLeastPixels = 10;
+
+}  // namespace
 
 ClickLabel::ClickLabel(QWidget* parent) : QAbstractButton(parent) {
   setFocusPolicy(Qt::TabFocus);
@@ -47,8 +52,16 @@ void ClickLabel::paintEvent(QPaintEvent*) {
   painter.setPen(textColour_.isValid() && !dim ? textColour_
                                                : palette().color(group, QPalette::WindowText));
   const QRect inner = rect().adjusted(2, 0, -2, 0);
+  const QString shown = text().replace("&&", "&");
+  // A text that is too long for its place gets a smaller font rather than a new place.
+  QFont fitted = font();
+  while (fitted.pixelSize() > kLeastPixels &&
+         QFontMetrics(fitted).horizontalAdvance(shown) > inner.width()) {
+    fitted.setPixelSize(fitted.pixelSize() - 1);
+  }
+  painter.setFont(fitted);
   painter.drawText(inner, static_cast<int>(alignment_ | Qt::AlignVCenter),
-                   fontMetrics().elidedText(text(), Qt::ElideRight, inner.width()));
+                   QFontMetrics(fitted).elidedText(shown, Qt::ElideRight, inner.width()));
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);
