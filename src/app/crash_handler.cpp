@@ -29,6 +29,8 @@ void InstallCrashHandler(ReleaseRegistry& registry) {
   for (const int signal : kCrashes) ::sigaction(signal, &action, nullptr);
 }
 
-void RemoveCrashHandler() { current = nullptr; }
+void RemoveCrashHandler() {
+  current = nullptr;
+}
 
 }  // namespace velt

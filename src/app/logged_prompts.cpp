@@ -10,7 +10,8 @@ void LoggedPrompts::Tell(const MessageBox& box, std::function<void()> closed) {
 void LoggedPrompts::Ask(const MessageBox& box, std::function<void(bool)> answered) {
   log_.Write(LogLevel::Warning, "velt.prompts", box.title + ": " + box.text);
   if (!answered) return;
-  dropped_ = scheduler_.After(Milliseconds(0), [answered = std::move(answered)] { answered(false); });
+  dropped_ =
+      scheduler_.After(Milliseconds(0), [answered = std::move(answered)] { answered(false); });
 }
 
 void LoggedPrompts::Input(const InputBox&,

@@ -60,8 +60,7 @@ int RunApplication(int argc, char** argv, const Options& options) {
   QApplication::setStyle("Fusion");
   QApplication application(argc, argv);
   if (!QtLog::Install(options.logFile)) {
-    std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n",
-                 options.logFile.c_str());
+    std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n", options.logFile.c_str());
   }
   return RunWindow(application, options);
 }
@@ -91,4 +90,6 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace velt
 
-int main(int argc, char** argv) { return velt::Run(argc, argv); }
+int main(int argc, char** argv) {
+  return velt::Run(argc, argv);
+}

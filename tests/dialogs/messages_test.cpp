@@ -1,0 +1,47 @@
+#include <gtest/gtest.h>
+
+#include "support/doubles.h"
+
+namespace velt {
+namespace {
+
+TEST(MessageLine, BlinksFourTimesAndLeavesTheRecordingText) {
+  ProgramFixture f;
+  f.program->messages.recFileName = "a.wav";
+  f.program->messages.Show("Updating VFO...");
+  std::string seen;
+  for (int tick = 0; tick < 9; ++tick) {
+    f.scheduler.Advance(Milliseconds(250));
+    seen += f.Form().lblMessage.visible ? '1' : '0';
+  }
+  EXPECT_EQ(seen, "101010100");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "recording ''a.wav...");
+  EXPECT_FALSE(f.Form().Timer2.enabled);
+}
+
+TEST(MessageLine, ASecondMessageTakesTheRemainingTicks) {
+  ProgramFixture f;
+  f.program->messages.Show("one");
+  f.scheduler.Advance(Milliseconds(1000));
+  f.program->messages.Show("two");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "two");
+  f.scheduler.Advance(Milliseconds(1000));
+  EXPECT_FALSE(f.Form().Timer2.enabled);
+}
+
+TEST(Notices, TheTransmitterComesFirstAndDismissingShowsTheNext) {
+  ProgramFixture f;
+  Label& label = f.Form().lblNotice;
+  f.program->notices.Raise(NoticeKind::Sound, "sound");
+  f.program->notices.Raise(NoticeKind::Transmitter, "keyed");
+  f.program->notices.Raise(NoticeKind::Sound, "sound again");
+  EXPECT_EQ(label.caption.Get(), "keyed");
+  label.Click();
+  EXPECT_EQ(label.caption.Get(), "sound again");
+  EXPECT_TRUE(label.visible);
+  f.program->notices.Over(NoticeKind::Sound);
+  EXPECT_FALSE(label.visible);
+}
+
+}  // namespace
+}  // namespace velt

@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include "shell/window_places.h"
+#include "support/doubles.h"
+
+namespace velt {
+namespace {
+
+TEST(WindowPlaces, NothingOverlapsOrLeavesTheWindowAtAnySize) {
+  for (int width = 333; width <= 560; ++width) {
+    for (const int height : {100, 101, 130, 164}) {
+      const WindowPlaces p = ArrangeWindow(width, height);
+      const std::vector<Rectangle> all{p.options, p.file,     p.cat,     p.startStop, p.frequency,
+                                       p.mode,    p.trx,      p.peak,    p.waterfall, p.slider,
+                                       p.scope,   p.scales,   p.slider2, p.meter,     p.modeSource,
+                                       p.message, p.transmit, p.receive};
+      for (size_t i = 0; i < all.size(); ++i) {
+        const Rectangle& a = all[i];
+        if (a.width == 0) continue;  // no room for it at this size
+        ASSERT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= width &&
+                    a.top + a.height <= height && a.width > 0 && a.height > 0)
+            << i << " at " << width << "x" << height;
+        for (size_t j = i + 1; j < all.size(); ++j) {
+          ASSERT_FALSE(all[j].width > 0 && a.Overlaps(all[j]))
+              << i << " and " << j << " at " << width << "x" << height;
+        }
+      }
+      ASSERT_GE(p.scope.height, 35);
+      ASSERT_GE(p.peak.width, 60);
+      ASSERT_GE(p.message.width, 100);
+    }
+  }
+}
+
+TEST(WindowLayout, SnapsToItsLimitsOnlyWhileTheSizeIsRemembered) {
+  ProgramFixture f;
+  f.Start();
+  WindowFrame& window = f.Form().Window;
+  window.widthTwips = 9000;
+  EXPECT_EQ(window.widthTwips, 9000);
+  window.widthTwips = 8385;
+  f.Form().mnusettings[3].Click();
+  EXPECT_TRUE(window.sizeable);
+  window.widthTwips = 9000;
+  window.heightTwips = 3000;
+  EXPECT_EQ(window.widthTwips, 8385);
+  EXPECT_EQ(window.heightTwips, 2460);
+  window.widthTwips = 4000;
+  window.heightTwips = 1499;
+  EXPECT_EQ(window.widthTwips, 5000);
+  EXPECT_EQ(window.heightTwips, 1500);
+  f.Form().mnusettings[3].Click();
+  EXPECT_FALSE(window.sizeable);
+}
+
+TEST(WindowLayout, TheFirstRunWithARememberedSizeUsesTheSavedHeight) {
+  ProgramFixture f;
+  f.store.Save("VELT-SA", "ScreenSize", "True");
+  f.Start();
+  EXPECT_EQ(f.Form().Window.widthTwips, 8385);
+  EXPECT_EQ(f.Form().Window.heightTwips, 2430);
+}
+
+TEST(WindowLayout, AMinimisedWindowIsLaidOutWhenItIsRestored) {
+  ProgramFixture f;
+  f.Start();
+  WindowFrame& window = f.Form().Window;
+  window.minimised = true;
+  window.widthTwips = 6000;
+  EXPECT_NE(f.Form().Scope.scaleWidth, ArrangeWindow(400, 164).scope.width);
+  window.minimised = false;
+  EXPECT_EQ(f.Form().Scope.scaleWidth, ArrangeWindow(400, 164).scope.width);
+}
+
+TEST(WindowLayout, ScaleLabelsFollowTheMode) {
+  struct Case {
+    int32_t mode;
+    bool absolute;
+    const char* first;
+    const char* last;
+  };
+  for (const Case& c : {Case{0, true, "0kHz", "22kHz"},
+                        {0, false, "0kHz", "22kHz"},
+                        {1, true, "0kHz", "22kHz"},
+                        {1, false, "-12kHz", "10kHz"},
+                        {69, true, "-6kc", "5kc"}}) {
+    ProgramFixture f;
+    f.Start();
+    Main& form = f.Form();
+    if (!c.absolute) form.mnusettings[4].Click();
+    form.mnuzokamodes[c.mode].Click();
+    EXPECT_EQ(form.lblScales[0].caption.Get(), c.first);
+    EXPECT_EQ(form.lblScales[11].caption.Get(), c.last);
+    const int step = form.picScales.place.Get().width / 11;
+    EXPECT_EQ(form.lblScales[4].place.Get().left, form.picScales.place.Get().left + 4 * step);
+    EXPECT_EQ(form.Scope.markers.Get()[0].visible, c.mode != 0);
+    EXPECT_EQ(form.Scope.verticalGrid.Get()[5].x1, form.Scope.scaleWidth / 2);
+  }
+}
+
+TEST(Menus, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
+  ProgramFixture f;
+  f.Start();
+  f.StartCapture();
+  bool runningDuringChoice = true;
+  f.program->display.relayout = [&] { runningDuringChoice = f.Form().StopButton.enabled; };
+  int focused = 0;
+  f.program->menuOpener.focusScope = [&] { ++focused; };
+  f.Form().cmdOptions.Click();
+  EXPECT_FALSE(f.audio.open);
+  f.Form().Image2.Click();  // a second pop-up while one is open
+  f.prompts.Choose("Full Spectrum");
+  f.scheduler.RunPosted();
+  EXPECT_FALSE(runningDuringChoice);
+  EXPECT_TRUE(f.Form().mnuzokamodes[1].checked);
+  EXPECT_TRUE(f.audio.open);
+  EXPECT_EQ(focused, 1);
+  EXPECT_EQ(f.audio.opened, 2);
+}
+
+TEST(Menus, AStoppedAnalyserStaysStopped) {
+  ProgramFixture f;
+  f.Start();
+  f.Form().Image2.Click();
+  f.prompts.Choose("");
+  f.scheduler.RunPosted();
+  EXPECT_EQ(f.audio.opened, 0);
+}
+
+TEST(Menus, SeparatorsStandOnlyBetweenLines) {
+  ProgramFixture f;
+  f.Start();
+  for (const auto* menu : {&f.program->menus.options, &f.program->menus.file}) {
+    const auto lines = Menus::Lines(*menu);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_NE(lines.front().caption, "-");
+    EXPECT_NE(lines.back().caption, "-");
+    for (size_t i = 1; i < lines.size(); ++i) {
+      EXPECT_FALSE(lines[i].caption == "-" && lines[i - 1].caption == "-");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velt

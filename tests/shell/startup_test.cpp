@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include "support/doubles.h"
+
+namespace velt {
+namespace {
+
+TEST(Startup, ResetIsAWordOfItsOwn) {
+  for (const auto& [argument, asks] : std::map<std::string, bool>{{"reset", true},
+                                                                  {"/RESET", true},
+                                                                  {"-Reset", true},
+                                                                  {"--reset", true},
+                                                                  {"resetall", true},
+                                                                  {"my-preset.wav", false},
+                                                                  {"import-presets", false},
+                                                                  {"preset-reset", true},
+                                                                  {"", false}}) {
+    const std::vector<std::string> arguments{argument};
+    EXPECT_EQ(AsksForReset(arguments), asks) << argument;
+  }
+}
+
+TEST(Startup, ResetDeletesTheSettingsAndStartsNothing) {
+  ProgramFixture f;
+  f.store.Save("VELT-SA", "Slider", "33");
+  f.store.Save("CAT", "Rig1", "x");
+  RunOptions options;
+  options.resetSettings = true;
+  EXPECT_EQ(f.Start(options), Startup::Result::SettingsReset);
+  EXPECT_EQ(f.Stored("Slider"), "(missing)");
+  EXPECT_FALSE(f.store.Get("CAT", "Rig1"));
+  EXPECT_TRUE(f.files.folders.empty());
+}
+
+TEST(Startup, ASecondInstanceEndsSilentlyUnlessExempt) {
+  ProgramFixture f;
+  f.lock.alone = false;
+  EXPECT_EQ(f.Start(), Startup::Result::AnotherInstance);
+  EXPECT_TRUE(f.files.folders.empty());
+  RunOptions options;
+  options.exemptFromSingleInstance = true;
+  EXPECT_EQ(f.Start(options), Startup::Result::Running);
+}
+
+TEST(Startup, WithoutAnEngineItsItemsAreOff) {
+  ProgramFixture f;
+  f.store.Save("VELT-SA", "AutoRunZOKA", "True");
+  int engineStarts = 0;
+  f.program->startup.steps.mnurunzoka_Click = [&] { ++engineStarts; };
+  f.Start();
+  Main& form = f.Form();
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA");
+  for (const MenuItem* item :
+       {&form.mnuautos[0], &form.mnuautos[1], &form.mnurunzoka, &form.mnuclosezoka}) {
+    EXPECT_FALSE(item->enabled);
+  }
+  EXPECT_FALSE(form.lblMode.enabled);
+  EXPECT_EQ(engineStarts, 0);
+  EXPECT_FALSE(form.tmrCheckZOKA.enabled);
+}
+
+TEST(Startup, RunsItsStepsInOrder) {
+  ProgramFixture f;
+  f.files.files["/opt/engine/velt.jar"] = "";
+  f.files.files["/opt/engine/zoka.ver"] = " VELT V9.9 \n";
+  f.store.Save("VELT-SA", "Version", "3.0.0");
+  f.store.Save("VELT-SA", "AutoStartSA", "True");
+  std::string order;
+  StartupSteps& steps = f.program->startup.steps;
+  std::function<void()> online;
+  steps.loadPresets = [&] {
+    EXPECT_TRUE(f.files.folders.contains("/home/om/VELT/WAV"));
+    order += "presets ";
+  };
+  steps.mnurunzoka_Click = [&] { order += "engine "; };
+  steps.ReadRS232 = [&] { order += f.audio.opened == 0 ? "serial " : "serial-late "; };
+  steps.StartOmniRig = [&](std::function<void()> f2) {
+    order += f.audio.opened == 1 ? "rig " : "rig-early ";
+    online = std::move(f2);
+  };
+  steps.writeOffLineStatus = [&] { order += "off-line "; };
+  steps.offerFrequencyCounter = [&] { order += "counter "; };
+  steps.tmrStatus_Timer = [&] { order += "status "; };
+  steps.ShowRigParams = [&] { order += "params "; };
+  steps.rigType = [] { return std::string("IC-7300"); };
+  f.Start();
+  EXPECT_EQ(order, "presets engine serial rig off-line counter ");
+  EXPECT_EQ(f.Form().Window.caption.Get(), "VELT-SA - Engine VELT V9.9");
+  EXPECT_TRUE(f.Form().tmrCheckZOKA.enabled);
+  EXPECT_TRUE(f.Form().Timer1.enabled);
+  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Stop");
+  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
+  order.clear();
+  online();  // the server answers later
+  EXPECT_EQ(order, "status params ");
+  EXPECT_EQ(f.Form().Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig IC-7300");
+}
+
+TEST(Startup, TheExpanderOfOldSettingsWaitsForTheRig) {
+  for (const auto& [version, rig, expanded] :
+       {std::tuple{"2.1.0", false, 0}, {"2.1.0", true, 1}, {"3.0.0", false, 1}}) {
+    ProgramFixture f;
+    f.store.Save("VELT-SA", "Version", version);
+    f.program->startup.steps.StartOmniRig = [answers = rig](const std::function<void()>& online) {
+      if (answers) online();
+    };
+    f.Start();
+    EXPECT_EQ(f.Form().chkExpand.value, expanded) << version;
+  }
+}
+
+TEST(Startup, TheCatFolderHasAFallback) {
+  ProgramFixture f;
+  f.system.registry = "c:";
+  f.Start();
+  EXPECT_EQ(f.program->installation.omniRigFolder, "c:\\program files\\afreet\\omnirig");
+  f.system.registry = "d:\\rig";
+  f.Restart();
+  f.Start();
+  EXPECT_EQ(f.program->installation.omniRigFolder, "d:\\rig");
+}
+
+TEST(Startup, AnUnwritableDataFolderIsSaidOnceAndDoesNotStopTheProgram) {
+  ProgramFixture f;
+  f.files.writable = false;
+  EXPECT_EQ(f.Start(), Startup::Result::Running);
+  EXPECT_EQ(f.log.lines.size(), 1U);
+}
+
+struct ShutdownFixture : ProgramFixture {
+  std::string order;
+  struct Entry : Releasable {
+    std::string* order = nullptr;
+    void Release(Milliseconds) override { *order += "release "; }
+    void ReleaseInCrash() noexcept override {}
+  } entry;
+  ShutdownFixture() {
+    Start();
+    entry.order = &order;
+    program->releases.Add(entry);
+    ShutdownSteps& steps = program->shutdown.steps;
+    steps.StopOmniRig = [this] { order += Stored("EXE") == "VELT-SA.exe" ? "rig " : "rig-early "; };
+    steps.SaveExpandedPresets = [this] { order += "presets "; };
+    steps.mnuclosezoka_Click = [this] { order += "engine "; };
+    steps.WriteStatusRX = [this](int32_t hz) { order += std::to_string(hz) + " "; };
+    steps.writeOffStatus = [this] { order += Form().lblTRXMode.caption.Get() + " "; };
+    steps.closeSerialPort = [this] { order += "serial "; };
+  }
+};
+
+TEST(Shutdown, RunsItsStepsInOrderAndEnds) {
+  ShutdownFixture f;
+  f.Form().lblFrequency.caption = std::string("14.074.00");
+  EXPECT_TRUE(f.Close());
+  EXPECT_EQ(f.order, "release rig presets 14074000 serial ");
+  f.scheduler.RunPosted();
+  EXPECT_TRUE(f.ended);
+}
+
+TEST(Shutdown, OffLineTheStateIsWrittenAsOff) {
+  ShutdownFixture f;
+  f.Form().mnuautos[1].checked = true;
+  EXPECT_TRUE(f.Close());
+  EXPECT_EQ(f.order, "release rig presets engine OFF serial ");
+}
+
+TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
+  ShutdownFixture f;
+  f.StartCapture();
+  EXPECT_FALSE(f.Close());
+  EXPECT_FALSE(f.audio.open);
+  f.scheduler.RunPosted();
+  EXPECT_FALSE(f.ended);
+  EXPECT_FALSE(f.Close());  // asked again meanwhile: nothing is done twice
+  f.scheduler.Advance(Milliseconds(5));
+  EXPECT_TRUE(f.ended);
+  EXPECT_EQ(f.order, "release rig presets OFF serial ");
+}
+
+TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
+  ShutdownFixture f;
+  f.Form().mnucloseme.Click();
+  f.scheduler.RunPosted();
+  EXPECT_TRUE(f.ended);
+  EXPECT_EQ(f.order, "release ");
+  EXPECT_EQ(f.Stored("EXE"), "(missing)");
+}
+
+}  // namespace
+}  // namespace velt
