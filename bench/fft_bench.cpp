@@ -102,6 +102,7 @@ void Kiss(benchmark::State& state, bool convert) {
 // The usual lines, and at the end every median against the yardstick's.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
+  RatioReporter() : ConsoleReporter(OO_Tabular) {}
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {

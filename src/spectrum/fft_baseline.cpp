@@ -53,6 +53,11 @@ struct Sse2 {
     return _mm_movemask_epi8(_mm_or_si128(Halfway(a), Halfway(b))) != 0;
   }
 
+  static bool AnyNonZero(Doubles v) {
+    const __m128d zero = _mm_setzero_pd();
+    return _mm_movemask_pd(_mm_or_pd(_mm_cmpneq_pd(v.low, zero), _mm_cmpneq_pd(v.high, zero))) != 0;
+  }
+
   static void Transpose(Singles (&rows)[kLanes]) {
     _MM_TRANSPOSE4_PS(rows[0], rows[1], rows[2], rows[3]);
   }

@@ -7,7 +7,9 @@
 // both. Only the sum of the two products is rounded, and then rounded again to single. The second
 // rounding tells the two apart in one case alone, when the double lies exactly halfway between two
 // singles and the sum did not. Those halfway doubles are looked for, and the few found are done
-// again in extended precision. Sums of two singles come out the same in either.
+// again in extended precision. Sums of two singles come out the same in either. (Whole samples
+// turned a few times stay far above the subnormal singles, whose halfway doubles would look
+// different.)
 #pragma once
 
 #include "spectrum/fft_kernels.h"
@@ -49,6 +51,35 @@ template <class Vector, int kStep>
   return {Vector::Load(re), Vector::Load(im)};
 }
 
+// What rounding took from the sum of a and b, exactly (the branch-free sum of two by Knuth).
+template <class Doubles>
+[[gnu::always_inline]] inline Doubles SumError(Doubles a, Doubles b) {
+  const Doubles sum = a + b;
+  const Doubles back = sum - a;
+  return (a - (sum - back)) + (b - back);
+}
+
+// For a vector in which a double lies halfway. With soft signals that happens dozens of times in a
+// block: their first sums have few bits, and their products are often exactly halfway. Then the
+// doubles were not rounded and are right.
+template <class Vector, int kStep>
+[[gnu::noinline]] Complex<Vector> RotateHalfway(typename Vector::Singles real,
+                                                typename Vector::Singles imaginary,
+                                                Twiddles<kStep> twiddles) {
+  const auto x = Vector::Widen(real);
+  const auto y = Vector::Widen(imaginary);
+  const auto c = Vector::template LoadDoubles<kStep>(twiddles.cosine);
+  const auto s = Vector::template LoadDoubles<kStep>(twiddles.sine);
+  if (Vector::AnyNonZero({SumError(x.low * c.low, -(y.low * s.low)),
+                          SumError(x.high * c.high, -(y.high * s.high))}) ||
+      Vector::AnyNonZero(
+          {SumError(x.low * s.low, y.low * c.low), SumError(x.high * s.high, y.high * c.high)})) {
+    return RotateExtended<Vector>(real, imaginary, twiddles);
+  }
+  return {Vector::Narrow(Vector::ProductDifference(x, c, y, s)),
+          Vector::Narrow(Vector::ProductSum(x, s, y, c))};
+}
+
 // TempR and TempI of a vector of butterflies; x and y are the parts of `value` as doubles.
 template <class Vector, int kStep>
 [[gnu::always_inline]] inline Complex<Vector> Rotate(Complex<Vector> value,
@@ -60,7 +91,7 @@ template <class Vector, int kStep>
   const auto real = Vector::ProductDifference(x, c, y, s);
   const auto imaginary = Vector::ProductSum(x, s, y, c);
   if (Vector::AnyHalfway(real, imaginary)) [[unlikely]] {
-    return RotateExtended<Vector>(value.real, value.imaginary, twiddles);
+    return RotateHalfway<Vector>(value.real, value.imaginary, twiddles);
   }
   return {Vector::Narrow(real), Vector::Narrow(imaginary)};
 }
