@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <regex>
 
 #include "adapters/pulse/pulse_device_lister.h"
 #include "support/pulse_server.h"
@@ -230,7 +229,9 @@ TEST_F(PulseInputTest, ASourceRemovedWhileOpeningEndsTheOpening) {
     server->Thaw();
     std::string outcome = Next(4s);
     if (outcome == "Opened test.monitor") outcome = Next(4s);
-    EXPECT_TRUE(std::regex_match(outcome, std::regex("(OpenFailed|Lost) .*"))) << outcome;
+    EXPECT_TRUE(outcome.starts_with("OpenFailed Sound source ") ||
+                outcome.starts_with("Lost " + kLabel))
+        << outcome;
     EXPECT_TRUE(remover.WaitForEnd(2s));
     server->LoadModule({"module-null-sink", "sink_name=test", "norewinds=1"});
   }
