@@ -20,10 +20,10 @@ struct AudioDevice {
 
 struct AudioEvent {
   enum class Kind {
-    Opened,      // after Open: blocks will come once started
-    OpenFailed,  // after Open: nothing is open; `text` says why
-    Lost,        // after Opened: the stream has ended by itself; `text` says what happened
-    Returned,    // after WatchForReturn: the source can be opened again
+    Opened,      // after Open: blocks will come once started; `text` is the source's name
+    OpenFailed,  // after Open: nothing is open; `text` says why, as a sentence for people
+    Lost,        // after Opened: the stream has ended by itself; `text` says why, likewise
+    Returned,    // once after WatchForReturn: Open(text), the source's name, has good prospects
   };
   Kind kind = Kind::Opened;
   std::string text;
@@ -50,17 +50,19 @@ class AudioInput {
   // was open. One of Opened and OpenFailed follows within 4 s.
   virtual void Open(const std::string& device) = 0;
 
-  // Lets an opened stream deliver.
+  // Lets an opened stream deliver. What came before is not kept.
   virtual void Start() = 0;
 
   // Copies the newest 512 samples that no earlier call has copied; older ones are dropped.
   virtual TakeResult TakeNewest(std::span<int16_t, kBlockSamples> block) = 0;
 
-  // Ends the stream, the opening or the watch, whichever is under way.
+  // Ends the stream, the opening or the watch, whichever is under way. Returns at once, whatever
+  // state the device or the server is in.
   virtual void Close() = 0;
 
-  // Tells Returned once the source that was opened last can be opened again. Called after that
-  // stream was lost or closed; Close ends the watch.
+  // After Lost, OpenFailed or Close: tells Returned once the source that was open, or asked for,
+  // can be heard (again), however long that takes. Where the user has taken the stream away from a
+  // source that is still there, the source must go and come back first.
   virtual void WatchForReturn() = 0;
 };
 

@@ -213,8 +213,7 @@ void PulseInput::OnStreamSuspended() {
 
 void PulseInput::OnStreamData() {
   // Hearing something is the only proof: a suspended or a stuck source looks like any other.
-  if (phase_ != Phase::Watching || stream_->Suspended()) return;
-  End(AudioEvent::Kind::Returned, source_.name);
+  if (phase_ == Phase::Watching) End(AudioEvent::Kind::Returned, source_.name);
 }
 
 void PulseInput::VerifyLoss(const std::string& movedTo) {
