@@ -97,15 +97,16 @@ TEST_F(SoundFileTest, OtherRatesKeepPitchLevelAndLength) {
     return 0.5 * std::sin(6.283185307179586 * 1000 * static_cast<double>(i) / rateHz);
   };
   for (const int rateHz : {8000, 48000, 96000}) {
-    std::vector<float> samples(static_cast<size_t>(rateHz) * 2);
+    // Hardly more than 172 blocks, so that the last one needs all that the filter holds back.
+    std::vector<float> samples(static_cast<size_t>(rateHz) * (172 * 512 + 8) / 44100 + 1);
     for (size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<float>(tone(i, rateHz));
     WriteSound("r.wav", kWav16, rateHz, 1, samples);
     ASSERT_EQ(Open("r.wav"), "");
     EXPECT_EQ(reader.Info().rateHz, rateHz);
-    EXPECT_DOUBLE_EQ(reader.Info().DurationSeconds(), 2.0);
+    EXPECT_NEAR(reader.Info().DurationSeconds(), 2.0, 0.01);
     for (int round = 0; round < 2; ++round) {
       const auto read = ReadAll();
-      ASSERT_EQ(read.size() / kBlockSamples, 2 * 44100 / kBlockSamples) << rateHz;
+      ASSERT_EQ(read.size(), 172 * kBlockSamples) << rateHz;
       double worst = 0;  // away from the edges of the file
       for (size_t i = 2000; i < 84000; ++i) {
         worst = std::max(worst, std::abs(read[i] - 32768 * tone(i, 44100)));
