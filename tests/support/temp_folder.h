@@ -7,28 +7,18 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <string>
 
 namespace velt {
 
-class TempFolder {
+class ScratchFolder {
  public:
-  TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "velt-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    path_ = name;
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
+  ScratchFolder() : path_(::mkdtemp(name_.data())) {}
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder() { std::filesystem::remove_all(path_); }
 
-  const std::filesystem::path& Path() const { return path_; }
   std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-
   void Write(const std::string& name, const std::string& bytes) const {
     std::ofstream(path_ / name, std::ios::binary) << bytes;
   }
@@ -36,11 +26,10 @@ class TempFolder {
     std::ifstream file(path_ / name, std::ios::binary);
     return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(no file)";
   }
-  size_t Entries() const {
-    return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(path_), {}));
-  }
+  auto Entries() const { return std::distance(std::filesystem::directory_iterator(path_), {}); }
 
  private:
+  std::string name_ = "/tmp/velt-XXXXXX";
   std::filesystem::path path_;
 };
 
