@@ -22,11 +22,13 @@ void Capture::InitDevices(std::function<void()> noDevices) {
   form_.capture.DevicesBox.listIndex = 0;
 }
 
-void Capture::StartButton_Click() {
+void Capture::StartButton_Click() { Open(deviceName); }
+
+void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
   device_ = Device::Opening;
   form_.capture.StartButton.enabled = false;
-  services_.input.Open(deviceName);
+  services_.input.Open(device);
 }
 
 void Capture::StopButton_Click() {
@@ -91,7 +93,8 @@ void Capture::HandleEvent(const AudioEvent& event) {
       if (device_ != Device::Closed) Lost(event.text);
       break;
     case AudioEvent::Kind::Returned:
-      if (recovering_) StartButton_Click();
+      // By its name: the default source may be another one by now.
+      if (recovering_) Open(event.text);
       break;
   }
 }

@@ -68,6 +68,7 @@ class Capture {
  private:
   enum class Device { Closed, Opening, Open };
 
+  void Open(const std::string& device);
   void HandleEvent(const AudioEvent& event);
   void Opened();
   void OpenFailed(const std::string& text);

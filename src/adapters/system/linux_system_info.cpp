@@ -10,7 +10,10 @@ namespace velt {
 
 std::optional<SystemVersion> LinuxSystemInfo::Version() const {
   utsname names{};
-  return ::uname(&names) == 0 ? VersionIn(names.release) : std::nullopt;
+  if (::uname(&names) != 0) return std::nullopt;
+  auto version = VersionIn(names.release);
+  if (version) version->name = names.sysname;
+  return version;
 }
 
 std::optional<SystemVersion> LinuxSystemInfo::VersionIn(const std::string& release) {

@@ -7,7 +7,7 @@ namespace velt {
 
 class LinuxSystemInfo : public SystemInfo {
  public:
-  // The first two numbers of the kernel's release.
+  // The first two numbers of the kernel's release, with the kernel's name.
   std::optional<SystemVersion> Version() const override;
   std::string SystemFolder() const override;
   // Only the home folder (40) is known.
