@@ -31,8 +31,7 @@ class RecordingPrompts : public Prompts {
     inputs.push_back(box);
     type = std::move(answered);
   }
-  bool Popup(const std::vector<PopupItem>&,
-             std::function<void(std::function<void()>)>) override {
+  bool Popup(const std::vector<PopupItem>&, std::function<void(std::function<void()>)>) override {
     return false;
   }
   void DropAll() override {}

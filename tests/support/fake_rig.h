@@ -95,7 +95,9 @@ class FakeRig : public IRigX {
   }
   // The next poll: the picture becomes what the rig really does.
   void Report() {
-    if (IsLinked()) shown.tx = txReally;
+    if (!IsLinked() || shown.tx == txReally) return;
+    shown.tx = txReally;
+    changed();
   }
   void Close() {
     link = {};
