@@ -6,6 +6,7 @@ PttGuard::PttGuard(IOmniRigX& server, Scheduler& scheduler)
     : server_(server), scheduler_(scheduler) {}
 
 bool PttGuard::Key(int32_t rigNumber) {
+  if (!Known(rigNumber)) return false;
   if (Rig(rigNumber).Link().state != RigLink::State::Linked) return false;
   if (!Rig(rigNumber).SetTx(PM_TX)) return false;
   Watch(rigNumber).Keyed(scheduler_.Now());
@@ -14,12 +15,13 @@ bool PttGuard::Key(int32_t rigNumber) {
 }
 
 void PttGuard::Release(int32_t rigNumber) {
+  if (!Known(rigNumber)) return;
   Rig(rigNumber).SetTx(PM_RX);
   Watch(rigNumber).Released(scheduler_.Now());
 }
 
 bool PttGuard::Holds(int32_t rigNumber) const {
-  return rigNumber >= 1 && rigNumber <= 2 && watches_[static_cast<size_t>(rigNumber) - 1].Holds();
+  return Known(rigNumber) && watches_[static_cast<size_t>(rigNumber) - 1].Holds();
 }
 
 void PttGuard::ReleaseNow() {

@@ -31,7 +31,7 @@ class PttGuard {
   std::function<void(int32_t rigNumber)> ended;
 
   // Keys the rig and remembers it. False when the rig refuses; nothing is keyed then. `rigNumber`
-  // is 1 or 2, here and below.
+  // is 1 or 2, here and below; with another one nothing happens.
   bool Key(int32_t rigNumber);
 
   // Sends the release. One that was keyed from here is followed up; it reaches the rig first after
@@ -51,6 +51,7 @@ class PttGuard {
   int32_t LimitMinutes() const { return watches_[0].LimitMinutes(); }
 
  private:
+  static bool Known(int32_t rigNumber) { return rigNumber == 1 || rigNumber == 2; }
   IRigX& Rig(int32_t rigNumber) const;
   PttSafety& Watch(int32_t rigNumber) { return watches_.at(static_cast<size_t>(rigNumber) - 1); }
   void CheckRig(int32_t rigNumber);

@@ -1,6 +1,7 @@
 #include "rig/rig_control.h"
 
 #include <array>
+#include <cstdlib>
 #include <utility>
 
 #include "rig/shown_frequency.h"
@@ -64,7 +65,7 @@ void RigControl::SetTRXFrequency(int32_t frequencyHz, int16_t vfo) {
   if (restore_.Late()) {
     // The user has moved on while the link was lost.
     restore_.Disarm();
-    shiftedVfo_.reset();
+    shift_.reset();
   }
   Write(static_cast<int32_t>(value), vfo);
 }
@@ -79,11 +80,10 @@ void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
 }
 
 void RigControl::RestoreNow() {
-  const std::optional<int16_t> vfo = shiftedVfo_;
+  if (shift_) MoveBack(shift_->vfo);
   restore_.Disarm();
-  if (vfo) MoveBack(*vfo);
   // Whether it could be moved or not: the saved frequency is nobody's any more.
-  shiftedVfo_.reset();
+  shift_.reset();
 }
 
 std::string RigControl::SetModulationMode(const std::string& modulatie) {
@@ -111,18 +111,29 @@ void RigControl::ShiftAway(int16_t vfo) {
   if (!shown || !InRange(*shown) || !rig_.Linked()) return;
   restore_.Disarm();
   // Keyed again before the rig was back: where it stands now is not where it belongs.
-  if (!shiftedVfo_) state_.savedRigFrequency = rig_->GetRxFrequency();
-  shiftedVfo_ = vfo;
+  if (!shift_) state_.savedRigFrequency = rig_->GetRxFrequency();
+  shift_ = Shift{vfo, *shown};
   Write(*shown, vfo);
 }
 
 // False while the link is lost: the rig still has to be moved.
 bool RigControl::MoveBack(int16_t vfo) {
-  if (rig_.Exists() && !rig_.Linked()) return false;
-  shiftedVfo_.reset();
-  if (rig_.Exists() && InRange(state_.savedRigFrequency)) Write(state_.savedRigFrequency, vfo);
+  if (!rig_.Exists()) return true;
+  if (!rig_.Linked()) return false;
+  const bool movedOn = restore_.Late() && !StandsWhereItWasShifted();
+  shift_.reset();
+  if (!movedOn && InRange(state_.savedRigFrequency)) Write(state_.savedRigFrequency, vfo);
   display_.ShowRigParams();
   return true;
+}
+
+// After a lost link the operator may have tuned the rig by hand; rigs round what they are sent.
+bool RigControl::StandsWhereItWasShifted() const {
+  if (!shift_) return false;
+  int32_t now = rig_->Freq();
+  if (shift_->vfo == 1 || shift_->vfo == 3) now = rig_->FreqA();
+  if (shift_->vfo == 2) now = rig_->FreqB();
+  return std::abs(int64_t{now} - shift_->frequencyHz) < 1000;
 }
 
 void RigControl::Write(int32_t frequencyHz, int16_t vfo) {

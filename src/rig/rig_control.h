@@ -45,9 +45,15 @@ class RigControl {
   bool RefusedWithoutLink() const;
 
  private:
+  struct Shift {
+    int16_t vfo;
+    int32_t frequencyHz;
+  };
+
   bool Blocked() const;
   void ShiftAway(int16_t vfo);
   bool MoveBack(int16_t vfo);
+  bool StandsWhereItWasShifted() const;
   void Write(int32_t frequencyHz, int16_t vfo);
 
   RigControls& form_;
@@ -56,7 +62,7 @@ class RigControl {
   RigDisplay& display_;
   ShowMessage showMessage_;
   FrequencyRestore restore_;
-  std::optional<int16_t> shiftedVfo_;  // the rig stands elsewhere than at the saved frequency
+  std::optional<Shift> shift_;  // the rig stands there instead of at the saved frequency
 };
 
 }  // namespace velt

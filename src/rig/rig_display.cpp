@@ -10,7 +10,7 @@
 namespace velt {
 namespace {
 
-int32_t Held(int64_t value) {
+int32_t Clamped(int64_t value) {
   return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
                                                   std::numeric_limits<int32_t>::max()));
 }
@@ -35,8 +35,8 @@ void RigDisplay::ShowRigParams() {
   form_.lblTRXMode.enabled = !offLine;
   form_.mnunorig.checked = offLine;
 
-  state_.scaleAnchorHz = Held(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
-                              engine_.scaleOffset + state_.RealRigFrequency);
+  state_.scaleAnchorHz = Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
+                                 engine_.scaleOffset + state_.RealRigFrequency);
   if (!form_.tmrFreqcount.enabled && writeStatusRX) writeStatusRX(state_.RealRigFrequency);
   ShowMode();
   MarkStale(rig_->Link().stale);
@@ -64,7 +64,7 @@ std::string RigDisplay::FrequencyToShow(int32_t frequencyHz) {
   const bool locked = Lowered(engine_.transmitterModeLine) == "lock_to_txcr" &&
                       form_.lblTRXMode.caption.Get() == "TX" && state_.offsetKHz != 0;
   if (!locked) {
-    return FrequencyText(Held(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} + frequencyHz));
+    return FrequencyText(Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} + frequencyHz));
   }
   FollowShownFrequency(frequencyHz);
   return FrequencyText(frequencyHz);

@@ -66,10 +66,11 @@ void RigMenus::mnuArduinoFreq_Click() {
 }
 
 void RigMenus::mnuSetFreqManual_Click() {
-  prompts_.Input({.title = "Set Rig Frequency", .prompt = "Enter the frequency (in kHz):", .initial = {}},
-                 [this](const std::optional<std::string>& answer) {
-                   if (answer) SetFrequencyByHand(*answer);
-                 });
+  prompts_.Input(
+      {.title = "Set Rig Frequency", .prompt = "Enter the frequency (in kHz):", .initial = {}},
+      [this](const std::optional<std::string>& answer) {
+        if (answer) SetFrequencyByHand(*answer);
+      });
 }
 
 void RigMenus::mnuModModes_Click(int32_t index) {

@@ -120,6 +120,23 @@ TEST_F(PttTest, ALinkLostWhileKeyedIsReleasedFirstAndMovedBackLater) {
   EXPECT_FALSE(Transmits());
 }
 
+TEST_F(PttTest, AfterALostLinkATunedRigStaysWhereItIs) {
+  for (const bool byHand : {true, false}) {
+    rig1.shown.freq = rig1.shown.rx = 7100000;
+    rig.display.ShowRigParams();
+    On();
+    Pass(Milliseconds(1000));
+    server.Lose(1);
+    Pass(Milliseconds(5000));
+    if (byHand) rig1.shown.freq = rig1.shown.rx = 3600000;
+    server.Return(1);
+    clock.RunPosted();
+    if (!byHand) rig.control.SetTRXFrequency(3602000);
+    Pass(Milliseconds(5000));
+    EXPECT_EQ(rig1.shown.freq, 3600000) << byHand;
+  }
+}
+
 TEST_F(PttTest, TheLimitEndsATransmissionAsTheReceiveButtonWould) {
   rig.guard.SetLimitMinutes(2);
   On();
