@@ -120,6 +120,18 @@ TEST_F(OmniRigLinkTest, ALostLinkKeepsTheLastValuesAsStale) {
   EXPECT_FALSE(form.lblFrequency.stale);
 }
 
+TEST_F(OmniRigLinkTest, AnotherRigChosenWhileOpeningIsTheOneThatStarts) {
+  int started = 0;
+  rig.link.started = [&] { ++started; };
+  server.reachable = {false, true};
+  rig.link.StartOmniRig();
+  rig.link.ChooseRig(2);
+  clock.RunPosted();
+  EXPECT_TRUE(prompts.asked.empty());
+  EXPECT_EQ(started, 1);
+  EXPECT_EQ(rig.current.Number(), 2);
+}
+
 TEST_F(OmniRigLinkTest, ALinkStoppedWhileOpeningStaysOff) {
   rig.link.StartOmniRig();
   rig.link.StopOmniRig();

@@ -58,6 +58,7 @@ TEST_F(PttTest, TheShiftIsUndoneBeforeTheEndAndForTheRigAndVfoItWasMadeOn) {
   rig.state.vfo = 1;
   On();
   rig.state.vfo = 2;
+  On();
   rig.state.offsetKHz = 0;
   EXPECT_EQ(WritesAfter([this] {
               Off();
@@ -134,6 +135,11 @@ TEST_F(PttTest, AfterALostLinkATunedRigStaysWhereItIs) {
     if (!byHand) rig.control.SetTRXFrequency(3602000);
     Pass(Milliseconds(5000));
     EXPECT_EQ(rig1.shown.freq, 3600000) << byHand;
+    On();
+    Pass(Milliseconds(1000));
+    Off();
+    Pass(Milliseconds(2000));
+    EXPECT_EQ(rig1.shown.freq, 3600000) << byHand;
   }
 }
 
@@ -179,6 +185,7 @@ TEST_F(PttTest, StoppingTheLinkReleasesByTheShortestWay) {
   EXPECT_EQ(server.releasedNow, std::vector<int32_t>{1});
   EXPECT_FALSE(Transmits());
   EXPECT_EQ(rig1.shown.freq, 7100000);
+  EXPECT_TRUE(form.lblFrequency.stale);
 }
 
 }  // namespace

@@ -52,6 +52,10 @@ TEST_F(RigDisplayTest, LockedToTheTransceiverTheTransmitterFollowsTheLabel) {
             }),
             Texts{"Freq 7100000"});
   EXPECT_EQ(WritesAfter([this] { rig.display.ShowRigParams(); }), Texts{});
+  rig.state.offsetKHz = 0;
+  form.lblFrequency.caption = "7.200.00";
+  EXPECT_EQ(WritesAfter([this] { rig.display.ShowRigParams(); }), Texts{});
+  rig.state.offsetKHz = 2;
   rig.engine.transmitterModeLine = "off";
   rig.display.ShowRigParams();
   EXPECT_EQ(Frequency(), "7.100.00");
