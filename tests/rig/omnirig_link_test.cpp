@@ -132,13 +132,5 @@ TEST_F(OmniRigLinkTest, AnotherRigChosenWhileOpeningIsTheOneThatStarts) {
   EXPECT_EQ(rig.current.Number(), 2);
 }
 
-TEST_F(OmniRigLinkTest, ALinkStoppedWhileOpeningStaysOff) {
-  rig.link.StartOmniRig();
-  rig.link.StopOmniRig();
-  clock.RunPosted();
-  EXPECT_FALSE(rig.link.On());
-  EXPECT_FALSE(rig.state.omniRigActive);
-}
-
 }  // namespace
 }  // namespace velt

@@ -65,66 +65,34 @@ TEST(PttSafety, TheLimitIsNeverBelowOneNorAboveSixtyMinutes) {
   }
 }
 
-TEST(PttSafety, ALinkLostAtAnyMomentOfATransmissionNeverLeavesItKeyed) {
-  for (int keyedTicks = 0; keyedTicks <= 2500; keyedTicks += (keyedTicks < 40 ? 1 : 83)) {
-    for (const Milliseconds away :
-         {Milliseconds(250), Milliseconds(5000), Milliseconds(30'000), Milliseconds(7'200'000)}) {
-      Simulation s;
-      s.Key();
-      s.Run(kTick * keyedTicks);
-      const bool wasKeyed = s.transmits;
-      s.linked = false;
-      s.Run(away);
-      EXPECT_EQ(s.transmits, wasKeyed);
-      EXPECT_EQ(s.alarm, wasKeyed && away > Milliseconds(10'000)) << keyedTicks;
-      s.linked = true;
-      s.Step();
-      ASSERT_FALSE(s.transmits) << keyedTicks << " ticks, away " << away.count();
-      s.Run(seconds(5));
-      EXPECT_FALSE(s.safety.Holds());
-      EXPECT_FALSE(s.alarm);
+// The link goes away after any number of ticks, some of them spent with a release that the rig
+// ignores, for a moment up to hours.
+TEST(PttSafety, ALinkLostAtAnyMomentNeverLeavesARigKeyed) {
+  for (int ticks = 0; ticks <= 2500; ticks += (ticks < 60 ? 1 : 83)) {
+    for (const int64_t awayMs : {250, 5000, 30'000, 7'200'000}) {
+      for (const bool releasing : {false, true}) {
+        Simulation s;
+        s.Key();
+        s.Step();
+        s.ignoresRelease = releasing;
+        if (releasing) s.Release();
+        s.Run(kTick * ticks);
+        const bool wasKeyed = s.transmits;
+        s.linked = false;
+        s.Run(Milliseconds(awayMs));
+        EXPECT_EQ(s.transmits, wasKeyed);
+        if (awayMs > 10'000) {
+          EXPECT_EQ(s.alarm, wasKeyed) << ticks;
+        }
+        s.ignoresRelease = false;
+        s.linked = true;
+        s.Step();
+        ASSERT_FALSE(s.transmits) << ticks << " ticks, away " << awayMs << ' ' << releasing;
+        s.Run(seconds(5));
+        EXPECT_FALSE(s.safety.Holds() || s.alarm);
+      }
     }
   }
-}
-
-TEST(PttSafety, ALinkLostAtAnyMomentOfAReleaseIsFollowedUp) {
-  for (int ticks = 0; ticks < 60; ++ticks) {
-    Simulation s;
-    s.Key();
-    s.Run(seconds(5));
-    s.ignoresRelease = true;
-    s.Release();
-    s.Run(kTick * ticks);
-    s.linked = false;
-    s.Run(hours(2));
-    EXPECT_TRUE(s.alarm) << ticks;
-    s.ignoresRelease = false;
-    s.linked = true;
-    s.Step();
-    EXPECT_FALSE(s.transmits) << ticks;
-    s.Run(seconds(3));
-    EXPECT_FALSE(s.alarm) << ticks;
-    EXPECT_FALSE(s.safety.Holds()) << ticks;
-  }
-}
-
-TEST(PttSafety, AnIgnoredReleaseIsRepeatedForTenSecondsAndTheAlarmStays) {
-  Simulation s;
-  s.Key();
-  s.Run(seconds(2));
-  s.ignoresRelease = true;
-  s.Release();
-  s.Run(Milliseconds(9750));
-  EXPECT_NEAR(s.releases, 19, 1);
-  EXPECT_FALSE(s.alarm);
-  s.Run(hours(5));
-  EXPECT_LE(s.releases, 20);
-  EXPECT_TRUE(s.alarm);
-  EXPECT_TRUE(s.safety.Holds());
-  s.transmits = false;
-  s.Run(seconds(2));
-  EXPECT_FALSE(s.alarm);
-  EXPECT_FALSE(s.safety.Holds());
 }
 
 TEST(PttSafety, WhatWasNotKeyedHereIsNeverReleased) {
@@ -151,16 +119,6 @@ TEST(PttSafety, WhatWasNotKeyedHereIsNeverReleased) {
 }
 
 TEST(PttSafety, ReceiveIsBelievedOnlyAfterAWhile) {
-  // One poll with an old picture does not end the watch over a transmission.
-  Simulation s;
-  s.Key();
-  s.Run(seconds(5));
-  s.reported = false;
-  s.Step();
-  EXPECT_TRUE(s.safety.Holds());
-  s.Run(minutes(10));
-  EXPECT_FALSE(s.transmits);
-
   // A quick release: the picture still is the one from before the keying.
   Simulation quick;
   quick.Key();
