@@ -27,12 +27,18 @@ struct WindowFrame : Control {
   Property<uint32_t> faceColour;
 };
 
+// A label that shows what the rig reports.
+struct RigLabel : Label {
+  explicit RigLabel(Form& form, std::string text = {}) : Label(form, text), stale(*this, false) {}
+  Property<bool> stale;  // the text is the last one of a link that is lost or stopped
+};
+
 struct RigControls {
   explicit RigControls(Form& form);
-  Label lblFrequency;
-  Label lblFrequencyExpand;  // the expanded panel's copy of lblFrequency
-  Label lblMode;
-  Label lblTRXMode;
+  RigLabel lblFrequency;
+  RigLabel lblFrequencyExpand;  // the expanded panel's copy of lblFrequency
+  RigLabel lblMode;
+  RigLabel lblTRXMode;
   Label Label3;                        // which way modes go: "Velt Mode" or "Rig Mode"
   ControlArray<OptionButton> optTXRX;  // 0 transmit, 1 receive
   Image Image3;                        // opens the CAT dialog

@@ -1,0 +1,44 @@
+// `frmOmniRig`: the state of every control of the CAT dialog. A form of its own, because its window
+// comes and goes apart from the main window.
+#pragma once
+
+#include <string>
+
+#include "form/controls.h"
+
+namespace velt {
+
+// The dialog's window; `visible` opens and closes it.
+struct DialogWindow : Control {
+  DialogWindow(Form& form, std::string text) : Control(form), caption(*this, text) {
+    visible = false;
+  }
+  Property<std::string> caption;
+  std::function<void()> onClose;  // the user closed it by its frame
+};
+
+struct OmniRigForm : Form {
+  OmniRigForm();
+
+  DialogWindow Window;
+  Button cmdStartStop;
+  OptionButton Option1;               // rig 1
+  OptionButton Option2;               // rig 2
+  ControlArray<OptionButton> optVFO;  // what a frequency goes to: 0 current, 1 A, 2 B, 3 B then A
+  ListBox Combo1;                     // modes
+  Button Command1;                    // closes
+  Label Label8;                       // the rig's status text
+  Label Label3;                       // current frequency in Hz
+  Label Label4;                       // VFO A in Hz
+  Label Label10;                      // VFO B in Hz
+  Label Label6;                       // mode
+  Label lblLink;                      // how the link stands
+  TextBox txtAddress1;                // "HOST:PORT" of rig 1's server
+  TextBox txtAddress2;                // and of rig 2's
+  Button cmdApplyAddresses;           // enabled while a typed address is not in use yet
+  Label lblAddressMessage;            // what is wrong with a typed address
+  TextBox txtLimit;                   // longest transmission in minutes, 1 to 60
+  Label lblLimitMessage;              // what is wrong with it
+};
+
+}  // namespace velt

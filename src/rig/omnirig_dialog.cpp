@@ -1,0 +1,236 @@
+#include "rig/omnirig_dialog.h"
+
+#include "text/numbers.h"
+
+namespace velt {
+namespace {
+
+// The countdown to the next attempt is not an event of the server's.
+constexpr Milliseconds kRefreshEvery{500};
+
+// The two CW rows are crossed on purpose.
+std::string ModeText(int32_t mode) {
+  switch (mode) {
+    case PM_SSB_L:
+      return "LSB";
+    case PM_SSB_U:
+      return "USB";
+    case PM_CW_U:
+      return "CW LSB";
+    case PM_CW_L:
+      return "CW USB";
+    case PM_AM:
+      return "AM";
+    case PM_FM:
+      return "FM";
+    default:
+      return mode > PM_SSB_L ? "Other" : "";
+  }
+}
+
+int32_t ModeOf(const std::string& text) {
+  if (text == "FM") return PM_FM;
+  if (text == "AM") return PM_AM;
+  if (text == "LSB") return PM_SSB_L;
+  if (text == "USB") return PM_SSB_U;
+  if (text == "CW") return PM_CW_U;
+  return 0;
+}
+
+}  // namespace
+
+std::string LinkText(const RigLink& link) {
+  const std::string stale = link.stale ? "Stale values, " : "";
+  switch (link.state) {
+    case RigLink::State::Off:
+      return "Stopped";
+    case RigLink::State::Linked:
+      return "Linked";
+    case RigLink::State::Connecting:
+      return link.stale ? stale + "connecting" : "Connecting";
+    case RigLink::State::Silent:
+      return link.stale ? stale + "rig is silent" : "Rig is silent";
+    case RigLink::State::Reconnecting:
+      break;
+  }
+  const std::string when =
+      link.retryInSeconds > 0 ? " in " + std::to_string(link.retryInSeconds) + " s" : "";
+  return (link.stale ? stale + "reconnecting" : "Reconnecting") + when;
+}
+
+OmniRigDialog::OmniRigDialog(OmniRigForm& form, const Neighbours& neighbours)
+    : form_(form), its_(neighbours) {
+  Connect();
+}
+
+void OmniRigDialog::Connect() {
+  form_.Window.onClose = [this] { Close(); };
+  form_.cmdStartStop.onClick = [this] { cmdStartStop_Click(); };
+  form_.Option1.value.raised = [this] { Option_Click(form_.Option1.value ? 1 : 2); };
+  form_.Option2.value.raised = [this] { Option_Click(form_.Option2.value ? 2 : 1); };
+  for (auto& [index, button] : form_.optVFO) {
+    button->value.raised = [this, vfo = index, option = button.get()] {
+      if (option->value) optVFO_Click(static_cast<int16_t>(vfo));
+    };
+  }
+  form_.Combo1.listIndex.raised = [this] { Combo1_Click(); };
+  form_.Command1.onClick = [this] { Command1_Click(); };
+  form_.cmdApplyAddresses.onClick = [this] { cmdApplyAddresses_Click(); };
+  for (TextBox* field : AddressFields()) field->onChange = [this] { txtAddress_Change(); };
+  form_.txtLimit.onChange = [this] { txtLimit_Change(); };
+}
+
+void OmniRigDialog::Open() {
+  if (form_.Window.visible) return;
+  ShowSettings();
+  ShowChoices();
+  Refresh();
+  form_.Window.visible = true;
+  Tick();
+}
+
+void OmniRigDialog::Close() {
+  if (!form_.Window.visible) return;
+  form_.Window.visible = false;
+  tick_.Cancel();
+  if (closed) closed();
+}
+
+void OmniRigDialog::Refresh() {
+  form_.cmdStartStop.caption = its_.link.On() ? "Stop" : "Start";
+  form_.lblLink.caption = LinkText(its_.link.Link());
+  form_.Combo1.enabled = its_.rig.Linked();
+  ShowStatus();
+  ShowParams();
+}
+
+void OmniRigDialog::cmdStartStop_Click() {
+  if (its_.link.On()) {
+    its_.link.StopOmniRig();
+  } else {
+    its_.link.Start([this](bool started) {
+      if (!started) {
+        its_.prompts.Tell({.title = "OmniRig",
+                           .text = "OmniRig is not installed or has a wrong version number",
+                           .icon = BoxIcon::Exclamation},
+                          [] {});
+      }
+      Refresh();
+    });
+  }
+  Refresh();
+}
+
+void OmniRigDialog::Option_Click(int16_t rigNo) {
+  if (its_.state.rigChoice == rigNo) return;
+  its_.link.ChooseRig(rigNo);
+  ShowChoices();
+  Refresh();
+  Changed();
+}
+
+void OmniRigDialog::optVFO_Click(int16_t vfo) {
+  if (its_.state.vfo == vfo) return;
+  its_.state.vfo = vfo;
+  ShowChoices();
+  Changed();
+}
+
+void OmniRigDialog::Combo1_Click() {
+  const auto index = static_cast<size_t>(form_.Combo1.listIndex.Get());
+  const std::vector<std::string>& modes = form_.Combo1.items;
+  if (!its_.rig.Exists() || index >= modes.size()) return;
+  its_.rig->SetMode(ModeOf(modes[index]));
+  // The same mode can be chosen again after the rig was set otherwise.
+  form_.Combo1.listIndex = -1;
+}
+
+// A bad address keeps the dialog open, so that what was typed can be put right.
+void OmniRigDialog::Command1_Click() {
+  if (ApplyAddresses()) Close();
+}
+
+void OmniRigDialog::cmdApplyAddresses_Click() {
+  ApplyAddresses();
+  Refresh();
+}
+
+void OmniRigDialog::txtAddress_Change() {
+  form_.lblAddressMessage.caption = "";
+  form_.cmdApplyAddresses.enabled = form_.txtAddress1.text.Get() != its_.server.Address(1) ||
+                                    form_.txtAddress2.text.Get() != its_.server.Address(2);
+}
+
+void OmniRigDialog::txtLimit_Change() {
+  const std::optional<int32_t> minutes = ParseWhole(form_.txtLimit.text.Get());
+  const bool good = minutes && *minutes >= PttSafety::kLeastLimitMinutes &&
+                    *minutes <= PttSafety::kMostLimitMinutes;
+  form_.lblLimitMessage.caption = good ? std::string()
+                                       : "Whole minutes from 1 to 60. Still in force: " +
+                                             std::to_string(its_.guard.LimitMinutes()) + " min";
+  if (!good || *minutes == its_.guard.LimitMinutes()) return;
+  its_.guard.SetLimitMinutes(*minutes);
+  Changed();
+}
+
+void OmniRigDialog::ShowChoices() {
+  form_.Option1.value = its_.state.rigChoice != 2;
+  form_.Option2.value = its_.state.rigChoice == 2;
+  for (auto& [index, button] : form_.optVFO) button->value = index == its_.state.vfo;
+}
+
+void OmniRigDialog::ShowSettings() {
+  form_.txtAddress1.text = its_.server.Address(1);
+  form_.txtAddress2.text = its_.server.Address(2);
+  form_.lblAddressMessage.caption = "";
+  form_.cmdApplyAddresses.enabled = false;
+  form_.txtLimit.text = std::to_string(its_.guard.LimitMinutes());
+  form_.lblLimitMessage.caption = "";
+}
+
+void OmniRigDialog::ShowStatus() {
+  if (its_.rig.Exists()) form_.Label8.caption = its_.rig->StatusStr();
+}
+
+void OmniRigDialog::ShowParams() {
+  if (!its_.rig.Exists()) return;
+  form_.Label3.caption = std::to_string(its_.rig->Freq());
+  form_.Label4.caption = std::to_string(its_.rig->FreqA());
+  form_.Label10.caption = std::to_string(its_.rig->FreqB());
+  form_.Label6.caption = ModeText(its_.rig->Mode());
+}
+
+// Takes the good addresses; false when one is bad, which leaves the one in use as it was.
+bool OmniRigDialog::ApplyAddresses() {
+  std::string bad;
+  bool changed = false;
+  int32_t rigNumber = 0;
+  for (const TextBox* field : AddressFields()) {
+    ++rigNumber;
+    const std::string typed(Trimmed(field->text.Get()));
+    if (typed == its_.server.Address(rigNumber)) continue;
+    if (its_.server.SetAddress(rigNumber, typed)) {
+      changed = true;
+    } else if (bad.empty()) {
+      bad = "Rig " + std::to_string(rigNumber) + ": \"" + typed +
+            "\" is no address. Use HOST:PORT, for example 127.0.0.1:4532";
+    }
+  }
+  txtAddress_Change();
+  form_.lblAddressMessage.caption = bad;
+  if (changed) Changed();
+  return bad.empty();
+}
+
+void OmniRigDialog::Changed() const {
+  if (settingsChanged) settingsChanged();
+}
+
+void OmniRigDialog::Tick() {
+  tick_ = its_.scheduler.After(kRefreshEvery, [this] {
+    Refresh();
+    Tick();
+  });
+}
+
+}  // namespace velt

@@ -1,0 +1,91 @@
+// The link to the CAT server: starts and stops it, picks one of its two rigs and turns its events
+// into updates of the rig display. Starting takes as long as it takes; a server that cannot be
+// reached is tried on, and the link starts by itself when it answers.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "form/main_form.h"
+#include "ports/omnirig.h"
+#include "ports/prompts.h"
+#include "rig/current_rig.h"
+#include "rig/rig_display.h"
+#include "rig/rig_state.h"
+
+namespace velt {
+
+class OmniRigLink {
+ public:
+  // Whether a failed start may put a question to the user.
+  enum class Questions { Asked, Never };
+
+  // Versions of the server's interface that are accepted, both ends included.
+  static constexpr int32_t kLeastVersion = 0x101;
+  static constexpr int32_t kMostVersion = 0x299;
+
+  OmniRigLink(RigControls& form, RigState& state, CurrentRig& rig, IOmniRigX& server,
+              RigDisplay& display, Prompts& prompts, Questions questions);
+  ~OmniRigLink();
+  OmniRigLink(const OmniRigLink&) = delete;
+  OmniRigLink& operator=(const OmniRigLink&) = delete;
+
+  // After each successful start, however late; the rig is selected and shown.
+  std::function<void()> started;
+  // After StartOmniRig failed; the labels are set.
+  std::function<void()> failed;
+  // The user wants to configure the link.
+  std::function<void()> openDialog;
+  // Before another rig object is taken or the link is closed.
+  std::function<void(bool closing)> leaving;
+  // After each event of either rig.
+  std::function<void(int32_t rigNumber)> onEvent;
+
+  // Starts the link. When it fails and no frequency is known, the label shows "RigOffLine" and the
+  // user is asked, once in a run, whether to configure it.
+  void StartOmniRig();
+
+  // The same without label and question; `answered` tells whether the link is started. It is not
+  // called when the link is stopped before, nor while an earlier start is under way.
+  void Start(std::function<void(bool started)> answered);
+
+  void StopOmniRig();
+
+  // Takes rig 1 or 2 while the link is started. Another number is kept, so that no event matches
+  // it, with the rig object as it was.
+  void SelectRig(int16_t newRigNo);
+
+  // Makes rig 1 or 2 the one to start with and selects it, or starts with it, if the link is on.
+  void ChooseRig(int16_t rigNo);
+
+  void OmniRigEngine_StatusChange(int32_t rigNumber);
+  void OmniRigEngine_ParamsChange(int32_t rigNumber, int32_t params);
+
+  bool Started() const { return stage_ == Stage::Started; }
+  // Started, starting or being tried on.
+  bool On() const { return stage_ != Stage::Off; }
+
+  // How the link to the rig in use, or to the one to start with, stands.
+  RigLink Link() const;
+
+ private:
+  enum class Stage { Off, Opening, Trying, Started };
+
+  static int16_t ValidChoice(int16_t rigNo) { return rigNo == 2 ? int16_t{2} : int16_t{1}; }
+  IRigX& RigObject(int32_t rigNumber) const;
+  bool Conclude(bool reached);
+  void StartIfItAnswersNow(int32_t rigNumber);
+  void StartFailed();
+  void OpenIfOff(int16_t rigNo);
+
+  RigControls& form_;
+  RigState& state_;
+  CurrentRig& rig_;
+  IOmniRigX& server_;
+  RigDisplay& display_;
+  Prompts& prompts_;
+  Questions questions_;
+  Stage stage_ = Stage::Off;
+};
+
+}  // namespace velt

@@ -1,0 +1,145 @@
+#include "rig/rig_control.h"
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+#include "rig/shown_frequency.h"
+#include "text/formats.h"
+#include "text/numbers.h"
+
+namespace velt {
+namespace {
+
+// A mode text and what it sends, by where the text comes from and whether the rig's sideband
+// mirrors the engine's. 0 sends nothing.
+struct ModeRow {
+  const char* text;
+  int32_t given;
+  int32_t givenInverted;
+  int32_t shown;
+  int32_t shownInverted;
+};
+
+// The columns for a shown text are the mirror of those for a given one, on purpose.
+constexpr std::array<ModeRow, 7> kModes = {{
+    {"USB", PM_SSB_U, PM_SSB_L, PM_SSB_L, PM_SSB_U},
+    {"LSB", PM_SSB_L, PM_SSB_U, PM_SSB_U, PM_SSB_L},
+    {"CW-USB", PM_CW_U, PM_CW_L, 0, 0},
+    {"CW-LSB", PM_CW_L, PM_CW_U, 0, 0},
+    {"FM", PM_FM, PM_FM, PM_FM, PM_FM},
+    {"AM", PM_AM, PM_AM, PM_AM, PM_AM},
+    {"DIG", PM_DIG_U, PM_DIG_U, PM_DIG_U, PM_DIG_U},
+}};
+
+int32_t ModeFor(const std::string& text, bool fromLabel, bool inverted) {
+  if (fromLabel && text.find("CW") != std::string::npos) return inverted ? PM_CW_L : PM_CW_U;
+  for (const ModeRow& row : kModes) {
+    if (text != row.text) continue;
+    if (fromLabel) return inverted ? row.shownInverted : row.shown;
+    return inverted ? row.givenInverted : row.given;
+  }
+  return 0;
+}
+
+bool InRange(int64_t frequencyHz) {
+  return frequencyHz >= RigControl::kLowestHz && frequencyHz <= RigControl::kHighestHz;
+}
+
+}  // namespace
+
+RigControl::RigControl(RigControls& form, RigState& state, const CurrentRig& rig,
+                       RigDisplay& display, Scheduler& scheduler, ShowMessage showMessage)
+    : form_(form),
+      state_(state),
+      rig_(rig),
+      display_(display),
+      showMessage_(std::move(showMessage)),
+      restore_(scheduler) {}
+
+void RigControl::SetTRXFrequency(int32_t frequencyHz, int16_t vfo) {
+  if (Blocked() || RefusedWithoutLink()) return;
+  const int64_t value = int64_t{frequencyHz} - WrapMultiply16(state_.offsetKHz, 1000);
+  if (!InRange(value)) return showMessage_("Frequency outside 10 kHz to 2 GHz: not sent");
+  showMessage_("Updating VFO...");
+  if (restore_.Late()) {
+    // The user has moved on while the link was lost.
+    restore_.Disarm();
+    shift_.reset();
+  }
+  Write(static_cast<int32_t>(value), vfo);
+}
+
+void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
+  if (shiftKHz == 0 || !rig_.Exists()) return;
+  if (shiftTheRig) {
+    ShiftAway(vfo);
+  } else {
+    restore_.Arm([this, vfo] { return MoveBack(vfo); });
+  }
+}
+
+void RigControl::RestoreNow() {
+  if (shift_) MoveBack(shift_->vfo);
+  restore_.Disarm();
+  // Whether it could be moved or not: the saved frequency is nobody's any more.
+  shift_.reset();
+}
+
+std::string RigControl::SetModulationMode(const std::string& modulatie) {
+  const bool fromLabel = modulatie.empty();
+  const std::string text = fromLabel ? form_.lblMode.caption.Get() : modulatie;
+  if (Blocked()) return text;
+  const bool inverted = Lowered(Trimmed(state_.invertedSideband)) == "on";
+  const int32_t mode = ModeFor(text, fromLabel, inverted);
+  if (mode != 0 && !RefusedWithoutLink()) rig_->SetMode(mode);
+  return text;
+}
+
+bool RigControl::RefusedWithoutLink() const {
+  if (rig_.Linked()) return false;
+  showMessage_("No link to the rig: nothing was sent");
+  return true;
+}
+
+bool RigControl::Blocked() const {
+  return form_.lblFrequencyExpand.caption.Get() == "N/A" || !rig_.Exists();
+}
+
+void RigControl::ShiftAway(int16_t vfo) {
+  const std::optional<int32_t> shown = ShownFrequencyHz(form_.lblFrequency);
+  if (!shown || !InRange(*shown) || !rig_.Linked()) return;
+  restore_.Disarm();
+  // Keyed again before the rig was back: where it stands now is not where it belongs.
+  if (!shift_) state_.savedRigFrequency = rig_->GetRxFrequency();
+  shift_ = Shift{vfo, *shown};
+  Write(*shown, vfo);
+}
+
+// False while the link is lost: the rig still has to be moved.
+bool RigControl::MoveBack(int16_t vfo) {
+  if (!rig_.Exists()) return true;
+  if (!rig_.Linked()) return false;
+  const bool movedOn = restore_.Late() && !StandsWhereItWasShifted();
+  shift_.reset();
+  if (!movedOn && InRange(state_.savedRigFrequency)) Write(state_.savedRigFrequency, vfo);
+  display_.ShowRigParams();
+  return true;
+}
+
+// After a lost link the operator may have tuned the rig by hand; rigs round what they are sent.
+bool RigControl::StandsWhereItWasShifted() const {
+  if (!shift_) return false;
+  int32_t now = rig_->Freq();
+  if (shift_->vfo == 1 || shift_->vfo == 3) now = rig_->FreqA();
+  if (shift_->vfo == 2) now = rig_->FreqB();
+  return std::abs(int64_t{now} - shift_->frequencyHz) < 1000;
+}
+
+void RigControl::Write(int32_t frequencyHz, int16_t vfo) {
+  if (vfo == 0) rig_->SetFreq(frequencyHz);
+  if (vfo == 2 || vfo == 3) rig_->SetFreqB(frequencyHz);
+  if (vfo == 1 || vfo == 3) rig_->SetFreqA(frequencyHz);
+}
+
+}  // namespace velt

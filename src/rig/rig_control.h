@@ -1,0 +1,68 @@
+// Writes the rig's frequency and mode. Nothing is sent while there is no rig object or while
+// lblFrequencyExpand shows "N/A"; while the link to the rig is lost, and for frequencies outside
+// 10 kHz to 2 GHz, the write is refused with a message.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "form/main_form.h"
+#include "rig/current_rig.h"
+#include "rig/frequency_restore.h"
+#include "rig/rig_display.h"
+#include "rig/rig_state.h"
+
+namespace velt {
+
+using ShowMessage = std::function<void(const std::string&)>;
+
+class RigControl {
+ public:
+  static constexpr int32_t kLowestHz = 10'000;
+  static constexpr int32_t kHighestHz = 2'000'000'000;
+
+  RigControl(RigControls& form, RigState& state, const CurrentRig& rig, RigDisplay& display,
+             Scheduler& scheduler, ShowMessage showMessage);
+
+  // Writes frequencyHz less the rig's offset. `vfo`: 0 the current frequency, 1 VFO A, 2 VFO B,
+  // 3 VFO B and then VFO A; any other writes nothing.
+  void SetTRXFrequency(int32_t frequencyHz, int16_t vfo = 0);
+
+  // Moves the rig to the frequency shown (shiftTheRig) or, 1.1 s later, back to where it was.
+  // Nothing when shiftKHz is 0. Moving it again before it is back keeps the first place.
+  void SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo = 0);
+
+  // Moves the rig back at once if it is still shifted.
+  void RestoreNow();
+
+  // Sends a mode by its text; an unknown one sends nothing. An empty text stands for the mode in
+  // lblMode, which goes out with the opposite sideband sense. Returns the text that was used.
+  std::string SetModulationMode(const std::string& modulatie = {});
+
+  // Tells the user when a write cannot reach the rig now.
+  bool RefusedWithoutLink() const;
+
+ private:
+  struct Shift {
+    int16_t vfo;
+    int32_t frequencyHz;
+  };
+
+  bool Blocked() const;
+  void ShiftAway(int16_t vfo);
+  bool MoveBack(int16_t vfo);
+  bool StandsWhereItWasShifted() const;
+  void Write(int32_t frequencyHz, int16_t vfo);
+
+  RigControls& form_;
+  RigState& state_;
+  const CurrentRig& rig_;
+  RigDisplay& display_;
+  ShowMessage showMessage_;
+  FrequencyRestore restore_;
+  std::optional<Shift> shift_;  // the rig stands there instead of at the saved frequency
+};
+
+}  // namespace velt

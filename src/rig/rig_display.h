@@ -1,0 +1,42 @@
+// Shows the rig picture: frequency, mode and transmit state in the labels of the main window.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "form/main_form.h"
+#include "rig/current_rig.h"
+#include "rig/rig_state.h"
+
+namespace velt {
+
+class RigDisplay {
+ public:
+  RigDisplay(RigControls& form, RigState& state, const EngineState& engine, const CurrentRig& rig);
+
+  // Tells the engine a frequency in Hz; unset while nothing listens.
+  std::function<void(int32_t frequencyHz)> writeStatusRX;
+
+  // Refreshes the labels, RealRigFrequency and the scale's anchor from the rig. Nothing without a
+  // rig object.
+  void ShowRigParams();
+
+  // Puts the rig's status into the tool tip of lblFrequency and marks the labels as stale or not.
+  // Nothing without a rig object.
+  void ShowRigStatus();
+
+  void MarkStale(bool stale);
+
+ private:
+  void lblFrequency_Change();
+  void FollowShownFrequency(int32_t frequencyHz);
+  std::string FrequencyToShow(int32_t frequencyHz);
+  void ShowMode();
+
+  RigControls& form_;
+  RigState& state_;
+  const EngineState& engine_;
+  const CurrentRig& rig_;
+};
+
+}  // namespace velt
