@@ -9,7 +9,14 @@
 
 namespace velt {
 
-// Mode and transmit values of the rig interface, one bit each.
+// Parameters of the rig interface, one bit each: modes and transmit values, and what else an event
+// may say has changed.
+inline constexpr int32_t PM_UNKNOWN = 0x00000001;
+inline constexpr int32_t PM_FREQ = 0x00000002;
+inline constexpr int32_t PM_FREQA = 0x00000004;
+inline constexpr int32_t PM_FREQB = 0x00000008;
+inline constexpr int32_t PM_SPLITON = 0x00008000;
+inline constexpr int32_t PM_SPLITOFF = 0x00010000;
 inline constexpr int32_t PM_RX = 0x00200000;
 inline constexpr int32_t PM_TX = 0x00400000;
 inline constexpr int32_t PM_CW_U = 0x00800000;
