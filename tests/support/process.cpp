@@ -1,0 +1,113 @@
+#include "support/process.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+#include <system_error>
+#include <thread>
+
+namespace velt {
+namespace {
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::vector<std::string> EnvironmentWith(const std::vector<std::string>& additions) {
+  // The first of two equal names counts.
+  std::vector<std::string> environment = additions;
+  for (char** entry = environ; *entry; ++entry) environment.emplace_back(*entry);
+  std::map<std::string, std::string> byName;
+  for (std::string& entry : environment) {
+    byName.try_emplace(entry.substr(0, entry.find('=')), std::move(entry));
+  }
+  environment.clear();
+  for (auto& [name, entry] : byName) environment.push_back(std::move(entry));
+  return environment;
+}
+
+}  // namespace
+
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() >= end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return true;
+}
+
+TempFolder::TempFolder() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "velt-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) throw std::system_error(errno, std::generic_category(), pattern);
+  path_ = pattern;
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string ReadText(const std::filesystem::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+Process::Process(const std::vector<std::string>& command, const Options& options) {
+  // Everything that allocates comes before the fork: another thread may hold the allocator's lock.
+  std::vector<std::string> commandTexts = command;
+  const std::vector<char*> arguments = Pointers(commandTexts);
+  std::vector<std::string> environmentTexts = EnvironmentWith(options.environment);
+  const std::vector<char*> environment = Pointers(environmentTexts);
+  const pid_t parent = getpid();
+  id_ = fork();
+  if (id_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
+  if (id_ > 0) return;
+
+  // A test that is killed takes its programs with it.
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (getppid() != parent) _exit(127);
+  const auto openAs = [](int descriptor, const char* path) {
+    const int opened = open(path, O_WRONLY | O_CREAT | O_APPEND, 0600);
+    if (opened < 0 || (opened != descriptor && dup2(opened, descriptor) < 0)) _exit(127);
+    if (opened != descriptor) close(opened);
+  };
+  openAs(STDOUT_FILENO, options.output.c_str());
+  dup2(STDOUT_FILENO, STDERR_FILENO);
+  for (const auto& [descriptor, path] : options.files) openAs(descriptor, path.c_str());
+  execvpe(arguments[0], arguments.data(), environment.data());
+  _exit(127);
+}
+
+Process::~Process() {
+  Signal(SIGTERM);
+  Signal(SIGCONT);  // a stopped program would not see the request
+  if (!WaitForEnd(std::chrono::seconds(2))) Kill();
+}
+
+bool Process::Running() {
+  int status = 0;
+  if (!exitCode_ && waitpid(id_, &status, WNOHANG) == id_) {
+    exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+  return !exitCode_;
+}
+
+void Process::Signal(int signal) {
+  if (Running()) kill(id_, signal);
+}
+
+void Process::Kill() {
+  Signal(SIGKILL);
+  WaitForEnd(std::chrono::seconds(5));
+}
+
+}  // namespace velt

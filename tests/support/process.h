@@ -1,0 +1,67 @@
+// What a test needs around programs that it starts: processes that never outlive it, folders that
+// vanish with it, and waiting for a condition with a deadline.
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velt {
+
+// Asks every 2 ms until the condition holds (true) or the limit is over (false). The only place
+// where a test sleeps.
+bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
+
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string ReadText(const std::filesystem::path& file);
+
+// A started program. The destructor ends it: SIGTERM, and SIGKILL when it has not gone after 2 s.
+class Process {
+ public:
+  struct Options {
+    std::vector<std::string> environment;        // "NAME=value", beside or over the test's own
+    std::filesystem::path output = "/dev/null";  // receives standard output and error
+    std::map<int, std::filesystem::path> files;  // further descriptors, opened for writing
+  };
+
+  // Throws std::system_error when there can be no new process. A program that cannot be run ends
+  // with exit code 127.
+  Process(const std::vector<std::string>& command, const Options& options);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  bool Running();
+  void Signal(int signal);  // nothing happens once the program has ended
+  void Kill();              // SIGKILL; returns when the program has ended
+  bool WaitForEnd(std::chrono::milliseconds limit) {
+    return WaitUntil([this] { return !Running(); }, limit);
+  }
+  // After its end: the exit code, or minus the number of the signal that ended it.
+  std::optional<int> ExitCode() const { return exitCode_; }
+  pid_t Id() const { return id_; }
+
+ private:
+  pid_t id_ = -1;
+  std::optional<int> exitCode_;
+};
+
+}  // namespace velt

@@ -1,0 +1,47 @@
+// A sound server of the test's own: private folder and socket, one null sink "test" whose monitor
+// "test.monitor" is the default source.
+#pragma once
+
+#include <memory>
+
+#include "support/process.h"
+
+namespace velt {
+
+class PulseServer {
+ public:
+  enum class Sound { NullSink, None };
+
+  // Returns when the server takes connections; throws std::runtime_error after 5 s without.
+  explicit PulseServer(Sound sound = Sound::NullSink);
+
+  // What a client needs to find this server ("NAME=value").
+  std::vector<std::string> Environment() const;
+  void ExportEnvironment() const;  // for a client within the test itself
+
+  void Kill() { process_->Kill(); }
+  void Freeze() { process_->Signal(SIGSTOP); }
+  void Thaw() { process_->Signal(SIGCONT); }
+  void Restart();  // on the same socket
+
+  // What pactl prints, without its last newline. Throws std::runtime_error, with what it printed,
+  // when it fails or takes more than 5 s.
+  std::string Pactl(const std::vector<std::string>& arguments);
+  std::string LoadModule(const std::vector<std::string>& nameAndArguments);  // its index
+  void UnloadModule(const std::string& nameOrIndex) { Pactl({"unload-module", nameOrIndex}); }
+
+  // Plays a sine of half the full scale into the sink "test" for as long as the result lives, at
+  // most 60 s.
+  std::unique_ptr<Process> PlayTone(double frequencyHz);
+
+ private:
+  TempFolder folder_;
+  Sound sound_;
+  int toneCount_ = 0;
+  std::unique_ptr<Process> process_;
+};
+
+// 16-bit mono PCM at 44100 samples per second, half the full scale.
+void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds);
+
+}  // namespace velt

@@ -1,0 +1,26 @@
+// A display of the test's own with a window manager: Xvfb on a display number that was free, and
+// openbox.
+#pragma once
+
+#include <memory>
+
+#include "support/process.h"
+
+namespace velt {
+
+class XDesktop {
+ public:
+  // Returns when the window manager is up; throws std::runtime_error after 10 s without.
+  explicit XDesktop(const std::string& screen = "1280x900x24");
+
+  const std::string& Display() const { return display_; }  // ":7"
+  std::vector<std::string> Environment() const { return {"DISPLAY=" + display_}; }
+
+ private:
+  TempFolder folder_;
+  std::string display_;
+  std::unique_ptr<Process> server_;
+  std::unique_ptr<Process> windowManager_;
+};
+
+}  // namespace velt
