@@ -201,22 +201,25 @@ void RigctldRig::Leave() {
   picture_.Unsettle();
 }
 
-// Writes are not judged by: a rig refuses some of them for reasons of its own.
+// The frequency decides: servers answer much of the rest from memory while the rig is silent.
 void RigctldRig::JudgeRig(const RigCommand& command, int32_t code) {
+  const bool decides = command.kind == CommandKind::GetFreq;
   if (!IsRigFailure(code)) {
-    if (command.kind == CommandKind::GetType || command.kind == CommandKind::GetPower) return;
+    if (!decides) return;
     failures_ = 0;
     poweredOff_ = false;
     plan_.SetSilent(false);
     SetState(RigLink::State::Linked);
     Answer(true);
-  } else if (++failures_ >= kMostFailures && link_.state != RigLink::State::Silent) {
-    plan_.SetSilent(true);
-    queue_.Interrupt();
-    picture_.Unsettle();
-    SetState(RigLink::State::Silent);
-    Answer(true);
+    return;
   }
+  if (!decides && failures_ == 0) return;
+  if (++failures_ < kMostFailures || link_.state == RigLink::State::Silent) return;
+  plan_.SetSilent(true);
+  queue_.Interrupt();
+  picture_.Unsettle();
+  SetState(RigLink::State::Silent);
+  Answer(true);
 }
 
 void RigctldRig::TakeReading(const RigCommand& command, const RigReply& reply) {
