@@ -59,7 +59,10 @@ void SimulatedRig::DriftStep() {
 void SimulatedRig::Vanish() {
   reachable_ = false;
   report_.Cancel();
-  if (link_.state == RigLink::State::Off) return;
+  if (link_.state != RigLink::State::Off) Lose();
+}
+
+void SimulatedRig::Lose() {
   SetState(RigLink::State::Reconnecting);
   link_.retryInSeconds = kRetrySeconds;
   countdown_ = scheduler_.After(Milliseconds(1000), [this] { CountDown(); });
@@ -79,7 +82,7 @@ void SimulatedRig::ComeBack() {
 void SimulatedRig::Open() {
   countdown_.Cancel();
   link_.retryInSeconds = 0;
-  if (!reachable_) return Vanish();
+  if (!reachable_) return Lose();
   if (std::exchange(releaseWanted_, false)) transmitting_ = false;
   SetState(RigLink::State::Linked);
   Show();

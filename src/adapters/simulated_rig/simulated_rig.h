@@ -60,6 +60,7 @@ class SimulatedRig : public IRigX {
   void SetState(RigLink::State state);
   void Show();
   void DriftStep();
+  void Lose();
   void CountDown();
 
   Scheduler& scheduler_;
