@@ -56,7 +56,7 @@ class IRigX {
   virtual int32_t GetRxFrequency() const = 0;
   virtual int32_t GetTxFrequency() const = 0;  // 0 while the rig receives
   virtual int32_t Mode() const = 0;            // one of PM_...; 0 while unknown
-  virtual int32_t Tx() const = 0;              // PM_TX or PM_RX as the rig reports
+  virtual int32_t Tx() const = 0;              // PM_TX or PM_RX as reported, not as asked for
 
   // Writes are queued; false when they are refused at once: no link, or (frequencies) outside
   // 10 kHz to 2 GHz, or (modes) not one of PM_.... A newer write replaces one still waiting.

@@ -67,6 +67,10 @@ bool PollPlan::Knows(CommandKind kind) const {
   return !refused_.contains(kind) && !unanswered_.contains(kind);
 }
 
+void PollPlan::HurryTransmit() {
+  if (Knows(CommandKind::GetTransmit)) round_.push_front(CommandKind::GetTransmit);
+}
+
 void PollPlan::HurryVfos() {
   hurriedRounds_ = kSettlingReports + 1;
 }

@@ -33,6 +33,8 @@ class PollPlan {
   void SetTransmitting(bool on) { transmitting_ = on; }
   // The rig behind the server does not answer: asked gently.
   void SetSilent(bool on) { silent_ = on; }
+  // The transmitter was keyed or released: its state is asked before anything else.
+  void HurryTransmit();
   // VFO A or B was written: both are asked in each of the next rounds.
   void HurryVfos();
 

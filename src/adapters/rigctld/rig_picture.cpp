@@ -56,7 +56,7 @@ void TransmitState::ReleaseAsked() {
 void TransmitState::ReleaseAnswered() {
   if (!waiting_) return;
   waiting_ = false;
-  doubtful_ = kSettlingReports;
+  doubtful_ = kSettlingReports + 1;  // one is asked for at once
 }
 
 void TransmitState::KeyAsked() {

@@ -249,6 +249,7 @@ void RigctldRig::TakeOutcome(const RigCommand& command, const RigReply& reply) {
   if (outcome->property == Property::FreqA || outcome->property == Property::FreqB) {
     plan_.HurryVfos();
   }
+  if (outcome->property == Property::Transmit) plan_.HurryTransmit();
   if (command.kind == CommandKind::Key) {
     keyWatch_.KeyAnswered(!outcome->accepted && !IsRigFailure(reply.code));
   } else if (command.kind == CommandKind::Release) {

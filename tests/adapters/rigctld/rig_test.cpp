@@ -181,8 +181,8 @@ TEST_F(RigTest, NothingComesBetweenTheCommandsOfAVfoWrite) {
 TEST_F(RigTest, AfterABreakTheReleaseComesFirstThenTheVfo) {
   OpenAndSettle();
   ASSERT_TRUE(rig.SetTx(PM_TX));
-  time.Advance(Milliseconds(300));
-  EXPECT_EQ(rig.Tx(), PM_TX);
+  time.Advance(Milliseconds(40));
+  EXPECT_EQ(rig.Tx(), PM_TX) << "asked at once";
   ASSERT_TRUE(rig.SetFreqB(7010000));
   while (peer.vfo != "VFOB") time.Advance(Milliseconds(1));
   channel.Break(ScriptedChannel::Mood::Refuses);
@@ -196,7 +196,7 @@ TEST_F(RigTest, AfterABreakTheReleaseComesFirstThenTheVfo) {
   channel.mood = ScriptedChannel::Mood::Answers;
   time.Advance(Milliseconds(1000));
   ASSERT_GE(peer.lines.size(), 3u);
-  EXPECT_EQ(Lines(peer.lines.begin(), peer.lines.begin() + 3), (Lines{"+T 0", "+V VFOA", "+f"}));
+  EXPECT_EQ(Lines(peer.lines.begin(), peer.lines.begin() + 3), (Lines{"+T 0", "+V VFOA", "+t"}));
   EXPECT_EQ(peer.Writes(), (Lines{"+T 0", "+V VFOA"}));
   EXPECT_EQ(rig.Tx(), PM_RX);
   EXPECT_FALSE(rig.Link().stale);
