@@ -9,7 +9,14 @@
 
 namespace velt {
 
-// Mode and transmit values of the rig interface, one bit each.
+// Parameters of the rig interface, one bit each: modes and transmit values, and what else an event
+// may say has changed.
+inline constexpr int32_t PM_UNKNOWN = 0x00000001;
+inline constexpr int32_t PM_FREQ = 0x00000002;
+inline constexpr int32_t PM_FREQA = 0x00000004;
+inline constexpr int32_t PM_FREQB = 0x00000008;
+inline constexpr int32_t PM_SPLITON = 0x00008000;
+inline constexpr int32_t PM_SPLITOFF = 0x00010000;
 inline constexpr int32_t PM_RX = 0x00200000;
 inline constexpr int32_t PM_TX = 0x00400000;
 inline constexpr int32_t PM_CW_U = 0x00800000;
@@ -49,7 +56,7 @@ class IRigX {
   virtual int32_t GetRxFrequency() const = 0;
   virtual int32_t GetTxFrequency() const = 0;  // 0 while the rig receives
   virtual int32_t Mode() const = 0;            // one of PM_...; 0 while unknown
-  virtual int32_t Tx() const = 0;              // PM_TX or PM_RX as the rig reports
+  virtual int32_t Tx() const = 0;              // PM_TX or PM_RX as reported, not as asked for
 
   // Writes are queued; false when they are refused at once: no link, or (frequencies) outside
   // 10 kHz to 2 GHz, or (modes) not one of PM_.... A newer write replaces one still waiting.

@@ -1,0 +1,113 @@
+#include "adapters/rigctld/rigctld_server.h"
+
+#include <utility>
+
+namespace velt {
+
+namespace {
+
+constexpr const char* kHost = "127.0.0.1";
+constexpr uint16_t kPort1 = 4532;
+constexpr uint16_t kPort2 = 4534;
+
+}  // namespace
+
+RigctldServer::Side::Side(Scheduler& scheduler, ServerAddress where, RigctldRig::Events events)
+    : address(std::move(where)),
+      channel(scheduler, crashLine),
+      rig(channel, scheduler, crashLine, std::move(events)) {}
+
+RigctldServer::RigctldServer(Scheduler& scheduler)
+    : scheduler_(scheduler),
+      open_(std::make_shared<char>()),
+      sides_{MakeSide(1, kPort1), MakeSide(2, kPort2)} {}
+
+std::unique_ptr<RigctldServer::Side> RigctldServer::MakeSide(int32_t rigNumber, uint16_t port) {
+  RigctldRig::Events events;
+  events.statusChanged = [this, rigNumber] { PostStatus(rigNumber); };
+  events.paramsChanged = [this, rigNumber](int32_t params) { PostParams(rigNumber, params); };
+  return std::make_unique<Side>(scheduler_, ServerAddress{kHost, port}, std::move(events));
+}
+
+std::string RigctldServer::Address(int32_t rigNumber) const {
+  const Side* side = Of(rigNumber);
+  return side ? side->address.Text() : std::string();
+}
+
+bool RigctldServer::SetAddress(int32_t rigNumber, const std::string& hostAndPort) {
+  Side* side = Of(rigNumber);
+  const auto address = ParseServerAddress(hostAndPort);
+  if (!side || !address) return false;
+  if (*address == side->address) return true;
+  side->address = *address;
+  side->rig.Move(*address);
+  return true;
+}
+
+void RigctldServer::Open(int32_t rigNumber, std::function<void(bool reached)> answered) {
+  auto later = [this, answered = std::move(answered)](bool reached) {
+    if (answered) PostSafely([answered, reached] { answered(reached); });
+  };
+  if (Side* side = Of(rigNumber)) {
+    side->rig.Open(side->address, std::move(later));
+  } else {
+    later(false);
+  }
+}
+
+void RigctldServer::Close() {
+  for (const auto& side : sides_) {
+    side->rig.Close();
+    side->statusPosted = false;
+    side->params = 0;
+  }
+  open_ = std::make_shared<char>();
+}
+
+int32_t RigctldServer::InterfaceVersion() const {
+  const bool answered = sides_[0]->rig.HasAnswered() || sides_[1]->rig.HasAnswered();
+  return answered ? 0x101 : 0;
+}
+
+void RigctldServer::ReleaseNow(int32_t rigNumber, int32_t limitMs) {
+  if (Side* side = Of(rigNumber)) side->rig.ReleaseNow(Milliseconds(limitMs));
+}
+
+void RigctldServer::CrashRelease() const noexcept {
+  for (const auto& side : sides_) side->crashLine.Release();
+}
+
+int RigctldServer::CrashReleaseDescriptor(int32_t rigNumber) const noexcept {
+  const Side* side = Of(rigNumber);
+  return side ? side->crashLine.Descriptor() : -1;
+}
+
+RigctldServer::Side* RigctldServer::Of(int32_t rigNumber) const {
+  return rigNumber == 1 || rigNumber == 2 ? sides_[rigNumber - 1].get() : nullptr;
+}
+
+void RigctldServer::PostStatus(int32_t rigNumber) {
+  Side& side = *Of(rigNumber);
+  if (std::exchange(side.statusPosted, true)) return;
+  PostSafely([this, &side, rigNumber] {
+    side.statusPosted = false;
+    if (onStatusChange) onStatusChange(rigNumber);
+  });
+}
+
+void RigctldServer::PostParams(int32_t rigNumber, int32_t params) {
+  Side& side = *Of(rigNumber);
+  if (std::exchange(side.params, side.params | params) != 0) return;
+  PostSafely([this, &side, rigNumber] {
+    const int32_t changed = std::exchange(side.params, 0);
+    if (onParamsChange) onParamsChange(rigNumber, changed);
+  });
+}
+
+void RigctldServer::PostSafely(std::function<void()> f) {
+  scheduler_.Post([weak = std::weak_ptr(open_), f = std::move(f)] {
+    if (weak.lock()) f();
+  });
+}
+
+}  // namespace velt

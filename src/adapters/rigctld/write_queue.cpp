@@ -1,0 +1,155 @@
+#include "adapters/rigctld/write_queue.h"
+
+#include <algorithm>
+
+namespace velt {
+
+namespace {
+
+constexpr int32_t kMostRefusals = 3;
+
+std::string_view TargetOf(Property property) {
+  return property == Property::FreqA ? "VFOA" : "VFOB";
+}
+
+// A name that can be sent back as it came.
+bool IsVfoName(std::string_view name) {
+  return !name.empty() && name.size() <= 12 && name != "currVFO" && name != "None" &&
+         std::all_of(name.begin(), name.end(), [](char c) {
+           return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+         });
+}
+
+}  // namespace
+
+void WriteQueue::Put(Property property, int32_t value) {
+  // The newer value goes to the end: had it kept the old one's place, an older write to the same
+  // frequency under its other name would come after it.
+  Remove(property);
+  waiting_.push_back({property, value});
+}
+
+void WriteQueue::PutKey() {
+  Put(Property::Transmit, 1);
+}
+
+void WriteQueue::PutRelease() {
+  Remove(Property::Transmit);
+  releaseWanted_ = true;
+}
+
+std::optional<RigCommand> WriteQueue::Next() {
+  if (releaseWanted_ && !releaseSent_ && MayRelease()) {
+    releaseSent_ = true;
+    return ReleaseCommand();
+  }
+  if (vfoWrite_) return VfoStep();
+  if (waiting_.empty()) return std::nullopt;
+  const Waiting next = waiting_.front();
+  waiting_.pop_front();
+  switch (next.property) {
+    case Property::Transmit:
+      return KeyCommand();
+    case Property::Mode:
+      return ModeCommand(next.value);
+    case Property::FreqA:
+    case Property::FreqB:
+      vfoWrite_.emplace();
+      vfoWrite_->property = next.property;
+      vfoWrite_->frequencyHz = next.value;
+      if (!vfoKnowable_) Decide({});
+      return VfoStep();
+    default:
+      return FreqCommand(next.property, next.value);
+  }
+}
+
+std::optional<WriteQueue::Outcome> WriteQueue::Answered(const RigCommand& command,
+                                                        const RigReply& reply) {
+  if (command.kind == CommandKind::Release) {
+    releaseWanted_ = releaseSent_ = false;
+    return Outcome{Property::Transmit, 0, reply.code == 0};
+  }
+  const bool ofVfoWrite =
+      command.kind == CommandKind::GetVfo || command.kind == CommandKind::SetVfo ||
+      command.property == Property::FreqA || command.property == Property::FreqB;
+  if (vfoWrite_ && ofVfoWrite) return VfoStepAnswered(reply);
+  if (command.property == Property::None) return std::nullopt;
+  return Outcome{command.property, command.value, reply.code == 0};
+}
+
+void WriteQueue::Interrupt() {
+  waiting_.clear();
+  releaseSent_ = false;
+  if (!vfoWrite_) return;
+  if (!vfoWrite_->left) {
+    vfoWrite_.reset();
+    return;
+  }
+  vfoWrite_->step = VfoWrite::Step::Back;
+  vfoWrite_->restoring = true;
+}
+
+// Between select and return a release would go to the wrong VFO of rigs that key by VFO.
+bool WriteQueue::MayRelease() const {
+  return !vfoWrite_ || !vfoWrite_->left || vfoWrite_->restoring;
+}
+
+void WriteQueue::Remove(Property property) {
+  std::erase_if(waiting_, [property](const Waiting& w) { return w.property == property; });
+}
+
+RigCommand WriteQueue::VfoStep() {
+  switch (vfoWrite_->step) {
+    case VfoWrite::Step::Ask:
+      return ReadCommand(CommandKind::GetVfo);
+    case VfoWrite::Step::Select:
+      vfoWrite_->left = true;
+      return VfoCommand(TargetOf(vfoWrite_->property));
+    case VfoWrite::Step::Write:
+      return FreqCommand(vfoWrite_->property, vfoWrite_->frequencyHz);
+    default:
+      return VfoCommand(vfoWrite_->back);
+  }
+}
+
+void WriteQueue::Decide(std::string_view current) {
+  const std::string_view target = TargetOf(vfoWrite_->property);
+  const bool known = IsVfoName(current);
+  // A rig that does not tell its VFO is taken to be on A, where most of those stay.
+  if (VfoLetter(known ? current : "VFOA") == VfoLetter(target)) {
+    vfoWrite_->step = VfoWrite::Step::Write;
+    return;
+  }
+  vfoWrite_->step = VfoWrite::Step::Select;
+  vfoWrite_->back = known ? current : "VFOA";
+}
+
+std::optional<WriteQueue::Outcome> WriteQueue::VfoStepAnswered(const RigReply& reply) {
+  VfoWrite& write = *vfoWrite_;
+  const bool accepted = reply.code == 0;
+  const Outcome outcome{write.property, write.frequencyHz, accepted};
+  switch (write.step) {
+    case VfoWrite::Step::Ask:
+      Decide(accepted ? reply.Field("VFO") : std::string_view());
+      return std::nullopt;
+    case VfoWrite::Step::Select:
+      // Written now it would land on the VFO that is current; a refusal by time may still have
+      // switched, so the way back is gone in any case.
+      write.step = accepted ? VfoWrite::Step::Write : VfoWrite::Step::Back;
+      return accepted ? std::nullopt : std::optional(outcome);
+    case VfoWrite::Step::Write:
+      if (write.left) {
+        write.step = VfoWrite::Step::Back;
+      } else {
+        vfoWrite_.reset();
+      }
+      return outcome;
+    case VfoWrite::Step::Back:
+      if (accepted || ++write.refusals >= kMostRefusals) vfoWrite_.reset();
+      return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+}  // namespace velt

@@ -1,0 +1,30 @@
+#include "presets/band_menu.h"
+
+#include "text/numbers.h"
+
+namespace velt {
+
+BandMenu::BandMenu(RigControls& form, const PresetTable& presets, RigControl& control,
+                   const RigState& state)
+    : form_(form), presets_(presets), control_(control), state_(state) {
+  for (auto& [index, item] : form_.mnuBands) {
+    item->onClick = [this, i = index] { mnuBands_Click(i); };
+  }
+  ShowTitles();
+}
+
+void BandMenu::ShowTitles() {
+  for (auto& [index, item] : form_.mnuBands) {
+    item->caption = presets_.Cell(index / 10, PresetTable::kTitle);
+  }
+}
+
+void BandMenu::mnuBands_Click(int32_t index) {
+  const std::string& text = presets_.Cell(index / 10, PresetTable::kFirstFrequency);
+  const auto kilohertz = RoundHalfEven(LeadingNumber(text));
+  if (!kilohertz || *kilohertz <= 0) return;
+  const auto hertz = RoundHalfEven(static_cast<double>(*kilohertz) * 1000.0);
+  if (hertz) control_.SetTRXFrequency(*hertz, state_.vfo);
+}
+
+}  // namespace velt

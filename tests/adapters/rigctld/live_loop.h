@@ -1,0 +1,87 @@
+// A running event loop and the dummy rig's server for tests.
+#pragma once
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "support/process.h"
+
+namespace velt {
+
+// Sockets and timers need the application to be there first.
+inline void EnsureLoop() {
+  static int count = 1;
+  static char name[] = "test";
+  static char* arguments[] = {name, nullptr};
+  static QCoreApplication application(count, arguments);
+}
+
+// Runs the loop until the condition holds (true) or the limit is over (false).
+inline bool LoopUntil(const std::function<bool()>& condition,
+                      std::chrono::milliseconds limit = std::chrono::seconds(8)) {
+  EnsureLoop();
+  QEventLoop loop;
+  QTimer look;
+  const auto end = std::chrono::steady_clock::now() + limit;
+  QObject::connect(&look, &QTimer::timeout, [&] {
+    if (condition() || std::chrono::steady_clock::now() > end) loop.quit();
+  });
+  look.start(1);
+  loop.exec();
+  return condition();
+}
+
+inline uint16_t FreePort() {
+  EnsureLoop();
+  QTcpServer server;
+  server.listen(QHostAddress::LocalHost);
+  return server.serverPort();
+}
+
+// The server of the dummy rig on a port of its own, and a second client that looks at the rig.
+class DummyRig {
+ public:
+  DummyRig() { Start(); }
+
+  std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
+  void Start() {
+    process_ = std::make_unique<Process>(
+        std::vector<std::string>{"rigctld", "-m", "1", "-P", "RIG", "-T", "127.0.0.1", "-t",
+                                 std::to_string(port_)},
+        Process::Options{});
+    WaitUntil([this] { return !Ask("f").empty(); }, std::chrono::seconds(5));
+  }
+  void Kill() {
+    client_.abort();
+    process_->Kill();
+  }
+  void Signal(int signal) { process_->Signal(signal); }
+
+  // The first line of the answer to a plain command.
+  std::string Ask(const std::string& command) {
+    if (client_.state() != QAbstractSocket::ConnectedState) {
+      client_.connectToHost("127.0.0.1", port_);
+      if (!client_.waitForConnected(500)) return {};
+    }
+    client_.readAll();
+    client_.write((command + "\n").c_str());
+    while (!client_.canReadLine()) {
+      if (!client_.waitForReadyRead(500)) return {};
+    }
+    return client_.readLine().trimmed().toStdString();
+  }
+
+ private:
+  uint16_t port_ = FreePort();
+  std::unique_ptr<Process> process_;
+  QTcpSocket client_;
+};
+
+}  // namespace velt
