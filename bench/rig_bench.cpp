@@ -18,9 +18,9 @@
 #include <vector>
 
 #include "adapters/qt/qt_scheduler.h"
+#include "adapters/rigctld/fake_rig.h"
 #include "adapters/rigctld/rigctld_server.h"
 #include "processor.h"
-#include "rigctld/fake_rig.h"
 
 namespace {
 

@@ -10,6 +10,8 @@
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_prompts.h"
 #include "adapters/qt/qt_scheduler.h"
+#include "adapters/rigctld/rigctld_server.h"
+#include "adapters/simulated_rig/simulated_rig.h"
 #include "adapters/soundfile/repeated_file.h"
 #include "adapters/system/home_folder.h"
 #include "adapters/system/linux_system_info.h"
@@ -35,6 +37,11 @@ class LinuxAdapters : public Adapters {
     } else {
       audio_ = std::make_unique<PulseInput>(scheduler_);
     }
+    if (options.demo) {
+      server_ = std::make_unique<SimulatedRigServer>(scheduler_);
+    } else {
+      server_ = std::make_unique<RigctldServer>(scheduler_);
+    }
     if (options.KeepsInMemory()) {
       settings_ = std::make_unique<MemoryStore>();
     } else {
@@ -50,8 +57,8 @@ class LinuxAdapters : public Adapters {
   }
 
   ProgramPorts Ports() override {
-    return {scheduler_, clock_,    *audio_,   files_, *settings_,
-            system_,    *prompts_, launcher_, lock_,  log_};
+    return {scheduler_, clock_,    *audio_,   *server_, files_, *settings_,
+            system_,    *prompts_, launcher_, lock_,    log_};
   }
 
   void SetOwner(QWidget* owner) override {
@@ -67,6 +74,7 @@ class LinuxAdapters : public Adapters {
   QtLauncher launcher_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;
+  std::unique_ptr<IOmniRigX> server_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<Prompts> prompts_;
   QtPrompts* windowPrompts_ = nullptr;

@@ -54,7 +54,9 @@ bool TakePicture(MainWindow& window, const std::string& file) {
 int RunWindow(QApplication& application, const Options& options) {
   application.setQuitOnLastWindowClosed(false);
   const auto adapters = MakeAdapters(options);
-  Program program(adapters->Ports(), Where(options));
+  const bool asks = options.run != Options::Run::Headless && !options.demo;
+  Program program(adapters->Ports(), Where(options),
+                  asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never);
   program.capture.deviceName = options.audioDevice;
 
   RunOptions run;

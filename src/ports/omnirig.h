@@ -94,6 +94,9 @@ class IOmniRigX {
   // Sends the release of the transmitter as directly as possible, waiting at most `limitMs` for it
   // to leave. For the end of the program.
   virtual void ReleaseNow(int32_t rigNumber, int32_t limitMs) = 0;
+
+  // Releases every rig that this program keyed. Safe in a signal handler; does not wait.
+  virtual void ReleaseInCrash() noexcept = 0;
 };
 
 }  // namespace velt

@@ -19,9 +19,11 @@ void Append(std::vector<MenuEntry>& menu, std::vector<MenuEntry> more) {
 }  // namespace
 
 Menus::Menus(Main& form) {
-  options = {
-      {&form.mnuPTT, "", {{&form.mnuPTT_ON, "", {}}, {&form.mnuPTT_OFF, "", {}}}},
-  };
+  ptt = {{&form.mnuPTT_ON, "", {}}, {&form.mnuPTT_OFF, "", {}}};
+  mode = All(form.mnuModModes);
+  frequency = {{&form.mnuSetFreqManual, "", {}}, kSeparator};
+  Append(frequency, All(form.mnuBands));
+  options = {{&form.mnuPTT, "", ptt}};
   std::vector<MenuEntry> rig = All(form.mnuBands);
   Append(rig, {{&form.mnuSetFreqManual, "", {}}, kSeparator, {&form.mnunorig, "", {}}});
   Append(options, {{&form.mnuRig, "", rig},
@@ -77,6 +79,9 @@ MenuOpener::MenuOpener(Main& form, Menus& menus, Prompts& prompts)
     : form_(form), menus_(menus), prompts_(prompts) {
   form_.cmdOptions.onClick = [this] { cmdOptions_Click(); };
   form_.Image2.onClick = [this] { Image2_Click(); };
+  form_.lblFrequency.onClick = [this] { lblFrequency_Click(); };
+  form_.lblMode.onClick = [this] { lblMode_Click(); };
+  form_.lblTRXMode.onClick = [this] { lblTRXMode_Click(); };
   form_.mnuexit.onClick = [] {};
 }
 
@@ -87,6 +92,20 @@ void MenuOpener::cmdOptions_Click() {
 
 void MenuOpener::Image2_Click() {
   Open(menus_.file);
+}
+
+void MenuOpener::lblFrequency_Click() {
+  form_.mnuRig.Click();
+  OpenPlain(menus_.frequency);
+}
+
+void MenuOpener::lblMode_Click() {
+  form_.mnuModMode.Click();
+  OpenPlain(menus_.mode);
+}
+
+void MenuOpener::lblTRXMode_Click() {
+  OpenPlain(menus_.ptt);
 }
 
 void MenuOpener::Open(const std::vector<MenuEntry>& menu) {

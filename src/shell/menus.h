@@ -23,6 +23,10 @@ class Menus {
 
   std::vector<MenuEntry> options;
   std::vector<MenuEntry> file;
+  // Offered by the labels of the rig.
+  std::vector<MenuEntry> frequency;
+  std::vector<MenuEntry> mode;
+  std::vector<MenuEntry> ptt;
 
   // The lines of a pop-up as the controls stand now. Items that have no handler yet are left out,
   // and so are submenus without any line and separators with nothing between them.
@@ -38,8 +42,9 @@ class MenuOpener {
   void cmdOptions_Click();
   void Image2_Click();
 
-  // A small pop-up that leaves capture alone.
-  void OpenPlain(const std::vector<MenuEntry>& menu);
+  void lblFrequency_Click();
+  void lblMode_Click();
+  void lblTRXMode_Click();
 
   // Clears and sets the check marks of the resolution before "Options" is shown.
   std::function<void()> showPrecision;
@@ -47,6 +52,8 @@ class MenuOpener {
 
  private:
   void Open(const std::vector<MenuEntry>& menu);
+  // Leaves capture alone: such a small menu does not hide the display.
+  void OpenPlain(const std::vector<MenuEntry>& menu);
 
   Main& form_;
   Menus& menus_;

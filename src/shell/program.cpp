@@ -2,25 +2,30 @@
 
 namespace velt {
 
-Program::Program(ProgramPorts ports, Installation where)
-    : installation(std::move(where)),
+Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions questions)
+    : ports_(ports),
+      installation(std::move(where)),
       platform(form.Window, {ports.system, ports.files, ports.launcher, ports.clock}),
       messages(form),
       notices(form),
+      rig(form, catForm, {ports.server, ports.prompts, ports.scheduler}, questions,
+          [this](const std::string& text) { messages.Show(text); }),
+      bandMenu(form, presets, rig.control, rig.state),
       display(form, form),
       capture({form, form, form},
               {ports.audio, ports.prompts, messages, notices, ports.scheduler, ports.log}),
-      tick({form, form, ports.audio, capture, display, rigState, engineState}),
+      tick({form, form, ports.audio, capture, display, rig.state, rig.engine}),
       appearance(form, display, colours),
       layout(form, display),
       settings(ports.settings, {form, platform, installation, display, colours, capture, layout,
-                                rigState, carried}),
+                                rig.state, ports.server, rig.guard, carried}),
       startup({form, installation, platform, ports.files, ports.lock, ports.scheduler, ports.log,
                settings, carried, display, colours, capture, layout}),
       shutdown(
           {form, capture, settings, layout, releases, ports.prompts, ports.scheduler, ports.log}),
       menus(form),
       menuOpener(form, menus, ports.prompts),
+      rigRelease_(ports.server, rig.guard),
       timers_{TimerDriver(form.Timer1, ports.scheduler),
               TimerDriver(form.Timer2, ports.scheduler),
               TimerDriver(form.Timer3, ports.scheduler),
@@ -30,12 +35,10 @@ Program::Program(ProgramPorts ports, Installation where)
               TimerDriver(form.tmrCheckZOKA, ports.scheduler),
               TimerDriver(form.QuitTimer, ports.scheduler)} {
   Connect();
+  ConnectRig();
 }
 
 void Program::Connect() {
-  form.lblFrequency.caption.raised = [this] {
-    form.lblFrequencyExpand.caption = form.lblFrequency.caption;
-  };
   display.relayout = [this] {
     tick.ClearDisplay();
     layout.Form_Resize();
@@ -49,6 +52,29 @@ void Program::Connect() {
   capture.captureStarted = [this] {
     if (form.mnusettings[2].checked) display.analysis.oscillosMode = true;
   };
+}
+
+void Program::ConnectRig() {
+  releases.Add(rigRelease_);
+  rig.guard.showNotice = [this](const std::string& text) {
+    notices.Raise(NoticeKind::Transmitter, text);
+  };
+  rig.guard.endNotice = [this](const std::string&) { notices.Over(NoticeKind::Transmitter); };
+  rig.menus.focusScope = [this] {
+    if (menuOpener.focusScope) menuOpener.focusScope();
+  };
+  rig.dialog.settingsChanged = [this] { settings.KeepRigAddresses(); };
+  rig.dialog.closed = [this] { platform.KeepOnTop(form.mnusettings[0].checked ? 1 : 0); };
+
+  startup.steps.StartOmniRig = [this](std::function<void()> online, std::function<void()> offLine) {
+    rig.link.started = std::move(online);
+    rig.link.failed = std::move(offLine);
+    rig.link.StartOmniRig();
+  };
+  startup.steps.rigType = [this] { return rig.current.Exists() ? rig.current->RigType() : ""; };
+  startup.steps.ShowRigParams = [this] { rig.display.ShowRigParams(); };
+  shutdown.steps.restoreRigFrequency = [this] { return rig.control.RestoreNow(); };
+  shutdown.steps.StopOmniRig = [this] { rig.link.StopOmniRig(); };
 }
 
 }  // namespace velt

@@ -11,11 +11,15 @@
 #include "dialogs/message_line.h"
 #include "dialogs/notices.h"
 #include "form/main_form.h"
+#include "form/omnirig_form.h"
 #include "platform/installation.h"
 #include "platform/platform_helpers.h"
 #include "platform/release_registry.h"
 #include "platform/timer_driver.h"
-#include "rig/rig_state.h"
+#include "presets/band_menu.h"
+#include "presets/preset_table.h"
+#include "rig/rig.h"
+#include "rig/rig_release.h"
 #include "shell/appearance.h"
 #include "shell/menus.h"
 #include "shell/settings.h"
@@ -30,6 +34,7 @@ struct ProgramPorts {
   Scheduler& scheduler;
   Clock& clock;
   AudioInput& audio;
+  IOmniRigX& server;
   Files& files;
   SettingsStore& settings;
   SystemInfo& system;
@@ -42,24 +47,30 @@ struct ProgramPorts {
 class Program {
  public:
   // `installation` tells the program's version and its program and engine folders.
-  Program(ProgramPorts ports, Installation installation);
+  // With `questions` Never the user is asked nothing while starting.
+  Program(ProgramPorts ports, Installation installation, OmniRigLink::Questions questions);
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
  private:
   void Connect();
+  void ConnectRig();
+
+  ProgramPorts ports_;
 
  public:
   Main form;
+  OmniRigForm catForm;
   Installation installation;
-  RigState rigState;
-  EngineState engineState;
   CarriedSettings carried;
   DisplayColours colours;
   ReleaseRegistry releases;
   PlatformHelpers platform;
   MessageLine messages;
   Notices notices;
+  Rig rig;
+  PresetTable presets;
+  BandMenu bandMenu;
   DisplayOptions display;
   Capture capture;
   AnalysisTick tick;
@@ -72,6 +83,7 @@ class Program {
   MenuOpener menuOpener;
 
  private:
+  RigRelease rigRelease_;
   std::array<TimerDriver, 8> timers_;
 };
 

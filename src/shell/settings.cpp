@@ -11,6 +11,8 @@ namespace velt {
 namespace {
 
 const std::string kSection = "VELT-SA";
+const std::string kCatSection = "CAT";
+const std::array<std::string, 2> kAddressKeys{"Rig1", "Rig2"};
 
 // The keys in the order in which they are written.
 constexpr std::array<std::string_view, 41> kWritingOrder{"Path",
@@ -170,13 +172,39 @@ void Settings::LoadRegistryStuff() {
     const auto stored = store_.Get(kSection, std::string(key));
     row.load(stored ? *stored : row.fallback());
   }
+  LoadCat();
 }
 
 int Settings::SaveRegistryStuff() {
   for (const std::string_view key : kWritingOrder) {
     store_.Save(kSection, std::string(key), Find(key).save());
   }
+  SaveCat();
   return store_.Commit();
+}
+
+void Settings::LoadCat() {
+  for (int32_t rig = 1; rig <= 2; ++rig) {
+    const auto slot = static_cast<size_t>(rig - 1);
+    to_.carried.rigAddresses[slot] = store_.Get(kCatSection, kAddressKeys[slot]).value_or("");
+    const std::string& address = to_.carried.rigAddresses[slot];
+    if (!address.empty()) to_.server.SetAddress(rig, address);
+  }
+  if (const auto minutes = store_.Get(kCatSection, "TransmissionLimitMinutes")) {
+    if (const auto value = ParseWhole(*minutes)) to_.guard.SetLimitMinutes(*value);
+  }
+}
+
+void Settings::SaveCat() {
+  for (size_t slot = 0; slot < kAddressKeys.size(); ++slot) {
+    const std::string& address = to_.carried.rigAddresses[slot];
+    if (!address.empty()) store_.Save(kCatSection, kAddressKeys[slot], address);
+  }
+  store_.Save(kCatSection, "TransmissionLimitMinutes", std::to_string(to_.guard.LimitMinutes()));
+}
+
+void Settings::KeepRigAddresses() {
+  to_.carried.rigAddresses = {to_.server.Address(1), to_.server.Address(2)};
 }
 
 const Settings::Row& Settings::Find(std::string_view key) const {

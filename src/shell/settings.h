@@ -2,6 +2,7 @@
 // that live state when saved.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -13,7 +14,9 @@
 #include "form/main_form.h"
 #include "platform/installation.h"
 #include "platform/platform_helpers.h"
+#include "ports/omnirig.h"
 #include "ports/settings_store.h"
+#include "rig/ptt_guard.h"
 #include "rig/rig_state.h"
 #include "shell/window_layout.h"
 
@@ -25,6 +28,8 @@ struct CarriedSettings {
   int32_t expander = 1;
   int32_t recSampleRateHz = 44100;
   float oscilloscopeTimeBase = 2.0F;
+  // Where the servers of rig 1 and 2 are; empty: not set up, the default holds.
+  std::array<std::string, 2> rigAddresses;
 };
 
 class Settings {
@@ -38,6 +43,8 @@ class Settings {
     Capture& capture;
     WindowLayout& layout;
     RigState& rig;
+    IOmniRigX& server;
+    PttGuard& guard;
     CarriedSettings& carried;
   };
   Settings(SettingsStore& store, Targets targets);
@@ -47,6 +54,9 @@ class Settings {
 
   // Reads the live state and writes every key. Returns the store's error number, 0 for success.
   int SaveRegistryStuff();
+
+  // The addresses of the rigs' servers were changed by the user, so they are the ones to save.
+  void KeepRigAddresses();
 
   // Deletes all settings, the backup too.
   int Reset() { return store_.DeleteAll(); }
@@ -59,6 +69,8 @@ class Settings {
     std::function<std::string()> save;
   };
 
+  void LoadCat();
+  void SaveCat();
   std::vector<Row> Table();
   std::vector<Row> WindowRows();
   std::vector<Row> DisplayRows();

@@ -12,13 +12,25 @@ Shutdown::Shutdown(Parts parts) : p_(parts) {
 }
 
 void Shutdown::Form_Unload(bool& cancel) {
-  if (quitting_) {
+  if (unloading_) {
     cancel = !ended_;
     return;
   }
+  unloading_ = true;
   p_.releases.ReleaseAll(kReleaseLimit);
   p_.prompts.DropAll();
-  if (steps.restoreRigFrequency) steps.restoreRigFrequency();
+  if (steps.restoreRigFrequency && steps.restoreRigFrequency()) {
+    cancel = true;
+    restored_ = p_.scheduler.After(kRestoreTime, [this] {
+      bool later = false;
+      Unload(later);
+    });
+    return;
+  }
+  Unload(cancel);
+}
+
+void Shutdown::Unload(bool& cancel) {
   if (const int error = p_.settings.SaveRegistryStuff()) {
     p_.log.Write(LogLevel::Warning, "velt.settings",
                  std::string("The settings were not saved: ") + std::strerror(error));
@@ -54,6 +66,7 @@ void Shutdown::QuitTimer_Timer() {
 void Shutdown::mnucloseme_Click() {
   p_.releases.ReleaseAll(kReleaseLimit);
   p_.prompts.DropAll();
+  unloading_ = true;
   quitting_ = true;
   End();
 }

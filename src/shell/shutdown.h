@@ -16,7 +16,8 @@ namespace velt {
 
 // Steps that other parts of the program fill; one that is not set does nothing.
 struct ShutdownSteps {
-  std::function<void()> restoreRigFrequency;  // undoes a shift made for transmitting
+  // Undoes a shift made for transmitting; true when there was one, which needs time to leave.
+  std::function<bool()> restoreRigFrequency;
   std::function<void()> StopOmniRig;
   std::function<void()> SaveExpandedPresets;
   std::function<void()> mnuclosezoka_Click;
@@ -56,12 +57,16 @@ class Shutdown {
   bool Quitting() const { return quitting_; }
 
  private:
+  void Unload(bool& cancel);
   void End();
 
+  static constexpr Milliseconds kRestoreTime{200};
   static constexpr Milliseconds kReleaseLimit{500};
   Parts p_;
+  bool unloading_ = false;
   bool quitting_ = false;
   bool ended_ = false;
+  Scheduler::Handle restored_;
 };
 
 }  // namespace velt

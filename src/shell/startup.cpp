@@ -124,8 +124,12 @@ void Startup::StartAnalyserIfWanted(const RunOptions& options) {
 
 void Startup::LinkRig() {
   p_.display.DomFreq();
-  if (steps.StartOmniRig) steps.StartOmniRig([this] { RigIsOnline(); });
-  if (!rigOnline_) ShowExpanderAndCounter();
+  if (!IsVersionBelow3(p_.carried.version)) ShowExpander();
+  if (!steps.StartOmniRig) {
+    RigIsOffLine();
+    return;
+  }
+  steps.StartOmniRig([this] { RigIsOnline(); }, [this] { RigIsOffLine(); });
 }
 
 void Startup::RigIsOnline() {
@@ -133,13 +137,14 @@ void Startup::RigIsOnline() {
   if (steps.tmrStatus_Timer) steps.tmrStatus_Timer();
   if (steps.ShowRigParams) steps.ShowRigParams();
   p_.form.Window.caption = baseCaption_ + " - Rig " + (steps.rigType ? steps.rigType() : "");
+  ShowExpander();
+}
+
+void Startup::ShowExpander() {
   p_.form.chkExpand.value = p_.carried.expander != 0 ? 1 : 0;
 }
 
-void Startup::ShowExpanderAndCounter() {
-  if (!IsVersionBelow3(p_.carried.version)) {
-    p_.form.chkExpand.value = p_.carried.expander != 0 ? 1 : 0;
-  }
+void Startup::RigIsOffLine() {
   if (steps.writeOffLineStatus) steps.writeOffLineStatus();
   if (steps.offerFrequencyCounter) steps.offerFrequencyCounter();
 }

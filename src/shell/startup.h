@@ -25,8 +25,9 @@ struct StartupSteps {
   std::function<void()> loadPresets;
   std::function<void()> mnurunzoka_Click;
   std::function<void()> ReadRS232;
-  // Opens the rig's link; `online` runs when it stands, however late.
-  std::function<void(std::function<void()> online)> StartOmniRig;
+  // Opens the rig's link; `online` runs whenever it stands, however late, `offLine` when it could
+  // not be started.
+  std::function<void(std::function<void()> online, std::function<void()> offLine)> StartOmniRig;
   std::function<void()> tmrStatus_Timer;
   std::function<void()> ShowRigParams;
   std::function<std::string()> rigType;
@@ -83,7 +84,8 @@ class Startup {
   void StartAnalyserIfWanted(const RunOptions& options);
   void LinkRig();
   void RigIsOnline();
-  void ShowExpanderAndCounter();
+  void ShowExpander();
+  void RigIsOffLine();
 
   Parts p_;
   std::string baseCaption_;

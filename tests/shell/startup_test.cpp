@@ -74,9 +74,10 @@ TEST(Startup, RunsItsStepsInOrder) {
   };
   steps.mnurunzoka_Click = [&] { order += "engine "; };
   steps.ReadRS232 = [&] { order += f.audio.opened == 0 ? "serial " : "serial-late "; };
-  steps.StartOmniRig = [&](std::function<void()> f2) {
+  steps.StartOmniRig = [&](std::function<void()> stands, const std::function<void()>& offLine) {
     order += f.audio.opened == 1 ? "rig " : "rig-early ";
-    online = std::move(f2);
+    online = std::move(stands);
+    offLine();
   };
   steps.writeOffLineStatus = [&] { order += "off-line "; };
   steps.offerFrequencyCounter = [&] { order += "counter "; };
@@ -101,8 +102,9 @@ TEST(Startup, TheExpanderOfOldSettingsWaitsForTheRig) {
        {std::tuple{"2.1.0", false, 0}, {"2.1.0", true, 1}, {"3.0.0", false, 1}}) {
     ProgramFixture f;
     f.store.Save("VELT-SA", "Version", version);
-    f.program->startup.steps.StartOmniRig = [answers = rig](const std::function<void()>& online) {
-      if (answers) online();
+    f.program->startup.steps.StartOmniRig = [answers = rig](const std::function<void()>& online,
+                                                            const std::function<void()>& offLine) {
+      answers ? online() : offLine();
     };
     f.Start();
     EXPECT_EQ(f.Form().chkExpand.value, expanded) << version;
@@ -184,6 +186,95 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   EXPECT_TRUE(f.ended);
   EXPECT_EQ(f.order, "release ");
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
+}
+
+TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
+  ShutdownFixture f;
+  f.program->shutdown.steps.restoreRigFrequency = [&f] {
+    f.order += "restore ";
+    return true;
+  };
+  EXPECT_FALSE(f.Close());
+  EXPECT_EQ(f.order, "release restore ");
+  f.scheduler.Advance(Milliseconds(300));
+  EXPECT_EQ(f.order, "release restore rig presets OFF serial ");
+  EXPECT_TRUE(f.ended);
+}
+
+// The rig at start-up, through the whole program.
+struct RigFixture : ProgramFixture {
+  RigFixture() {
+    server.reachable = {true, true};
+    for (auto& rig : server.rigs) {
+      rig.shown.freq = rig.shown.rx = 14074000;
+      rig.shown.mode = PM_SSB_U;
+    }
+  }
+};
+
+TEST(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
+  RigFixture f;
+  f.Start();
+  Main& form = f.Form();
+  EXPECT_EQ(form.lblFrequency.caption.Get(), "14.074.00");
+  EXPECT_EQ(form.lblFrequencyExpand.caption.Get(), "14.074.00");
+  EXPECT_EQ(form.lblMode.caption.Get(), "USB");
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Maker Model");
+  form.lblFrequency.Click();
+  f.prompts.Choose("12m");
+  EXPECT_EQ(f.server.rigs[0].TakeWrites(), std::vector<std::string>{"Freq 24900000"});
+  f.scheduler.RunPosted();
+  EXPECT_EQ(form.lblFrequency.caption.Get(), "24.900.00");
+  f.StartCapture();  // the mode can be clicked while capture runs
+  form.lblMode.Click();
+  f.prompts.Choose("LSB");
+  form.lblTRXMode.Click();
+  f.prompts.Choose("&TX");
+  EXPECT_EQ(f.server.rigs[0].TakeWrites(),
+            (std::vector<std::string>{"Mode " + std::to_string(PM_SSB_L), "TX"}));
+  EXPECT_EQ(f.server.rigs[0].txReally, PM_TX);
+}
+
+TEST(RigInTheProgram, EveryKindOfEndReleasesTheTransmitterThatItKeyed) {
+  for (const bool immediately : {false, true}) {
+    RigFixture f;
+    f.Start();
+    f.Form().mnuPTT_ON.Click();
+    f.scheduler.Advance(Milliseconds(500));
+    if (immediately) {
+      f.Form().mnucloseme.Click();
+    } else {
+      f.Close();
+    }
+    EXPECT_EQ(f.server.rigs[0].txReally, PM_RX);
+  }
+}
+
+TEST(RigInTheProgram, AnUnreachableServerIsAskedAboutOnceAndComesBackByItself) {
+  ProgramFixture f;
+  f.Start();
+  f.scheduler.RunPosted();
+  EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
+  ASSERT_EQ(f.prompts.asked.size(), 1U);
+  EXPECT_EQ(f.prompts.asked[0].title, "OmniRig not Configured for CAT");
+  f.prompts.answer(true);
+  EXPECT_TRUE(f.program->catForm.Window.visible);
+}
+
+TEST(RigInTheProgram, AddressesAndLimitAreKeptInTheirOwnSection) {
+  ProgramFixture f;
+  f.store.Save("CAT", "Rig2", "10.0.0.7:4600");
+  f.store.Save("CAT", "TransmissionLimitMinutes", "99");
+  f.Start();
+  EXPECT_EQ(f.server.Address(2), "10.0.0.7:4600");
+  EXPECT_EQ(f.program->rig.guard.LimitMinutes(), 60);
+  f.program->settings.SaveRegistryStuff();
+  EXPECT_EQ(f.store.Get("CAT", "Rig2"), "10.0.0.7:4600");
+  EXPECT_EQ(f.store.Get("CAT", "Rig1"), std::nullopt);  // never set up
+  f.server.SetAddress(1, "localhost:4540");
+  f.program->settings.KeepRigAddresses();
+  f.program->settings.SaveRegistryStuff();
+  EXPECT_EQ(f.store.Get("CAT", "Rig1"), "localhost:4540");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "adapters/files/memory_store.h"
 #include "shell/program.h"
+#include "support/fake_rig.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -181,6 +182,7 @@ struct ProgramFixture {
   VirtualScheduler scheduler;
   FixedClock clock;
   FakeAudioInput audio{scheduler};
+  FakeOmniRig server{scheduler};
   FakeFiles files;
   MemoryStore store;
   FakeSystem system;
@@ -191,7 +193,10 @@ struct ProgramFixture {
   bool ended = false;
   std::unique_ptr<Program> program;
 
-  ProgramFixture() { Restart(); }
+  ProgramFixture() {
+    server.reachable = {false, false};
+    Restart();
+  }
 
   // Makes the program without starting it.
   Main& Restart() {
@@ -200,9 +205,9 @@ struct ProgramFixture {
     where.programFolder = "/opt/velt";
     where.engineFolder = "/opt/engine";
     program.reset();
-    program = std::make_unique<Program>(
-        ProgramPorts{scheduler, clock, audio, files, store, system, prompts, launcher, lock, log},
-        where);
+    program = std::make_unique<Program>(ProgramPorts{scheduler, clock, audio, server, files, store,
+                                                     system, prompts, launcher, lock, log},
+                                        where, OmniRigLink::Questions::Asked);
     ended = false;
     program->shutdown.endProgram = [this] { ended = true; };
     return program->form;

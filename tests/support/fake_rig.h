@@ -159,6 +159,8 @@ class FakeOmniRig : public IOmniRigX {
   int32_t InterfaceVersion() const override { return answered_ ? version : 0; }
   IRigX& Rig1() override { return rigs[0]; }
   IRigX& Rig2() override { return rigs[1]; }
+  void ReleaseInCrash() noexcept override { ++crashReleases; }
+  int crashReleases = 0;
   void ReleaseNow(int32_t rigNumber, int32_t) override {
     releasedNow.push_back(rigNumber);
     if (rigs.at(Index(rigNumber)).IsLinked()) rigs.at(Index(rigNumber)).SetTx(PM_RX);

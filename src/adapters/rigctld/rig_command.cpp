@@ -55,14 +55,14 @@ RigCommand ReadCommand(CommandKind kind) {
   return {kind, std::string(RowOf(kind).line)};
 }
 
-RigCommand FreqCommand(Property property, int32_t frequencyHz) {
+RigCommand FreqCommand(RigProperty property, int32_t frequencyHz) {
   return {CommandKind::SetFreq, "+F " + std::to_string(frequencyHz) + "\n", property, frequencyHz};
 }
 
 RigCommand ModeCommand(int32_t mode) {
   // Without a width the server waits for one and takes the next command for it; -1 keeps the
   // rig's own.
-  return {CommandKind::SetMode, "+M " + std::string(ModeName(mode)) + " -1\n", Property::Mode,
+  return {CommandKind::SetMode, "+M " + std::string(ModeName(mode)) + " -1\n", RigProperty::Mode,
           mode};
 }
 
@@ -71,11 +71,11 @@ RigCommand VfoCommand(std::string_view name) {
 }
 
 RigCommand KeyCommand() {
-  return {CommandKind::Key, "+T 1\n", Property::Transmit, 1};
+  return {CommandKind::Key, "+T 1\n", RigProperty::Transmit, 1};
 }
 
 RigCommand ReleaseCommand() {
-  return {CommandKind::Release, std::string(kReleaseLine), Property::Transmit, 0};
+  return {CommandKind::Release, std::string(kReleaseLine), RigProperty::Transmit, 0};
 }
 
 std::string_view EchoOf(CommandKind kind) {

@@ -28,7 +28,7 @@ enum class CommandKind {
 };
 
 // What a write is about.
-enum class Property { None, Freq, FreqA, FreqB, Mode, Transmit };
+enum class RigProperty { None, Freq, FreqA, FreqB, Mode, Transmit };
 
 // The release, also for those paths that have no time to build it.
 inline constexpr std::string_view kReleaseLine = "+T 0\n";
@@ -36,12 +36,12 @@ inline constexpr std::string_view kReleaseLine = "+T 0\n";
 struct RigCommand {
   CommandKind kind = CommandKind::GetFreq;
   std::string line;  // with its line end
-  Property property = Property::None;
+  RigProperty property = RigProperty::None;
   int32_t value = 0;  // what is written to the property
 };
 
 RigCommand ReadCommand(CommandKind kind);  // one of Get...
-RigCommand FreqCommand(Property property, int32_t frequencyHz);
+RigCommand FreqCommand(RigProperty property, int32_t frequencyHz);
 RigCommand ModeCommand(int32_t mode);
 RigCommand VfoCommand(std::string_view name);
 RigCommand KeyCommand();

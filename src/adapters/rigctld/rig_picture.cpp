@@ -96,21 +96,21 @@ RigPicture::Values RigPicture::Now() const {
   return now;
 }
 
-void RigPicture::Written(Property property, int32_t value) {
+void RigPicture::Written(RigProperty property, int32_t value) {
   switch (property) {
-    case Property::Freq:
+    case RigProperty::Freq:
       freq_.Written(value);
       if (SettledValue* vfo = OfCurrentVfo()) vfo->Written(value);
       break;
-    case Property::FreqA:
+    case RigProperty::FreqA:
       freqA_.Written(value);
       if (vfo_ == 'A') freq_.Written(value);
       break;
-    case Property::FreqB:
+    case RigProperty::FreqB:
       freqB_.Written(value);
       if (vfo_ == 'B') freq_.Written(value);
       break;
-    case Property::Mode:
+    case RigProperty::Mode:
       mode_.Written(value);
       break;
     default:
@@ -118,24 +118,24 @@ void RigPicture::Written(Property property, int32_t value) {
   }
 }
 
-void RigPicture::Acknowledged(Property property, int32_t value, bool accepted) {
+void RigPicture::Acknowledged(RigProperty property, int32_t value, bool accepted) {
   switch (property) {
-    case Property::Freq:
+    case RigProperty::Freq:
       freq_.Acknowledged(value, accepted);
       if (SettledValue* vfo = OfCurrentVfo()) vfo->Acknowledged(value, accepted);
       break;
-    case Property::FreqA:
+    case RigProperty::FreqA:
       freqA_.Acknowledged(value, accepted);
       if (vfo_ == 'A') freq_.Acknowledged(value, accepted);
       break;
-    case Property::FreqB:
+    case RigProperty::FreqB:
       freqB_.Acknowledged(value, accepted);
       if (vfo_ == 'B') freq_.Acknowledged(value, accepted);
       break;
-    case Property::Mode:
+    case RigProperty::Mode:
       mode_.Acknowledged(value, accepted);
       break;
-    case Property::Transmit:
+    case RigProperty::Transmit:
       if (value == 0) transmit_.ReleaseAnswered();
       break;
     default:

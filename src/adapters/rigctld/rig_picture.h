@@ -64,8 +64,8 @@ class RigPicture {
   };
   Values Now() const;
 
-  void Written(Property property, int32_t value);
-  void Acknowledged(Property property, int32_t value, bool accepted);
+  void Written(RigProperty property, int32_t value);
+  void Acknowledged(RigProperty property, int32_t value, bool accepted);
   void ReleaseAsked() { transmit_.ReleaseAsked(); }
   void KeyAsked() { transmit_.KeyAsked(); }
 

@@ -106,19 +106,19 @@ std::string RigctldRig::StatusStr() const {
 }
 
 bool RigctldRig::SetFreq(int32_t frequencyHz) {
-  return WriteFrequency(Property::Freq, frequencyHz);
+  return WriteFrequency(RigProperty::Freq, frequencyHz);
 }
 
 bool RigctldRig::SetFreqA(int32_t frequencyHz) {
-  return WriteFrequency(Property::FreqA, frequencyHz);
+  return WriteFrequency(RigProperty::FreqA, frequencyHz);
 }
 
 bool RigctldRig::SetFreqB(int32_t frequencyHz) {
-  return WriteFrequency(Property::FreqB, frequencyHz);
+  return WriteFrequency(RigProperty::FreqB, frequencyHz);
 }
 
 bool RigctldRig::SetMode(int32_t mode) {
-  return !ModeName(mode).empty() && Write(Property::Mode, mode);
+  return !ModeName(mode).empty() && Write(RigProperty::Mode, mode);
 }
 
 bool RigctldRig::SetTx(int32_t value) {
@@ -178,11 +178,11 @@ void RigctldRig::CountdownChanged() {
   events_.statusChanged();
 }
 
-bool RigctldRig::WriteFrequency(Property property, int32_t frequencyHz) {
+bool RigctldRig::WriteFrequency(RigProperty property, int32_t frequencyHz) {
   return frequencyHz >= kLowestHz && frequencyHz <= kHighestHz && Write(property, frequencyHz);
 }
 
-bool RigctldRig::Write(Property property, int32_t value) {
+bool RigctldRig::Write(RigProperty property, int32_t value) {
   if (link_.state != RigLink::State::Linked) return false;
   queue_.Put(property, value);
   picture_.Written(property, value);
@@ -246,10 +246,10 @@ void RigctldRig::TakeOutcome(const RigCommand& command, const RigReply& reply) {
   const auto outcome = queue_.Answered(command, reply);
   if (!outcome) return;
   picture_.Acknowledged(outcome->property, outcome->value, outcome->accepted);
-  if (outcome->property == Property::FreqA || outcome->property == Property::FreqB) {
+  if (outcome->property == RigProperty::FreqA || outcome->property == RigProperty::FreqB) {
     plan_.HurryVfos();
   }
-  if (outcome->property == Property::Transmit) plan_.HurryTransmit();
+  if (outcome->property == RigProperty::Transmit) plan_.HurryTransmit();
   if (command.kind == CommandKind::Key) {
     keyWatch_.KeyAnswered(!outcome->accepted && !IsRigFailure(reply.code));
   } else if (command.kind == CommandKind::Release) {

@@ -60,8 +60,8 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   void Lost(ServerSession::Fault fault, const RigCommand* unanswered) override;
   void CountdownChanged() override;
 
-  bool Write(Property property, int32_t value);
-  bool WriteFrequency(Property property, int32_t frequencyHz);
+  bool Write(RigProperty property, int32_t value);
+  bool WriteFrequency(RigProperty property, int32_t frequencyHz);
   void Leave();
   void JudgeRig(const RigCommand& command, int32_t code);
   void TakeReading(const RigCommand& command, const RigReply& reply);

@@ -73,7 +73,7 @@ void RigctldServer::ReleaseNow(int32_t rigNumber, int32_t limitMs) {
   if (Side* side = Of(rigNumber)) side->rig.ReleaseNow(Milliseconds(limitMs));
 }
 
-void RigctldServer::CrashRelease() const noexcept {
+void RigctldServer::ReleaseInCrash() noexcept {
   for (const auto& side : sides_) side->crashLine.Release();
 }
 

@@ -23,9 +23,8 @@ class RigctldServer : public IOmniRigX {
   IRigX& Rig2() override { return sides_[1]->rig; }
   void ReleaseNow(int32_t rigNumber, int32_t limitMs) override;
 
-  // Releases every rig that this program keyed and whose link is up. Safe in a signal handler, from
-  // any thread; does not wait.
-  void CrashRelease() const noexcept;
+  // Only rigs whose link is up. Safe from any thread too.
+  void ReleaseInCrash() noexcept override;
   // The open connection of a rig, 1 or 2; -1 for none. Safe in a signal handler.
   int CrashReleaseDescriptor(int32_t rigNumber) const noexcept;
 

@@ -8,8 +8,8 @@ namespace {
 
 constexpr int32_t kMostRefusals = 3;
 
-std::string_view TargetOf(Property property) {
-  return property == Property::FreqA ? "VFOA" : "VFOB";
+std::string_view TargetOf(RigProperty property) {
+  return property == RigProperty::FreqA ? "VFOA" : "VFOB";
 }
 
 // A name that can be sent back as it came.
@@ -22,7 +22,7 @@ bool IsVfoName(std::string_view name) {
 
 }  // namespace
 
-void WriteQueue::Put(Property property, int32_t value) {
+void WriteQueue::Put(RigProperty property, int32_t value) {
   // The newer value goes to the end: had it kept the old one's place, an older write to the same
   // frequency under its other name would come after it.
   Remove(property);
@@ -30,11 +30,11 @@ void WriteQueue::Put(Property property, int32_t value) {
 }
 
 void WriteQueue::PutKey() {
-  Put(Property::Transmit, 1);
+  Put(RigProperty::Transmit, 1);
 }
 
 void WriteQueue::PutRelease() {
-  Remove(Property::Transmit);
+  Remove(RigProperty::Transmit);
   releaseWanted_ = true;
 }
 
@@ -48,12 +48,12 @@ std::optional<RigCommand> WriteQueue::Next() {
   const Waiting next = waiting_.front();
   waiting_.pop_front();
   switch (next.property) {
-    case Property::Transmit:
+    case RigProperty::Transmit:
       return KeyCommand();
-    case Property::Mode:
+    case RigProperty::Mode:
       return ModeCommand(next.value);
-    case Property::FreqA:
-    case Property::FreqB:
+    case RigProperty::FreqA:
+    case RigProperty::FreqB:
       vfoWrite_.emplace();
       vfoWrite_->property = next.property;
       vfoWrite_->frequencyHz = next.value;
@@ -68,13 +68,13 @@ std::optional<WriteQueue::Outcome> WriteQueue::Answered(const RigCommand& comman
                                                         const RigReply& reply) {
   if (command.kind == CommandKind::Release) {
     releaseWanted_ = releaseSent_ = false;
-    return Outcome{Property::Transmit, 0, reply.code == 0};
+    return Outcome{RigProperty::Transmit, 0, reply.code == 0};
   }
   const bool ofVfoWrite =
       command.kind == CommandKind::GetVfo || command.kind == CommandKind::SetVfo ||
-      command.property == Property::FreqA || command.property == Property::FreqB;
+      command.property == RigProperty::FreqA || command.property == RigProperty::FreqB;
   if (vfoWrite_ && ofVfoWrite) return VfoStepAnswered(reply);
-  if (command.property == Property::None) return std::nullopt;
+  if (command.property == RigProperty::None) return std::nullopt;
   return Outcome{command.property, command.value, reply.code == 0};
 }
 
@@ -95,7 +95,7 @@ bool WriteQueue::MayRelease() const {
   return !vfoWrite_ || !vfoWrite_->left || vfoWrite_->restoring;
 }
 
-void WriteQueue::Remove(Property property) {
+void WriteQueue::Remove(RigProperty property) {
   std::erase_if(waiting_, [property](const Waiting& w) { return w.property == property; });
 }
 

@@ -16,13 +16,13 @@ class WriteQueue {
  public:
   // What became of a write.
   struct Outcome {
-    Property property;
+    RigProperty property;
     int32_t value;
     bool accepted;
   };
 
   // A frequency in Hz or a mode, already checked.
-  void Put(Property property, int32_t value);
+  void Put(RigProperty property, int32_t value);
   void PutKey();
   // Removes a key that waits.
   void PutRelease();
@@ -49,7 +49,7 @@ class WriteQueue {
   // it is current.
   struct VfoWrite {
     enum class Step { Ask, Select, Write, Back };
-    Property property = Property::FreqA;
+    RigProperty property = RigProperty::FreqA;
     int32_t frequencyHz = 0;
     Step step = Step::Ask;
     std::string back;        // the VFO to return to; empty when it was never left
@@ -59,12 +59,12 @@ class WriteQueue {
   };
 
   struct Waiting {
-    Property property;
+    RigProperty property;
     int32_t value;
   };
 
   bool MayRelease() const;
-  void Remove(Property property);
+  void Remove(RigProperty property);
   RigCommand VfoStep();
   std::optional<Outcome> VfoStepAnswered(const RigReply& reply);
   void Decide(std::string_view current);

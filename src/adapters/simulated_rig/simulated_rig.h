@@ -90,6 +90,8 @@ class SimulatedRigServer : public IOmniRigX {
   int32_t InterfaceVersion() const override;
   SimulatedRig& Rig1() override { return *rigs_[0]; }
   SimulatedRig& Rig2() override { return *rigs_[1]; }
+  // What is simulated ends with the program.
+  void ReleaseInCrash() noexcept override {}
   void ReleaseNow(int32_t rigNumber, int32_t limitMs) override;
 
  private:

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "adapters/qt/qt_scheduler.h"
+#include "adapters/rigctld/live_loop.h"
 #include "adapters/rigctld/rigctld_server.h"
 #include "adapters/simulated_rig/simulated_rig.h"
-#include "rigctld/live_loop.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {

@@ -5,8 +5,8 @@
 #include <csignal>
 
 #include "adapters/qt/qt_scheduler.h"
+#include "adapters/rigctld/live_loop.h"
 #include "adapters/rigctld/rigctld_server.h"
-#include "rigctld/live_loop.h"
 
 namespace velt {
 namespace {

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "adapters/qt/qt_scheduler.h"
+#include "adapters/rigctld/fake_rig.h"
+#include "adapters/rigctld/live_loop.h"
 #include "adapters/rigctld/rigctld_server.h"
-#include "rigctld/fake_rig.h"
-#include "rigctld/live_loop.h"
 
 namespace velt {
 namespace {
@@ -142,10 +142,10 @@ TEST_F(FakeServerTest, ACrashReleasesOnlyWhatWasKeyedHere) {
   EXPECT_EQ(server.CrashReleaseDescriptor(2), -1);
   peer.rig.keyed = 1;  // by somebody else
   ASSERT_TRUE(LoopUntil([&] { return rig.Tx() == PM_TX; }));
-  server.CrashRelease();
+  server.ReleaseInCrash();
   EXPECT_FALSE(LoopUntil([&] { return peer.rig.keyed == 0; }, std::chrono::milliseconds(200)));
   ASSERT_NO_FATAL_FAILURE(Key());
-  server.CrashRelease();
+  server.ReleaseInCrash();
   EXPECT_TRUE(LoopUntil([&] { return peer.rig.keyed == 0; }));
   server.Close();
   EXPECT_EQ(server.CrashReleaseDescriptor(1), -1);

@@ -89,12 +89,12 @@ RigReply CurrentVfo(const std::string& name) {
 
 TEST(WriteQueue, NewerReplacesWaitingAndReleaseGoesFirst) {
   WriteQueue queue;
-  queue.Put(Property::Freq, 1);
-  queue.Put(Property::Mode, PM_AM);
+  queue.Put(RigProperty::Freq, 1);
+  queue.Put(RigProperty::Mode, PM_AM);
   queue.PutKey();
-  queue.Put(Property::Freq, 2);
+  queue.Put(RigProperty::Freq, 2);
   EXPECT_EQ(Drain(queue), (Lines{"+M AM -1", "+T 1", "+F 2"}));
-  queue.Put(Property::Freq, 3);
+  queue.Put(RigProperty::Freq, 3);
   queue.PutKey();
   queue.PutRelease();
   EXPECT_EQ(Drain(queue), (Lines{"+T 0", "+F 3"}));
@@ -115,24 +115,24 @@ TEST(WriteQueue, WritesAVfoWhereItIsAndReturns) {
         Case{"MEM", {"+v", "+V VFOB", "+F 7", "+V MEM", "+v", "+V VFOA", "+F 9", "+V MEM"}},
         Case{"a b", {"+v", "+V VFOB", "+F 7", "+V VFOA", "+v", "+F 9"}}}) {
     WriteQueue queue;
-    queue.Put(Property::FreqB, 7);
-    queue.Put(Property::FreqA, 9);
+    queue.Put(RigProperty::FreqB, 7);
+    queue.Put(RigProperty::FreqA, 9);
     EXPECT_EQ(Drain(queue, {{"+v", CurrentVfo(c.current)}}), c.sent) << c.current;
   }
   WriteQueue unknowing;
   unknowing.SetVfoKnowable(false);
-  unknowing.Put(Property::FreqB, 7);
-  unknowing.Put(Property::FreqA, 9);
+  unknowing.Put(RigProperty::FreqB, 7);
+  unknowing.Put(RigProperty::FreqA, 9);
   EXPECT_EQ(Drain(unknowing), (Lines{"+V VFOB", "+F 7", "+V VFOA", "+F 9"}));
 }
 
 TEST(WriteQueue, NeverWritesToTheWrongVfo) {
   WriteQueue queue;
-  queue.Put(Property::FreqB, 7);
+  queue.Put(RigProperty::FreqB, 7);
   EXPECT_EQ(Drain(queue, {{"+v", CurrentVfo("VFOA")}, {"+V VFOB", {{}, -5}}}),
             (Lines{"+v", "+V VFOB", "+V VFOA"}));
   // A refused return is tried again, but not for ever.
-  queue.Put(Property::FreqB, 7);
+  queue.Put(RigProperty::FreqB, 7);
   EXPECT_EQ(Drain(queue, {{"+v", CurrentVfo("VFOA")}, {"+V VFOA", {{}, -6}}}),
             (Lines{"+v", "+V VFOB", "+F 7", "+V VFOA", "+V VFOA", "+V VFOA"}));
 }
@@ -143,7 +143,7 @@ TEST(WriteQueue, ReleaseWaitsForTheWayBackAndSurvivesABreak) {
   for (size_t sentBefore = 0; sentBefore <= 4; ++sentBefore) {
     for (const bool breaks : {false, true}) {
       WriteQueue queue;
-      queue.Put(Property::FreqB, 7);
+      queue.Put(RigProperty::FreqB, 7);
       for (size_t i = 0; i < sentBefore; ++i) {
         const auto command = queue.Next();
         ASSERT_EQ(command->line, whole[i] + "\n");
@@ -169,7 +169,7 @@ TEST(WriteQueue, ReleaseWaitsForTheWayBackAndSurvivesABreak) {
   // A select that was under way may have arrived; a release under way goes again.
   WriteQueue queue;
   queue.SetVfoKnowable(false);
-  queue.Put(Property::FreqB, 7);
+  queue.Put(RigProperty::FreqB, 7);
   queue.Next();
   queue.Interrupt();
   EXPECT_EQ(Drain(queue), Lines{"+V VFOA"});

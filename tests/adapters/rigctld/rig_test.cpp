@@ -1,8 +1,8 @@
 // One rig over a scripted channel, in virtual time.
 #include <gtest/gtest.h>
 
+#include "adapters/rigctld/fake_rig.h"
 #include "adapters/rigctld/rigctld_rig.h"
-#include "rigctld/fake_rig.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
