@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "adapters/rigctld/server_address.h"
 #include "shell/startup.h"
 #include "text/numbers.h"
 #include "ui/qt_text.h"
@@ -22,6 +23,8 @@ constexpr Known kKnown[] = {
     {"input", "Analyse this sound file, repeated, instead of the sound card.", "FILE"},
     {"audio-device", "Capture from this source instead of the default one.", "NAME"},
     {"list-audio-devices", "List the sources of the sound server and end.", nullptr},
+    {"rig1", "Where the CAT server of rig 1 is (default 127.0.0.1:4532).", "HOST:PORT"},
+    {"rig2", "Where the CAT server of rig 2 is (default 127.0.0.1:4534).", "HOST:PORT"},
     {"data-folder", "Keep data and settings in this folder.", "DIR"},
     {"engine-folder", "Look for the engine in this folder.", "DIR"},
     {"log", "Write a log to this file; it is rotated at 1 MB.", "FILE"},
@@ -41,8 +44,8 @@ constexpr Known kKnown[] = {
 constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode", "precision",
                                           "slider", "waterfall", "size"};
 constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};
-constexpr const char* kNotAnalysing[] = {"demo", "input", "audio-device", "headless",
-                                         "list-audio-devices"};
+constexpr const char* kNotAnalysing[] = {
+    "demo", "input", "audio-device", "headless", "list-audio-devices", "rig1", "rig2"};
 
 // Collects the first complaint.
 class Checker {
@@ -70,6 +73,13 @@ class Checker {
       Complain(QString("--%1 needs a value.").arg(name));
     }
     return FromQt(value);
+  }
+  std::string Address(const char* name) {
+    const std::string text = Text(name);
+    if (parser_.isSet(name) && !ParseServerAddress(text)) {
+      Complain(QString("--%1 takes HOST:PORT, for example 127.0.0.1:4532.").arg(name));
+    }
+    return text;
   }
   int Number(const char* name, int fallback, int least, int most) {
     if (!parser_.isSet(name)) return fallback;
@@ -154,6 +164,7 @@ Options ParseOptions(const QStringList& arguments, const std::string& versionTex
   options.demo = parser.isSet("demo");
   options.input = checker.Text("input");
   options.audioDevice = checker.Text("audio-device");
+  options.rigAddresses = {checker.Address("rig1"), checker.Address("rig2")};
   options.dataFolder = checker.Text("data-folder");
   options.engineFolder = checker.Text("engine-folder");
   options.logFile = checker.Text("log");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStringList>
+#include <array>
 #include <string>
 
 #include "spectrum/analysis_settings.h"
@@ -37,6 +38,7 @@ struct Options {
   bool demo = false;
   std::string input;  // sound file instead of the sound server
   std::string audioDevice;
+  std::array<std::string, 2> rigAddresses;  // of rig 1 and 2; empty: as set up
   std::string dataFolder;
   std::string engineFolder;
   std::string logFile;

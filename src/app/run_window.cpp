@@ -58,6 +58,7 @@ int RunWindow(QApplication& application, const Options& options) {
   Program program(adapters->Ports(), Where(options),
                   asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never);
   program.capture.deviceName = options.audioDevice;
+  program.settings.addressesOfThisRun = options.rigAddresses;
 
   RunOptions run;
   run.resetSettings = options.run == Options::Run::Reset;

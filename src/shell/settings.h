@@ -58,6 +58,9 @@ class Settings {
   // The addresses of the rigs' servers were changed by the user, so they are the ones to save.
   void KeepRigAddresses();
 
+  // Addresses of the rigs' servers that hold for this run, whatever is stored; empty: as stored.
+  std::array<std::string, 2> addressesOfThisRun;
+
   // Deletes all settings, the backup too.
   int Reset() { return store_.DeleteAll(); }
 

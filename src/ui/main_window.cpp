@@ -62,11 +62,21 @@ void MainWindow::BindTopRow() {
     startStop->SetSymbol(stopped ? SymbolButton::Symbol::Play : SymbolButton::Symbol::Stop);
   });
 
-  BindLabel(form_.lblFrequency,
-            MakeLabel(kFrequencyPixels, true, "Transceiver frequency", "Transceiver frequency"));
-  BindLabel(form_.lblMode, MakeLabel(kTextPixels + 1, true, "Modulation mode", "Modulation mode"));
-  BindLabel(form_.lblTRXMode,
-            MakeLabel(kTextPixels + 1, true, "Transmit or receive", "Transmit or receive state"));
+  BindRigLabel(form_.lblFrequency,
+               MakeLabel(kFrequencyPixels, true, "Transceiver frequency", "Transceiver frequency"));
+  BindRigLabel(form_.lblMode,
+               MakeLabel(kTextPixels + 1, true, "Modulation mode", "Modulation mode"));
+  auto* state =
+      MakeLabel(kTextPixels + 1, true, "Transmit or receive", "Transmit or receive state");
+  BindRigLabel(form_.lblTRXMode, state);
+  // A keyed transmitter must not be overlooked.
+  mirror_.Watch(form_.lblTRXMode, [this, state] {
+    const bool transmits = form_.lblTRXMode.caption.Get() == "TX";
+    state->SetFill(transmits ? QColor(0xC8, 0x20, 0x20) : QColor(),
+                   transmits ? Qt::white : QColor());
+  });
+  BindTransmitButton(0, "Transmit");
+  BindTransmitButton(1, "Receive");
   auto* peak = MakeLabel(kTextPixels + 1, true, "Dominant frequency", "Dominant frequency");
   peak->SetPassive(true);
   BindLabel(form_.lblFreqDetect, peak);
@@ -176,6 +186,32 @@ void MainWindow::BindLabel(Label& label, ClickLabel* widget) {
     const QString shown = QString(text).replace("&", "&&");
     if (widget->text() != shown) widget->setText(shown);
   });
+}
+
+void MainWindow::BindRigLabel(RigLabel& label, ClickLabel* widget) {
+  BindLabel(label, widget);
+  mirror_.Watch(label, [&label, widget] { widget->SetStale(label.stale); });
+}
+
+void MainWindow::BindTransmitButton(int32_t index, const char* toolTip) {
+  OptionButton& option = form_.optTXRX[index];
+  auto* button = new QToolButton(this);
+  button->setCheckable(true);
+  button->setToolTip(toolTip);
+  button->setAccessibleName(toolTip);
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setFont(SizedFont(*this, kSmallPixels + 1, true));
+  // The button shows what the rig was told, which a refused click does not change.
+  const auto show = [&option, button] {
+    const QSignalBlocker quiet(button);
+    button->setText(ToQt(option.caption.Get()));
+    button->setChecked(option.value);
+  };
+  connect(button, &QToolButton::clicked, this, [&option, show] {
+    if (option.onMouseDown) option.onMouseDown(1);
+    show();
+  });
+  mirror_.Bind(option, button, show);
 }
 
 void MainWindow::BindSlider(SliderControl& slider, QSlider* widget) {

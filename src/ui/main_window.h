@@ -47,6 +47,8 @@ class MainWindow : public QWidget {
   void BindButton(Button& button, QToolButton* widget);
   void BindMenuImage(Image& image, QToolButton* widget);
   void BindLabel(Label& label, ClickLabel* widget);
+  void BindRigLabel(RigLabel& label, ClickLabel* widget);
+  void BindTransmitButton(int32_t index, const char* toolTip);
   void BindSlider(SliderControl& slider, QSlider* widget);
   QToolButton* MakeMenuButton(const char* text, const char* toolTip, const char* accessibleName);
   ClickLabel* MakeLabel(int pixelSize, bool bold, const char* toolTip, const char* accessibleName);
