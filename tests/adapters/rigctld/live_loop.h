@@ -17,6 +17,7 @@ namespace velt {
 
 // Sockets and timers need the application to be there first.
 inline void EnsureLoop() {
+  if (QCoreApplication::instance() != nullptr) return;
   static int count = 1;
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
