@@ -10,8 +10,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QWheelEvent>
+#include <array>
 
 #include "rig/omnirig_dialog.h"
 #include "ui/qt_text.h"
@@ -25,9 +27,9 @@ constexpr int kAddressCharacters = 24;
 constexpr int kColumnGap = 24;
 constexpr const char* kUnknown = "\u2013";
 
-const QColor kGreen(0x2E, 0xA0, 0x43);
-const QColor kAmber(0xE8, 0x9B, 0x0C);
-const QColor kGrey(0x8C, 0x8C, 0x8C);
+constexpr QColor kGreen(0x2E, 0xA0, 0x43);
+constexpr QColor kAmber(0xE8, 0x9B, 0x0C);
+constexpr QColor kGrey(0x8C, 0x8C, 0x8C);
 
 bool LinkIs(RigLink::State state, const Label& link) {
   return link.caption.Get() == LinkText({.state = state, .retryInSeconds = 0, .stale = false});
@@ -118,23 +120,23 @@ OmniRigWindow::OmniRigWindow(OmniRigForm& form, QWidget* parent)
   mirror_.Watch(form_.Window, [this] { ShowWindow(); });
 }
 
+OmniRigWindow::~OmniRigWindow() {
+  // Hiding takes the focus from the field, which is the end of typing, but nobody is left to tell.
+  limit_->disconnect(this);
+}
+
 QGroupBox* OmniRigWindow::MakeServers() {
   auto* group = new QGroupBox("Rig", this);
   auto* grid = new QGridLayout(group);
   AddServer(*grid, 0, form_.Option1, form_.txtAddress1);
   AddServer(*grid, 1, form_.Option2, form_.txtAddress2);
 
-  auto* apply = new QPushButton(this);
-  Describe(apply, "Apply the server addresses", "Connect to the servers at the typed addresses");
-  BindButton(form_.cmdApplyAddresses, apply, 'A');
-  mirror_.Watch(form_.cmdApplyAddresses, [this, apply] {
-    // Enter takes a typed address before it closes the dialog.
-    apply->setDefault(form_.cmdApplyAddresses.enabled);
-    if (close_ != nullptr) close_->setDefault(!form_.cmdApplyAddresses.enabled);
-  });
+  apply_ = new QPushButton(this);
+  Describe(apply_, "Apply the server addresses", "Connect to the servers at the typed addresses");
+  BindButton(form_.cmdApplyAddresses, apply_, 'A');
   auto* row = new QHBoxLayout;
   row->addWidget(MakeError("Server address", form_.lblAddressMessage), 1);
-  row->addWidget(apply);
+  row->addWidget(apply_);
   grid->addLayout(row, 2, 0, 1, 3);
   grid->setColumnStretch(2, 1);
   return group;
@@ -297,7 +299,11 @@ QWidget* OmniRigWindow::MakeBottomRow() {
   close_ = new QPushButton(this);
   Describe(close_, "Close", "Takes typed addresses and closes this window; the link stays");
   BindButton(form_.Command1, close_, 'C');
-  close_->setDefault(true);
+  mirror_.Watch(form_.cmdApplyAddresses, [this] {
+    // Enter takes a typed address before it closes the dialog.
+    apply_->setDefault(form_.cmdApplyAddresses.enabled);
+    close_->setDefault(!form_.cmdApplyAddresses.enabled);
+  });
   row->addStretch();
   row->addWidget(close_);
   return holder;
@@ -386,9 +392,20 @@ void OmniRigWindow::ShowWindow() {
   }
   // Typed and dropped before the form had taken it.
   limit_->setText(ToQt(form_.txtLimit.text.Get()));
+  if (!testAttribute(Qt::WA_Moved)) PlaceBelowParent();
   show();
   raise();
   activateWindow();
+}
+
+// In the middle of the main window, its usual place, it would hide what it is watched with.
+void OmniRigWindow::PlaceBelowParent() {
+  if (parentWidget() == nullptr) return;
+  adjustSize();
+  const QRect above = parentWidget()->frameGeometry();
+  const int titleBar = parentWidget()->geometry().top() - above.top();
+  const QRect wanted(above.bottomLeft() + QPoint(0, 1), size() + QSize(0, titleBar));
+  if (parentWidget()->screen()->availableGeometry().contains(wanted)) move(wanted.topLeft());
 }
 
 void OmniRigWindow::ShowLink() {

@@ -5,6 +5,7 @@
 #include <QButtonGroup>
 #include <QDialog>
 #include <QTimer>
+#include <vector>
 
 #include "form/omnirig_form.h"
 #include "ui/form_mirror.h"
@@ -22,6 +23,7 @@ class OmniRigWindow : public QDialog {
  public:
   // `form` has to outlive the window. The window is hidden until the form says otherwise.
   OmniRigWindow(OmniRigForm& form, QWidget* parent);
+  ~OmniRigWindow() override;
 
   // Escape and the window's frame; the form decides.
   void reject() override;
@@ -47,6 +49,7 @@ class OmniRigWindow : public QDialog {
   void BindText(TextBox& box, QLineEdit* edit);
 
   void ShowWindow();
+  void PlaceBelowParent();
   void ShowLink();
   void ShowErrorColour();
   void TakeLimit();
@@ -57,6 +60,7 @@ class OmniRigWindow : public QDialog {
   QButtonGroup targets_;
   QTimer limitPause_;
   QLineEdit* limit_ = nullptr;
+  QPushButton* apply_ = nullptr;
   QPushButton* close_ = nullptr;
   QGroupBox* report_ = nullptr;
   QLabel* status_ = nullptr;
