@@ -11,6 +11,7 @@
 #include "app/crash_handler.h"
 #include "app/signal_watcher.h"
 #include "ui/main_window.h"
+#include "ui/omnirig_window.h"
 #include "ui/qt_text.h"
 
 namespace velt {
@@ -77,6 +78,7 @@ int RunWindow(QApplication& application, const Options& options) {
 
   MainWindow window(program.form, [&program]() -> const Raster& { return program.tick.Shown(); });
   adapters->SetOwner(&window);
+  const OmniRigWindow omniRigWindow(program.catForm, &window);
   window.onClose = [&program](bool& cancel) { program.shutdown.Form_Unload(cancel); };
   program.menuOpener.focusScope = [&window] { window.FocusScope(); };
 

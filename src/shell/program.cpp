@@ -73,6 +73,7 @@ void Program::ConnectRig() {
   };
   startup.steps.rigType = [this] { return rig.current.Exists() ? rig.current->RigType() : ""; };
   startup.steps.ShowRigParams = [this] { rig.display.ShowRigParams(); };
+  shutdown.steps.closeDialogs = [this] { rig.dialog.Close(); };
   shutdown.steps.restoreRigFrequency = [this] { return rig.control.RestoreNow(); };
   shutdown.steps.StopOmniRig = [this] { rig.link.StopOmniRig(); };
 }

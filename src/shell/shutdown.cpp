@@ -19,6 +19,7 @@ void Shutdown::Form_Unload(bool& cancel) {
   unloading_ = true;
   p_.releases.ReleaseAll(kReleaseLimit);
   p_.prompts.DropAll();
+  if (steps.closeDialogs) steps.closeDialogs();
   if (steps.restoreRigFrequency && steps.restoreRigFrequency()) {
     cancel = true;
     restored_ = p_.scheduler.After(kRestoreTime, [this] {

@@ -16,6 +16,7 @@ namespace velt {
 
 // Steps that other parts of the program fill; one that is not set does nothing.
 struct ShutdownSteps {
+  std::function<void()> closeDialogs;
   // Undoes a shift made for transmitting; true when there was one, which needs time to leave.
   std::function<bool()> restoreRigFrequency;
   std::function<void()> StopOmniRig;

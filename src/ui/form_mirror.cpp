@@ -7,6 +7,8 @@
 namespace velt {
 
 FormMirror::FormMirror(Form& form) : form_(form) {
+  // Bind shows the present state. A change left on the list would keep the form from ever waking.
+  form_.TakeChanged();
   form_.wake = [this] {
     QMetaObject::invokeMethod(
         this, [this] { Sync(); }, Qt::QueuedConnection);

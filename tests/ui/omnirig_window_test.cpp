@@ -1,0 +1,193 @@
+// The CAT dialog's window over the real dialog logic, a fake server and a virtual clock.
+#include "ui/omnirig_window.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <set>
+
+#include "rig/rig_fixture.h"
+
+namespace velt {
+namespace {
+
+struct OmniRigWindowTest : RigFixture {
+  OmniRigWindowTest() {
+    rig.dialog.Open();
+    Turn();
+    QApplication::setActiveWindow(&window);
+  }
+  // A turn of the loop: what was posted and the form's changes reach their places.
+  void Turn(int milliseconds = 0) {
+    clock.Advance(Milliseconds(milliseconds));
+    QCoreApplication::sendPostedEvents();
+  }
+  template <class W>
+  W* Find(const QString& name) {
+    for (W* widget : window.findChildren<W*>()) {
+      if (widget->accessibleName() == name) return widget;
+    }
+    return nullptr;
+  }
+  bool Says(const char* name) { return Find<QLabel>(name) != nullptr; }
+  void Press(const QString& name) {
+    QTest::mouseClick(Find<QAbstractButton>(name), Qt::LeftButton, {}, {8, 8});
+    Turn();
+  }
+  void Key(Qt::Key key) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+    Turn();
+  }
+  // Replaces what the field says, keystroke by keystroke.
+  void Type(QLineEdit& field, const QString& text) {
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClicks(&field, text);
+    Turn();
+  }
+  QColor LampColour() {
+    const QImage picture = Find<QWidget>("Lamp of the link")->grab().toImage();
+    return picture.pixelColor(picture.rect().center());
+  }
+
+  OmniRigWindow window{dialogForm, nullptr};
+  QLineEdit& address1 = *Find<QLineEdit>("Server address of rig 1");
+  QLineEdit& address2 = *Find<QLineEdit>("Server address of rig 2");
+  QLineEdit& limit = *Find<QLineEdit>("Longest transmission in minutes");
+  QComboBox& modes = *Find<QComboBox>("Set mode");
+  QPushButton& apply = *Find<QPushButton>("Apply the server addresses");
+};
+
+TEST_F(OmniRigWindowTest, ItShowsTheLinkAndWhatTheRigReports) {
+  const QGroupBox& report = *window.findChildren<QGroupBox*>().at(2);
+  EXPECT_TRUE(Says("Link: Stopped"));
+  EXPECT_EQ(LampColour(), QColor("#8C8C8C"));
+  rig1.shown = {.freq = 7100000, .freqA = 2, .freqB = 3, .rx = 4, .txOverride = {}, .mode = PM_FM};
+  Press("Start the link");
+  for (const char* text : {"Link: Linked", "Status: On-line", "Current frequency: 7100000",
+                           "VFO A: 2", "VFO B: 3", "Mode: FM"}) {
+    EXPECT_TRUE(Says(text)) << text;
+  }
+  EXPECT_EQ(LampColour(), QColor("#2EA043"));
+  EXPECT_EQ(report.title(), "Transceiver");
+  rig1.Lose();
+  Turn(500);
+  EXPECT_TRUE(Says("Link: Stale values, reconnecting in 4 s"));
+  EXPECT_EQ(LampColour(), QColor("#E89B0C"));
+  EXPECT_EQ(report.title(), "Transceiver (last known values)");
+  Press("Stop the link");
+  EXPECT_EQ(rig1.link.state, RigLink::State::Off);
+}
+
+TEST_F(OmniRigWindowTest, OptionsAreChosenByMouseAndArrowKeysAndFollowTheForm) {
+  Link();
+  Press("Rig 2");
+  EXPECT_EQ(rig.state.rigChoice, 2);
+  EXPECT_TRUE(Says("Current frequency: 14250000"));
+  Find<QWidget>("Rig 2")->setFocus();
+  Key(Qt::Key_Up);
+  EXPECT_EQ(rig.state.rigChoice, 1);
+  int16_t vfo = 3;
+  for (const char* target : {"VFO B and A", "VFO B", "VFO A", "Current VFO"}) {
+    Press(QString("Frequencies go to ") + target);
+    EXPECT_EQ(rig.state.vfo, vfo--);
+  }
+  dialogForm.optVFO[0].value = false;
+  Turn();
+  EXPECT_FALSE(Find<QAbstractButton>("Frequencies go to Current VFO")->isChecked());
+  EXPECT_TRUE(Find<QAbstractButton>("Rig 1")->isChecked());
+}
+
+TEST_F(OmniRigWindowTest, TheClosedListSetsNoModeByWheelOrArrowKeys) {
+  EXPECT_FALSE(modes.isEnabled());
+  Link();
+  Turn();
+  modes.setFocus();
+  Key(Qt::Key_U);
+  EXPECT_EQ(rig1.TakeWrites(), Texts{"Mode " + std::to_string(PM_SSB_U)});
+  EXPECT_EQ(modes.currentIndex(), -1);
+  QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&modes, &wheel);
+  Key(Qt::Key_Down);
+  EXPECT_EQ(rig1.TakeWrites(), Texts{});
+  EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(OmniRigWindowTest, AddressesAreAppliedAndAFieldBeingEditedIsLeftAlone) {
+  EXPECT_FALSE(apply.isEnabled());
+  Type(address2, "radio:45");
+  address2.setCursorPosition(2);
+  dialogForm.txtAddress2.Touch();
+  Turn(5000);
+  EXPECT_EQ(address2.cursorPosition(), 2);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(server.Address(2), "radio:45");
+  EXPECT_TRUE(window.isVisible());
+
+  const QWidget& below = *Find<QPushButton>("Start the link");
+  const QPoint place = below.mapTo(&window, QPoint());
+  Type(address1, "<b>nonsense");
+  Press("Close");
+  EXPECT_TRUE(window.isVisible());
+  const auto* message = Find<QLabel>(
+      "Server address: Rig 1: \"<b>nonsense\" is no address. Use HOST:PORT, for example "
+      "127.0.0.1:4532");
+  ASSERT_NE(message, nullptr);
+  EXPECT_GE(message->height(), message->heightForWidth(message->width()));
+  EXPECT_EQ(below.mapTo(&window, QPoint()), place);
+  dialogForm.txtAddress1.text = "given:1";  // by the program: shown even while it has the focus
+  Turn();
+  EXPECT_EQ(address1.text(), "given:1");
+}
+
+TEST_F(OmniRigWindowTest, TheLimitIsTakenWhenItsTypingIsOver) {
+  Type(limit, "1");
+  EXPECT_EQ(rig.guard.LimitMinutes(), 10);
+  QTest::keyClicks(&limit, "5");
+  Key(Qt::Key_Tab);
+  EXPECT_EQ(rig.guard.LimitMinutes(), 15);
+  Type(limit, "20");
+  Key(Qt::Key_Escape);
+  EXPECT_FALSE(dialogForm.Window.visible);
+  rig.dialog.Open();
+  Turn();
+  EXPECT_EQ(limit.text(), "15");
+  EXPECT_EQ(rig.guard.LimitMinutes(), 15);
+  Type(limit, "99");
+  EXPECT_TRUE(
+      QTest::qWaitFor([this] { return !dialogForm.lblLimitMessage.caption.Get().empty(); }, 3000));
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(window.close());  // by its frame
+  EXPECT_FALSE(dialogForm.Window.visible);
+}
+
+TEST_F(OmniRigWindowTest, TabReachesEveryControlAndEachHasAToolTip) {
+  Link();
+  Type(address1, "radio:1");  // enables the button that applies it
+  std::set<QString> reached;
+  for (int step = 0; step < 9; ++step) {
+    const QWidget& focused = *QApplication::focusWidget();
+    EXPECT_FALSE(focused.toolTip().isEmpty()) << focused.accessibleName().toStdString();
+    reached.insert(focused.accessibleName());
+    Key(Qt::Key_Tab);
+  }
+  EXPECT_EQ(reached, (std::set<QString>{"Server address of rig 1", "Server address of rig 2",
+                                        "Apply the server addresses", "Stop the link", "Set mode",
+                                        "Frequencies go to Current VFO",
+                                        "Longest transmission in minutes", "Close", "Rig 1"}));
+}
+
+}  // namespace
+}  // namespace velt
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
