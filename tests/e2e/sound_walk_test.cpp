@@ -60,8 +60,7 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgain) {
   auto tone = around.sound.PlayTone(kToneHz);
   WindowDriver window({}, around.Environment());
   // Without a CAT server the program asks whether to configure it.
-  ASSERT_TRUE(window.WaitForWindow("OmniRig not Configured for CAT"));
-  window.Press({"Escape"});
+  ASSERT_TRUE(window.Dismiss("OmniRig not Configured for CAT"));
 
   window.Click(window.places.startStop);
   ASSERT_TRUE(WaitUntil([&] { return ShowsTone(window); }, seconds(10)));
@@ -109,8 +108,7 @@ TEST(SoundWalk, SavedSettingsComeBackAndAResetForgetsThem) {
   auto tone = around.sound.PlayTone(kToneHz);
   {
     WindowDriver window({}, around.Environment());
-    ASSERT_TRUE(window.WaitForWindow("OmniRig not Configured for CAT"));
-    window.Press({"Escape"});
+    ASSERT_TRUE(window.Dismiss("OmniRig not Configured for CAT"));
     const Rectangle scope = window.places.scope;
     const QPoint corner(scope.left + scope.width - 20, scope.top + 4);
     EXPECT_TRUE(

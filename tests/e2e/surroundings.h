@@ -2,18 +2,15 @@
 #pragma once
 
 #include "support/pulse_server.h"
-#include "support/x_desktop.h"
 
 namespace velt {
 
 struct Surroundings {
-  XDesktop desktop;
   PulseServer sound;
   TempFolder home;
 
   std::vector<std::string> Environment() const {
-    std::vector<std::string> all = desktop.Environment();
-    for (const auto& entry : sound.Environment()) all.push_back(entry);
+    std::vector<std::string> all = sound.Environment();
     all.push_back("HOME=" + home.Path().string());
     all.push_back("XDG_RUNTIME_DIR=" + home.Path().string());
     all.push_back("XDG_CONFIG_HOME=" + (home.Path() / "config").string());

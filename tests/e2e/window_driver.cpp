@@ -91,10 +91,20 @@ QImage WindowDriver::Picture() const {
   return QImage(ToQt(file)).convertToFormat(QImage::Format_RGB32);
 }
 
+bool WindowDriver::HasWindow(const std::string& title) const {
+  return !Tool({"search", "--onlyvisible", "--name", "^" + title + "$"}).empty();
+}
+
 bool WindowDriver::WaitForWindow(const std::string& title) const {
+  return WaitUntil([&] { return HasWindow(title); }, std::chrono::seconds(5));
+}
+
+bool WindowDriver::Dismiss(const std::string& title) const {
+  if (!WaitForWindow(title)) return false;
   return WaitUntil(
-      [this, &title] {
-        return !Tool({"search", "--onlyvisible", "--name", "^" + title + "$"}).empty();
+      [&] {
+        Press({"Escape"});
+        return !HasWindow(title);
       },
       std::chrono::seconds(5));
 }

@@ -39,6 +39,8 @@ class WindowDriver {
   QImage Picture() const;
   // Waits until a window of that title is there.
   bool WaitForWindow(const std::string& title) const;
+  // Closes the box of that title, which has to come up, and waits until it is gone.
+  bool Dismiss(const std::string& title) const;
 
   // The text that the label at a place shows, of those that it may show; "" when none looks like
   // it.
@@ -49,6 +51,7 @@ class WindowDriver {
   const WindowPlaces places = ArrangeWindow(559, 164);
 
  private:
+  bool HasWindow(const std::string& title) const;
   std::string Tool(std::vector<std::string> arguments) const;
 
   TempFolder folder_;
