@@ -22,7 +22,9 @@ void Capture::InitDevices(std::function<void()> noDevices) {
   form_.capture.DevicesBox.listIndex = 0;
 }
 
-void Capture::StartButton_Click() { Open(deviceName); }
+void Capture::StartButton_Click() {
+  Open(deviceName);
+}
 
 void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
