@@ -125,6 +125,8 @@ const std::vector<Allowed> allowedWords{
     {"app/main.cpp", "exec", "the loop of the runs without a window"},
     {"app/run_window.cpp", "exec", "the one event loop of the program"},
     {"adapters/demo/generated_signal.cpp", "lrint", "each sample, bounded by its amplitudes"},
+    {"adapters/rigctld/tcp_channel.cpp", "waitForConnected", "the release at an end, with a limit"},
+    {"adapters/rigctld/tcp_channel.cpp", "waitForBytesWritten", "the same"},
     {"adapters/soundfile/sound_file_reader.cpp", "nearbyint", "each sample, clamped right before"},
     {"adapters/system/linux_system_info.cpp", "from_chars", "numbers inside a text, both checked"},
     {"text/numbers.cpp", "from_chars", "the checked conversions are made here"},

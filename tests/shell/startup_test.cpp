@@ -139,7 +139,6 @@ struct ShutdownFixture : ProgramFixture {
     entry.order = &order;
     program->releases.Add(entry);
     ShutdownSteps& steps = program->shutdown.steps;
-    steps.restoreRigFrequency = [this] { order += "restore "; };
     steps.StopOmniRig = [this] { order += Stored("EXE") == "VELT-SA.exe" ? "rig " : "rig-early "; };
     steps.SaveExpandedPresets = [this] { order += "presets "; };
     steps.mnuclosezoka_Click = [this] { order += "engine "; };
@@ -153,7 +152,7 @@ TEST(Shutdown, RunsItsStepsInOrderAndEnds) {
   ShutdownFixture f;
   f.Form().lblFrequency.caption = std::string("14.074.00");
   EXPECT_TRUE(f.Close());
-  EXPECT_EQ(f.order, "release restore rig presets 14074000 serial ");
+  EXPECT_EQ(f.order, "release rig presets 14074000 serial ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
 }
@@ -162,7 +161,7 @@ TEST(Shutdown, OffLineTheStateIsWrittenAsOff) {
   ShutdownFixture f;
   f.Form().mnuautos[1].checked = true;
   EXPECT_TRUE(f.Close());
-  EXPECT_EQ(f.order, "release restore rig presets engine OFF serial ");
+  EXPECT_EQ(f.order, "release rig presets engine OFF serial ");
 }
 
 TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
@@ -175,7 +174,7 @@ TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
   EXPECT_FALSE(f.Close());  // asked again meanwhile: nothing is done twice
   f.scheduler.Advance(Milliseconds(5));
   EXPECT_TRUE(f.ended);
-  EXPECT_EQ(f.order, "release restore rig presets OFF serial ");
+  EXPECT_EQ(f.order, "release rig presets OFF serial ");
 }
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
