@@ -11,6 +11,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "form/control.h"
@@ -18,7 +19,8 @@
 namespace velt {
 
 struct Label : Control {
-  explicit Label(Form& form, std::string text = {}) : Control(form), caption(*this, text) {}
+  explicit Label(Form& form, std::string text = {})
+      : Control(form), caption(*this, std::move(text)) {}
   Property<std::string> caption;  // raises the label's Change event
   std::function<void()> onClick;
   void Click() const {
@@ -27,7 +29,8 @@ struct Label : Control {
 };
 
 struct Button : Control {
-  explicit Button(Form& form, std::string text = {}) : Control(form), caption(*this, text) {}
+  explicit Button(Form& form, std::string text = {})
+      : Control(form), caption(*this, std::move(text)) {}
   Property<std::string> caption;
   std::function<void()> onClick;
   void Click() const {
@@ -37,7 +40,7 @@ struct Button : Control {
 
 // A picture that acts as a button; its tag tells which of its pictures it shows.
 struct Image : Control {
-  explicit Image(Form& form, std::string text = {}) : Control(form), tag(*this, text) {}
+  explicit Image(Form& form, std::string text = {}) : Control(form), tag(*this, std::move(text)) {}
   Property<std::string> tag;
   std::function<void()> onClick;
   void Click() const {
@@ -47,7 +50,7 @@ struct Image : Control {
 
 struct CheckBox : Control {
   explicit CheckBox(Form& form, std::string text = {})
-      : Control(form), caption(*this, text), value(*this, 0) {}
+      : Control(form), caption(*this, std::move(text)), value(*this, 0) {}
   Property<std::string> caption;
   Property<int32_t> value;  // 0 or 1; a change raises Click
   void UserPick(bool checked) {
@@ -57,7 +60,7 @@ struct CheckBox : Control {
 
 struct OptionButton : Control {
   explicit OptionButton(Form& form, std::string text = {})
-      : Control(form), caption(*this, text), value(*this, false) {}
+      : Control(form), caption(*this, std::move(text)), value(*this, false) {}
   Property<std::string> caption;
   Property<bool> value;                  // a change raises Click
   std::function<void(int)> onMouseDown;  // 1 left, 2 right button
@@ -104,7 +107,7 @@ struct TextBox : Control {
 
 struct MenuItem : Control {
   explicit MenuItem(Form& form, std::string text = {})
-      : Control(form), caption(*this, text), checked(*this, false) {}
+      : Control(form), caption(*this, std::move(text)), checked(*this, false) {}
   Property<std::string> caption;
   Property<bool> checked;  // raises nothing
   std::function<void()> onClick;

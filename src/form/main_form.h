@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "form/controls.h"
 
@@ -29,7 +30,8 @@ struct WindowFrame : Control {
 
 // A label that shows what the rig reports.
 struct RigLabel : Label {
-  explicit RigLabel(Form& form, std::string text = {}) : Label(form, text), stale(*this, false) {}
+  explicit RigLabel(Form& form, std::string text = {})
+      : Label(form, std::move(text)), stale(*this, false) {}
   Property<bool> stale;  // the text is the last one of a link that is lost or stopped
 };
 

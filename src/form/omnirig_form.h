@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "form/controls.h"
 
@@ -10,7 +11,7 @@ namespace velt {
 
 // The dialog's window; `visible` opens and closes it.
 struct DialogWindow : Control {
-  DialogWindow(Form& form, std::string text) : Control(form), caption(*this, text) {
+  DialogWindow(Form& form, std::string text) : Control(form), caption(*this, std::move(text)) {
     visible = false;
   }
   Property<std::string> caption;

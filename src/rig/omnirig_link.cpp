@@ -34,7 +34,7 @@ void OmniRigLink::StartOmniRig() {
   });
 }
 
-void OmniRigLink::Start(std::function<void(bool started)> answered) {
+void OmniRigLink::Start(const std::function<void(bool started)>& answered) {
   if (stage_ == Stage::Started) return answered(Conclude(true));
   if (stage_ != Stage::Off) return;
   stage_ = Stage::Opening;

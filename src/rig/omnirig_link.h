@@ -47,7 +47,7 @@ class OmniRigLink {
 
   // The same without label and question; `answered` tells whether the link is started. It is not
   // called when the link is stopped before, nor while an earlier start is under way.
-  void Start(std::function<void(bool started)> answered);
+  void Start(const std::function<void(bool started)>& answered);
 
   void StopOmniRig();
 

@@ -90,7 +90,7 @@ bool RigControl::RestoreNow() {
 
 std::string RigControl::SetModulationMode(const std::string& modulatie) {
   const bool fromLabel = modulatie.empty();
-  const std::string text = fromLabel ? form_.lblMode.caption.Get() : modulatie;
+  std::string text = fromLabel ? form_.lblMode.caption.Get() : modulatie;
   if (Blocked()) return text;
   const bool inverted = Lowered(Trimmed(state_.invertedSideband)) == "on";
   const int32_t mode = ModeFor(text, fromLabel, inverted);

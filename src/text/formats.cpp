@@ -11,7 +11,7 @@ std::string FrequencyText(int32_t frequencyHz) {
   if (digits == "0") digits.clear();
   // Three groups of which the separators always stand, whatever groups are empty.
   const auto splitOff = [&digits](size_t count) {
-    const std::string group(LastCharacters(digits, count));
+    std::string group(LastCharacters(digits, count));
     digits.resize(digits.size() - group.size());
     return group;
   };

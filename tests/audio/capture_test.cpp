@@ -80,8 +80,9 @@ TEST(Capture, GoesOnByItselfWhenALostInputReturns) {
   EXPECT_TRUE(f.prompts.told.empty());
   EXPECT_TRUE(f.audio.watching);
   f.audio.answer = FakeAudioInput::Answer::Opened;
-  f.audio.Tell(AudioEvent::Kind::Returned, "");
+  f.audio.Tell(AudioEvent::Kind::Returned, "usb");
   f.scheduler.RunPosted();
+  EXPECT_EQ(f.audio.device, "usb");
   EXPECT_TRUE(f.Form().Timer1.enabled);
   EXPECT_FALSE(f.Form().lblNotice.visible);
 }
@@ -150,6 +151,33 @@ TEST(AnalysisTick, AToneReachesPeakLabelMeterAndDisplay) {
   const uint32_t background = f.Form().Scope.backColour;
   EXPECT_NE(shown.Row(shown.Height() / 4)[static_cast<size_t>(column)], background);
   EXPECT_EQ(shown.Row(shown.Height() / 4)[static_cast<size_t>(column + 60)], background);
+}
+
+TEST(AnalysisTick, TheRigsFrequencyAndTheEnginesPassbandReachTheDisplay) {
+  ProgramFixture f;
+  f.Start();
+  RigState rig;
+  rig.RealRigFrequency = 14074000;
+  EngineState engine;
+  engine.passbandLow = 7000;
+  engine.passbandHigh = 9000;
+  AnalysisTick tick(
+      {f.Form(), f.Form(), f.audio, f.program->capture, f.program->display, rig, engine});
+  tick.SetDisplaySize(1000, 20);
+  f.Form().mnuzokamodes[69].Click();
+  f.audio.open = true;
+  f.audio.samples[0] = 10000;  // every bin alike, so the last column is the peak
+  tick.Timer1_Timer();
+  EXPECT_EQ(f.Form().lblFreqDetect.caption.Get().substr(0, 4), "1407");
+  // 1000 / 11500 of the edge less 5760, and for the upper one column more.
+  f.audio.samples[0] = 0;
+  tick.Timer1_Timer();
+  const auto row = tick.Shown().Row(0);
+  const uint32_t band = f.program->display.analysis.passband.Argb();
+  for (const auto& [column, inside] :
+       {std::pair{107, false}, {108, true}, {283, true}, {284, false}}) {
+    EXPECT_EQ(row[static_cast<size_t>(column)] == band, inside) << column;
+  }
 }
 
 TEST(AnalysisTick, AClosedDeviceSwitchesTheTimerOff) {

@@ -103,7 +103,7 @@ TEST(Menus, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
   f.Start();
   f.StartCapture();
   bool runningDuringChoice = true;
-  f.program->display.relayout = [&] { runningDuringChoice = f.Form().StopButton.enabled; };
+  f.program->display.relayout = [&] { runningDuringChoice = !f.Form().StartButton.enabled; };
   int focused = 0;
   f.program->menuOpener.focusScope = [&] { ++focused; };
   f.Form().cmdOptions.Click();

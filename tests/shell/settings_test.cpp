@@ -133,6 +133,17 @@ TEST(Settings, SavedSizesBelowTheLimitBecomeTheDefaults) {
   EXPECT_EQ(f.program->layout.saved.heightTwips, 1500);
 }
 
+TEST(Settings, TheDesktopPlacesTheWindowOnlyWhenBothPlacesAreNegative) {
+  for (const auto& [left, top, placed] :
+       {std::tuple{"-1", "-1", false}, {"300", "-1", true}, {"-1", "300", true}}) {
+    ProgramFixture f;
+    f.store.Save("VELT-SA", "Hpos", left);
+    f.store.Save("VELT-SA", "Vpos", top);
+    f.Start();
+    EXPECT_EQ(f.Form().Window.placed, placed) << left << " " << top;
+  }
+}
+
 TEST(Settings, LinesInsteadOfBarsCheckStayOnTop) {
   ProgramFixture f;
   f.store.Save("VELT-SA", "UseLines", "0");

@@ -10,7 +10,7 @@ namespace velt {
 class LogFile {
  public:
   // Opens for appending. IsOpen tells whether that worked.
-  explicit LogFile(const QString& path, qint64 limitBytes = 1024 * 1024);
+  explicit LogFile(const QString& path, qint64 limitBytes = qint64{1024} * 1024);
   bool IsOpen() const { return file_.isOpen(); }
   void WriteLine(const QString& line);
 
