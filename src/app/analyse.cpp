@@ -38,7 +38,7 @@ AnalysisSettings SettingsOf(const AnalyseOptions& options) {
 
 int WriteImage(const Raster& shown, const std::string& path) {
   const QImage image(reinterpret_cast<const uchar*>(shown.Pixels().data()), shown.Width(),
-                     shown.Height(), shown.Width() * 4, QImage::Format_RGB32);
+                     shown.Height(), qsizetype{4} * shown.Width(), QImage::Format_RGB32);
   if (image.save(ToQt(path), "PNG")) return 0;
   return Fail("The picture could not be written to " + path + ".");
 }

@@ -43,7 +43,7 @@ int ListDevices(int argc, char** argv) {
 int RunApplication(int argc, char** argv, const Options& options) {
   const bool headless = options.run == Options::Run::Headless;
   const bool display =
-      std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
+      !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
   if (headless) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   } else if (!display && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {

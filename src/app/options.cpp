@@ -75,7 +75,7 @@ class Checker {
     return FromQt(value);
   }
   std::string Address(const char* name) {
-    const std::string text = Text(name);
+    std::string text = Text(name);
     if (parser_.isSet(name) && !ParseServerAddress(text)) {
       Complain(QString("--%1 takes HOST:PORT, for example 127.0.0.1:4532.").arg(name));
     }

@@ -32,7 +32,8 @@ size_t Position(int32_t band, int32_t column) {
   if (band < 0 || band >= PresetTable::kBands || column < 0 || column >= PresetTable::kColumns) {
     throw std::out_of_range("no such preset");
   }
-  return static_cast<size_t>(band + PresetTable::kBands * column);
+  return static_cast<size_t>(band) +
+         static_cast<size_t>(PresetTable::kBands) * static_cast<size_t>(column);
 }
 
 }  // namespace

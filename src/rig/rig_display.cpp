@@ -47,6 +47,7 @@ void RigDisplay::ShowRigStatus() {
   form_.lblFrequency.toolTip =
       "Transceiver Frequency. Click to set TRX. RIG STATUS: " + rig_->StatusStr();
   MarkStale(rig_->Link().stale);
+  if (statusShown) statusShown();
 }
 
 void RigDisplay::MarkStale(bool stale) {

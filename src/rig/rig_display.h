@@ -17,6 +17,9 @@ class RigDisplay {
   // Tells the engine a frequency in Hz; unset while nothing listens.
   std::function<void(int32_t frequencyHz)> writeStatusRX;
 
+  // The rig's status was shown; its type may be another one now.
+  std::function<void()> statusShown;
+
   // Refreshes the labels, RealRigFrequency and the scale's anchor from the rig. Nothing without a
   // rig object.
   void ShowRigParams();

@@ -3,8 +3,7 @@
 namespace velt {
 
 Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions questions)
-    : ports_(ports),
-      installation(std::move(where)),
+    : installation(std::move(where)),
       platform(form.Window, {ports.system, ports.files, ports.launcher, ports.clock}),
       messages(form),
       notices(form),
@@ -60,6 +59,7 @@ void Program::ConnectRig() {
     notices.Raise(NoticeKind::Transmitter, text);
   };
   rig.guard.endNotice = [this](const std::string&) { notices.Over(NoticeKind::Transmitter); };
+  rig.display.statusShown = [this] { startup.ShowRigInCaption(); };
   rig.menus.focusScope = [this] {
     if (menuOpener.focusScope) menuOpener.focusScope();
   };

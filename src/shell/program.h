@@ -56,8 +56,6 @@ class Program {
   void Connect();
   void ConnectRig();
 
-  ProgramPorts ports_;
-
  public:
   Main form;
   OmniRigForm catForm;

@@ -188,7 +188,8 @@ void Settings::LoadCat() {
     const auto slot = static_cast<size_t>(rig - 1);
     to_.carried.rigAddresses[slot] = store_.Get(kCatSection, kAddressKeys[slot]).value_or("");
     const std::string& stored = to_.carried.rigAddresses[slot];
-    const std::string& address = addressesOfThisRun[slot].empty() ? stored : addressesOfThisRun[slot];
+    const std::string& address =
+        addressesOfThisRun[slot].empty() ? stored : addressesOfThisRun[slot];
     if (!address.empty()) to_.server.SetAddress(rig, address);
   }
   if (const auto minutes = store_.Get(kCatSection, "TransmissionLimitMinutes")) {

@@ -136,8 +136,13 @@ void Startup::RigIsOnline() {
   rigOnline_ = true;
   if (steps.tmrStatus_Timer) steps.tmrStatus_Timer();
   if (steps.ShowRigParams) steps.ShowRigParams();
-  p_.form.Window.caption = baseCaption_ + " - Rig " + (steps.rigType ? steps.rigType() : "");
+  ShowRigInCaption();
   ShowExpander();
+}
+
+void Startup::ShowRigInCaption() {
+  if (!rigOnline_) return;
+  p_.form.Window.caption = baseCaption_ + " - Rig " + (steps.rigType ? steps.rigType() : "");
 }
 
 void Startup::ShowExpander() {

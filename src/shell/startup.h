@@ -74,6 +74,9 @@ class Startup {
   // later turns of the loop.
   Result Run(const RunOptions& options);
 
+  // Puts the rig's type into the caption, once the rig was on line.
+  void ShowRigInCaption();
+
   bool RigOnline() const { return rigOnline_; }
 
  private:

@@ -54,7 +54,6 @@ class WindowLayout {
 
   Main& form_;
   const DisplayOptions& options_;
-  bool dragging_ = false;
 };
 
 // The caption of scale label i for a mode.

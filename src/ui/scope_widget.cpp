@@ -49,7 +49,7 @@ void ScopeWidget::paintEvent(QPaintEvent*) {
   if (raster.Width() > 0 && raster.Height() > 0) {
     // Lives for this paint only: it looks at the raster's own memory.
     const QImage image(reinterpret_cast<const uchar*>(raster.Pixels().data()), raster.Width(),
-                       raster.Height(), raster.Width() * 4, QImage::Format_RGB32);
+                       raster.Height(), qsizetype{4} * raster.Width(), QImage::Format_RGB32);
     painter.drawImage(0, 0, image);
   }
   const QColor gridColour = QColor::fromRgb(scope_.gridColour.Get());

@@ -10,10 +10,12 @@ struct Surroundings {
   TempFolder home;
 
   std::vector<std::string> Environment() const {
-    std::vector<std::string> all = sound.Environment();
-    all.push_back("HOME=" + home.Path().string());
-    all.push_back("XDG_RUNTIME_DIR=" + home.Path().string());
-    all.push_back("XDG_CONFIG_HOME=" + (home.Path() / "config").string());
+    std::vector<std::string> all{"HOME=" + home.Path().string(),
+                                 "XDG_RUNTIME_DIR=" + home.Path().string(),
+                                 "XDG_CONFIG_HOME=" + (home.Path() / "config").string()};
+    for (const auto& entry : sound.Environment()) {
+      if (entry.starts_with("PULSE_")) all.push_back(entry);
+    }
     return all;
   }
   std::string Settings() const {

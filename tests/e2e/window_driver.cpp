@@ -67,8 +67,8 @@ std::string WindowDriver::Tool(std::vector<std::string> arguments) const {
 }
 
 void WindowDriver::ClickAt(QPoint point) const {
-  Tool({"mousemove", "--sync", "--window", window_, std::to_string(point.x()),
-        std::to_string(point.y()), "click", "1"});
+  Tool({"mousemove", "--window", window_, std::to_string(point.x()), std::to_string(point.y()),
+        "click", "1"});
 }
 
 void WindowDriver::Press(const std::vector<std::string>& keys) const {
@@ -82,7 +82,8 @@ void WindowDriver::Type(const std::string& text) const {
 }
 
 void WindowDriver::Close() const {
-  Tool({"windowquit", window_});
+  Tool({"windowactivate", "--sync", window_});
+  Press({"alt+F4"});
 }
 
 QImage WindowDriver::Picture() const {
@@ -112,6 +113,10 @@ bool WindowDriver::Dismiss(const std::string& title) const {
 std::string WindowDriver::ReadLabel(const Rectangle& place, int pixelSize, Qt::Alignment alignment,
                                     const std::vector<std::string>& candidates) const {
   const QRect where(place.left, place.top, place.width, place.height);
+  // A label under the mouse is tinted.
+  const Rectangle aside = places.modeSource;
+  Tool({"mousemove", "--window", window_, std::to_string(aside.left + 2),
+        std::to_string(aside.top + 2)});
   const QImage seen = Ink(Picture().copy(where));
   std::string best;
   double least = 0.02;

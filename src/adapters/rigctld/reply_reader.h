@@ -22,7 +22,7 @@ struct RigReply {
 class ReplyReader {
  public:
   // More than this without the end of a reply is no server of ours.
-  static constexpr size_t kMostBytes = 64 * 1024;
+  static constexpr size_t kMostBytes = size_t{64} * 1024;
 
   // Takes what has arrived, split anywhere, and gives the replies that are complete now.
   std::vector<RigReply> Feed(std::string_view bytes);

@@ -19,8 +19,8 @@ bool IsRigFailure(int32_t code) {
 }
 
 std::string TypeOf(const RigReply& caps) {
-  const std::string maker(caps.Field("Mfg name"));
-  const std::string model(caps.Field("Model name"));
+  std::string maker(caps.Field("Mfg name"));
+  std::string model(caps.Field("Model name"));
   if (maker.empty() || model.starts_with(maker)) return model;
   return model.empty() ? maker : maker + " " + model;
 }

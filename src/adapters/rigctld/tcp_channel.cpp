@@ -10,7 +10,7 @@ namespace velt {
 
 namespace {
 
-constexpr qint64 kReadAtOnce = 64 * 1024;
+constexpr qint64 kReadAtOnce = qint64{64} * 1024;
 
 int Remaining(const QElapsedTimer& since, Milliseconds limit) {
   return static_cast<int>(std::max<qint64>(limit.count() - since.elapsed(), 1));

@@ -1,0 +1,40 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "app/analyse_report.h"
+#include "text/formats.h"
+
+namespace velt {
+namespace {
+
+std::string ThreeDecimals(double value) {
+  std::string line;
+  AppendThreeDecimals(line, value);
+  return line;
+}
+
+TEST(AnalyseReport, ThreeDecimalsAreTheExactOnes) {
+  std::mt19937_64 random(7);
+  std::uniform_real_distribution<double> wide(0.0, 3000.0);
+  for (int i = 0; i < 20000; ++i) {
+    const double value = wide(random);
+    ASSERT_EQ(ThreeDecimals(value), FixedText(value, 3)) << value;
+    const double tie = std::floor(value) + 0.0005;
+    ASSERT_EQ(ThreeDecimals(tie), FixedText(tie, 3)) << tie;
+  }
+  for (const double value : {0.0, 0.0004, 0.9996, 1.0005, 99999.9995, -1.5, 1e12}) {
+    EXPECT_EQ(ThreeDecimals(value), FixedText(value, 3)) << value;
+  }
+}
+
+TEST(AnalyseReport, TheStrongestFrequenciesAreTheMostFrequent) {
+  StrongestFrequencies strongest;
+  for (const int32_t hz : {100, 300, 300, 200, 200, 200}) strongest.Count(hz);
+  EXPECT_EQ(strongest.Top(2), (std::vector<std::pair<int32_t, int64_t>>{{200, 3}, {300, 2}}));
+}
+
+}  // namespace
+}  // namespace velt
