@@ -41,11 +41,11 @@ WindowPlaces ArrangeWindow(int widthPx, int heightPx) {
   p.compactButtons = width < kRoomyWidth;
 
   Row row(kMargin, kMargin, kTopRow);
-  p.options = row.Take(p.compactButtons ? 26 : 60);
+  p.options = row.Take(p.compactButtons ? 38 : 60);
   p.file = row.Take(p.compactButtons ? 26 : 40);
   p.cat = row.Take(p.compactButtons ? 26 : 40);
   p.startStop = row.Take(26);
-  p.frequency = row.Take(p.compactButtons ? 112 : 126);
+  p.frequency = row.Take(p.compactButtons ? 106 : 126);
   p.mode = row.Take(p.compactButtons ? 34 : 38);
   p.trx = row.Take(26);
   const int right = width - kMargin;

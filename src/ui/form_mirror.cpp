@@ -21,7 +21,8 @@ FormMirror::~FormMirror() {
 
 void FormMirror::Bind(const Control& control, QWidget* widget, std::function<void()> sync,
                       bool usesPlace) {
-  Watch(control, [&control, widget, sync = std::move(sync), usesPlace] {
+  Watch(control, [&control, widget, sync = std::move(sync), usesPlace,
+                  shownToolTip = std::string()]() mutable {
     const Rectangle& place = control.place.Get();
     if (usesPlace) {
       const QRect wanted(place.left, place.top, place.width, place.height);
@@ -30,9 +31,11 @@ void FormMirror::Bind(const Control& control, QWidget* widget, std::function<voi
     const bool shown = control.visible && !(usesPlace && (place.width <= 0 || place.height <= 0));
     if (widget->isHidden() == shown) widget->setVisible(shown);
     if (widget->isEnabled() != control.enabled) widget->setEnabled(control.enabled);
-    const QString toolTip = ToQt(control.toolTip.Get());
     // Widgets keep the tool tip that they were made with until the control has one of its own.
-    if (!toolTip.isEmpty() && widget->toolTip() != toolTip) widget->setToolTip(toolTip);
+    if (control.toolTip.Get() != shownToolTip) {
+      shownToolTip = control.toolTip;
+      widget->setToolTip(ToQt(shownToolTip));
+    }
     if (sync) sync();
   });
 }

@@ -21,7 +21,7 @@ constexpr int kTextPixels = 11;
 constexpr int kSmallPixels = 9;
 constexpr int kFrequencyPixels = 21;
 // Below this width the menu buttons' texts are shown smaller.
-constexpr int kRoomyButton = 30;
+constexpr int kRoomyButton = 39;
 
 int ToPixels(int32_t twips) {
   return static_cast<int>((twips + kTwipsPerPixel - 1) / kTwipsPerPixel);
@@ -133,7 +133,8 @@ void MainWindow::BindDisplay() {
   auto* scales = new ScaleStrip(form_.lblScales, this);
   scales->setFont(SizedFont(*this, kSmallPixels, false));
   scales->setToolTip("Frequency scale");
-  mirror_.Bind(form_.picScales, scales, [scales] { scales->update(); });
+  mirror_.Bind(
+      form_.picScales, scales, [this, scales] { scales->ShowBelow(form_.picScales.place); }, false);
   for (auto& [index, label] : form_.lblScales) {
     mirror_.Watch(*label, [scales] { scales->update(); });
   }

@@ -6,27 +6,46 @@
 #include "ui/qt_text.h"
 
 namespace velt {
+namespace {
+
+constexpr int kBeyond = 19;
+constexpr int kGap = 3;
+
+}  // namespace
 
 ScaleStrip::ScaleStrip(ControlArray<Label>& labels, QWidget* parent)
     : QWidget(parent), labels_(labels) {}
 
+void ScaleStrip::ShowBelow(const Rectangle& place) {
+  place_ = place;
+  setGeometry(place.left - kBeyond, place.top, place.width + 2 * kBeyond, place.height);
+  update();
+}
+
+int ScaleStrip::Stride(int widestText) const {
+  const int step = labels_[1].place.Get().left - labels_[0].place.Get().left;
+  int stride = 1;
+  while (step > 0 && stride * step < widestText + kGap) ++stride;
+  return stride;
+}
+
 void ScaleStrip::paintEvent(QPaintEvent*) {
+  int widest = 0;
+  for (auto& [index, label] : labels_) {
+    widest = std::max(widest, fontMetrics().horizontalAdvance(ToQt(label->caption.Get())));
+  }
+  const int stride = Stride(widest);
   QPainter painter(this);
   const QColor ink = palette().color(QPalette::WindowText);
   painter.setPen(ink);
-  int freeFrom = 0;
   for (auto& [index, label] : labels_) {
-    const QString text = ToQt(label->caption.Get());
-    if (!label->visible || text.isEmpty()) continue;
-    const int tick = std::min(label->place.Get().left - x(), width() - 1);
+    if (!label->visible || label->caption.Get().empty()) continue;
+    const int position = std::min(label->place.Get().left - place_.left, place_.width - 1);
+    const int tick = kBeyond + position;
     painter.fillRect(tick, 0, 1, 3, ink);
-    // A text that would touch the one before it is left out; its tick stays.
-    const int textWidth = fontMetrics().horizontalAdvance(text);
-    const int left = std::clamp(tick - textWidth / 2, 0, std::max(0, width() - textWidth));
-    if (left < freeFrom) continue;
-    painter.drawText(QRect(left, 2, textWidth + 1, height() - 2), Qt::AlignLeft | Qt::AlignVCenter,
-                     text);
-    freeFrom = left + textWidth + 4;
+    if (index % stride != 0) continue;
+    painter.drawText(QRect(tick - widest, 2, 2 * widest + 1, height() - 2),
+                     Qt::AlignHCenter | Qt::AlignVCenter, ToQt(label->caption.Get()));
   }
 }
 
