@@ -8,6 +8,7 @@ namespace {
 
 constexpr size_t kSamplesAtOnce = 16 * kBlockSamples;
 constexpr float kFullScale = 32768.0F;
+constexpr double kMostTimesTheRate = 256;
 
 int16_t ToSample(float value) {
   if (std::isnan(value)) return 0;
@@ -26,11 +27,7 @@ std::string SoundFileReader::Open(const std::filesystem::path& path) {
   resampler_.reset();
   std::string reason = decoder_.Open(path);
   if (reason.empty() && decoder_.RateHz() != kSampleRateHz) {
-    int error = 0;
-    if (src_is_valid_ratio(static_cast<double>(kSampleRateHz) / decoder_.RateHz()) != 0) {
-      resampler_.reset(src_new(SRC_SINC_FASTEST, 1, &error));
-    }
-    if (!resampler_) {
+    if (!MakeResampler()) {
       reason = "a rate of " + std::to_string(decoder_.RateHz()) + " Hz cannot be used";
     }
   }
@@ -63,7 +60,7 @@ bool SoundFileReader::Rewind() {
   ready_.clear();
   readyFrom_ = 0;
   ended_ = false;
-  if (resampler_) src_reset(resampler_.get());
+  if (resampler_ && !MakeResampler()) return false;
   return FillReady();
 }
 
@@ -101,24 +98,36 @@ void SoundFileReader::DecodeAndConvert() {
   }
 }
 
+bool SoundFileReader::MakeResampler() {
+  const double rate = decoder_.RateHz();
+  if (rate * kMostTimesTheRate < kSampleRateHz || rate > kMostTimesTheRate * kSampleRateHz) {
+    return false;
+  }
+  const soxr_io_spec_t format = soxr_io_spec(SOXR_FLOAT32_I, SOXR_FLOAT32_I);
+  const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_MQ, 0);
+  soxr_error_t error = nullptr;
+  resampler_.reset(soxr_create(rate, kSampleRateHz, 1, &error, &format, &quality, nullptr));
+  return error == nullptr && resampler_ != nullptr;
+}
+
 void SoundFileReader::Resample(std::span<const float> input) {
   resampled_.resize(kSamplesAtOnce);
-  SRC_DATA data{};
-  data.src_ratio = static_cast<double>(kSampleRateHz) / decoder_.RateHz();
-  data.end_of_input = ended_ ? 1 : 0;
-  data.data_out = resampled_.data();
-  data.output_frames = static_cast<long>(resampled_.size());
-  do {
-    data.data_in = input.data();
-    data.input_frames = static_cast<long>(input.size());
-    if (src_process(resampler_.get(), &data) != 0) {
+  // Without input the resampler gives out what it still holds.
+  bool draining = false;
+  for (;;) {
+    draining = draining || (input.empty() && ended_);
+    size_t used = 0;
+    size_t made = 0;
+    if (soxr_process(resampler_.get(), draining ? nullptr : input.data(), input.size(), &used,
+                     resampled_.data(), resampled_.size(), &made) != nullptr) {
       ended_ = true;
       return;
     }
-    input = input.subspan(static_cast<size_t>(data.input_frames_used));
-    AppendReady(std::span(resampled_).first(static_cast<size_t>(data.output_frames_gen)));
-  } while (data.output_frames_gen == data.output_frames ||
-           (!input.empty() && data.input_frames_used > 0));
+    input = input.subspan(used);
+    AppendReady(std::span(resampled_).first(made));
+    const bool more = made == resampled_.size() || !input.empty();
+    if (!more && (draining || !ended_)) return;
+  }
 }
 
 void SoundFileReader::AppendReady(std::span<const float> samples) {

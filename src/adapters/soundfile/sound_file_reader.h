@@ -2,7 +2,7 @@
 // 512. More channels are averaged, other rates are resampled. Memory does not depend on the file.
 #pragma once
 
-#include <samplerate.h>
+#include <soxr.h>
 
 #include <filesystem>
 #include <memory>
@@ -44,18 +44,19 @@ class SoundFileReader {
 
  private:
   struct ResamplerCloser {
-    void operator()(SRC_STATE* state) const { src_delete(state); }
+    void operator()(soxr* state) const { soxr_delete(state); }
   };
 
   bool FillReady();
   void DecodeWhole();
   void DecodeAndConvert();
+  bool MakeResampler();
   void Resample(std::span<const float> input);
   void AppendReady(std::span<const float> samples);
 
   std::filesystem::path path_;
   MonoDecoder decoder_;
-  std::unique_ptr<SRC_STATE, ResamplerCloser> resampler_;  // only when the rate is another one
+  std::unique_ptr<soxr, ResamplerCloser> resampler_;  // only when the rate is another one
   std::vector<float> decoded_;
   std::vector<float> resampled_;
   std::vector<int16_t> ready_;  // from readyFrom_ on not given out yet
