@@ -82,6 +82,7 @@ void OmniRigDialog::Connect() {
 
 void OmniRigDialog::Open() {
   if (form_.Window.visible) return;
+  if (opening) opening();
   ShowSettings();
   ShowChoices();
   Refresh();
@@ -157,8 +158,9 @@ void OmniRigDialog::cmdApplyAddresses_Click() {
 
 void OmniRigDialog::txtAddress_Change() {
   form_.lblAddressMessage.caption = "";
-  form_.cmdApplyAddresses.enabled = form_.txtAddress1.text.Get() != its_.server.Address(1) ||
-                                    form_.txtAddress2.text.Get() != its_.server.Address(2);
+  form_.cmdApplyAddresses.enabled =
+      Trimmed(form_.txtAddress1.text.Get()) != its_.server.Address(1) ||
+      Trimmed(form_.txtAddress2.text.Get()) != its_.server.Address(2);
 }
 
 void OmniRigDialog::txtLimit_Change() {

@@ -38,6 +38,8 @@ class OmniRigDialog {
 
   // Something that is kept between runs was changed: rig, VFO, addresses or limit.
   std::function<void()> settingsChanged;
+  // The dialog is about to open.
+  std::function<void()> opening;
   // The dialog has closed.
   std::function<void()> closed;
 

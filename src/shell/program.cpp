@@ -25,6 +25,7 @@ Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions 
       menus(form),
       menuOpener(form, menus, ports.prompts),
       rigRelease_(ports.server, rig.guard),
+      rigLog_(rig.current, ports.log),
       timers_{TimerDriver(form.Timer1, ports.scheduler),
               TimerDriver(form.Timer2, ports.scheduler),
               TimerDriver(form.Timer3, ports.scheduler),
@@ -59,11 +60,15 @@ void Program::ConnectRig() {
     notices.Raise(NoticeKind::Transmitter, text);
   };
   rig.guard.endNotice = [this](const std::string&) { notices.Over(NoticeKind::Transmitter); };
-  rig.display.statusShown = [this] { startup.ShowRigInCaption(); };
+  rig.display.statusShown = [this] {
+    startup.ShowRigInCaption();
+    rigLog_.Note();
+  };
   rig.menus.focusScope = [this] {
     if (menuOpener.focusScope) menuOpener.focusScope();
   };
   rig.dialog.settingsChanged = [this] { settings.KeepRigAddresses(); };
+  rig.dialog.opening = [this] { platform.KeepOnTop(0); };
   rig.dialog.closed = [this] { platform.KeepOnTop(form.mnusettings[0].checked ? 1 : 0); };
 
   startup.steps.StartOmniRig = [this](std::function<void()> online, std::function<void()> offLine) {

@@ -22,6 +22,7 @@
 #include "rig/rig_release.h"
 #include "shell/appearance.h"
 #include "shell/menus.h"
+#include "shell/rig_log.h"
 #include "shell/settings.h"
 #include "shell/shutdown.h"
 #include "shell/startup.h"
@@ -82,6 +83,7 @@ class Program {
 
  private:
   RigRelease rigRelease_;
+  RigLog rigLog_;
   std::array<TimerDriver, 8> timers_;
 };
 

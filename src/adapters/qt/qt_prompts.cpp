@@ -90,6 +90,7 @@ bool QtPrompts::Popup(const std::vector<PopupItem>& items,
   // The chosen line is told after the menu has hidden itself, so the answer waits one turn.
   QObject::connect(menu, &QMenu::aboutToHide, menu, [this, menu, chosen, closed] {
     QTimer::singleShot(0, menu, [this, menu, chosen, closed] {
+      if (!menuOpen_) return;  // dropped meanwhile
       menuOpen_ = false;
       menu->deleteLater();
       closed(*chosen);
@@ -125,8 +126,18 @@ void QtPrompts::Fill(QMenu& menu, const std::vector<PopupItem>& items, const Cho
 void QtPrompts::DropAll() {
   const auto open = open_;
   open_.clear();
-  for (const auto& window : open) delete window.data();
-  delete menu_.data();
+  // Not deleted at once: one of them may be the sender of what is running now.
+  for (const auto& window : open) {
+    if (!window) continue;
+    window->disconnect();
+    window->hide();
+    window->deleteLater();
+  }
+  if (menu_) {
+    menu_->disconnect();
+    menu_->hide();
+    menu_->deleteLater();
+  }
   menuOpen_ = false;
 }
 
