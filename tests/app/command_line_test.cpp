@@ -105,12 +105,6 @@ TEST_F(CommandLine, WithoutADisplayItSaysWhatToDo) {
   EXPECT_NE(result.said.find("--headless"), std::string::npos);
 }
 
-TEST_F(CommandLine, WithoutASoundServerTheListSaysSo) {
-  const Result result = Call({"--list-audio-devices"});
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_NE(result.said.find("No sound server"), std::string::npos) << result.said;
-}
-
 TEST_F(CommandLine, AnUnwritablePlaceForDataLosesNothing) {
   // A file stands where the folder should be made.
   std::ofstream(Path("occupied")) << "mine";

@@ -30,11 +30,5 @@ TEST(AnalyseReport, ThreeDecimalsAreTheExactOnes) {
   }
 }
 
-TEST(AnalyseReport, TheStrongestFrequenciesAreTheMostFrequent) {
-  StrongestFrequencies strongest;
-  for (const int32_t hz : {100, 300, 300, 200, 200, 200}) strongest.Count(hz);
-  EXPECT_EQ(strongest.Top(2), (std::vector<std::pair<int32_t, int64_t>>{{200, 3}, {300, 2}}));
-}
-
 }  // namespace
 }  // namespace velt

@@ -180,16 +180,6 @@ TEST(AnalysisTick, TheRigsFrequencyAndTheEnginesPassbandReachTheDisplay) {
   }
 }
 
-TEST(AnalysisTick, AClosedDeviceSwitchesTheTimerOff) {
-  ProgramFixture f;
-  f.Start();
-  f.StartCapture();
-  f.audio.open = false;
-  f.scheduler.Advance(Milliseconds(30));
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-  EXPECT_FALSE(f.program->capture.Capturing());
-}
-
 TEST(DisplayOptions, FollowMenusSlidersAndCheckBox) {
   ProgramFixture f;
   f.Start();

@@ -47,12 +47,5 @@ TEST(Form, OnlyTheStatedAssignmentsRaiseAnEvent) {
   EXPECT_EQ(clicks, 1);
 }
 
-TEST(Form, ControlArraysKeepTheGapsOfTheirIndices) {
-  Main form;
-  EXPECT_EQ(form.mnuzokamodes[69].caption.Get(), "Zoom Spectrum");
-  EXPECT_FALSE(form.mnuzokamodes.Has(2));
-  EXPECT_THROW(form.mnuprecision[0], std::out_of_range);
-}
-
 }  // namespace
 }  // namespace velt

@@ -58,28 +58,17 @@ TEST(PlatformHelpers, StampsOpensAndFindsFiles) {
   EXPECT_TRUE(f.launcher.opened[1].ends_with("v123")) << f.launcher.opened[1];
 }
 
-TEST(PlatformHelpers, CentresAndKeepsOnTop) {
-  ProgramFixture f;
-  WindowFrame& window = f.Form().Window;
-  PlatformHelpers::CenterForm(window, 20000, 10000);
-  EXPECT_EQ(window.leftTwips, (20000 - 8385) / 2);
-  EXPECT_EQ(window.topTwips, (10000 - 2460) / 2);
-  f.program->platform.KeepOnTop(-1);
-  EXPECT_TRUE(window.topMost);
-  f.program->platform.KeepOnTop(0);
-  EXPECT_FALSE(window.topMost);
-}
-
 TEST(Installation, FindsTheEngineAndItsVersion) {
   struct Case {
     std::optional<std::string> versionFile;
     const char* text;
   };
-  for (const Case& c : {Case{std::nullopt, "VELT V2.5."},
+  const Case cases[] = {{std::nullopt, "VELT V2.5."},
                         {"  VELT V9.1 \r\nsecond line\n", "VELT V9.1"},
                         {"", "VELT V2.5."},
                         {"   \nsecond", "VELT V2.5."},
-                        {"no line end", "no line end"}}) {
+                        {"no line end", "no line end"}};
+  for (const Case& c : cases) {
     FakeFiles files;
     files.files["/engine/velt.jar"] = "";
     if (c.versionFile) files.files["/engine/zoka.ver"] = *c.versionFile;
@@ -89,8 +78,9 @@ TEST(Installation, FindsTheEngineAndItsVersion) {
     EXPECT_TRUE(installation.enginePresent);
     EXPECT_EQ(installation.engineVersionText, c.text);
   }
-  for (const auto& [text, below] : std::map<std::string, bool>{
-           {"", true}, {"2.9.9", true}, {"x", true}, {"3.0.0", false}, {"9", false}}) {
+  const std::pair<std::string, bool> versions[] = {
+      {"", true}, {"2.9.9", true}, {"x", true}, {"3.0.0", false}, {"9", false}};
+  for (const auto& [text, below] : versions) {
     EXPECT_EQ(IsVersionBelow3(text), below) << text;
   }
 }

@@ -53,14 +53,6 @@ TEST(WindowLayout, SnapsToItsLimitsOnlyWhileTheSizeIsRemembered) {
   EXPECT_FALSE(window.sizeable);
 }
 
-TEST(WindowLayout, TheFirstRunWithARememberedSizeUsesTheSavedHeight) {
-  ProgramFixture f;
-  f.store.Save("VELT-SA", "ScreenSize", "True");
-  f.Start();
-  EXPECT_EQ(f.Form().Window.widthTwips, 8385);
-  EXPECT_EQ(f.Form().Window.heightTwips, 2430);
-}
-
 TEST(WindowLayout, AMinimisedWindowIsLaidOutWhenItIsRestored) {
   ProgramFixture f;
   f.Start();
@@ -79,11 +71,12 @@ TEST(WindowLayout, ScaleLabelsFollowTheMode) {
     const char* first;
     const char* last;
   };
-  for (const Case& c : {Case{0, true, "0kHz", "22kHz"},
+  const Case cases[] = {{0, true, "0kHz", "22kHz"},
                         {0, false, "0kHz", "22kHz"},
                         {1, true, "0kHz", "22kHz"},
                         {1, false, "-12kHz", "10kHz"},
-                        {69, true, "-6kc", "5kc"}}) {
+                        {69, true, "-6kc", "5kc"}};
+  for (const Case& c : cases) {
     ProgramFixture f;
     f.Start();
     Main& form = f.Form();
@@ -116,29 +109,6 @@ TEST(Menus, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
   EXPECT_TRUE(f.audio.open);
   EXPECT_EQ(focused, 1);
   EXPECT_EQ(f.audio.opened, 2);
-}
-
-TEST(Menus, AStoppedAnalyserStaysStopped) {
-  ProgramFixture f;
-  f.Start();
-  f.Form().Image2.Click();
-  f.prompts.Choose("");
-  f.scheduler.RunPosted();
-  EXPECT_EQ(f.audio.opened, 0);
-}
-
-TEST(Menus, SeparatorsStandOnlyBetweenLines) {
-  ProgramFixture f;
-  f.Start();
-  for (const auto* menu : {&f.program->menus.options, &f.program->menus.file}) {
-    const auto lines = Menus::Lines(*menu);
-    ASSERT_FALSE(lines.empty());
-    EXPECT_NE(lines.front().caption, "-");
-    EXPECT_NE(lines.back().caption, "-");
-    for (size_t i = 1; i < lines.size(); ++i) {
-      EXPECT_FALSE(lines[i].caption == "-" && lines[i - 1].caption == "-");
-    }
-  }
 }
 
 }  // namespace

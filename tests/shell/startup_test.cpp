@@ -6,15 +6,11 @@ namespace velt {
 namespace {
 
 TEST(Startup, ResetIsAWordOfItsOwn) {
-  for (const auto& [argument, asks] : std::map<std::string, bool>{{"reset", true},
-                                                                  {"/RESET", true},
-                                                                  {"-Reset", true},
-                                                                  {"--reset", true},
-                                                                  {"resetall", true},
-                                                                  {"my-preset.wav", false},
-                                                                  {"import-presets", false},
-                                                                  {"preset-reset", true},
-                                                                  {"", false}}) {
+  const std::pair<std::string, bool> cases[] = {
+      {"reset", true},           {"/RESET", true},       {"-Reset", true},
+      {"--reset", true},         {"resetall", true},     {"my-preset.wav", false},
+      {"import-presets", false}, {"preset-reset", true}, {"", false}};
+  for (const auto& [argument, asks] : cases) {
     const std::vector<std::string> arguments{argument};
     EXPECT_EQ(AsksForReset(arguments), asks) << argument;
   }
@@ -111,24 +107,6 @@ TEST(Startup, TheExpanderOfOldSettingsWaitsForTheRig) {
   }
 }
 
-TEST(Startup, TheCatFolderHasAFallback) {
-  ProgramFixture f;
-  f.system.registry = "c:";
-  f.Start();
-  EXPECT_EQ(f.program->installation.omniRigFolder, "c:\\program files\\afreet\\omnirig");
-  f.system.registry = "d:\\rig";
-  f.Restart();
-  f.Start();
-  EXPECT_EQ(f.program->installation.omniRigFolder, "d:\\rig");
-}
-
-TEST(Startup, AnUnwritableDataFolderIsSaidOnceAndDoesNotStopTheProgram) {
-  ProgramFixture f;
-  f.files.writable = false;
-  EXPECT_EQ(f.Start(), Startup::Result::Running);
-  EXPECT_EQ(f.log.lines.size(), 1U);
-}
-
 struct ShutdownFixture : ProgramFixture {
   std::string order;
   struct Entry : Releasable {
@@ -186,19 +164,6 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   EXPECT_TRUE(f.ended);
   EXPECT_EQ(f.order, "release ");
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
-}
-
-TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
-  ShutdownFixture f;
-  f.program->shutdown.steps.restoreRigFrequency = [&f] {
-    f.order += "restore ";
-    return true;
-  };
-  EXPECT_FALSE(f.Close());
-  EXPECT_EQ(f.order, "release restore ");
-  f.scheduler.Advance(Milliseconds(300));
-  EXPECT_EQ(f.order, "release restore rig presets OFF serial ");
-  EXPECT_TRUE(f.ended);
 }
 
 // The rig at start-up, through the whole program.

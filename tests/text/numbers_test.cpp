@@ -12,7 +12,7 @@ TEST(Numbers, RoundingGoesToTheEvenNeighbourAndRefusesWhatDoesNotFit) {
     double value;
     std::optional<int32_t> rounded;
   };
-  for (const Case& c : {Case{0.5, 0},
+  const Case cases[] = {{0.5, 0},
                         {1.5, 2},
                         {2.5, 2},
                         {-0.5, 0},
@@ -25,7 +25,8 @@ TEST(Numbers, RoundingGoesToTheEvenNeighbourAndRefusesWhatDoesNotFit) {
                         {-2147483648.5, -2147483647 - 1},
                         {-2147483649.0, std::nullopt},
                         {std::numeric_limits<double>::infinity(), std::nullopt},
-                        {std::numeric_limits<double>::quiet_NaN(), std::nullopt}}) {
+                        {std::numeric_limits<double>::quiet_NaN(), std::nullopt}};
+  for (const Case& c : cases) {
     EXPECT_EQ(RoundHalfEven(c.value), c.rounded) << c.value;
   }
   EXPECT_EQ(RoundHalfEven16(32767.4), 32767);
@@ -52,18 +53,13 @@ TEST(Numbers, LeadingNumberStopsAtTheFirstOtherCharacter) {
     double value;
     double anyLocale;
   };
-  for (const Case& c : {Case{"", 0, 0},
-                        {"abc", 0, 0},
-                        {"  12kHz", 12, 12},
-                        {"7.100.00", 7.1, 7.1},
-                        {"7,5", 7, 7.5},
-                        {"-3.25x", -3.25, -3.25},
-                        {"+4", 4, 4},
-                        {".475.00", 0.475, 0.475},
-                        {"1e3", 1000, 1000},
-                        {"1 2", 1, 1},
-                        {"-", 0, 0},
-                        {".", 0, 0}}) {
+  const Case cases[] = {{"", 0, 0},          {"abc", 0, 0},
+                        {"  12kHz", 12, 12}, {"7.100.00", 7.1, 7.1},
+                        {"7,5", 7, 7.5},     {"-3.25x", -3.25, -3.25},
+                        {"+4", 4, 4},        {".475.00", 0.475, 0.475},
+                        {"1e3", 1000, 1000}, {"1 2", 1, 1},
+                        {"-", 0, 0},         {".", 0, 0}};
+  for (const Case& c : cases) {
     EXPECT_DOUBLE_EQ(LeadingNumber(c.text), c.value) << c.text;
     EXPECT_DOUBLE_EQ(LeadingNumberAnyLocale(c.text), c.anyLocale) << c.text;
   }
