@@ -52,7 +52,8 @@ class Settings {
   // Reads every key in the stated order and applies it at once. Requires the engine-present flag.
   void LoadRegistryStuff();
 
-  // Reads the live state and writes every key. Returns the store's error number, 0 for success.
+  // Reads the live state and writes every key. Returns the store's error number, 0 for success; the
+  // store has told the log of an error.
   int SaveRegistryStuff();
 
   // The addresses of the rigs' servers were changed by the user, so they are the ones to save.

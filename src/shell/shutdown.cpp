@@ -1,7 +1,5 @@
 #include "shell/shutdown.h"
 
-#include <cstring>
-
 #include "rig/shown_frequency.h"
 
 namespace velt {
@@ -32,10 +30,7 @@ void Shutdown::Form_Unload(bool& cancel) {
 }
 
 void Shutdown::Unload(bool& cancel) {
-  if (const int error = p_.settings.SaveRegistryStuff()) {
-    p_.log.Write(LogLevel::Warning, "velt.settings",
-                 std::string("The settings were not saved: ") + std::strerror(error));
-  }
+  p_.settings.SaveRegistryStuff();
   if (steps.StopOmniRig) steps.StopOmniRig();
   if (steps.SaveExpandedPresets) steps.SaveExpandedPresets();
   if (p_.form.mnuautos[1].checked && steps.mnuclosezoka_Click) steps.mnuclosezoka_Click();

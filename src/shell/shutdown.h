@@ -6,7 +6,6 @@
 #include "audio/capture.h"
 #include "form/main_form.h"
 #include "platform/release_registry.h"
-#include "ports/log.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
 #include "shell/settings.h"
@@ -37,7 +36,6 @@ class Shutdown {
     ReleaseRegistry& releases;
     Prompts& prompts;
     Scheduler& scheduler;
-    Log& log;
   };
   explicit Shutdown(Parts parts);
 
