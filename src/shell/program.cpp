@@ -20,8 +20,7 @@ Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions 
                                 rig.state, ports.server, rig.guard, carried}),
       startup({form, installation, platform, ports.files, ports.lock, ports.scheduler, ports.log,
                settings, carried, display, colours, capture, layout}),
-      shutdown(
-          {form, capture, settings, layout, releases, ports.prompts, ports.scheduler, ports.log}),
+      shutdown({form, capture, settings, layout, releases, ports.prompts, ports.scheduler}),
       menus(form),
       menuOpener(form, menus, ports.prompts),
       rigRelease_(ports.server, rig.guard),

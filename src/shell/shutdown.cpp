@@ -34,8 +34,8 @@ void Shutdown::Unload(bool& cancel) {
   if (steps.StopOmniRig) steps.StopOmniRig();
   if (steps.SaveExpandedPresets) steps.SaveExpandedPresets();
   if (p_.form.mnuautos[1].checked && steps.mnuclosezoka_Click) steps.mnuclosezoka_Click();
-  const int32_t shownHz = ShownFrequencyHz(p_.form.lblFrequency).value_or(0);
-  if (shownHz > 0 && steps.WriteStatusRX) steps.WriteStatusRX(shownHz);
+  const bool frequencyShown = ShownFrequencyHz(p_.form.lblFrequency).value_or(0) > 0;
+  if (frequencyShown && steps.WriteStatusRX) steps.WriteStatusRX();
   const std::string& shown = p_.form.lblFrequency.caption;
   if (shown == "RigOffLine" || shown == "N/A") {
     p_.form.lblTRXMode.caption = "OFF";

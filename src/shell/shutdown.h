@@ -21,8 +21,8 @@ struct ShutdownSteps {
   std::function<void()> StopOmniRig;
   std::function<void()> SaveExpandedPresets;
   std::function<void()> mnuclosezoka_Click;
-  std::function<void(int32_t frequencyHz)> WriteStatusRX;
-  std::function<void()> writeOffStatus;
+  std::function<void()> WriteStatusRX;   // with the rig's own frequency
+  std::function<void()> writeOffStatus;  // with the state "OFF"
   std::function<void()> closeSerialPort;
 };
 
