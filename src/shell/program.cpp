@@ -24,7 +24,7 @@ Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions 
       menus(form),
       menuOpener(form, menus, ports.prompts),
       rigRelease_(ports.server, rig.guard),
-      rigLog_(rig.current, ports.log),
+      linkReporter_(rig.current, messages, ports.log),
       timers_{TimerDriver(form.Timer1, ports.scheduler),
               TimerDriver(form.Timer2, ports.scheduler),
               TimerDriver(form.Timer3, ports.scheduler),
@@ -61,7 +61,7 @@ void Program::ConnectRig() {
   rig.guard.endNotice = [this](const std::string&) { notices.Over(NoticeKind::Transmitter); };
   rig.display.statusShown = [this] {
     startup.ShowRigInCaption();
-    rigLog_.Note();
+    linkReporter_.Note();
   };
   rig.menus.focusScope = [this] {
     if (menuOpener.focusScope) menuOpener.focusScope();

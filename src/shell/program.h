@@ -21,8 +21,8 @@
 #include "rig/rig.h"
 #include "rig/rig_release.h"
 #include "shell/appearance.h"
+#include "shell/link_reporter.h"
 #include "shell/menus.h"
-#include "shell/rig_log.h"
 #include "shell/settings.h"
 #include "shell/shutdown.h"
 #include "shell/startup.h"
@@ -83,7 +83,7 @@ class Program {
 
  private:
   RigRelease rigRelease_;
-  RigLog rigLog_;
+  LinkReporter linkReporter_;
   std::array<TimerDriver, 8> timers_;
 };
 
