@@ -2,14 +2,8 @@
 // statement that fails being skipped.
 #pragma once
 
-#include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <optional>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "spectrum/analysis.h"
 
@@ -20,32 +14,22 @@ class SlowAnalyser {
   std::vector<uint32_t> shown, offScreen;  // of the plot's size
   std::string text;
   std::vector<double> columns;
-  int32_t dominantFrequency = 0;
-  int32_t meter = 0;
+  int32_t dominantFrequency = 0, meter = 0;
 
   void Tick(std::span<const int16_t, 512> block, const AnalysisSettings& s, const Tuning& tuning,
             const WaterPalette& palette) {
     std::ranges::copy(block, samples_.begin());
-    fft_.RunFFT(std::span<const int16_t, 1024>(samples_), std::span<float, 1024>(real_));
+    fft_.RunFFT(samples_, real_);
     s_ = s;
-    pen_ = s.precision > 1 ? s.precision - 1 : s.precision;
-    int step = s.precision;
-    int firstColumn = 0;
-    if (s.zokaMode == 69) {
-      firstColumn = CLng(s.scaleOffset / 20.0);
-      if (s.precision == 2) step = 1;
-      if (s.precision == 1) step = 2;
-    } else {
-      firstColumn = CLng(s.scaleOffset / 40.0);
-    }
+    pen_ = s.precision > 1 ? s.precision - 1 : 1;
+    shifted_ = s.zokaMode == 69;
+    const int step = shifted_ && s.precision <= 2 ? 3 - s.precision : s.precision;
+    const double binsPerPixel = 524 * 0.98 / (2.0 * s.plotWidth);
     if (!s.waterfall) DrawGround(tuning.passband);
-    const double w = s.plotWidth;
-    const double binsPerPixel = 524 * 0.98 / (2 * w);
     float position = s.zokaMode;
-    int32_t sum = 0;
-    int32_t peakLevel = 0;
+    int32_t sum = 0, peakLevel = 0;
     columns.clear();
-    for (int x = firstColumn; x <= s.plotWidth; x += step) {
+    for (int x = CLng(s.scaleOffset / (shifted_ ? 20.0 : 40.0)); x <= s.plotWidth; x += step) {
       const double twice = 2.0 * position;
       const int p = CLng(twice), p1 = CLng(twice + 1);
       columns.push_back(NAN);
@@ -55,28 +39,24 @@ class SlowAnalyser {
       } else {
         Try([&] {
           const double quiet = Checked(int64_t{s.waterfallSensitivity} * 3);
-          if (quiet == 0) throw std::domain_error("division");
           const double added = static_cast<double>(real_.at(p)) + real_.at(p1);
           const int c = CLng(std::fabs(added) / quiet) % 524;
           if (c < 0) throw std::out_of_range("palette");
           Set(shown, x, 0, palette[c]);
         });
       }
-      if (s.dominantPeak) {
-        Try([&] {
-          const double level = std::sqrt(std::fabs(real_.at(p)));
-          if (peakLevel > level) return;
-          peakLevel = CLng(level);
-          peakFrequency_ = CLng(std::floor(position * 44100.0) / 1024);
-          const int32_t d = 2 * peakFrequency_ - 12000;
-          if (peakFrequency_ >= shownPeak_) {
-            Try([&] { text = s.zokaMode == 0 ? AudioText() : RigText(tuning.rigFrequencyHz, d); });
-            shownPeak_ = peakFrequency_;
-          }
-          dominantFrequency = 2 * peakFrequency_;
-        });
-      }
-      position = static_cast<float>(position + step * binsPerPixel / (s.zokaMode == 69 ? 2 : 1));
+      Try([&] {
+        const double level = std::sqrt(std::fabs(real_.at(p)));
+        if (!s.dominantPeak || peakLevel > level) return;
+        peakLevel = CLng(level);
+        peakFrequency_ = CLng(std::floor(position * 44100.0) / 1024);
+        if (peakFrequency_ >= shownPeak_) {
+          Try([&] { text = Text(tuning.rigFrequencyHz); });
+          shownPeak_ = peakFrequency_;
+        }
+        dominantFrequency = 2 * peakFrequency_;
+      });
+      position = static_cast<float>(position + step * binsPerPixel / (shifted_ ? 2 : 1));
       Try([&] { sum = CLng(sum + std::fabs(static_cast<long double>(real_.at(p))) * step); });
     }
     if (s.waterfall && ++rowCounter_ > s.waterSpeed) {
@@ -95,16 +75,16 @@ class SlowAnalyser {
     return static_cast<int32_t>(value);
   }
   static int32_t CLng(long double value) { return Checked(std::nearbyint(value)); }
-  template <class Statement>
-  static void Try(Statement statement) {
+  static void Try(const auto& statement) {
     try {
       statement();
     } catch (const std::exception&) {
     }
   }
   double M(int k) const { return std::sqrt(std::abs(CLng(real_.at(k)) / s_.spectrumDivisor)); }
-  std::string AudioText() const { return std::to_string(2 * peakFrequency_) + "Hz"; }
-  static std::string RigText(int64_t rig, int32_t d) {
+  std::string Text(int64_t rig) const {
+    if (s_.zokaMode == 0) return std::to_string(2 * peakFrequency_) + "Hz";
+    const int32_t d = 2 * peakFrequency_ - 12000;
     const std::string tens = "0" + std::to_string(std::abs(d / 100));
     return std::to_string(Checked(rig + d) / 1000) + "." + tens.substr(tens.size() - 2);
   }
@@ -112,9 +92,6 @@ class SlowAnalyser {
   void Set(std::vector<uint32_t>& picture, int x, int y, Colour colour) const {
     if (x < 0 || x >= s_.plotWidth || y < 0 || y >= s_.plotHeight) return;
     picture[y * s_.plotWidth + x] = colour.Argb();
-  }
-  void Dot(int x, int y, Colour colour) {
-    for (int i = 0; i < pen_; ++i) Set(offScreen, x - pen_ / 2 + i, y, colour);
   }
   // Every trace runs at most a few columns sideways; from the upper end down, or from the left.
   void Line(int x1, int y1, int x2, int y2, Colour colour) {
@@ -124,41 +101,36 @@ class SlowAnalyser {
     for (int i = 0; i <= n; ++i) {
       const double share = n == 0 ? 0.0 : double(i) / n;
       const int across = static_cast<int>(std::floor((steep ? x2 - x1 : y2 - y1) * share + 0.5));
-      Dot(steep ? x1 + across : x1 + i, steep ? y1 + i : y1 + across, colour);
+      const int x = x1 + (steep ? across : i), y = y1 + (steep ? i : across);
+      for (int dot = 0; dot < pen_; ++dot) Set(offScreen, x - pen_ / 2 + dot, y, colour);
     }
   }
   void DrawGround(Passband band) {
     for (auto& pixel : offScreen) pixel = s_.background.Argb();
     if (band.lowHz == band.highHz || s_.zokaMode == 0) return;
     const double w = s_.plotWidth, low = band.lowHz, high = band.highHz;
-    const bool shifted = s_.zokaMode == 69;
-    const int x1 = CLng(shifted ? (w / 11500) * (low - 5760) : (w / 10000) * low * 0.45 + 1);
-    const int x2 = CLng(shifted ? (w / 11500) * (high - 5760) + 1 : (w / 10000) * high * 0.45 + 1);
-    for (int y = 0; y <= s_.plotHeight; ++y) {
-      for (int x = std::min(x1, x2); x <= std::max(x1, x2); ++x) {
-        Set(offScreen, x, y, s_.passband);
-      }
+    const int x1 = CLng(shifted_ ? (w / 11500) * (low - 5760) : (w / 10000) * low * 0.45 + 1);
+    const int x2 = CLng(shifted_ ? (w / 11500) * (high - 5760) + 1 : (w / 10000) * high * 0.45 + 1);
+    for (int x = std::min(x1, x2); x <= std::max(x1, x2); ++x) {
+      for (int y = 0; y <= s_.plotHeight; ++y) Set(offScreen, x, y, s_.passband);
     }
   }
   // `first` and `second` give rows, or throw.
-  template <class First, class Second>
-  void Draw(bool point, int x1, First first, int x2, Second second, Colour colour) {
-    if (point) Try([&] { Dot(x1, first(), colour); });
+  void Draw(bool point, int x1, const auto& first, int x2, const auto& second, Colour colour) {
+    if (point) Try([&] { Line(x1, first(), x1, first(), colour); });
     Try([&] { Line(x1, first(), x2, second(), colour); });
   }
   void DrawColumn(int x, int step, double twice) {
     const int p = CLng(twice), p1 = CLng(twice + 1), p2 = CLng(twice + 2);
-    const auto rows = [this](int a, int b) {
-      return [=, this] { return CLng(s_.plotHeight - (M(a) + M(b))); };
-    };
-    const bool shifted = s_.zokaMode == 69;
+    const auto here = [&] { return CLng(s_.plotHeight - (M(p) + M(p1))); };
+    const auto next = [&] { return CLng(s_.plotHeight - (M(p1) + M(p2))); };
+    const auto bottom = [&] { return s_.plotHeight; };
     if (s_.useLines) {
-      Draw(
-          false, x, rows(p, p1), x, [this] { return s_.plotHeight; }, s_.trace);
+      Draw(false, x, here, x, bottom, s_.trace);
     } else {
-      Draw(!shifted, x, rows(p, p1), shifted ? x + 1 : x, rows(p1, p2), s_.trace);
+      Draw(!shifted_, x, here, shifted_ ? x + 1 : x, next, s_.trace);
     }
-    const auto sound = [this](double a, double b) {
+    const auto sound = [&](double a, double b) {
       return [=, this] {
         const double sum = samples_.at(CLng(a)) / 512.0 + samples_.at(CLng(b)) / 512.0;
         return CLng(s_.plotHeight / 2.0 - sum * s_.oscillosSensitivity - 3);
@@ -174,6 +146,7 @@ class SlowAnalyser {
   AnalysisSettings s_;
   std::array<int16_t, 1024> samples_{};
   std::array<float, 1024> real_{};
+  bool shifted_ = false;
   int pen_ = 1;
   int32_t peakFrequency_ = 0, shownPeak_ = 0, rowCounter_ = 0, holdCounter_ = 0;
 };

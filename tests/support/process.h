@@ -1,5 +1,5 @@
-// What a test needs around programs that it starts: processes that never outlive it, folders that
-// vanish with it, and waiting for a condition with a deadline.
+// What a test needs around programs that it starts: processes that never outlive it and waiting for
+// a condition with a deadline.
 #pragma once
 
 #include <sys/types.h>
@@ -13,23 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "support/temp_folder.h"
+
 namespace velt {
 
 // Asks every 2 ms until the condition holds (true) or the limit is over (false). The only place
 // where a test sleeps.
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
-
-class TempFolder {
- public:
-  TempFolder();
-  ~TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 std::string ReadText(const std::filesystem::path& file);
 

@@ -1,8 +1,6 @@
 // A folder of its own for one test, gone when the test ends.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,13 +9,20 @@
 
 namespace velt {
 
-class ScratchFolder {
+class TempFolder {
  public:
-  ScratchFolder() : path_(::mkdtemp(name_.data())) {}
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder() { std::filesystem::remove_all(path_); }
+  TempFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "velt-XXXXXX").string();
+    path_ = ::mkdtemp(name.data());
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
 
+  const std::filesystem::path& Path() const { return path_; }
   std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
   void Write(const std::string& name, const std::string& bytes) const {
     std::ofstream(path_ / name, std::ios::binary) << bytes;
@@ -29,7 +34,6 @@ class ScratchFolder {
   auto Entries() const { return std::distance(std::filesystem::directory_iterator(path_), {}); }
 
  private:
-  std::string name_ = "/tmp/velt-XXXXXX";
   std::filesystem::path path_;
 };
 
