@@ -21,40 +21,26 @@ struct FakeRig {
     lines.push_back(line);
     if (const auto own = instead.find(line); own != instead.end()) return own->second;
     const std::string value = line.size() > 3 ? line.substr(3) : "";
-    switch (line.size() > 1 ? line[1] : 0) {
-      case 'f':
-        return Done("get_freq:\nFrequency: " + std::to_string(freq[vfo]));
-      case 'm':
-        return Done("get_mode:\nMode: " + mode + "\nPassband: 2400");
-      case 't':
-        return Done("get_ptt:\nPTT: " + std::to_string(keyed));
-      case 's':
-        return Done("get_split_vfo:\nSplit: " + std::to_string(split) + "\nTX VFO: VFOB");
-      case 'i':
-        return Done("get_split_freq:\nTX Frequency: " + std::to_string(freq["VFOB"]));
-      case 'v':
-        return Done("get_vfo:\nVFO: " + vfo);
-      case 'F':
-        freq[vfo] = std::stoi(value);
-        return Done("set_freq: " + value);
-      case 'V':
-        vfo = value;
-        return Done("set_vfo: " + value);
-      case 'M':
-        mode = value.substr(0, value.find(' '));
-        return Done("set_mode: " + value);
-      case 'T':
-        keyed = std::stoi(value);
-        return Done("set_ptt: " + value);
-      default:
-        break;
-    }
-    if (line.starts_with("+\\get_vfo_info ")) {
-      return Done("get_vfo_info: " + line.substr(15) +
-                  "\nFreq: " + std::to_string(freq[line.substr(15)]) + "\nMode: USB");
-    }
-    if (line == "+\\dump_caps") return Done("dump_caps:\nModel name:\tDummy\nMfg name:\tHamlib");
-    return "unknown";
+    if (line.starts_with("+F ")) freq[vfo] = std::stoi(value);
+    if (line.starts_with("+V ")) vfo = value;
+    if (line.starts_with("+M ")) mode = value.substr(0, value.find(' '));
+    if (line.starts_with("+T ")) keyed = std::stoi(value);
+    const std::map<std::string, std::string> replies = {
+        {"+f", "get_freq:\nFrequency: " + std::to_string(freq[vfo])},
+        {"+m", "get_mode:\nMode: " + mode + "\nPassband: 2400"},
+        {"+t", "get_ptt:\nPTT: " + std::to_string(keyed)},
+        {"+s", "get_split_vfo:\nSplit: " + std::to_string(split) + "\nTX VFO: VFOB"},
+        {"+i", "get_split_freq:\nTX Frequency: " + std::to_string(freq["VFOB"])},
+        {"+v", "get_vfo:\nVFO: " + vfo},
+        {"+F", "set_freq: " + value},
+        {"+V", "set_vfo: " + value},
+        {"+M", "set_mode: " + value},
+        {"+T", "set_ptt: " + value},
+        {"+\\get_vfo_info VFOA", "get_vfo_info: VFOA\nFreq: " + std::to_string(freq["VFOA"])},
+        {"+\\get_vfo_info VFOB", "get_vfo_info: VFOB\nFreq: " + std::to_string(freq["VFOB"])},
+        {"+\\dump_caps", "dump_caps:\nModel name:\tDummy\nMfg name:\tHamlib"}};
+    const auto reply = replies.find(line.starts_with("+\\") ? line : line.substr(0, 2));
+    return reply == replies.end() ? "unknown" : Done(reply->second);
   }
 
   static std::string Done(const std::string& text) { return text + "\nRPRT 0\n"; }
@@ -65,11 +51,6 @@ struct FakeRig {
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(writes),
                  [](const std::string& l) { return std::string("FVMT").find(l[1]) < 4; });
     return writes;
-  }
-  // Lines from the last `from` on, to see what came between.
-  std::vector<std::string> Since(const std::string& from) const {
-    const auto last = std::find(lines.rbegin(), lines.rend(), from);
-    return {last == lines.rend() ? lines.end() : last.base() - 1, lines.end()};
   }
 };
 

@@ -49,15 +49,22 @@ inline uint16_t FreePort() {
 // The server of the dummy rig on a port of its own, and a second client that looks at the rig.
 class DummyRig {
  public:
-  DummyRig() { Start(); }
+  DummyRig() {
+    // Somebody else may take the port before the server does.
+    for (int tries = 0; tries < 5 && !Start(); ++tries) port_ = FreePort();
+  }
 
   std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
-  void Start() {
+  // Whether it has come up, on the same port as ever.
+  bool Start() {
+    client_.abort();
+    if (!Ask("f").empty()) return false;  // another server's
     process_ = std::make_unique<Process>(
         std::vector<std::string>{"rigctld", "-m", "1", "-P", "RIG", "-T", "127.0.0.1", "-t",
                                  std::to_string(port_)},
         Process::Options{});
-    WaitUntil([this] { return !Ask("f").empty(); }, std::chrono::seconds(5));
+    const auto decided = [this] { return !process_->Running() || !Ask("f").empty(); };
+    return WaitUntil(decided, std::chrono::seconds(5)) && process_->Running();
   }
   void Kill() {
     client_.abort();
