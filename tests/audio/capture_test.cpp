@@ -50,17 +50,6 @@ TEST(Capture, AFailedOpenShowsItsBoxAndStaysIdle) {
   EXPECT_FALSE(f.audio.watching);
 }
 
-TEST(Capture, StoppingWhileOpeningOpensNothing) {
-  ProgramFixture f;
-  f.Start();
-  f.Form().imgStartStop.Click();
-  f.Form().imgStartStop.Click();
-  f.scheduler.RunPosted();  // the answer comes too late
-  EXPECT_FALSE(f.program->capture.DeviceOpen());
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Play");
-}
-
 TEST(Capture, GoesOnByItselfWhenALostInputReturns) {
   ProgramFixture f;
   f.Start();
@@ -113,21 +102,6 @@ TEST(Capture, AStreamThatStopsDeliveringIsLostWithinASecond) {
   EXPECT_FALSE(f.Form().Timer1.enabled);
   EXPECT_TRUE(f.audio.watching);
   EXPECT_TRUE(f.Form().lblNotice.visible);
-}
-
-TEST(Capture, InitDevicesListsThemOrTellsThatThereAreNone) {
-  ProgramFixture f;
-  int noDevices = 0;
-  f.program->capture.InitDevices([&noDevices] { ++noDevices; });
-  ASSERT_EQ(f.prompts.told.size(), 1U);
-  EXPECT_EQ(f.prompts.told[0].text, "You have no audio input devices!");
-  EXPECT_EQ(f.prompts.told[0].title, "Ack!");
-  f.prompts.dismiss();
-  EXPECT_EQ(noDevices, 1);
-  f.audio.devices = {{"mic", "Microphone"}, {"line", "Line"}};
-  f.program->capture.InitDevices({});
-  EXPECT_EQ(f.Form().DevicesBox.items.Get(), (std::vector<std::string>{"mic", "line"}));
-  EXPECT_EQ(f.Form().DevicesBox.listIndex, 0);
 }
 
 TEST(AnalysisTick, AToneReachesPeakLabelMeterAndDisplay) {

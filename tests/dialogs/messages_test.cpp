@@ -19,16 +19,6 @@ TEST(MessageLine, BlinksFourTimesAndLeavesTheRecordingText) {
   EXPECT_FALSE(f.Form().Timer2.enabled);
 }
 
-TEST(MessageLine, ASecondMessageTakesTheRemainingTicks) {
-  ProgramFixture f;
-  f.program->messages.Show("one");
-  f.scheduler.Advance(Milliseconds(1000));
-  f.program->messages.Show("two");
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "two");
-  f.scheduler.Advance(Milliseconds(1000));
-  EXPECT_FALSE(f.Form().Timer2.enabled);
-}
-
 TEST(Notices, TheTransmitterComesFirstAndDismissingShowsTheNext) {
   ProgramFixture f;
   Label& label = f.Form().lblNotice;

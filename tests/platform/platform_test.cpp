@@ -24,22 +24,6 @@ TEST(PlatformHelpers, NamesTheSystemByItsVersion) {
   }
 }
 
-TEST(PlatformHelpers, DescribesTheSystemWithFallbacks) {
-  ProgramFixture f;
-  PlatformHelpers& helpers = f.program->platform;
-  helpers.GetWindowsVersion();
-  EXPECT_EQ(helpers.SystemDescription(), "5.1  Windows XP");
-  EXPECT_EQ(helpers.SystemFolder(), "/windows/");
-  f.system.version = SystemVersion{6, 1, "Debian GNU/Linux 12"};
-  f.system.folder = "/windows/";
-  helpers.GetWindowsVersion();
-  EXPECT_EQ(helpers.SystemDescription(), "6.1  Debian GNU/Linux 12");
-  EXPECT_EQ(helpers.SystemFolder(), "/windows/");
-  f.system.version.reset();
-  helpers.GetWindowsVersion();
-  EXPECT_EQ(helpers.SystemDescription(), "Err detecting windows");
-}
-
 TEST(PlatformHelpers, StampsOpensAndFindsFiles) {
   ProgramFixture f;
   PlatformHelpers& helpers = f.program->platform;

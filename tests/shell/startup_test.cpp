@@ -93,20 +93,6 @@ TEST(Startup, RunsItsStepsInOrder) {
   EXPECT_EQ(f.Form().Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig IC-7300");
 }
 
-TEST(Startup, TheExpanderOfOldSettingsWaitsForTheRig) {
-  for (const auto& [version, rig, expanded] :
-       {std::tuple{"2.1.0", false, 0}, {"2.1.0", true, 1}, {"3.0.0", false, 1}}) {
-    ProgramFixture f;
-    f.store.Save("VELT-SA", "Version", version);
-    f.program->startup.steps.StartOmniRig = [answers = rig](const std::function<void()>& online,
-                                                            const std::function<void()>& offLine) {
-      answers ? online() : offLine();
-    };
-    f.Start();
-    EXPECT_EQ(f.Form().chkExpand.value, expanded) << version;
-  }
-}
-
 struct ShutdownFixture : ProgramFixture {
   std::string order;
   struct Entry : Releasable {

@@ -40,13 +40,6 @@ TEST(Numbers, SixteenBitArithmeticWraps) {
   EXPECT_EQ(Wrap16(65536), 0);
 }
 
-TEST(Numbers, DivisionTruncatesTowardZero) {
-  EXPECT_EQ(DivideTruncating(-7, 2), -3);
-  EXPECT_EQ(DivideTruncating(7, -2), -3);
-  EXPECT_EQ(DivideTruncating(7, 0), std::nullopt);
-  EXPECT_EQ(DivideTruncating(std::numeric_limits<int32_t>::min(), -1), std::nullopt);
-}
-
 TEST(Numbers, LeadingNumberStopsAtTheFirstOtherCharacter) {
   struct Case {
     const char* text;
@@ -62,14 +55,6 @@ TEST(Numbers, LeadingNumberStopsAtTheFirstOtherCharacter) {
   for (const Case& c : cases) {
     EXPECT_DOUBLE_EQ(LeadingNumber(c.text), c.value) << c.text;
     EXPECT_DOUBLE_EQ(LeadingNumberAnyLocale(c.text), c.anyLocale) << c.text;
-  }
-}
-
-TEST(Numbers, WholeNumbersAreAllOrNothing) {
-  EXPECT_EQ(ParseWhole(" -12 "), -12);
-  EXPECT_EQ(ParseWhole("+7"), 7);
-  for (const char* text : {"", "1.0", "12x", "2147483648", "--1", "+-1"}) {
-    EXPECT_EQ(ParseWhole(text), std::nullopt) << text;
   }
 }
 
