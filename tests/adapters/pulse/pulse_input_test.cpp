@@ -189,8 +189,7 @@ TEST_F(PulseInputTest, LeavesAMovedStreamUntilItsSourceWasAway) {
   EXPECT_EQ(Next(), "Lost Sound moved to Mic-other.");
   input->WatchForReturn();
   AddSource("another");
-  ASSERT_TRUE(WaitUntil([&] { return input->Devices().size() == 3; }, 1s));
-  ExpectNoEvent();
+  EXPECT_EQ(Next(500ms), "nothing in time");
   server->UnloadModule("module-null-sink");
   AddSink("test");
   EXPECT_EQ(Next(), "Returned test.monitor");
@@ -207,7 +206,7 @@ TEST_F(PulseInputTest, NoticesSuspensionAndResumption) {
   input->Open("quiet");
   EXPECT_EQ(Next(), "OpenFailed Sound source Mic-quiet is suspended.");
   input->WatchForReturn();
-  ExpectNoEvent();
+  EXPECT_EQ(Next(500ms), "nothing in time");
   server->Pactl({"suspend-source", "quiet", "0"});
   EXPECT_EQ(Next(2s), "Returned quiet");
   Capture("quiet", "quiet");
