@@ -228,6 +228,25 @@ TEST_F(PulseInputTest, AFrozenServerBlocksNothing) {
   ExpectQuick([this] { input.reset(); });
 }
 
+TEST_F(PulseInputTest, ASourceRemovedWhileOpeningEndsTheOpening) {
+  StartServer();
+  for (const bool openedFirst : {true, false}) {
+    // The server finds both wishes when it wakes up, in either order.
+    server->Freeze();
+    if (openedFirst) input->Open("test.monitor");
+    Process remover({"pactl", "unload-module", "module-null-sink"}, {server->Environment()});
+    if (!openedFirst) input->Open("test.monitor");
+    server->Thaw();
+    std::string outcome = Next(4s);
+    if (outcome == "Opened test.monitor") outcome = Next(4s);
+    EXPECT_TRUE(outcome.starts_with("OpenFailed Sound source ") ||
+                outcome.starts_with("Lost Sound source "))
+        << outcome;
+    EXPECT_TRUE(remover.WaitForEnd(2s));
+    AddSink("test");
+  }
+}
+
 TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
   StartServer();
   for (const bool ends : {false, true}) {

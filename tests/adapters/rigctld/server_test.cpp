@@ -99,6 +99,36 @@ TEST_F(ServerTest, ComesBackAfterItsServerWasKilled) {
   EXPECT_TRUE(LoopUntil([&] { return rig.Tx() == PM_RX; }));
 }
 
+TEST_F(ServerTest, ComesBackWhetherItWasIdleOrBusyWhenItsServerWasKilled) {
+  for (const bool busy : {false, true}) {
+    if (busy) {
+      ASSERT_TRUE(rig.SetFreq(14000000) && rig.SetFreqB(14100000));
+    }
+    peer.Kill();
+    ASSERT_TRUE(Reaches(State::Reconnecting));
+    peer.Start();
+    ASSERT_TRUE(Reaches(State::Linked));
+    ASSERT_TRUE(rig.SetFreq(14200000));
+    EXPECT_TRUE(Sees("f", "14200000"));
+  }
+}
+
+TEST_F(ServerTest, AnotherClientsChangeIsThereWithinHalfASecondAndTheOtherRigDoesNotMind) {
+  DummyRig other;
+  ASSERT_TRUE(server.SetAddress(1, other.Address()));
+  server.Open(1, {});
+  ASSERT_TRUE(LoopUntil([&] { return server.Rig1().FreqB() > 0; }));
+  params.clear();
+  peer.Ask("F 7050000");
+  EXPECT_TRUE(LoopUntil([&] { return rig.Freq() == 7050000; }, std::chrono::milliseconds(500)));
+  EXPECT_TRUE(LoopUntil([&] { return (params[2] & PM_FREQ) != 0; }));
+  EXPECT_EQ(params[1], 0);
+  EXPECT_EQ(server.Rig1().Freq(), 145000000);
+  ASSERT_TRUE(server.Rig1().SetFreq(3600000));
+  EXPECT_TRUE(LoopUntil([&] { return other.Ask("f") == "3600000"; }));
+  EXPECT_EQ(peer.Ask("f"), "7050000");
+}
+
 TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
   ASSERT_NO_FATAL_FAILURE(Key());
   peer.Signal(SIGSTOP);
