@@ -5,8 +5,8 @@
 
 #include <array>
 #include <optional>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ports/omnirig.h"
@@ -18,13 +18,10 @@ class FakeRig : public IRigX {
  public:
   // What a rig really is, or is believed to be.
   struct Picture {
-    int32_t freq = 0;
-    int32_t freqA = 0;
-    int32_t freqB = 0;
-    int32_t rx = 0;
-    std::optional<int32_t> txOverride;  // told as the transmit frequency whatever the rig does
+    int32_t freq = 0, freqA = 0, freqB = 0, rx = 0;
     int32_t mode = 0;
     int32_t tx = PM_RX;
+    std::optional<int32_t> txOverride{};  // told as the transmit frequency whatever the rig does
   };
 
   Picture shown;
@@ -49,66 +46,37 @@ class FakeRig : public IRigX {
   int32_t Tx() const override { return shown.tx; }
 
   bool SetFreq(int32_t hz) override {
-    if (!Takes("Freq", hz)) return false;
-    shown.freq = shown.rx = hz;
-    return true;
+    if (IsLinked()) shown.rx = hz;
+    return Takes("Freq", hz, shown.freq);
   }
-  bool SetFreqA(int32_t hz) override {
-    if (!Takes("FreqA", hz)) return false;
-    shown.freqA = hz;
-    return true;
-  }
-  bool SetFreqB(int32_t hz) override {
-    if (!Takes("FreqB", hz)) return false;
-    shown.freqB = hz;
-    return true;
-  }
-  bool SetMode(int32_t mode) override {
-    static const std::set<int32_t> kModes = {PM_CW_U,  PM_CW_L, PM_SSB_U, PM_SSB_L,
-                                             PM_DIG_U, PM_AM,   PM_FM};
-    if (!IsLinked() || !kModes.contains(mode)) return false;
-    writes.push_back("Mode " + std::to_string(mode));
-    shown.mode = mode;
-    changed();
-    return true;
-  }
+  bool SetFreqA(int32_t hz) override { return Takes("FreqA", hz, shown.freqA); }
+  bool SetFreqB(int32_t hz) override { return Takes("FreqB", hz, shown.freqB); }
+  bool SetMode(int32_t mode) override { return Takes("Mode", mode, shown.mode); }
   bool SetTx(int32_t value) override {
-    if (!IsLinked()) {
-      releaseFirst_ = value == PM_RX;
-      return releaseFirst_;
-    }
-    Key(value);
-    return true;
+    releaseFirst_ = !IsLinked() && value == PM_RX;
+    if (IsLinked()) Key(value);
+    return IsLinked() || releaseFirst_;
   }
 
   bool IsLinked() const { return link.state == RigLink::State::Linked; }
-  void Lose() {
-    link = {.state = RigLink::State::Reconnecting, .retryInSeconds = 4, .stale = true};
-    status = "Rig is not responding";
-  }
   void Return() {
-    link = {.state = RigLink::State::Linked, .retryInSeconds = 0, .stale = false};
+    link.state = RigLink::State::Linked;
+    link.stale = false;
     status = "On-line";
-    if (releaseFirst_) Key(PM_RX);
-    releaseFirst_ = false;
+    if (std::exchange(releaseFirst_, false)) Key(PM_RX);
     Report();
   }
   // The next poll: the picture becomes what the rig really does.
   void Report() {
-    if (!IsLinked() || shown.tx == txReally) return;
-    shown.tx = txReally;
-    changed();
-  }
-  void Close() {
-    link = {};
-    releaseFirst_ = false;
+    if (IsLinked() && std::exchange(shown.tx, txReally) != txReally) changed();
   }
   std::vector<std::string> TakeWrites() { return std::exchange(writes, {}); }
 
  private:
-  bool Takes(const char* property, int32_t hz) {
-    if (!IsLinked() || hz < 10'000 || hz > 2'000'000'000) return false;
-    writes.push_back(property + (" " + std::to_string(hz)));
+  bool Takes(const char* property, int32_t value, int32_t& target) {
+    if (!IsLinked()) return false;
+    writes.push_back(property + (" " + std::to_string(value)));
+    target = value;
     changed();
     return true;
   }
@@ -130,48 +98,41 @@ class FakeOmniRig : public IOmniRigX {
 
   std::array<FakeRig, 2> rigs;
   std::array<bool, 2> reachable = {true, true};
-  int32_t version = 0x101;  // once a server has answered
+  int32_t version = 0x101;
   std::vector<int32_t> releasedNow;
 
   std::string Address(int32_t rigNumber) const override { return addresses_.at(Index(rigNumber)); }
   bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) override {
-    const size_t colon = hostAndPort.find(':');
-    if (colon == 0 || colon == std::string::npos || colon + 1 == hostAndPort.size()) return false;
-    addresses_.at(Index(rigNumber)) = hostAndPort;
-    return true;
+    const bool good = hostAndPort.find(':') != std::string::npos;
+    if (good) addresses_.at(Index(rigNumber)) = hostAndPort;
+    return good;
   }
   void Open(int32_t rigNumber, std::function<void(bool)> answered) override {
-    FakeRig& rig = rigs.at(Index(rigNumber));
-    rig.link = {.state = RigLink::State::Connecting, .retryInSeconds = 0, .stale = false};
-    scheduler_.Post([this, rigNumber, answered, opened = opening_] {
-      if (opened != opening_) return;
+    RigLink::State& state = rigs.at(Index(rigNumber)).link.state = RigLink::State::Connecting;
+    scheduler_.Post([this, rigNumber, answered, &state] {
+      if (state != RigLink::State::Connecting) return;  // closed meanwhile
       const bool reached = reachable.at(Index(rigNumber));
-      if (reached) Return(rigNumber);
-      if (!reached) Lose(rigNumber);
+      reached ? Return(rigNumber) : Lose(rigNumber);
       answered(reached);
     });
   }
-  void Close() override {
-    ++opening_;
-    for (FakeRig& rig : rigs) rig.Close();
-    answered_ = false;
-  }
-  int32_t InterfaceVersion() const override { return answered_ ? version : 0; }
+  void Close() override { rigs[0].link = rigs[1].link = {}; }
+  int32_t InterfaceVersion() const override { return version; }
   IRigX& Rig1() override { return rigs[0]; }
   IRigX& Rig2() override { return rigs[1]; }
-  void ReleaseInCrash() noexcept override { ++crashReleases; }
-  int crashReleases = 0;
+  void ReleaseInCrash() noexcept override {}
   void ReleaseNow(int32_t rigNumber, int32_t) override {
     releasedNow.push_back(rigNumber);
-    if (rigs.at(Index(rigNumber)).IsLinked()) rigs.at(Index(rigNumber)).SetTx(PM_RX);
+    rigs.at(Index(rigNumber)).SetTx(PM_RX);
   }
 
   void Lose(int32_t rigNumber) {
-    rigs.at(Index(rigNumber)).Lose();
+    FakeRig& rig = rigs.at(Index(rigNumber));
+    rig.link = {.state = RigLink::State::Reconnecting, .retryInSeconds = 4, .stale = true};
+    rig.status = "Rig is not responding";
     RaiseStatus(rigNumber);
   }
   void Return(int32_t rigNumber) {
-    answered_ = true;
     rigs.at(Index(rigNumber)).Return();
     RaiseStatus(rigNumber);
     RaiseParams(rigNumber);
@@ -192,8 +153,6 @@ class FakeOmniRig : public IOmniRigX {
 
   Scheduler& scheduler_;
   std::array<std::string, 2> addresses_ = {"127.0.0.1:4532", "127.0.0.1:4534"};
-  int opening_ = 0;
-  bool answered_ = false;
 };
 
 }  // namespace velt

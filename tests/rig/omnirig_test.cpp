@@ -1,0 +1,148 @@
+#include "rig_fixture.h"
+
+namespace velt {
+namespace {
+
+using OmniRigLinkTest = RigFixture;
+using OmniRigDialogTest = RigFixture;
+
+TEST_F(OmniRigLinkTest, OnlyVersionsInsideTheGateStart) {
+  for (const auto& [version, accepted] :
+       {std::pair{0x100, false}, {0x101, true}, {0x299, true}, {0x29A, false}}) {
+    server.version = version;
+    rig.link.StartOmniRig();
+    EXPECT_FALSE(rig.current.Exists());  // the answer comes later
+    clock.RunPosted();
+    EXPECT_EQ(rig.link.On(), accepted) << version;
+    EXPECT_EQ(rig.current.Exists(), accepted) << version;
+    rig.link.StopOmniRig();
+  }
+  EXPECT_EQ(prompts.asked.size(), 1U);  // two failures, one question
+}
+
+TEST_F(OmniRigDialogTest, AServerOutOfReachIsToldAndTriedOnUntilTheRigStarts) {
+  int started = 0;
+  rig.link.started = [&] { ++started; };
+  server.reachable = {false, false};
+  rig1.shown.rx = 7100000;
+  form.Image3.Click();
+  ASSERT_TRUE(dialogForm.Window.visible);
+  dialogForm.cmdStartStop.Click();
+  EXPECT_EQ(dialogForm.lblLink.caption.Get(), "Connecting");
+  clock.RunPosted();
+  EXPECT_EQ(prompts.told.at(0).text, "OmniRig is not installed or has a wrong version number");
+  EXPECT_TRUE(prompts.asked.empty());
+  EXPECT_EQ(dialogForm.cmdStartStop.caption.Get(), "Stop");
+  server.Return(2);  // not the one to start with
+  clock.RunPosted();
+  EXPECT_EQ(started, 0);
+  server.Return(1);
+  clock.RunPosted();
+  EXPECT_EQ(started, 1);
+  EXPECT_EQ(Frequency(), "7.100.00");
+  EXPECT_FALSE(form.lblFrequency.stale);
+}
+
+TEST_F(OmniRigLinkTest, WithoutAUserNothingIsAsked) {
+  server.reachable = {false, false};
+  Rig silent(form, dialogForm, {server, prompts, clock}, OmniRigLink::Questions::Never, {});
+  silent.link.StartOmniRig();
+  clock.RunPosted();
+  EXPECT_EQ(Frequency(), "RigOffLine");
+  EXPECT_TRUE(prompts.asked.empty());
+}
+
+TEST_F(OmniRigLinkTest, EventsOfTheOtherRigChangeNothing) {
+  Link();
+  const std::string& shown = form.lblMode.caption.Get();
+  rig1.shown.mode = PM_AM;  // not told yet
+  server.RaiseParams(2);
+  clock.RunPosted();
+  EXPECT_EQ(shown, "LSB");
+  rig.link.SelectRig(2);
+  clock.RunPosted();
+  EXPECT_EQ(shown, "USB");
+  rig2.shown.mode = PM_FM;
+  server.RaiseParams(1);
+  clock.RunPosted();
+  EXPECT_EQ(shown, "USB");
+}
+
+TEST_F(OmniRigLinkTest, TheRigToStartWithIsTwoOrElseOne) {
+  for (const auto& [choice, number] : {std::pair{2, 2}, {1, 1}, {0, 1}, {7, 1}}) {
+    rig.state.rigChoice = static_cast<int16_t>(choice);
+    Link();
+    EXPECT_EQ(rig.current.Number(), number) << choice;
+    rig.link.StopOmniRig();
+  }
+  server.reachable = {false, true};
+  rig.link.StartOmniRig();
+  rig.link.ChooseRig(2);  // while the other is being opened
+  clock.RunPosted();
+  EXPECT_EQ(rig.current.Number(), 2);
+}
+
+TEST_F(OmniRigLinkTest, ALostLinkKeepsTheLastValuesAsStale) {
+  Link();
+  const std::string status = "Transceiver Frequency. Click to set TRX. RIG STATUS: ";
+  EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "On-line");
+  server.Lose(1);
+  clock.RunPosted();
+  EXPECT_EQ(Frequency(), "7.100.00");
+  for (const RigLabel* label :
+       {&form.lblFrequency, &form.lblFrequencyExpand, &form.lblMode, &form.lblTRXMode}) {
+    EXPECT_TRUE(label->stale);
+  }
+  EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "Rig is not responding");
+}
+
+TEST_F(OmniRigDialogTest, RigVfoAndModeHoldForTheMainWindowAtOnce) {
+  Link();
+  int changes = 0;
+  rig.dialog.settingsChanged = [&] { ++changes; };
+  rig.state.vfo = 3;
+  rig.dialog.Open();
+  EXPECT_TRUE(dialogForm.optVFO[3].value && dialogForm.Option1.value);
+  dialogForm.Option2.UserPick();
+  clock.RunPosted();
+  EXPECT_EQ(Frequency(), "14.250.00");
+  dialogForm.optVFO[1].UserPick();
+  EXPECT_FALSE(dialogForm.optVFO[3].value || dialogForm.Option1.value);
+  EXPECT_EQ(changes, 2);
+  dialogForm.Option1.UserPick();
+  int index = 0;
+  for (const int32_t mode : {PM_SSB_L, PM_SSB_U, PM_CW_U, PM_AM, PM_FM}) {
+    EXPECT_EQ(WritesAfter([&] { dialogForm.Combo1.UserPick(index); }),
+              Texts{"Mode " + std::to_string(mode)});
+    ++index;
+  }
+}
+
+TEST_F(OmniRigDialogTest, ABadAddressOrLimitLosesNothing) {
+  rig.dialog.Open();
+  dialogForm.txtAddress1.UserText("radio.local:4532");
+  dialogForm.txtAddress2.UserText("nonsense");
+  dialogForm.Command1.Click();
+  EXPECT_TRUE(dialogForm.Window.visible);
+  EXPECT_EQ(server.Address(1), "radio.local:4532");
+  EXPECT_EQ(server.Address(2), "127.0.0.1:4534");
+  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(),
+            "Rig 2: \"nonsense\" is no address. Use HOST:PORT, for example 127.0.0.1:4532");
+  dialogForm.txtAddress2.UserText(" 10.0.0.2:4534 ");
+  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(), "");
+  dialogForm.Command1.Click();
+  EXPECT_EQ(server.Address(2), "10.0.0.2:4534");
+  EXPECT_FALSE(dialogForm.Window.visible);
+
+  rig.dialog.Open();
+  for (const auto& [typed, minutes] :
+       {std::pair{"0", 10}, {"1", 1}, {"60", 60}, {"61", 60}, {"", 60}, {"5.5", 60}, {" 7 ", 7}}) {
+    dialogForm.txtLimit.UserText(typed);
+    EXPECT_EQ(rig.guard.LimitMinutes(), minutes) << typed;
+    EXPECT_EQ(dialogForm.lblLimitMessage.caption.Get().empty(), minutes == std::atoi(typed))
+        << typed;
+  }
+}
+
+}  // namespace
+}  // namespace velt
