@@ -50,6 +50,17 @@ TEST(Capture, AFailedOpenShowsItsBoxAndStaysIdle) {
   EXPECT_FALSE(f.audio.watching);
 }
 
+TEST(Capture, StoppingWhileOpeningOpensNothing) {
+  ProgramFixture f;
+  f.Start();
+  f.Form().imgStartStop.Click();
+  f.Form().imgStartStop.Click();
+  f.scheduler.RunPosted();  // the answer comes too late
+  EXPECT_FALSE(f.program->capture.DeviceOpen());
+  EXPECT_FALSE(f.Form().Timer1.enabled);
+  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Play");
+}
+
 TEST(Capture, GoesOnByItselfWhenALostInputReturns) {
   ProgramFixture f;
   f.Start();

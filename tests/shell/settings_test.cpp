@@ -102,6 +102,19 @@ TEST(Settings, TheDesktopPlacesTheWindowOnlyWhenBothPlacesAreNegative) {
   }
 }
 
+TEST(Settings, SavedSizesBelowTheLimitBecomeTheDefaults) {
+  ProgramFixture f;
+  f.store.Save("VELT-SA", "ScreenWidth", "1200");
+  f.store.Save("VELT-SA", "ScreenHeight", "1499");
+  f.Start();
+  EXPECT_EQ(f.program->layout.saved.widthTwips, 8385);
+  EXPECT_EQ(f.program->layout.saved.heightTwips, 2430);
+  f.store.Save("VELT-SA", "ScreenHeight", "1500");
+  f.Restart();
+  f.Start();
+  EXPECT_EQ(f.program->layout.saved.heightTwips, 1500);
+}
+
 TEST(Settings, LinesInsteadOfBarsCheckStayOnTop) {
   ProgramFixture f;
   f.store.Save("VELT-SA", "UseLines", "0");

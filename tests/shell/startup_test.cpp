@@ -152,6 +152,19 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }
 
+TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
+  ShutdownFixture f;
+  f.program->shutdown.steps.restoreRigFrequency = [&f] {
+    f.order += "restore ";
+    return true;
+  };
+  EXPECT_FALSE(f.Close());
+  EXPECT_EQ(f.order, "release restore ");
+  f.scheduler.Advance(Milliseconds(300));
+  EXPECT_EQ(f.order, "release restore rig presets OFF serial ");
+  EXPECT_TRUE(f.ended);
+}
+
 // The rig at start-up, through the whole program.
 struct RigFixture : ProgramFixture {
   RigFixture() {

@@ -39,11 +39,6 @@ void SimulatedRig::Tune(int32_t frequencyHz) {
   Show();
 }
 
-void SimulatedRig::TurnModeTo(int32_t mode) {
-  mode_ = mode;
-  Show();
-}
-
 void SimulatedRig::Drift(int32_t hertzPerSecond) {
   driftHertz_ = hertzPerSecond;
   drift_.Cancel();

@@ -18,14 +18,11 @@ class SimulatedRig : public IRigX {
 
   // The rig's own front panel; works while the link is lost too.
   void Tune(int32_t frequencyHz);
-  void TurnModeTo(int32_t mode);
   // Moves the frequency by so many Hz every second; 0 stops.
   void Drift(int32_t hertzPerSecond);
   // The server goes away and comes back. What the rig was doing goes on.
   void Vanish();
   void ComeBack();
-  // What the rig does, seen by somebody standing beside it.
-  bool IsTransmitting() const { return transmitting_; }
 
   void Open();
   void Close();

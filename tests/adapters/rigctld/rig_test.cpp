@@ -136,6 +136,17 @@ TEST(SimulatedRig, ReportsWhatItWasTold) {
     time.Advance(Milliseconds(100));
     EXPECT_EQ(rig.Tx(), tx);
   }
+  ASSERT_TRUE(rig.SetFreq(14000000));
+  server.Rig1().Drift(50);
+  time.Advance(std::chrono::seconds(10));
+  EXPECT_NEAR(rig.Freq(), 14000500, 50);
+  server.Rig1().Vanish();
+  time.Advance(Milliseconds(100));
+  EXPECT_TRUE(rig.Link().stale);
+  EXPECT_FALSE(rig.SetFreq(7000000));
+  server.Rig1().ComeBack();
+  time.Advance(std::chrono::seconds(15));
+  EXPECT_EQ(rig.Link().state, RigLink::State::Linked);
 }
 
 enum class Mood { Answers, Accepts, Refuses, Unreachable };
