@@ -10,11 +10,11 @@ TEST(MessageLine, BlinksFourTimesAndLeavesTheRecordingText) {
   f.program->messages.recFileName = "a.wav";
   f.program->messages.Show("Updating VFO...");
   std::string seen;
-  for (int tick = 0; tick < 9; ++tick) {
+  for (int tick = 0; tick < 8; ++tick) {
     f.scheduler.Advance(Milliseconds(250));
     seen += f.Form().lblMessage.visible ? '1' : '0';
   }
-  EXPECT_EQ(seen, "101010100");
+  EXPECT_EQ(seen, "10101010");
   EXPECT_EQ(f.Form().lblMessage.caption.Get(), "recording ''a.wav...");
   EXPECT_FALSE(f.Form().Timer2.enabled);
 }

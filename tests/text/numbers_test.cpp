@@ -40,6 +40,11 @@ TEST(Numbers, SixteenBitArithmeticWraps) {
   EXPECT_EQ(Wrap16(65536), 0);
 }
 
+TEST(Numbers, DivisionTruncatesTowardZero) {
+  EXPECT_EQ(DivideTruncating(-7, 2), -3);
+  EXPECT_EQ(DivideTruncating(7, 0), std::nullopt);
+}
+
 TEST(Numbers, LeadingNumberStopsAtTheFirstOtherCharacter) {
   struct Case {
     const char* text;
