@@ -81,9 +81,13 @@ void WindowDriver::Type(const std::string& text) const {
   Tool({"type", text});
 }
 
-void WindowDriver::Close() const {
-  Tool({"windowactivate", "--sync", window_});
-  Press({"alt+F4"});
+void WindowDriver::Close() {
+  // A busy window manager may miss keys that come while it is still giving the focus.
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    Tool({"windowactivate", "--sync", window_});
+    Press({"alt+F4"});
+    if (program_->WaitForEnd(std::chrono::seconds(2))) return;
+  }
 }
 
 QImage WindowDriver::Picture() const {

@@ -34,7 +34,7 @@ class WindowDriver {
   void ClickAt(QPoint point) const;
   void Press(const std::vector<std::string>& keys) const;  // keysyms, to the window with the focus
   void Type(const std::string& text) const;
-  void Close() const;  // as the window manager does it
+  void Close();  // as the window manager does it
 
   QImage Picture() const;
   // Waits until a window of that title is there.
