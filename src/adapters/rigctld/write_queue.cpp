@@ -53,12 +53,14 @@ std::optional<RigCommand> WriteQueue::Next() {
     case RigProperty::Mode:
       return ModeCommand(next.value);
     case RigProperty::FreqA:
-    case RigProperty::FreqB:
-      vfoWrite_.emplace();
-      vfoWrite_->property = next.property;
-      vfoWrite_->frequencyHz = next.value;
+    case RigProperty::FreqB: {
+      VfoWrite write;
+      write.property = next.property;
+      write.frequencyHz = next.value;
+      vfoWrite_ = write;
       if (!vfoKnowable_) Decide({});
       return VfoStep();
+    }
     default:
       return FreqCommand(next.property, next.value);
   }
