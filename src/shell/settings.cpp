@@ -206,7 +206,12 @@ void Settings::SaveCat() {
 }
 
 void Settings::KeepRigAddresses() {
-  to_.carried.rigAddresses = {to_.server.Address(1), to_.server.Address(2)};
+  for (int32_t rig = 1; rig <= 2; ++rig) {
+    const auto slot = static_cast<size_t>(rig - 1);
+    const std::string address = to_.server.Address(rig);
+    // What was given for this run only stays so, unless the user changed it.
+    if (address != addressesOfThisRun[slot]) to_.carried.rigAddresses[slot] = address;
+  }
 }
 
 const Settings::Row& Settings::Find(std::string_view key) const {

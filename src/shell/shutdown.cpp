@@ -64,6 +64,8 @@ void Shutdown::mnucloseme_Click() {
   p_.prompts.DropAll();
   unloading_ = true;
   quitting_ = true;
+  // The menu that this was chosen from would let capture go on.
+  p_.form.StartButton.enabled = false;
   End();
 }
 

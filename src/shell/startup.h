@@ -77,8 +77,6 @@ class Startup {
   // Puts the rig's type into the caption, once the rig was on line.
   void ShowRigInCaption();
 
-  bool RigOnline() const { return rigOnline_; }
-
  private:
   void Form_Load(const RunOptions& options);
   void ApplySavedSize();

@@ -6,6 +6,7 @@
 #include <QSlider>
 #include <QToolButton>
 #include <QWindow>
+#include <array>
 
 #include "ui/click_label.h"
 #include "ui/meter_widget.h"
@@ -48,11 +49,20 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   BindWindow();
 }
 
+template <class C>
+void MainWindow::BindMenuButton(C& control, QToolButton* widget) {
+  connect(widget, &QToolButton::clicked, this, [&control] { control.Click(); });
+  mirror_.Bind(control, widget, [this, widget] {
+    const int pixels = widget->width() < kRoomyButton ? kSmallPixels : kTextPixels;
+    if (widget->font().pixelSize() != pixels) widget->setFont(SizedFont(*this, pixels, false));
+  });
+}
+
 void MainWindow::BindTopRow() {
-  BindButton(form_.cmdOptions, MakeMenuButton("Options", "Options menu", "Options menu"));
-  BindMenuImage(form_.Image2, MakeMenuButton("File", "File menu", "File menu"));
-  BindMenuImage(form_.Image3,
-                MakeMenuButton("CAT", "CAT configuration and status", "CAT configuration"));
+  BindMenuButton(form_.cmdOptions, MakeMenuButton("Options", "Options menu", "Options menu"));
+  BindMenuButton(form_.Image2, MakeMenuButton("File", "File menu", "File menu"));
+  BindMenuButton(form_.Image3,
+                 MakeMenuButton("CAT", "CAT configuration and status", "CAT configuration"));
 
   auto* startStop = new SymbolButton(SymbolButton::Symbol::Play, this);
   startStop->setAccessibleName("Start or stop the spectrum analyzer");
@@ -103,21 +113,23 @@ void MainWindow::BindDisplay() {
   scope_->setAccessibleName("Spectrum display");
   scope_->setToolTip("Spectrum, waterfall or oscilloscope of the received sound");
   // Frames and lines both mark the control, so what was shown last is compared.
-  mirror_.Bind(form_.Scope, scope_,
-               [this, shownFrame = uint32_t{0}, vertical = std::vector<ScopeLine>{},
-                markers = std::vector<ScopeLine>{}, grid = uint32_t{0}]() mutable {
-                 const ScopeControl& scope = form_.Scope;
-                 if (vertical != scope.verticalGrid.Get() || markers != scope.markers.Get() ||
-                     grid != scope.gridColour) {
-                   vertical = scope.verticalGrid;
-                   markers = scope.markers;
-                   grid = scope.gridColour;
-                   scope_->ShowLines();
-                 }
-                 if (shownFrame == scope.frame) return;
-                 shownFrame = scope.frame;
-                 if (!form_.Window.minimised) scope_->ShowFrame();
-               });
+  mirror_.Bind(
+      form_.Scope, scope_,
+      [this, shownFrame = uint32_t{0}, vertical = std::vector<ScopeLine>{},
+       markers = std::vector<ScopeLine>{}, colours = std::array<uint32_t, 3>{}]() mutable {
+        const ScopeControl& scope = form_.Scope;
+        const std::array<uint32_t, 3> now{scope.backColour, scope.gridColour, scope.markerColour};
+        if (vertical != scope.verticalGrid.Get() || markers != scope.markers.Get() ||
+            colours != now) {
+          vertical = scope.verticalGrid;
+          markers = scope.markers;
+          colours = now;
+          scope_->ShowLines();
+        }
+        if (shownFrame == scope.frame) return;
+        shownFrame = scope.frame;
+        if (!form_.Window.minimised) scope_->ShowFrame();
+      });
 
   auto* gain = new QSlider(Qt::Vertical, this);
   gain->setToolTip("Gain of the waterfall: lower values are brighter");
@@ -161,22 +173,6 @@ void MainWindow::BindMessages() {
 
 void MainWindow::BindWindow() {
   mirror_.Watch(form_.Window, [this] { ShowWindowState(); });
-}
-
-void MainWindow::BindButton(Button& button, QToolButton* widget) {
-  connect(widget, &QToolButton::clicked, this, [&button] { button.Click(); });
-  mirror_.Bind(button, widget, [this, widget] {
-    widget->setFont(
-        SizedFont(*this, widget->width() < kRoomyButton ? kSmallPixels : kTextPixels, false));
-  });
-}
-
-void MainWindow::BindMenuImage(Image& image, QToolButton* widget) {
-  connect(widget, &QToolButton::clicked, this, [&image] { image.Click(); });
-  mirror_.Bind(image, widget, [this, widget] {
-    widget->setFont(
-        SizedFont(*this, widget->width() < kRoomyButton ? kSmallPixels : kTextPixels, false));
-  });
 }
 
 void MainWindow::BindLabel(Label& label, ClickLabel* widget) {

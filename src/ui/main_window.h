@@ -44,8 +44,9 @@ class MainWindow : public QWidget {
   void BindDisplay();
   void BindMessages();
   void BindWindow();
-  void BindButton(Button& button, QToolButton* widget);
-  void BindMenuImage(Image& image, QToolButton* widget);
+  // For a Button or an Image: both are clicked and have no picture here.
+  template <class C>
+  void BindMenuButton(C& control, QToolButton* widget);
   void BindLabel(Label& label, ClickLabel* widget);
   void BindRigLabel(RigLabel& label, ClickLabel* widget);
   void BindTransmitButton(int32_t index, const char* toolTip);

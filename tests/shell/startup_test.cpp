@@ -145,10 +145,13 @@ TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   ShutdownFixture f;
-  f.Form().mnucloseme.Click();
+  f.StartCapture();
+  f.Form().Image2.Click();
+  f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
   EXPECT_EQ(f.order, "release ");
+  EXPECT_EQ(f.audio.opened, 1) << "capture does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }
 
@@ -239,6 +242,14 @@ TEST(RigInTheProgram, AddressesAndLimitAreKeptInTheirOwnSection) {
   f.program->settings.KeepRigAddresses();
   f.program->settings.SaveRegistryStuff();
   EXPECT_EQ(f.store.Get("CAT", "Rig1"), "localhost:4540");
+  // An address for one run only is used, and not kept.
+  f.Restart();
+  f.program->settings.addressesOfThisRun[1] = "shack:4601";
+  f.Start();
+  EXPECT_EQ(f.server.Address(2), "shack:4601");
+  f.program->settings.KeepRigAddresses();
+  f.program->settings.SaveRegistryStuff();
+  EXPECT_EQ(f.store.Get("CAT", "Rig2"), "10.0.0.7:4600");
 }
 
 }  // namespace

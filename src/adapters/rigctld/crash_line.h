@@ -12,7 +12,6 @@ class CrashLine {
   // before is closed.
   void SetDescriptor(int descriptor);
   void SetKeyed(bool keyed) noexcept { keyed_.store(keyed); }
-  int Descriptor() const noexcept { return descriptor_.load(); }
 
   // Sends the release if we keyed the rig and the link is up. Safe in a signal handler, does not
   // wait.

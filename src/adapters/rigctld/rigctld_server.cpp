@@ -77,11 +77,6 @@ void RigctldServer::ReleaseInCrash() noexcept {
   for (const auto& side : sides_) side->crashLine.Release();
 }
 
-int RigctldServer::CrashReleaseDescriptor(int32_t rigNumber) const noexcept {
-  const Side* side = Of(rigNumber);
-  return side ? side->crashLine.Descriptor() : -1;
-}
-
 RigctldServer::Side* RigctldServer::Of(int32_t rigNumber) const {
   return rigNumber == 1 || rigNumber == 2 ? sides_[rigNumber - 1].get() : nullptr;
 }

@@ -25,8 +25,6 @@ class RigctldServer : public IOmniRigX {
 
   // Only rigs whose link is up. Safe from any thread too.
   void ReleaseInCrash() noexcept override;
-  // The open connection of a rig, 1 or 2; -1 for none. Safe in a signal handler.
-  int CrashReleaseDescriptor(int32_t rigNumber) const noexcept;
 
  private:
   struct Side {
