@@ -2,6 +2,7 @@
 #include "ports/audio_input.h"
 #include "ports/clock.h"
 #include "ports/files.h"
+#include "ports/guardian.h"
 #include "ports/instance_lock.h"
 #include "ports/launcher.h"
 #include "ports/log.h"
