@@ -12,9 +12,9 @@ class LoggedPrompts : public Prompts {
  public:
   LoggedPrompts(Scheduler& scheduler, Log& log) : scheduler_(scheduler), log_(log) {}
 
-  void Tell(const MessageBox& box, std::function<void()> closed) override;
-  void Ask(const MessageBox& box, std::function<void(bool)> answered) override;
-  void Input(const InputBox& box,
+  void Tell(const MessagePrompt& box, std::function<void()> closed) override;
+  void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override;
+  void Input(const InputPrompt& box,
              std::function<void(std::optional<std::string>)> answered) override;
   bool Popup(const std::vector<PopupItem>& items,
              std::function<void(std::function<void()>)> closed) override;

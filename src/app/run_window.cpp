@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 #include "app/adapters.h"
-#include "app/crash_handler.h"
 #include "app/signal_watcher.h"
 #include "ui/main_window.h"
 #include "ui/omnirig_window.h"
@@ -74,12 +73,12 @@ int RunWindow(QApplication& application, const Options& options) {
     case Startup::Result::Running:
       break;
   }
-  InstallCrashHandler(program.releases);
 
   MainWindow window(program.form, [&program]() -> const Raster& { return program.tick.Shown(); });
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
-  window.onClose = [&program](bool& cancel) { program.shutdown.Form_Unload(cancel); };
+  const Connection closing =
+      window.closing.Listen([&program](bool& cancel) { program.shutdown.Form_Unload(cancel); });
   program.menuOpener.focusScope = [&window] { window.FocusScope(); };
 
   int exitCode = 0;
@@ -101,7 +100,6 @@ int RunWindow(QApplication& application, const Options& options) {
     });
   }
   application.exec();
-  RemoveCrashHandler();
   return exitCode;
 }
 

@@ -6,7 +6,7 @@ namespace velt {
 
 AnalysisTick::AnalysisTick(Parts parts) : p_(parts) {
   output_.display.emplace();
-  p_.captureForm.Timer1.onTimer = [this] { Timer1_Timer(); };
+  connections_ += p_.captureForm.Timer1.ticked.Listen([this] { Timer1_Timer(); });
 }
 
 void AnalysisTick::SetDisplaySize(int32_t width, int32_t height) {

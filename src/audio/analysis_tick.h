@@ -48,6 +48,7 @@ class AnalysisTick {
   int16_t width_ = 0;
   int32_t height_ = 0;
   int32_t dominantFrequencyHz_ = 0;
+  Connections connections_;
 };
 
 }  // namespace velt

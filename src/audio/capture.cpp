@@ -3,10 +3,11 @@
 namespace velt {
 
 Capture::Capture(Controls controls, Services services) : form_(controls), services_(services) {
-  services_.input.onEvent = [this](const AudioEvent& event) { HandleEvent(event); };
-  form_.capture.StartButton.onClick = [this] { StartButton_Click(); };
-  form_.capture.StopButton.onClick = [this] { StopButton_Click(); };
-  form_.capture.imgStartStop.onClick = [this] { imgStartStop_Click(); };
+  connections_ +=
+      services_.input.happened.Listen([this](const AudioEvent& event) { HandleEvent(event); });
+  connections_ += form_.capture.StartButton.clicked.Listen([this] { StartButton_Click(); });
+  connections_ += form_.capture.StopButton.clicked.Listen([this] { StopButton_Click(); });
+  connections_ += form_.capture.imgStartStop.clicked.Listen([this] { imgStartStop_Click(); });
   ShowStopped();
 }
 

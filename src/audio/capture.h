@@ -82,6 +82,7 @@ class Capture {
   Device device_ = Device::Closed;
   bool capturing_ = false;
   bool recovering_ = false;  // lost while running; capture resumes by itself
+  Connections connections_;
 };
 
 }  // namespace velt

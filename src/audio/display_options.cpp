@@ -3,15 +3,15 @@
 namespace velt {
 
 DisplayOptions::DisplayOptions(DisplayControls& form, RigControls& rig) : form_(form), rig_(rig) {
-  form_.Slider.value.raised = [this] { Slider_Change(); };
-  form_.Slider2.value.raised = [this] { Slider2_Change(); };
-  form_.chkSpecMode.value.raised = [this] { chkSpecMode_Click(); };
-  form_.mnudomfreq.onClick = [this] { mnudomfreq_Click(); };
+  connections_ += form_.Slider.value.changed.Listen([this] { Slider_Change(); });
+  connections_ += form_.Slider2.value.changed.Listen([this] { Slider2_Change(); });
+  connections_ += form_.chkSpecMode.value.changed.Listen([this] { chkSpecMode_Click(); });
+  connections_ += form_.mnudomfreq.clicked.Listen([this] { mnudomfreq_Click(); });
   for (auto& [index, item] : form_.mnuzokamodes) {
-    item->onClick = [this, i = index] { mnuzokamodes_Click(i); };
+    connections_ += item->clicked.Listen([this, i = index] { mnuzokamodes_Click(i); });
   }
   for (auto& [index, item] : form_.mnuprecision) {
-    item->onClick = [this, i = index] { mnuprecision_Click(i); };
+    connections_ += item->clicked.Listen([this, i = index] { mnuprecision_Click(i); });
   }
 }
 

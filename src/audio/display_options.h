@@ -50,6 +50,7 @@ class DisplayOptions {
  private:
   DisplayControls& form_;
   RigControls& rig_;
+  Connections connections_;
 };
 
 }  // namespace velt

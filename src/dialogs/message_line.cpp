@@ -3,7 +3,7 @@
 namespace velt {
 
 MessageLine::MessageLine(MessageControls& form) : form_(form) {
-  form_.Timer2.onTimer = [this] { Timer2_Timer(); };
+  connections_ += form_.Timer2.ticked.Listen([this] { Timer2_Timer(); });
 }
 
 void MessageLine::Show(const std::string& text) {

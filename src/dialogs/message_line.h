@@ -22,6 +22,7 @@ class MessageLine {
  private:
   MessageControls& form_;
   int messageTicks_ = 0;
+  Connections connections_;
 };
 
 }  // namespace velt

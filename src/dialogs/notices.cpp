@@ -5,7 +5,7 @@
 namespace velt {
 
 Notices::Notices(MessageControls& form) : form_(form) {
-  form_.lblNotice.onClick = [this] { lblNotice_Click(); };
+  connections_ += form_.lblNotice.clicked.Listen([this] { lblNotice_Click(); });
 }
 
 void Notices::Raise(NoticeKind kind, const std::string& text) {

@@ -30,6 +30,7 @@ class Notices {
 
   MessageControls& form_;
   std::vector<Notice> notices_;
+  Connections connections_;
 };
 
 }  // namespace velt

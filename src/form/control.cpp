@@ -14,7 +14,7 @@ void Control::Touch() {
   listed_ = true;
   const bool first = form_.changed_.empty();
   form_.changed_.push_back(this);
-  if (first && form_.wake) form_.wake();
+  if (first) form_.wake.Raise();
 }
 
 }  // namespace velt

@@ -3,10 +3,11 @@
 // it.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "event/event.h"
 
 namespace velt {
 
@@ -18,8 +19,8 @@ class Form {
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
 
-  // Called when the first control is marked since the list was last taken.
-  std::function<void()> wake;
+  // The first control was marked since the list was last taken.
+  Event<> wake;
 
   // The controls that changed since the last call, each once.
   std::vector<Control*> TakeChanged();
@@ -55,8 +56,8 @@ class Property {
   const T& Get() const { return value_; }
   operator const T&() const { return value_; }
 
-  // Called after an assignment that changed the value.
-  std::function<void()> raised;
+  // After an assignment that changed the value.
+  Event<> changed;
 
  private:
   Control& owner_;
@@ -97,7 +98,7 @@ Property<T>& Property<T>::operator=(T value) {
   if (value_ == value) return *this;
   value_ = std::move(value);
   owner_.Touch();
-  if (raised) raised();
+  changed.Raise();
   return *this;
 }
 

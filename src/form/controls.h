@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -22,9 +21,9 @@ struct Label : Control {
   explicit Label(Form& form, std::string text = {})
       : Control(form), caption(*this, std::move(text)) {}
   Property<std::string> caption;  // raises the label's Change event
-  std::function<void()> onClick;
+  Event<> clicked;
   void Click() const {
-    if (enabled && onClick) onClick();
+    if (enabled) clicked.Raise();
   }
 };
 
@@ -32,9 +31,9 @@ struct Button : Control {
   explicit Button(Form& form, std::string text = {})
       : Control(form), caption(*this, std::move(text)) {}
   Property<std::string> caption;
-  std::function<void()> onClick;
+  Event<> clicked;
   void Click() const {
-    if (enabled && onClick) onClick();
+    if (enabled) clicked.Raise();
   }
 };
 
@@ -42,9 +41,9 @@ struct Button : Control {
 struct Image : Control {
   explicit Image(Form& form, std::string text = {}) : Control(form), tag(*this, std::move(text)) {}
   Property<std::string> tag;
-  std::function<void()> onClick;
+  Event<> clicked;
   void Click() const {
-    if (enabled && onClick) onClick();
+    if (enabled) clicked.Raise();
   }
 };
 
@@ -62,8 +61,8 @@ struct OptionButton : Control {
   explicit OptionButton(Form& form, std::string text = {})
       : Control(form), caption(*this, std::move(text)), value(*this, false) {}
   Property<std::string> caption;
-  Property<bool> value;                  // a change raises Click
-  std::function<void(int)> onMouseDown;  // 1 left, 2 right button
+  Property<bool> value;  // a change raises Click
+  Event<int> mouseDown;  // 1 left, 2 right button
   void UserPick() {
     if (enabled) value = true;
   }
@@ -97,11 +96,11 @@ struct ListBox : Control {
 struct TextBox : Control {
   explicit TextBox(Form& form) : Control(form), text(*this, {}) {}
   Property<std::string> text;
-  std::function<void()> onChange;  // the user edited the text
+  Event<> edited;  // by the user
   void UserText(const std::string& typed) {
     if (!enabled) return;
     text = typed;
-    if (onChange) onChange();
+    edited.Raise();
   }
 };
 
@@ -110,9 +109,9 @@ struct MenuItem : Control {
       : Control(form), caption(*this, std::move(text)), checked(*this, false) {}
   Property<std::string> caption;
   Property<bool> checked;  // raises nothing
-  std::function<void()> onClick;
+  Event<> clicked;
   void Click() const {
-    if (enabled && onClick) onClick();
+    if (enabled) clicked.Raise();
   }
 };
 
@@ -165,7 +164,7 @@ struct Timer : Control {
     enabled = initiallyEnabled;
   }
   Property<int32_t> interval;  // milliseconds; 0 or less never ticks
-  std::function<void()> onTimer;
+  Event<> ticked;
 };
 
 // Controls that share a name and are told apart by an index; indices may have gaps.

@@ -15,7 +15,7 @@ struct DialogWindow : Control {
     visible = false;
   }
   Property<std::string> caption;
-  std::function<void()> onClose;  // the user closed it by its frame
+  Event<> closeAsked;  // by the user, at the frame
 };
 
 struct OmniRigForm : Form {

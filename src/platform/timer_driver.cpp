@@ -6,14 +6,9 @@ namespace velt {
 
 TimerDriver::TimerDriver(Timer& timer, Scheduler& scheduler)
     : timer_(timer), scheduler_(scheduler) {
-  timer_.enabled.raised = [this] { Restart(); };
-  timer_.interval.raised = [this] { Restart(); };
+  connections_ += timer_.enabled.changed.Listen([this] { Restart(); });
+  connections_ += timer_.interval.changed.Listen([this] { Restart(); });
   Restart();
-}
-
-TimerDriver::~TimerDriver() {
-  timer_.enabled.raised = nullptr;
-  timer_.interval.raised = nullptr;
 }
 
 void TimerDriver::Restart() {
@@ -34,7 +29,7 @@ void TimerDriver::Tick() {
   due_ += interval;
   if (due_ <= scheduler_.Now()) due_ = scheduler_.Now() + interval;
   Arm();
-  if (timer_.onTimer) timer_.onTimer();
+  timer_.ticked.Raise();
 }
 
 }  // namespace velt

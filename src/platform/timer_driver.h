@@ -12,7 +12,6 @@ class TimerDriver {
   TimerDriver(Timer& timer, Scheduler& scheduler);
   TimerDriver(const TimerDriver&) = delete;
   TimerDriver& operator=(const TimerDriver&) = delete;
-  ~TimerDriver();
 
  private:
   void Restart();
@@ -23,6 +22,7 @@ class TimerDriver {
   Scheduler& scheduler_;
   Scheduler::Handle pending_;
   SteadyTime due_{};
+  Connections connections_;
 };
 
 }  // namespace velt

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "event/event.h"
 
 namespace velt {
 
@@ -41,7 +42,7 @@ class AudioInput {
 
   // Receives the events, on the window's thread, never from within a call below. Events of a
   // stream that was closed meanwhile are dropped.
-  std::function<void(const AudioEvent&)> onEvent;
+  Event<const AudioEvent&> happened;
 
   // The devices known at the moment; may be empty while the server has not answered yet.
   virtual std::vector<AudioDevice> Devices() const = 0;

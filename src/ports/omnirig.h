@@ -5,7 +5,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
+
+#include "event/event.h"
+#include "ports/guardian.h"
 
 namespace velt {
 
@@ -41,6 +45,13 @@ struct RigLink {
   bool stale = false;          // the values are the last ones of a link that is not Linked now
 };
 
+// What the rig says of its transmitter.
+enum class TxReport {
+  Receives,
+  Transmits,
+  Untold,  // it cannot tell, or has not told yet on this connection
+};
+
 class IRigX {
  public:
   virtual ~IRigX() = default;
@@ -66,15 +77,30 @@ class IRigX {
   virtual bool SetMode(int32_t mode) = 0;
   // PM_RX is never refused: without a link it is the first command after the reconnect.
   virtual bool SetTx(int32_t value) = 0;
+
+  // As reported, not as asked for; PM_TX and PM_RX of Tx() are the same but for Untold (PM_RX).
+  virtual TxReport Transmitter() const = 0;
+  // The server has accepted the latest release, and nothing was keyed since.
+  virtual bool ReleaseAccepted() const = 0;
+  // How the transmitter is released without this program; empty unless the server is connected.
+  virtual std::optional<ReleaseRecipe> Recipe() const = 0;
 };
 
 class IOmniRigX {
  public:
   virtual ~IOmniRigX() = default;
 
+  // What a server of this kind can.
+  struct Capabilities {
+    bool addresses = true;   // each rig's server has an address that can be changed
+    bool simulated = false;  // there is no real transmitter behind it
+  };
+  virtual Capabilities Can() const = 0;
+
   // Events by rig number, 1 or 2.
-  std::function<void(int32_t rigNumber)> onStatusChange;
-  std::function<void(int32_t rigNumber, int32_t params)> onParamsChange;
+  Event<int32_t> statusChanged;
+  Event<int32_t, int32_t> paramsChanged;  // and the PM_... bits of what changed
+  Event<int32_t> keyRefused;              // the rig did not take the last SetTx(PM_TX)
 
   // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open.
   virtual std::string Address(int32_t rigNumber) const = 0;
@@ -94,9 +120,6 @@ class IOmniRigX {
   // Sends the release of the transmitter as directly as possible, waiting at most `limitMs` for it
   // to leave. For the end of the program.
   virtual void ReleaseNow(int32_t rigNumber, int32_t limitMs) = 0;
-
-  // Releases every rig that this program keyed. Safe in a signal handler; does not wait.
-  virtual void ReleaseInCrash() noexcept = 0;
 };
 
 }  // namespace velt

@@ -11,13 +11,13 @@ namespace velt {
 
 enum class BoxIcon { Information, Question, Exclamation, Critical };
 
-struct MessageBox {
+struct MessagePrompt {
   std::string title;
   std::string text;
   BoxIcon icon = BoxIcon::Information;
 };
 
-struct InputBox {
+struct InputPrompt {
   std::string title;
   std::string prompt;
   std::string initial;
@@ -38,13 +38,13 @@ class Prompts {
   virtual ~Prompts() = default;
 
   // Shows a message with OK; `closed` runs when it was dismissed.
-  virtual void Tell(const MessageBox& box, std::function<void()> closed) = 0;
+  virtual void Tell(const MessagePrompt& box, std::function<void()> closed) = 0;
 
   // Asks Yes or No.
-  virtual void Ask(const MessageBox& box, std::function<void(bool yes)> answered) = 0;
+  virtual void Ask(const MessagePrompt& box, std::function<void(bool yes)> answered) = 0;
 
   // Asks for a text; empty when cancelled.
-  virtual void Input(const InputBox& box,
+  virtual void Input(const InputPrompt& box,
                      std::function<void(std::optional<std::string>)> answered) = 0;
 
   // Shows a pop-up at the mouse. `closed` receives what the chosen line's `choose` was, or an

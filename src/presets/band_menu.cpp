@@ -8,7 +8,7 @@ BandMenu::BandMenu(RigControls& form, const PresetTable& presets, RigControl& co
                    const RigState& state)
     : form_(form), presets_(presets), control_(control), state_(state) {
   for (auto& [index, item] : form_.mnuBands) {
-    item->onClick = [this, i = index] { mnuBands_Click(i); };
+    connections_ += item->clicked.Listen([this, i = index] { mnuBands_Click(i); });
   }
   ShowTitles();
 }

@@ -26,6 +26,7 @@ class BandMenu {
   const PresetTable& presets_;
   RigControl& control_;
   const RigState& state_;
+  Connections connections_;
 };
 
 }  // namespace velt

@@ -64,20 +64,23 @@ OmniRigDialog::OmniRigDialog(OmniRigForm& form, const Neighbours& neighbours)
 }
 
 void OmniRigDialog::Connect() {
-  form_.Window.onClose = [this] { Close(); };
-  form_.cmdStartStop.onClick = [this] { cmdStartStop_Click(); };
-  form_.Option1.value.raised = [this] { Option_Click(form_.Option1.value ? 1 : 2); };
-  form_.Option2.value.raised = [this] { Option_Click(form_.Option2.value ? 2 : 1); };
+  connections_ += form_.Window.closeAsked.Listen([this] { Close(); });
+  connections_ += form_.cmdStartStop.clicked.Listen([this] { cmdStartStop_Click(); });
+  connections_ +=
+      form_.Option1.value.changed.Listen([this] { Option_Click(form_.Option1.value ? 1 : 2); });
+  connections_ +=
+      form_.Option2.value.changed.Listen([this] { Option_Click(form_.Option2.value ? 2 : 1); });
   for (auto& [index, button] : form_.optVFO) {
-    button->value.raised = [this, vfo = index, option = button.get()] {
+    connections_ += button->value.changed.Listen([this, vfo = index, option = button.get()] {
       if (option->value) optVFO_Click(static_cast<int16_t>(vfo));
-    };
+    });
   }
-  form_.Combo1.listIndex.raised = [this] { Combo1_Click(); };
-  form_.Command1.onClick = [this] { Command1_Click(); };
-  form_.cmdApplyAddresses.onClick = [this] { cmdApplyAddresses_Click(); };
-  for (TextBox* field : AddressFields()) field->onChange = [this] { txtAddress_Change(); };
-  form_.txtLimit.onChange = [this] { txtLimit_Change(); };
+  connections_ += form_.Combo1.listIndex.changed.Listen([this] { Combo1_Click(); });
+  connections_ += form_.Command1.clicked.Listen([this] { Command1_Click(); });
+  connections_ += form_.cmdApplyAddresses.clicked.Listen([this] { cmdApplyAddresses_Click(); });
+  for (TextBox* field : AddressFields())
+    connections_ += field->edited.Listen([this] { txtAddress_Change(); });
+  connections_ += form_.txtLimit.edited.Listen([this] { txtLimit_Change(); });
 }
 
 void OmniRigDialog::Open() {

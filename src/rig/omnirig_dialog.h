@@ -74,6 +74,7 @@ class OmniRigDialog {
   OmniRigForm& form_;
   Neighbours its_;
   Scheduler::Handle tick_;
+  Connections connections_;
 };
 
 }  // namespace velt

@@ -15,16 +15,14 @@ OmniRigLink::OmniRigLink(RigControls& form, RigState& state, CurrentRig& rig, IO
       display_(display),
       prompts_(prompts),
       questions_(questions) {
-  server_.onStatusChange = [this](int32_t rigNumber) { OmniRigEngine_StatusChange(rigNumber); };
-  server_.onParamsChange = [this](int32_t rigNumber, int32_t params) {
-    OmniRigEngine_ParamsChange(rigNumber, params);
-  };
+  connections_ += server_.statusChanged.Listen(
+      [this](int32_t rigNumber) { OmniRigEngine_StatusChange(rigNumber); });
+  connections_ += server_.paramsChanged.Listen(
+      [this](int32_t rigNumber, int32_t params) { OmniRigEngine_ParamsChange(rigNumber, params); });
 }
 
 // Nothing of the server's may call back here any more.
 OmniRigLink::~OmniRigLink() {
-  server_.onStatusChange = nullptr;
-  server_.onParamsChange = nullptr;
   if (On()) server_.Close();
 }
 

@@ -86,6 +86,7 @@ class OmniRigLink {
   Prompts& prompts_;
   Questions questions_;
   Stage stage_ = Stage::Off;
+  Connections connections_;
 };
 
 }  // namespace velt

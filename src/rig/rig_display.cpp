@@ -20,7 +20,7 @@ int32_t Clamped(int64_t value) {
 RigDisplay::RigDisplay(RigControls& form, RigState& state, const EngineState& engine,
                        const CurrentRig& rig)
     : form_(form), state_(state), engine_(engine), rig_(rig) {
-  form_.lblFrequency.caption.raised = [this] { lblFrequency_Change(); };
+  connections_ += form_.lblFrequency.caption.changed.Listen([this] { lblFrequency_Change(); });
 }
 
 void RigDisplay::ShowRigParams() {

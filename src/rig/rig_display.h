@@ -40,6 +40,7 @@ class RigDisplay {
   RigState& state_;
   const EngineState& engine_;
   const CurrentRig& rig_;
+  Connections connections_;
 };
 
 }  // namespace velt

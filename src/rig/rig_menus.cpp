@@ -15,22 +15,22 @@ RigMenus::RigMenus(RigControls& form, RigState& state, const CurrentRig& rig, Ri
 }
 
 void RigMenus::Connect() {
-  form_.mnuRig.onClick = [this] { mnuRig_Click(); };
-  form_.mnunorig.onClick = [this] { mnunorig_Click(); };
-  form_.mnuOmniRigStatus.onClick = [this] { mnunorig_Click(); };
-  form_.Image3.onClick = [this] { mnunorig_Click(); };
-  form_.mnuArduinoFreq.onClick = [this] { mnuArduinoFreq_Click(); };
-  form_.mnuSetFreqManual.onClick = [this] { mnuSetFreqManual_Click(); };
-  form_.mnuModMode.onClick = [this] { mnuModMode_Click(); };
+  connections_ += form_.mnuRig.clicked.Listen([this] { mnuRig_Click(); });
+  connections_ += form_.mnunorig.clicked.Listen([this] { mnunorig_Click(); });
+  connections_ += form_.mnuOmniRigStatus.clicked.Listen([this] { mnunorig_Click(); });
+  connections_ += form_.Image3.clicked.Listen([this] { mnunorig_Click(); });
+  connections_ += form_.mnuArduinoFreq.clicked.Listen([this] { mnuArduinoFreq_Click(); });
+  connections_ += form_.mnuSetFreqManual.clicked.Listen([this] { mnuSetFreqManual_Click(); });
+  connections_ += form_.mnuModMode.clicked.Listen([this] { mnuModMode_Click(); });
   for (auto& [index, item] : form_.mnuModModes) {
-    item->onClick = [this, mode = index] { mnuModModes_Click(mode); };
+    connections_ += item->clicked.Listen([this, mode = index] { mnuModModes_Click(mode); });
   }
-  form_.mnuPTT_ON.onClick = [this] { mnuPTT_ON_Click(); };
-  form_.mnuPTT_OFF.onClick = [this] { mnuPTT_OFF_Click(); };
+  connections_ += form_.mnuPTT_ON.clicked.Listen([this] { mnuPTT_ON_Click(); });
+  connections_ += form_.mnuPTT_OFF.clicked.Listen([this] { mnuPTT_OFF_Click(); });
   for (auto& [index, button] : form_.optTXRX) {
-    button->onMouseDown = [this, side = index](int mouseButton) {
+    connections_ += button->mouseDown.Listen([this, side = index](int mouseButton) {
       if (mouseButton == 1) optTXRX_MouseDown(side);
-    };
+    });
   }
 }
 

@@ -43,6 +43,7 @@ class RigMenus {
   RigControl& control_;
   Ptt& ptt_;
   Prompts& prompts_;
+  Connections connections_;
 };
 
 }  // namespace velt

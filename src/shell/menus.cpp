@@ -65,7 +65,7 @@ std::vector<PopupItem> Menus::Lines(const std::vector<MenuEntry>& menu) {
       item.Click();
       line.items = Lines(entry.entries);
       if (line.items.empty()) continue;
-    } else if (item.onClick) {
+    } else if (item.clicked.HasListeners()) {
       line.choose = [&item] { item.Click(); };
     } else {
       continue;
@@ -77,12 +77,12 @@ std::vector<PopupItem> Menus::Lines(const std::vector<MenuEntry>& menu) {
 
 MenuOpener::MenuOpener(Main& form, Menus& menus, Prompts& prompts)
     : form_(form), menus_(menus), prompts_(prompts) {
-  form_.cmdOptions.onClick = [this] { cmdOptions_Click(); };
-  form_.Image2.onClick = [this] { Image2_Click(); };
-  form_.lblFrequency.onClick = [this] { lblFrequency_Click(); };
-  form_.lblMode.onClick = [this] { lblMode_Click(); };
-  form_.lblTRXMode.onClick = [this] { lblTRXMode_Click(); };
-  form_.mnuexit.onClick = [] {};
+  connections_ += form_.cmdOptions.clicked.Listen([this] { cmdOptions_Click(); });
+  connections_ += form_.Image2.clicked.Listen([this] { Image2_Click(); });
+  connections_ += form_.lblFrequency.clicked.Listen([this] { lblFrequency_Click(); });
+  connections_ += form_.lblMode.clicked.Listen([this] { lblMode_Click(); });
+  connections_ += form_.lblTRXMode.clicked.Listen([this] { lblTRXMode_Click(); });
+  connections_ += form_.mnuexit.clicked.Listen([] {});
 }
 
 void MenuOpener::cmdOptions_Click() {

@@ -58,6 +58,7 @@ class MenuOpener {
   Main& form_;
   Menus& menus_;
   Prompts& prompts_;
+  Connections connections_;
 };
 
 }  // namespace velt

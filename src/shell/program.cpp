@@ -20,10 +20,9 @@ Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions 
                                 rig.state, ports.server, rig.guard, carried}),
       startup({form, installation, platform, ports.files, ports.lock, ports.scheduler, ports.log,
                settings, carried, display, colours, capture, layout}),
-      shutdown({form, capture, settings, layout, releases, ports.prompts, ports.scheduler}),
+      shutdown({form, capture, settings, layout, rig.guard, ports.prompts, ports.scheduler}),
       menus(form),
       menuOpener(form, menus, ports.prompts),
-      rigRelease_(ports.server, rig.guard),
       linkReporter_(rig.current, messages, ports.log),
       timers_{TimerDriver(form.Timer1, ports.scheduler),
               TimerDriver(form.Timer2, ports.scheduler),
@@ -54,7 +53,6 @@ void Program::Connect() {
 }
 
 void Program::ConnectRig() {
-  releases.Add(rigRelease_);
   rig.guard.showNotice = [this](const std::string& text) {
     notices.Raise(NoticeKind::Transmitter, text);
   };

@@ -14,12 +14,10 @@
 #include "form/omnirig_form.h"
 #include "platform/installation.h"
 #include "platform/platform_helpers.h"
-#include "platform/release_registry.h"
 #include "platform/timer_driver.h"
 #include "presets/band_menu.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
-#include "rig/rig_release.h"
 #include "shell/appearance.h"
 #include "shell/link_reporter.h"
 #include "shell/menus.h"
@@ -63,7 +61,6 @@ class Program {
   Installation installation;
   CarriedSettings carried;
   DisplayColours colours;
-  ReleaseRegistry releases;
   PlatformHelpers platform;
   MessageLine messages;
   Notices notices;
@@ -82,7 +79,6 @@ class Program {
   MenuOpener menuOpener;
 
  private:
-  RigRelease rigRelease_;
   LinkReporter linkReporter_;
   std::array<TimerDriver, 8> timers_;
 };

@@ -5,8 +5,8 @@
 namespace velt {
 
 Shutdown::Shutdown(Parts parts) : p_(parts) {
-  p_.form.QuitTimer.onTimer = [this] { QuitTimer_Timer(); };
-  p_.form.mnucloseme.onClick = [this] { mnucloseme_Click(); };
+  connections_ += p_.form.QuitTimer.ticked.Listen([this] { QuitTimer_Timer(); });
+  connections_ += p_.form.mnucloseme.clicked.Listen([this] { mnucloseme_Click(); });
 }
 
 void Shutdown::Form_Unload(bool& cancel) {
@@ -15,7 +15,7 @@ void Shutdown::Form_Unload(bool& cancel) {
     return;
   }
   unloading_ = true;
-  p_.releases.ReleaseAll(kReleaseLimit);
+  p_.guard.ReleaseNow();
   p_.prompts.DropAll();
   if (steps.closeDialogs) steps.closeDialogs();
   if (steps.restoreRigFrequency && steps.restoreRigFrequency()) {
@@ -60,7 +60,7 @@ void Shutdown::QuitTimer_Timer() {
 }
 
 void Shutdown::mnucloseme_Click() {
-  p_.releases.ReleaseAll(kReleaseLimit);
+  p_.guard.ReleaseNow();
   p_.prompts.DropAll();
   unloading_ = true;
   quitting_ = true;

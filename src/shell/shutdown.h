@@ -5,9 +5,9 @@
 
 #include "audio/capture.h"
 #include "form/main_form.h"
-#include "platform/release_registry.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "rig/ptt_guard.h"
 #include "shell/settings.h"
 #include "shell/window_layout.h"
 
@@ -33,7 +33,7 @@ class Shutdown {
     Capture& capture;
     Settings& settings;
     WindowLayout& layout;
-    ReleaseRegistry& releases;
+    PttGuard& guard;
     Prompts& prompts;
     Scheduler& scheduler;
   };
@@ -60,12 +60,12 @@ class Shutdown {
   void End();
 
   static constexpr Milliseconds kRestoreTime{200};
-  static constexpr Milliseconds kReleaseLimit{500};
   Parts p_;
   bool unloading_ = false;
   bool quitting_ = false;
   bool ended_ = false;
   Scheduler::Handle restored_;
+  Connections connections_;
 };
 
 }  // namespace velt

@@ -21,11 +21,11 @@ std::string ScaleLabelText(int32_t i, int32_t zokaMode, bool absolute) {
 
 WindowLayout::WindowLayout(Main& form, const DisplayOptions& options)
     : form_(form), options_(options) {
-  form_.Window.widthTwips.raised = [this] { Form_Resize(); };
-  form_.Window.heightTwips.raised = [this] { Form_Resize(); };
-  form_.Window.minimised.raised = [this] { Form_Resize(); };
+  connections_ += form_.Window.widthTwips.changed.Listen([this] { Form_Resize(); });
+  connections_ += form_.Window.heightTwips.changed.Listen([this] { Form_Resize(); });
+  connections_ += form_.Window.minimised.changed.Listen([this] { Form_Resize(); });
   for (auto& [index, item] : form_.mnusettings) {
-    item->onClick = [this, i = index] { mnusettings_Click(i); };
+    connections_ += item->clicked.Listen([this, i = index] { mnusettings_Click(i); });
   }
 }
 

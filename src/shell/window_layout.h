@@ -54,6 +54,7 @@ class WindowLayout {
 
   Main& form_;
   const DisplayOptions& options_;
+  Connections connections_;
 };
 
 // The caption of scale label i for a mode.

@@ -9,14 +9,10 @@ namespace velt {
 FormMirror::FormMirror(Form& form) : form_(form) {
   // Bind shows the present state. A change left on the list would keep the form from ever waking.
   form_.TakeChanged();
-  form_.wake = [this] {
+  connections_ += form_.wake.Listen([this] {
     QMetaObject::invokeMethod(
         this, [this] { Sync(); }, Qt::QueuedConnection);
-  };
-}
-
-FormMirror::~FormMirror() {
-  form_.wake = nullptr;
+  });
 }
 
 void FormMirror::Bind(const Control& control, QWidget* widget, std::function<void()> sync,

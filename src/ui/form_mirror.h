@@ -15,7 +15,6 @@ namespace velt {
 class FormMirror : public QObject {
  public:
   explicit FormMirror(Form& form);
-  ~FormMirror() override;
 
   // Mirrors what every control has (enabled, visible, tool tip, place) and then calls `sync`,
   // at once and whenever the control changed. A control without a place is hidden when
@@ -31,6 +30,7 @@ class FormMirror : public QObject {
  private:
   Form& form_;
   std::unordered_map<const Control*, std::vector<std::function<void()>>> syncs_;
+  Connections connections_;
 };
 
 }  // namespace velt

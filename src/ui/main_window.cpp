@@ -205,7 +205,7 @@ void MainWindow::BindTransmitButton(int32_t index, const char* toolTip) {
     button->setChecked(option.value);
   };
   connect(button, &QToolButton::clicked, this, [&option, show] {
-    if (option.onMouseDown) option.onMouseDown(1);
+    option.mouseDown.Raise(1);
     show();
   });
   mirror_.Bind(option, button, show);
@@ -283,7 +283,7 @@ void MainWindow::FocusScope() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   bool cancel = false;
-  if (onClose) onClose(cancel);
+  closing.Raise(cancel);
   event->setAccepted(!cancel);
 }
 

@@ -25,8 +25,8 @@ class MainWindow : public QWidget {
  public:
   MainWindow(Main& form, std::function<const Raster&()> picture);
 
-  // The window is being closed; sets `cancel` when it has to stay for now.
-  std::function<void(bool& cancel)> onClose;
+  // The window is being closed; `cancel` is set when it has to stay for now.
+  Event<bool&> closing;
 
   void FocusScope();
 

@@ -439,7 +439,7 @@ void OmniRigWindow::TakeLimit() {
 }
 
 void OmniRigWindow::reject() {
-  if (form_.Window.onClose) form_.Window.onClose();
+  form_.Window.closeAsked.Raise();
   // At once: a close event that leaves its window open counts as a veto to ending the program.
   mirror_.Sync();
 }

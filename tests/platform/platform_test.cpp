@@ -75,8 +75,9 @@ struct TimerFixture {
   VirtualScheduler scheduler;
   TimerDriver driver{timer, scheduler};
   int ticks = 0;
+  Connection ticked;
   TimerFixture() {
-    timer.onTimer = [this] { ++ticks; };
+    ticked = timer.ticked.Listen([this] { ++ticks; });
   }
 };
 
@@ -94,10 +95,10 @@ TEST(TimerDriver, TicksWhileEnabledAndRestartsOnAChange) {
   EXPECT_EQ(f.ticks, 1);
   f.scheduler.Advance(Milliseconds(500));
   EXPECT_EQ(f.ticks, 11);
-  f.timer.onTimer = [&f] {
+  f.ticked = f.timer.ticked.Listen([&f] {
     ++f.ticks;
     f.timer.enabled = false;
-  };
+  });
   f.scheduler.Advance(Milliseconds(500));
   EXPECT_EQ(f.ticks, 12);
 }
@@ -106,41 +107,16 @@ TEST(TimerDriver, DoesNotMakeUpForLateTicksNorReenter) {
   TimerFixture f;
   f.timer.enabled = true;
   bool inside = false;
-  f.timer.onTimer = [&] {
+  f.ticked = f.timer.ticked.Listen([&] {
     EXPECT_FALSE(inside);
     inside = true;
     ++f.ticks;
     if (f.ticks == 1) f.scheduler.Pass(Milliseconds(350));  // a handler that takes long
     inside = false;
-  };
+  });
   f.scheduler.Advance(Milliseconds(550));
   // At 100, then late at 450, then by its period again.
   EXPECT_EQ(f.ticks, 3);
-}
-
-class Recorder : public Releasable {
- public:
-  int released = 0;
-  int crashed = 0;
-  void Release(Milliseconds) override { ++released; }
-  void ReleaseInCrash() noexcept override { ++crashed; }
-};
-
-TEST(ReleaseRegistry, ReleasesWhatIsRegisteredAndRefusesBeyondItsRoom) {
-  ReleaseRegistry registry;
-  Recorder kept, removed;
-  EXPECT_TRUE(registry.Add(kept));
-  EXPECT_TRUE(registry.Add(removed));
-  registry.Remove(removed);
-  registry.ReleaseAll(Milliseconds(1));
-  registry.ReleaseAllInCrash();
-  EXPECT_EQ(kept.released, 1);
-  EXPECT_EQ(kept.crashed, 1);
-  EXPECT_EQ(removed.released + removed.crashed, 0);
-  std::vector<Recorder> more(8);
-  int accepted = 0;
-  for (auto& entry : more) accepted += registry.Add(entry) ? 1 : 0;
-  EXPECT_EQ(accepted, 7);
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ TEST_F(PttTest, HoweverOftenItIsPressedTheRigComesBackToItsOwnFrequency) {
   for (const std::vector<int>& buttons :
        {std::vector{0, 1, 0, 1}, {0, 0, 1}, {0, 1, 1}, {0, 1, 0, 1, 0, 0, 1}}) {
     for (const int button : buttons) {
-      form.optTXRX[button].onMouseDown(1);
+      form.optTXRX[button].mouseDown.Raise(1);
       Pass(Milliseconds(600));
     }
     Pass(seconds(2));

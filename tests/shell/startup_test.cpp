@@ -95,15 +95,8 @@ TEST(Startup, RunsItsStepsInOrder) {
 
 struct ShutdownFixture : ProgramFixture {
   std::string order;
-  struct Entry : Releasable {
-    std::string* order = nullptr;
-    void Release(Milliseconds) override { *order += "release "; }
-    void ReleaseInCrash() noexcept override {}
-  } entry;
   ShutdownFixture() {
     Start();
-    entry.order = &order;
-    program->releases.Add(entry);
     ShutdownSteps& steps = program->shutdown.steps;
     steps.StopOmniRig = [this] { order += Stored("EXE") == "VELT-SA.exe" ? "rig " : "rig-early "; };
     steps.SaveExpandedPresets = [this] { order += "presets "; };
@@ -118,7 +111,7 @@ TEST(Shutdown, RunsItsStepsInOrderAndEnds) {
   ShutdownFixture f;
   f.Form().lblFrequency.caption = std::string("14.074.00");
   EXPECT_TRUE(f.Close());
-  EXPECT_EQ(f.order, "release rig presets status serial ");
+  EXPECT_EQ(f.order, "rig presets status serial ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
 }
@@ -127,7 +120,7 @@ TEST(Shutdown, OffLineTheStateIsWrittenAsOff) {
   ShutdownFixture f;
   f.Form().mnuautos[1].checked = true;
   EXPECT_TRUE(f.Close());
-  EXPECT_EQ(f.order, "release rig presets engine OFF serial ");
+  EXPECT_EQ(f.order, "rig presets engine OFF serial ");
 }
 
 TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
@@ -140,7 +133,7 @@ TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
   EXPECT_FALSE(f.Close());  // asked again meanwhile: nothing is done twice
   f.scheduler.Advance(Milliseconds(5));
   EXPECT_TRUE(f.ended);
-  EXPECT_EQ(f.order, "release rig presets OFF serial ");
+  EXPECT_EQ(f.order, "rig presets OFF serial ");
 }
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
@@ -150,7 +143,7 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
-  EXPECT_EQ(f.order, "release ");
+  EXPECT_EQ(f.order, "");
   EXPECT_EQ(f.audio.opened, 1) << "capture does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }
@@ -162,9 +155,9 @@ TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
     return true;
   };
   EXPECT_FALSE(f.Close());
-  EXPECT_EQ(f.order, "release restore ");
+  EXPECT_EQ(f.order, "restore ");
   f.scheduler.Advance(Milliseconds(300));
-  EXPECT_EQ(f.order, "release restore rig presets OFF serial ");
+  EXPECT_EQ(f.order, "restore rig presets OFF serial ");
   EXPECT_TRUE(f.ended);
 }
 

@@ -44,7 +44,7 @@ class FakeAudioInput : public AudioInput {
   void Close() override { open = watching = false; }
   void WatchForReturn() override { watching = true; }
   void Tell(AudioEvent::Kind kind, const std::string& text) {
-    scheduler_.Post([this, kind, text] { onEvent({kind, text}); });
+    scheduler_.Post([this, kind, text] { happened.Raise({kind, text}); });
   }
   std::vector<AudioDevice> devices;
 
@@ -91,23 +91,24 @@ class FakeFiles : public Files {
 
 class FakePrompts : public Prompts {
  public:
-  std::vector<MessageBox> told;
-  std::vector<MessageBox> asked;
+  std::vector<MessagePrompt> told;
+  std::vector<MessagePrompt> asked;
   std::vector<PopupItem> popup;
   std::function<void(std::function<void()>)> popupClosed;
   std::function<void(bool)> answer;
   std::function<void()> dismiss;
   std::function<void(std::optional<std::string>)> input;
 
-  void Tell(const MessageBox& box, std::function<void()> closed) override {
+  void Tell(const MessagePrompt& box, std::function<void()> closed) override {
     told.push_back(box);
     dismiss = std::move(closed);
   }
-  void Ask(const MessageBox& box, std::function<void(bool)> answered) override {
+  void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override {
     asked.push_back(box);
     answer = std::move(answered);
   }
-  void Input(const InputBox&, std::function<void(std::optional<std::string>)> answered) override {
+  void Input(const InputPrompt&,
+             std::function<void(std::optional<std::string>)> answered) override {
     input = std::move(answered);
   }
   bool Popup(const std::vector<PopupItem>& items,

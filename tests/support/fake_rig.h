@@ -58,6 +58,12 @@ class FakeRig : public IRigX {
     return IsLinked() || releaseFirst_;
   }
 
+  TxReport Transmitter() const override {
+    return shown.tx == PM_TX ? TxReport::Transmits : TxReport::Receives;
+  }
+  bool ReleaseAccepted() const override { return txReally == PM_RX; }
+  std::optional<ReleaseRecipe> Recipe() const override { return ReleaseRecipe{}; }
+
   bool IsLinked() const { return link.state == RigLink::State::Linked; }
   void Return() {
     link.state = RigLink::State::Linked;
@@ -120,7 +126,7 @@ class FakeOmniRig : public IOmniRigX {
   int32_t InterfaceVersion() const override { return version; }
   IRigX& Rig1() override { return rigs[0]; }
   IRigX& Rig2() override { return rigs[1]; }
-  void ReleaseInCrash() noexcept override {}
+  Capabilities Can() const override { return {}; }
   void ReleaseNow(int32_t rigNumber, int32_t) override {
     releasedNow.push_back(rigNumber);
     rigs.at(Index(rigNumber)).SetTx(PM_RX);
@@ -138,14 +144,10 @@ class FakeOmniRig : public IOmniRigX {
     RaiseParams(rigNumber);
   }
   void RaiseStatus(int32_t rigNumber) {
-    scheduler_.Post([this, rigNumber] {
-      if (onStatusChange) onStatusChange(rigNumber);
-    });
+    scheduler_.Post([this, rigNumber] { statusChanged.Raise(rigNumber); });
   }
   void RaiseParams(int32_t rigNumber) {
-    scheduler_.Post([this, rigNumber] {
-      if (onParamsChange) onParamsChange(rigNumber, 0);
-    });
+    scheduler_.Post([this, rigNumber] { paramsChanged.Raise(rigNumber, 0); });
   }
 
  private:

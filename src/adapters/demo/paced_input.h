@@ -98,7 +98,7 @@ class PacedInput : public AudioInput {
   // In a later turn of the loop, and only while this stream is the one at hand.
   void Tell(AudioEvent event) {
     scheduler_.Post([this, stream = std::weak_ptr(stream_), event = std::move(event)] {
-      if (!stream.expired() && onEvent) onEvent(event);
+      if (!stream.expired()) happened.Raise(event);
     });
   }
 

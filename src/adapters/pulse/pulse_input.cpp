@@ -262,8 +262,7 @@ void PulseInput::Tell(AudioEvent::Kind kind, std::string text) {
                         event = AudioEvent{kind, std::move(text)}] {
     const auto input = self.lock();
     if (!input || (*input)->generation_ != generation) return;
-    // A copy, as the handler may destroy this object.
-    if (const auto handler = (*input)->onEvent) handler(event);
+    (*input)->happened.Raise(event);
   };
   scheduler_.Post(deliver);
 }

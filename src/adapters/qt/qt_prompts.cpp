@@ -24,7 +24,8 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-QMessageBox* MakeBox(const MessageBox& box, QMessageBox::StandardButtons buttons, QWidget* owner) {
+QMessageBox* MakeBox(const MessagePrompt& box, QMessageBox::StandardButtons buttons,
+                     QWidget* owner) {
   auto* made = new QMessageBox(IconOf(box.icon), QString::fromStdString(box.title),
                                QString::fromStdString(box.text), buttons, owner);
   made->setTextFormat(Qt::PlainText);
@@ -37,7 +38,7 @@ QtPrompts::~QtPrompts() {
   DropAll();
 }
 
-void QtPrompts::Tell(const MessageBox& box, std::function<void()> closed) {
+void QtPrompts::Tell(const MessagePrompt& box, std::function<void()> closed) {
   QMessageBox* made = MakeBox(box, QMessageBox::Ok, owner_);
   QObject::connect(made, &QDialog::finished, made, [closed = std::move(closed)](int) {
     if (closed) closed();
@@ -45,7 +46,7 @@ void QtPrompts::Tell(const MessageBox& box, std::function<void()> closed) {
   Show(made);
 }
 
-void QtPrompts::Ask(const MessageBox& box, std::function<void(bool)> answered) {
+void QtPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered) {
   QMessageBox* made = MakeBox(box, QMessageBox::Yes | QMessageBox::No, owner_);
   QObject::connect(made, &QDialog::finished, made, [answered = std::move(answered)](int result) {
     if (answered) answered(result == QMessageBox::Yes);
@@ -53,7 +54,7 @@ void QtPrompts::Ask(const MessageBox& box, std::function<void(bool)> answered) {
   Show(made);
 }
 
-void QtPrompts::Input(const InputBox& box,
+void QtPrompts::Input(const InputPrompt& box,
                       std::function<void(std::optional<std::string>)> answered) {
   auto* dialog = new QInputDialog(owner_);
   dialog->setWindowTitle(QString::fromStdString(box.title));

@@ -20,9 +20,9 @@ class QtPrompts : public Prompts {
   // The window that boxes belong to; they stand by themselves while there is none.
   void SetOwner(QWidget* owner) { owner_ = owner; }
 
-  void Tell(const MessageBox& box, std::function<void()> closed) override;
-  void Ask(const MessageBox& box, std::function<void(bool)> answered) override;
-  void Input(const InputBox& box,
+  void Tell(const MessagePrompt& box, std::function<void()> closed) override;
+  void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override;
+  void Input(const InputPrompt& box,
              std::function<void(std::optional<std::string>)> answered) override;
   bool Popup(const std::vector<PopupItem>& items,
              std::function<void(std::function<void()>)> closed) override;

@@ -27,12 +27,8 @@ std::string TypeOf(const RigReply& caps) {
 
 }  // namespace
 
-RigctldRig::RigctldRig(ByteChannel& channel, Scheduler& scheduler, CrashLine& crashLine,
-                       Events events)
-    : scheduler_(scheduler),
-      crashLine_(crashLine),
-      events_(std::move(events)),
-      session_(channel, scheduler, *this) {}
+RigctldRig::RigctldRig(ByteChannel& channel, Scheduler& scheduler, Events events)
+    : scheduler_(scheduler), events_(std::move(events)), session_(channel, scheduler, *this) {}
 
 void RigctldRig::Open(const ServerAddress& address, std::function<void(bool)> answered) {
   if (IsOpen()) {
@@ -63,7 +59,6 @@ void RigctldRig::Move(const ServerAddress& address) {
   // The release was meant for the rig that was left.
   queue_ = WriteQueue();
   keyWatch_ = KeyWatch();
-  crashLine_.SetKeyed(false);
   plan_.ForgetServer();
   picture_ = RigPicture();
   type_.clear();
@@ -138,7 +133,6 @@ std::optional<RigCommand> RigctldRig::NextCommand() {
   if (auto command = queue_.Next()) {
     if (command->kind == CommandKind::Key) {
       keyWatch_.KeySent();
-      crashLine_.SetKeyed(true);
     }
     return command;
   }
@@ -238,7 +232,6 @@ void RigctldRig::TakeReading(const RigCommand& command, const RigReply& reply) {
   }
   if (command.kind == CommandKind::GetTransmit) {
     keyWatch_.Reported(reply.Field("PTT") != "0");
-    crashLine_.SetKeyed(keyWatch_.Keyed());
   }
 }
 
@@ -255,7 +248,6 @@ void RigctldRig::TakeOutcome(const RigCommand& command, const RigReply& reply) {
   } else if (command.kind == CommandKind::Release) {
     keyWatch_.ReleaseAnswered(outcome->accepted, plan_.Knows(CommandKind::GetTransmit));
   }
-  crashLine_.SetKeyed(keyWatch_.Keyed());
 }
 
 void RigctldRig::SetState(RigLink::State state) {

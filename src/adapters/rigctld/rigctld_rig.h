@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "adapters/rigctld/crash_line.h"
 #include "adapters/rigctld/key_watch.h"
 #include "adapters/rigctld/poll_plan.h"
 #include "adapters/rigctld/rig_picture.h"
@@ -24,7 +23,7 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   };
 
   // The events may come from within a call.
-  RigctldRig(ByteChannel& channel, Scheduler& scheduler, CrashLine& crashLine, Events events);
+  RigctldRig(ByteChannel& channel, Scheduler& scheduler, Events events);
 
   // `answered` as in IOmniRigX::Open(); it may be called from within.
   void Open(const ServerAddress& address, std::function<void(bool)> answered);
@@ -51,6 +50,11 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   bool SetFreqB(int32_t frequencyHz) override;
   bool SetMode(int32_t mode) override;
   bool SetTx(int32_t value) override;
+  TxReport Transmitter() const override {
+    return shown_.transmitting ? TxReport::Transmits : TxReport::Receives;
+  }
+  bool ReleaseAccepted() const override { return !keyWatch_.Keyed(); }
+  std::optional<ReleaseRecipe> Recipe() const override { return std::nullopt; }
 
  private:
   std::optional<RigCommand> NextCommand() override;
@@ -71,7 +75,6 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   void ShowPicture();
 
   Scheduler& scheduler_;
-  CrashLine& crashLine_;
   Events events_;
   WriteQueue queue_;
   PollPlan plan_;

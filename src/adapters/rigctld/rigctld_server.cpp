@@ -13,9 +13,7 @@ constexpr uint16_t kPort2 = 4534;
 }  // namespace
 
 RigctldServer::Side::Side(Scheduler& scheduler, ServerAddress where, RigctldRig::Events events)
-    : address(std::move(where)),
-      channel(scheduler, crashLine),
-      rig(channel, scheduler, crashLine, std::move(events)) {}
+    : address(std::move(where)), channel(scheduler), rig(channel, scheduler, std::move(events)) {}
 
 RigctldServer::RigctldServer(Scheduler& scheduler)
     : scheduler_(scheduler),
@@ -73,10 +71,6 @@ void RigctldServer::ReleaseNow(int32_t rigNumber, int32_t limitMs) {
   if (Side* side = Of(rigNumber)) side->rig.ReleaseNow(Milliseconds(limitMs));
 }
 
-void RigctldServer::ReleaseInCrash() noexcept {
-  for (const auto& side : sides_) side->crashLine.Release();
-}
-
 RigctldServer::Side* RigctldServer::Of(int32_t rigNumber) const {
   return rigNumber == 1 || rigNumber == 2 ? sides_[rigNumber - 1].get() : nullptr;
 }
@@ -86,7 +80,7 @@ void RigctldServer::PostStatus(int32_t rigNumber) {
   if (std::exchange(side.statusPosted, true)) return;
   PostSafely([this, &side, rigNumber] {
     side.statusPosted = false;
-    if (onStatusChange) onStatusChange(rigNumber);
+    statusChanged.Raise(rigNumber);
   });
 }
 
@@ -95,7 +89,7 @@ void RigctldServer::PostParams(int32_t rigNumber, int32_t params) {
   if (std::exchange(side.params, side.params | params) != 0) return;
   PostSafely([this, &side, rigNumber] {
     const int32_t changed = std::exchange(side.params, 0);
-    if (onParamsChange) onParamsChange(rigNumber, changed);
+    paramsChanged.Raise(rigNumber, changed);
   });
 }
 

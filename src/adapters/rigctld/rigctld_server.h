@@ -16,6 +16,7 @@ class RigctldServer : public IOmniRigX {
 
   std::string Address(int32_t rigNumber) const override;
   bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) override;
+  Capabilities Can() const override { return {}; }
   void Open(int32_t rigNumber, std::function<void(bool reached)> answered) override;
   void Close() override;
   int32_t InterfaceVersion() const override;
@@ -23,15 +24,11 @@ class RigctldServer : public IOmniRigX {
   IRigX& Rig2() override { return sides_[1]->rig; }
   void ReleaseNow(int32_t rigNumber, int32_t limitMs) override;
 
-  // Only rigs whose link is up. Safe from any thread too.
-  void ReleaseInCrash() noexcept override;
-
  private:
   struct Side {
     Side(Scheduler& scheduler, ServerAddress where, RigctldRig::Events events);
 
     ServerAddress address;
-    CrashLine crashLine;
     TcpChannel channel;
     RigctldRig rig;
     bool statusPosted = false;

@@ -1,7 +1,5 @@
 #include "adapters/rigctld/tcp_channel.h"
 
-#include <fcntl.h>
-
 #include <QElapsedTimer>
 #include <QNetworkProxy>
 #include <algorithm>
@@ -30,9 +28,6 @@ bool WaitUntilSent(QTcpSocket& socket, const QElapsedTimer& since, Milliseconds 
 
 }  // namespace
 
-TcpChannel::TcpChannel(Scheduler& scheduler, CrashLine& crashLine)
-    : scheduler_(scheduler), crashLine_(crashLine) {}
-
 TcpChannel::~TcpChannel() {
   Disconnect();
 }
@@ -54,7 +49,6 @@ void TcpChannel::Connect(const ServerAddress& address) {
 }
 
 void TcpChannel::Disconnect() {
-  crashLine_.SetDescriptor(-1);
   alive_.reset();
   noticed_ = connected_ = false;
   if (!socket_) return;
@@ -93,8 +87,6 @@ void TcpChannel::Deliver() {
     socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     socket_->setSocketOption(QAbstractSocket::KeepAliveOption, 1);
     lastPeer_ = socket_->peerAddress();
-    crashLine_.SetDescriptor(
-        ::fcntl(static_cast<int>(socket_->socketDescriptor()), F_DUPFD_CLOEXEC, 0));
     onConnected();
     if (current.expired()) return;
   }

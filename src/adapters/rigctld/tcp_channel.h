@@ -7,14 +7,12 @@
 #include <string>
 
 #include "adapters/rigctld/byte_channel.h"
-#include "adapters/rigctld/crash_line.h"
 
 namespace velt {
 
 class TcpChannel : public ByteChannel {
  public:
-  // `crashLine` is given a descriptor of the connection as long as there is one.
-  TcpChannel(Scheduler& scheduler, CrashLine& crashLine);
+  explicit TcpChannel(Scheduler& scheduler) : scheduler_(scheduler) {}
   ~TcpChannel() override;
 
   void Connect(const ServerAddress& address) override;
@@ -28,7 +26,6 @@ class TcpChannel : public ByteChannel {
   bool SendOnce(const ServerAddress& address, std::string_view bytes, Milliseconds limit) const;
 
   Scheduler& scheduler_;
-  CrashLine& crashLine_;
   std::unique_ptr<QTcpSocket> socket_;
   std::shared_ptr<char> alive_;  // of the present socket
   std::string host_;             // of the present or last connection

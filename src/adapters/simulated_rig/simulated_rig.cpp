@@ -218,9 +218,9 @@ SimulatedRig* SimulatedRigServer::Of(int32_t rigNumber) const {
 void SimulatedRigServer::Changed(int32_t rigNumber, int32_t params) {
   PostSafely([this, rigNumber, params] {
     if (params != 0) {
-      if (onParamsChange) onParamsChange(rigNumber, params);
-    } else if (onStatusChange) {
-      onStatusChange(rigNumber);
+      paramsChanged.Raise(rigNumber, params);
+    } else {
+      statusChanged.Raise(rigNumber);
     }
   });
 }

@@ -42,6 +42,12 @@ class SimulatedRig : public IRigX {
   bool SetFreqB(int32_t frequencyHz) override;
   bool SetMode(int32_t mode) override;
   bool SetTx(int32_t value) override;
+  TxReport Transmitter() const override {
+    return shown_.transmitting ? TxReport::Transmits : TxReport::Receives;
+  }
+  bool ReleaseAccepted() const override { return !transmitting_; }
+  // What is simulated ends with the program.
+  std::optional<ReleaseRecipe> Recipe() const override { return ReleaseRecipe{}; }
 
  private:
   // What the link last told; VFO A is the current one.
@@ -87,8 +93,7 @@ class SimulatedRigServer : public IOmniRigX {
   int32_t InterfaceVersion() const override;
   SimulatedRig& Rig1() override { return *rigs_[0]; }
   SimulatedRig& Rig2() override { return *rigs_[1]; }
-  // What is simulated ends with the program.
-  void ReleaseInCrash() noexcept override {}
+  Capabilities Can() const override { return {.addresses = false, .simulated = true}; }
   void ReleaseNow(int32_t rigNumber, int32_t limitMs) override;
 
  private:

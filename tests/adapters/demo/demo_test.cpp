@@ -26,7 +26,8 @@ struct Counter {
 
 struct PacedInputTest : testing::Test {
   PacedInputTest() {
-    input.onEvent = [this](const AudioEvent& event) { events.push_back(event.kind); };
+    listening =
+        input.happened.Listen([this](const AudioEvent& event) { events.push_back(event.kind); });
   }
   TakeResult TakeAfter(Milliseconds passed) {
     scheduler.Advance(passed);
@@ -37,6 +38,7 @@ struct PacedInputTest : testing::Test {
   Counter counter;
   PacedInput<Counter> input{counter, {"count", "Counter"}, scheduler};
   std::vector<Kind> events;
+  Connection listening;
   std::array<int16_t, kBlockSamples> block{};
 };
 

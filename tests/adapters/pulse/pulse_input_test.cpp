@@ -60,10 +60,10 @@ struct PulseInputTest : testing::Test {
 
   void MakeInput() {
     input = std::make_unique<PulseInput>(scheduler);
-    input->onEvent = [this](const AudioEvent& event) {
+    listening = input->happened.Listen([this](const AudioEvent& event) {
       constexpr const char* kinds[] = {"Opened ", "OpenFailed ", "Lost ", "Returned "};
       events.push_back(kinds[static_cast<int>(event.kind)] + event.text);
-    };
+    });
   }
 
   // The next event, as "Kind text".
@@ -107,6 +107,7 @@ struct PulseInputTest : testing::Test {
   std::unique_ptr<PulseServer> server;
   VirtualScheduler scheduler;
   std::unique_ptr<PulseInput> input;
+  Connection listening;
   std::vector<std::string> events;
   std::array<int16_t, kBlockSamples> block{};
 };
@@ -259,10 +260,10 @@ TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
   }
   // The receiver of an event may end it.
   MakeInput();
-  input->onEvent = [this](const AudioEvent& event) {
+  listening = input->happened.Listen([this](const AudioEvent& event) {
     input.reset();
     events.push_back(event.text);
-  };
+  });
   input->Open("");
   EXPECT_EQ(Next(), "test.monitor");
 }

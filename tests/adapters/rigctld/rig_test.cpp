@@ -199,11 +199,10 @@ class ScriptedChannel : public ByteChannel {
 struct RigTest : testing::Test {
   VirtualScheduler time;
   ScriptedChannel channel{time};
-  CrashLine crashLine;
   int statusEvents = 0;
   int32_t params = 0;
   RigctldRig::Events events{[this] { ++statusEvents; }, [this](int32_t bits) { params |= bits; }};
-  RigctldRig rig{channel, time, crashLine, events};
+  RigctldRig rig{channel, time, events};
   FakeRig& peer = channel.rig;
   std::vector<bool> reached;
 

@@ -21,13 +21,14 @@ struct ServerTest : testing::Test {
   bool calling = false;
   std::map<int32_t, int32_t> params, statuses;
   std::optional<bool> reached;
+  Connections connections;
 
   void SetUp() override {
-    server.onParamsChange = [this](int32_t number, int32_t bits) {
+    connections += server.paramsChanged.Listen([this](int32_t number, int32_t bits) {
       EXPECT_FALSE(calling);
       params[number] |= bits;
-    };
-    server.onStatusChange = [this](int32_t number) { ++statuses[number]; };
+    });
+    connections += server.statusChanged.Listen([this](int32_t number) { ++statuses[number]; });
     ASSERT_TRUE(server.SetAddress(2, peer.Address()));
     server.Open(2, [this](bool answer) { reached = answer; });
     EXPECT_FALSE(reached) << "answered within the call";
