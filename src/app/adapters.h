@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "adapters/guardian/guardian_spawn.h"
 #include "app/options.h"
 #include "shell/program.h"
 
@@ -18,8 +19,9 @@ class Adapters {
   virtual void SetOwner(QWidget* owner) = 0;
 };
 
-// For a window or a headless window. Defined once for each operating system.
-std::unique_ptr<Adapters> MakeAdapters(const Options& options);
+// For a window or a headless window, with the guardian that was started before. Defined once for
+// each operating system.
+std::unique_ptr<Adapters> MakeAdapters(const Options& options, GuardianSpawn guardian);
 
 // Where the settings are kept for a run with these options.
 std::filesystem::path SettingsFile(const Options& options);

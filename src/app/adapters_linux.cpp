@@ -1,10 +1,13 @@
 #include <cstdlib>
+#include <utility>
 
 #include "adapters/demo/generated_signal.h"
 #include "adapters/demo/paced_input.h"
 #include "adapters/files/disk_files.h"
 #include "adapters/files/ini_store.h"
 #include "adapters/files/memory_store.h"
+#include "adapters/guardian/guardian_process.h"
+#include "adapters/guardian/no_guardian.h"
 #include "adapters/pulse/pulse_input.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
@@ -27,7 +30,7 @@ constexpr uint64_t kDemoSeed = 1;
 
 class LinuxAdapters : public Adapters {
  public:
-  explicit LinuxAdapters(const Options& options) {
+  LinuxAdapters(const Options& options, GuardianSpawn guardian) {
     if (options.demo) {
       audio_ = std::make_unique<PacedInput<GeneratedSignal>>(
           GeneratedSignal(kDemoSeed), AudioDevice{"demo", "Generated band"}, scheduler_);
@@ -38,8 +41,12 @@ class LinuxAdapters : public Adapters {
       audio_ = std::make_unique<PulseInput>(scheduler_);
     }
     if (options.demo) {
+      guardian_ = std::make_unique<NoGuardian>();
       server_ = std::make_unique<SimulatedRigServer>(scheduler_);
     } else {
+      auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian));
+      process->SetLogFile(options.logFile);
+      guardian_ = std::move(process);
       server_ = std::make_unique<RigctldServer>(scheduler_);
     }
     if (options.KeepsInMemory()) {
@@ -76,6 +83,7 @@ class LinuxAdapters : public Adapters {
   QtLauncher launcher_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;
+  std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<IOmniRigX> server_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<Prompts> prompts_;
@@ -84,8 +92,8 @@ class LinuxAdapters : public Adapters {
 
 }  // namespace
 
-std::unique_ptr<Adapters> MakeAdapters(const Options& options) {
-  return std::make_unique<LinuxAdapters>(options);
+std::unique_ptr<Adapters> MakeAdapters(const Options& options, GuardianSpawn guardian) {
+  return std::make_unique<LinuxAdapters>(options, std::move(guardian));
 }
 
 std::filesystem::path SettingsFile(const Options& options) {

@@ -2,14 +2,17 @@
 #include <QCoreApplication>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <string_view>
+#include <utility>
 
+#include "adapters/guardian/guardian_spawn.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_scheduler.h"
 #include "app/analyse.h"
 #include "app/options.h"
 #include "app/run_window.h"
+#include "guardian/run_guardian.h"
 
 namespace velt {
 namespace {
@@ -40,7 +43,7 @@ int ListDevices(int argc, char** argv) {
   return exitCode;
 }
 
-int RunApplication(int argc, char** argv, const Options& options) {
+int RunApplication(int argc, char** argv, const Options& options, GuardianSpawn guardian) {
   const bool headless = options.run == Options::Run::Headless;
   const bool display =
       !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -62,10 +65,26 @@ int RunApplication(int argc, char** argv, const Options& options) {
   if (!QtLog::Install(options.logFile)) {
     std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n", options.logFile.c_str());
   }
-  return RunWindow(application, options);
+  return RunWindow(application, options, std::move(guardian));
 }
 
-int Run(int argc, char** argv) {
+// A plain look at the arguments, as the guardian starts before anything that could go wrong. A run
+// that is misjudged here starts its guardian later.
+bool CanKey(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    std::string_view word = argv[i];
+    if (!word.starts_with('-')) continue;
+    word.remove_prefix(word.starts_with("--") ? 2 : 1);
+    word = word.substr(0, word.find('='));
+    for (const char* other :
+         {"analyse", "demo", "h", "help", "list-audio-devices", "v", "version"}) {
+      if (word == other) return false;
+    }
+  }
+  return true;
+}
+
+int Run(int argc, char** argv, GuardianSpawn guardian) {
   const Options options = OptionsOf(argc, argv);
   switch (options.run) {
     case Options::Run::Help:
@@ -84,12 +103,14 @@ int Run(int argc, char** argv) {
     case Options::Run::Headless:
       break;
   }
-  return RunApplication(argc, argv, options);
+  return RunApplication(argc, argv, options, std::move(guardian));
 }
 
 }  // namespace
 }  // namespace velt
 
 int main(int argc, char** argv) {
-  return velt::Run(argc, argv);
+  if (argc > 1 && std::string_view(argv[1]) == "--guardian") return velt::RunGuardian();
+  return velt::Run(argc, argv,
+                   velt::CanKey(argc, argv) ? velt::SpawnGuardian() : velt::GuardianSpawn());
 }

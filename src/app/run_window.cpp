@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "app/adapters.h"
 #include "app/signal_watcher.h"
@@ -51,9 +52,9 @@ bool TakePicture(MainWindow& window, const std::string& file) {
 
 }  // namespace
 
-int RunWindow(QApplication& application, const Options& options) {
+int RunWindow(QApplication& application, const Options& options, GuardianSpawn guardian) {
   application.setQuitOnLastWindowClosed(false);
-  const auto adapters = MakeAdapters(options);
+  const auto adapters = MakeAdapters(options, std::move(guardian));
   const bool asks = options.run != Options::Run::Headless && !options.demo;
   Program program(adapters->Ports(), Where(options),
                   asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never);
