@@ -19,6 +19,7 @@
 #include "adapters/system/posix_instance_lock.h"
 #include "app/adapters.h"
 #include "app/logged_prompts.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
@@ -33,7 +34,8 @@ class LinuxAdapters : public Adapters {
           GeneratedSignal(kDemoSeed), AudioDevice{"demo", "Generated band"}, scheduler_);
     } else if (!options.input.empty()) {
       audio_ = std::make_unique<PacedInput<RepeatedFile>>(
-          RepeatedFile(options.input), AudioDevice{options.input, options.input}, scheduler_);
+          RepeatedFile(options.input),
+          AudioDevice{PathText(options.input), PathText(options.input)}, scheduler_);
     } else {
       audio_ = std::make_unique<PulseInput>(scheduler_);
     }
@@ -90,7 +92,7 @@ std::unique_ptr<Adapters> MakeAdapters(const Options& options) {
 
 std::filesystem::path SettingsFile(const Options& options) {
   if (!options.dataFolder.empty()) {
-    return std::filesystem::path(options.dataFolder) / "VELT-SA.ini";
+    return options.dataFolder / "VELT-SA.ini";
   }
   const char* configured = std::getenv("XDG_CONFIG_HOME");
   const std::filesystem::path folder = configured != nullptr && *configured == '/'

@@ -33,7 +33,7 @@ void AppendThreeDecimals(std::string& line, double value) {
   line.append(at, digits.data() + digits.size());
 }
 
-int CsvWriter::Open(const std::string& path) {
+int CsvWriter::Open(const std::filesystem::path& path) {
   file_.reset(std::fopen(path.c_str(), "we"));
   return file_ ? 0 : errno;
 }

@@ -2,22 +2,34 @@
 #include <QCoreApplication>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
 
+#include "adapters/files/log_file.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_scheduler.h"
 #include "app/analyse.h"
 #include "app/options.h"
 #include "app/run_window.h"
+#include "text/error_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
 
-Options OptionsOf(int argc, char** argv) {
-  // The help text asks the application for its name, so there has to be one.
-  const QCoreApplication application(argc, argv);
-  return ParseOptions(QCoreApplication::arguments(), VELT_VERSION_TEXT);
+void OpenLog(const std::filesystem::path& path) {
+  if (path.empty()) {
+    QtLog::Install(nullptr);
+    return;
+  }
+  const auto file = std::make_shared<LogFile>(path);
+  if (const int error = file->Open()) {
+    std::fprintf(stderr, "velt-sa: the log file %s could not be opened: %s\n",
+                 PathText(path).c_str(), ErrorText(error).c_str());
+  }
+  QtLog::Install([file](std::string_view line) { file->WriteLine(line); });
 }
 
 int ListDevices(int argc, char** argv) {
@@ -59,14 +71,13 @@ int RunApplication(int argc, char** argv, const Options& options) {
   QApplication::setApplicationName("VELT-SA");
   QApplication::setStyle("Fusion");
   QApplication application(argc, argv);
-  if (!QtLog::Install(options.logFile)) {
-    std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n", options.logFile.c_str());
-  }
+  OpenLog(options.logFile);
   return RunWindow(application, options);
 }
 
 int Run(int argc, char** argv) {
-  const Options options = OptionsOf(argc, argv);
+  const Options options =
+      ParseOptions(std::vector<std::string>(argv + 1, argv + argc), VELT_VERSION_TEXT);
   switch (options.run) {
     case Options::Run::Help:
     case Options::Run::Version:

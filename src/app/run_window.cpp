@@ -10,6 +10,7 @@
 #include "app/adapters.h"
 #include "app/crash_handler.h"
 #include "app/signal_watcher.h"
+#include "text/paths.h"
 #include "ui/main_window.h"
 #include "ui/omnirig_window.h"
 #include "ui/qt_text.h"
@@ -20,12 +21,12 @@ namespace {
 Installation Where(const Options& options) {
   Installation where;
   where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
-  where.programFolder = FromQt(QCoreApplication::applicationDirPath());
+  where.programFolder = TextPath(FromQt(QCoreApplication::applicationDirPath()));
   const char* variable = std::getenv("VELT_ENGINE_FOLDER");
   if (!options.engineFolder.empty()) {
     where.engineFolder = options.engineFolder;
   } else if (variable != nullptr && *variable != '\0') {
-    where.engineFolder = variable;
+    where.engineFolder = TextPath(variable);
   } else {
     where.engineFolder = where.programFolder;
   }
@@ -42,11 +43,11 @@ int TellReset(QApplication& application, Adapters& adapters) {
 }
 
 // False when the picture could not be written.
-bool TakePicture(MainWindow& window, const std::string& file) {
+bool TakePicture(MainWindow& window, const std::filesystem::path& file) {
   if (file.empty()) return true;
   window.SyncNow();
-  if (window.grab().save(ToQt(file), "PNG")) return true;
-  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", file.c_str());
+  if (window.grab().save(ToQt(PathText(file)), "PNG")) return true;
+  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", PathText(file).c_str());
   return false;
 }
 

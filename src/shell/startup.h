@@ -1,6 +1,7 @@
 // The sequence that runs when the main window is created.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <span>
 #include <string>
@@ -41,7 +42,7 @@ struct RunOptions {
   bool resetSettings = false;
   bool exemptFromSingleInstance = false;
   bool startAnalyser = false;
-  std::string dataFolder;  // empty: below the home folder
+  std::filesystem::path dataFolder;  // empty: below the home folder
 };
 
 class Startup {

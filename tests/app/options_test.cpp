@@ -2,23 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-
 namespace velt {
 namespace {
 
 using Kind = Options::Run;
 
-Options Parse(const QStringList& arguments) {
-  static int count = 1;
-  static char name[] = "velt-sa";
-  static char* values[] = {name, nullptr};
-  static const QCoreApplication application(count, values);
-  return ParseOptions(QStringList{"velt-sa"} + arguments, "3.0.0");
+Options Parse(const std::vector<std::string>& arguments) {
+  return ParseOptions(arguments, "3.0.0");
 }
 
 TEST(Options, ChooseTheKindOfRun) {
-  const std::vector<std::pair<QStringList, Kind>> cases{
+  const std::vector<std::pair<std::vector<std::string>, Kind>> cases{
       {{}, Kind::Window},
       {{"--demo"}, Kind::Window},
       {{"--help"}, Kind::Help},
@@ -50,7 +44,7 @@ TEST(Options, ChooseTheKindOfRun) {
       {{"--rig2", "localhost:4600"}, Kind::Window},
   };
   for (const auto& [arguments, run] : cases) {
-    EXPECT_EQ(Parse(arguments).run, run) << arguments.join(' ').toStdString();
+    EXPECT_EQ(Parse(arguments).run, run) << (arguments.empty() ? "" : arguments[0]);
   }
 }
 
