@@ -1,3 +1,4 @@
+#include <QGuiApplication>
 #include <cstdlib>
 
 #include "adapters/demo/generated_signal.h"
@@ -5,12 +6,14 @@
 #include "adapters/files/disk_files.h"
 #include "adapters/files/ini_store.h"
 #include "adapters/files/memory_store.h"
+#include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_prompts.h"
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/rigctld_server.h"
+#include "adapters/rigctld/server_address.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "adapters/soundfile/repeated_file.h"
 #include "adapters/system/home_folder.h"
@@ -19,6 +22,7 @@
 #include "adapters/system/posix_instance_lock.h"
 #include "app/adapters.h"
 #include "app/logged_prompts.h"
+#include "app/signal_watcher.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -69,6 +73,11 @@ class LinuxAdapters : public Adapters {
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
   }
 
+  void WatchForEnd(std::function<void()> asked) override {
+    signals_ = std::make_unique<SignalWatcher>(asked);
+    QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, signals_.get(), asked);
+  }
+
  private:
   QtLog log_;
   QtScheduler scheduler_;
@@ -82,12 +91,34 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<Prompts> prompts_;
   QtPrompts* windowPrompts_ = nullptr;
+  std::unique_ptr<SignalWatcher> signals_;
+};
+
+class PulseLister : public SoundDeviceLister {
+ public:
+  void List(std::function<void(const SoundDevices&)> told) override {
+    lister_.List([told = std::move(told)](const DeviceListing& listing) {
+      told({listing.devices, listing.defaultName, listing.error});
+    });
+  }
+
+ private:
+  QtScheduler scheduler_;
+  PulseDeviceLister lister_{scheduler_};
 };
 
 }  // namespace
 
 std::unique_ptr<Adapters> MakeAdapters(const Options& options) {
   return std::make_unique<LinuxAdapters>(options);
+}
+
+std::unique_ptr<SoundDeviceLister> MakeSoundDeviceLister() {
+  return std::make_unique<PulseLister>();
+}
+
+bool IsRigAddress(const std::string& text) {
+  return ParseServerAddress(text).has_value();
 }
 
 std::filesystem::path SettingsFile(const Options& options) {

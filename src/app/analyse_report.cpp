@@ -1,13 +1,12 @@
 #include "app/analyse_report.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
 
+#include "app/system.h"
 #include "text/formats.h"
 
 namespace velt {
@@ -73,7 +72,7 @@ std::vector<std::pair<int32_t, int64_t>> StrongestFrequencies::Top(size_t most) 
   return all;
 }
 
-ProgressBar::ProgressBar() : terminal_(::isatty(STDERR_FILENO) == 1) {}
+ProgressBar::ProgressBar() : terminal_(ErrorsGoToATerminal()) {}
 
 ProgressBar::~ProgressBar() {
   if (shown_) std::fputs("\r\x1b[K", stderr);

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "adapters/files/log_file.h"
-#include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/qt/qt_log.h"
-#include "adapters/qt/qt_scheduler.h"
+#include "app/adapters.h"
 #include "app/analyse.h"
 #include "app/options.h"
 #include "app/run_window.h"
+#include "app/system.h"
 #include "text/error_text.h"
 #include "text/paths.h"
 
@@ -34,10 +34,9 @@ void OpenLog(const std::filesystem::path& path) {
 
 int ListDevices(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  QtScheduler scheduler;
-  PulseDeviceLister lister(scheduler);
+  const auto lister = MakeSoundDeviceLister();
   int exitCode = 0;
-  lister.List([&exitCode](const DeviceListing& listing) {
+  lister->List([&exitCode](const SoundDevices& listing) {
     if (!listing.error.empty()) {
       std::fprintf(stderr, "velt-sa: %s\n", listing.error.c_str());
       exitCode = 1;
@@ -76,8 +75,7 @@ int RunApplication(int argc, char** argv, const Options& options) {
 }
 
 int Run(int argc, char** argv) {
-  const Options options =
-      ParseOptions(std::vector<std::string>(argv + 1, argv + argc), VELT_VERSION_TEXT);
+  const Options options = ParseOptions(ArgumentTexts(argc, argv), VELT_VERSION_TEXT);
   switch (options.run) {
     case Options::Run::Help:
     case Options::Run::Version:

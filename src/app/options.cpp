@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "adapters/rigctld/server_address.h"
+#include "app/adapters.h"
 #include "app/arguments.h"
 #include "shell/startup.h"
 #include "text/numbers.h"
@@ -77,7 +77,7 @@ class Checker {
   }
   std::string Address(const std::string& name) {
     std::string text = arguments_.Value(name);
-    if (arguments_.Has(name) && !ParseServerAddress(text)) {
+    if (arguments_.Has(name) && !IsRigAddress(text)) {
       Complain("--" + name + " takes HOST:PORT, for example 127.0.0.1:4532.");
     }
     return text;

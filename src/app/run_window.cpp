@@ -9,7 +9,7 @@
 
 #include "app/adapters.h"
 #include "app/crash_handler.h"
-#include "app/signal_watcher.h"
+#include "app/system.h"
 #include "text/paths.h"
 #include "ui/main_window.h"
 #include "ui/omnirig_window.h"
@@ -21,7 +21,7 @@ namespace {
 Installation Where(const Options& options) {
   Installation where;
   where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
-  where.programFolder = TextPath(FromQt(QCoreApplication::applicationDirPath()));
+  where.programFolder = ProgramFolder();
   const char* variable = std::getenv("VELT_ENGINE_FOLDER");
   if (!options.engineFolder.empty()) {
     where.engineFolder = options.engineFolder;
@@ -90,8 +90,7 @@ int RunWindow(QApplication& application, const Options& options) {
     bool cancel = false;
     program.shutdown.Form_Unload(cancel);
   };
-  const SignalWatcher signalWatcher(close);
-  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, close);
+  adapters->WatchForEnd(close);
 
   window.show();
   window.FocusScope();
