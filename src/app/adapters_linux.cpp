@@ -55,7 +55,7 @@ class LinuxAdapters : public Adapters {
     } else {
       settings_ = std::make_unique<IniStore>(SettingsFile(options), files_, log_);
     }
-    if (options.run == Options::Run::Headless) {
+    if (options.windowless) {
       prompts_ = std::make_unique<LoggedPrompts>(scheduler_, log_);
     } else {
       auto prompts = std::make_unique<QtPrompts>();

@@ -51,7 +51,7 @@ int ListDevices(int argc, char** argv) {
   return exitCode;
 }
 
-int RunApplication(int argc, char** argv, const Options& options) {
+int RunApplication(char* programName, const Options& options) {
   const bool headless = options.run == Options::Run::Headless;
   const bool display =
       !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -68,8 +68,14 @@ int RunApplication(int argc, char** argv, const Options& options) {
     }
   }
   QApplication::setApplicationName("VELT-SA");
-  QApplication::setStyle("Fusion");
-  QApplication application(argc, argv);
+  if (!options.namesStyle) QApplication::setStyle("Fusion");
+  // Qt keeps the references and writes to the array.
+  std::vector<std::string> texts = options.qtArguments;
+  std::vector<char*> arguments{programName};
+  for (std::string& text : texts) arguments.push_back(text.data());
+  int count = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  QApplication application(count, arguments.data());
   OpenLog(options.logFile);
   return RunWindow(application, options);
 }
@@ -93,7 +99,7 @@ int Run(int argc, char** argv) {
     case Options::Run::Headless:
       break;
   }
-  return RunApplication(argc, argv, options);
+  return RunApplication(argv[0], options);
 }
 
 }  // namespace

@@ -1,11 +1,10 @@
 #include "app/options.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "app/adapters.h"
 #include "app/arguments.h"
-#include "shell/startup.h"
+#include "text/formats.h"
 #include "text/numbers.h"
 #include "text/paths.h"
 
@@ -39,11 +38,47 @@ constexpr KnownOption kKnown[] = {
     {"v", nullptr, nullptr},
 };
 
+// Qt's own, which desktops and session managers give to any program of its kind.
+constexpr KnownOption kQts[] = {
+    {"session", "ID", nullptr},
+    {"platform", "NAME", nullptr},
+    {"platformpluginpath", "DIR", nullptr},
+    {"platformtheme", "NAME", nullptr},
+    {"plugin", "NAME", nullptr},
+    {"display", "NAME", nullptr},
+    {"name", "NAME", nullptr},
+    {"style", "NAME", nullptr},
+    {"stylesheet", "FILE", nullptr},
+    {"geometry", "WxH", nullptr},
+    {"qwindowgeometry", "WxH", nullptr},
+    {"title", "TEXT", nullptr},
+    {"qwindowtitle", "TEXT", nullptr},
+    {"icon", "FILE", nullptr},
+    {"qwindowicon", "FILE", nullptr},
+    {"nograb", nullptr, nullptr},
+    {"dograb", nullptr, nullptr},
+    {"reverse", nullptr, nullptr},
+    {"widgetcount", nullptr, nullptr},
+};
+
 constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode", "precision",
                                           "slider", "waterfall", "size"};
 constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};
 constexpr const char* kNotAnalysing[] = {
     "demo", "input", "audio-device", "headless", "list-audio-devices", "rig1", "rig2"};
+
+// Whether an argument that is no option asks to delete all settings. It has to be meant: the name
+// of a file does not ask for it, nor does "preset", in which the word does not begin.
+bool AsksForReset(const std::string& argument) {
+  const std::string name = Lowered(argument).substr(0, argument.find('='));
+  const bool isFile = argument.find('.') != std::string::npos ||
+                      argument.find_first_of("/\\", 1) != std::string::npos;
+  if (isFile) return false;
+  for (size_t at = name.find("reset"); at != std::string::npos; at = name.find("reset", at + 1)) {
+    if (at == 0 || name[at - 1] < 'a' || name[at - 1] > 'z') return true;
+  }
+  return false;
+}
 
 std::string UsageText() {
   return "Usage: velt-sa [options]\n"
@@ -123,28 +158,49 @@ void ParseAnalyse(const Arguments& arguments, Checker& checker, AnalyseOptions& 
   if (arguments.Has("size")) ParseSize(arguments.Value("size"), checker, analyse);
 }
 
+void ParseQts(const Arguments& arguments, Options& options) {
+  for (const KnownOption& option : kQts) {
+    if (!arguments.Has(option.name)) continue;
+    options.qtArguments.push_back(std::string("-") + option.name);
+    if (option.value != nullptr) options.qtArguments.push_back(arguments.Value(option.name));
+  }
+  options.namesStyle = arguments.Has("style");
+  options.platform = arguments.Value("platform");
+  options.display = arguments.Value("display");
+}
+
 }  // namespace
 
 Options ParseOptions(std::span<const std::string> texts, const std::string& versionText) {
-  const Arguments arguments(texts, kKnown);
+  std::vector<KnownOption> known(std::begin(kKnown), std::end(kKnown));
+  known.insert(known.end(), std::begin(kQts), std::end(kQts));
+  const Arguments arguments(texts, known);
   Options options;
-  options.dataFolder = TextPath(arguments.Value("data-folder"));
-  if (AsksForReset(arguments.Others())) {
-    options.run = Options::Run::Reset;
-    return options;
-  }
-
   Checker checker(arguments);
-  if (!arguments.Others().empty()) {
-    checker.Complain("Unexpected argument \"" + arguments.Others()[0] + "\".");
+  bool reset = false;
+  for (const std::string& other : arguments.Others()) {
+    if (AsksForReset(other)) {
+      reset = true;
+    } else {
+      checker.Complain("Unexpected argument \"" + other + "\".");
+    }
   }
   for (const char* name : kOnlyAnalysing) checker.NeedsOther(name, "analyse");
   for (const char* name : kOnlyHeadless) checker.NeedsOther(name, "headless");
   for (const char* name : kNotAnalysing) checker.NotTogether(name, "analyse");
   checker.NotTogether("demo", "input");
-  checker.NeedsOther("headless", "seconds");
+  if (reset) {
+    for (const char* name : {"analyse", "list-audio-devices"}) {
+      if (arguments.Has(name))
+        checker.Complain(std::string("A reset does not go with --") + name + ".");
+    }
+  } else {
+    checker.NeedsOther("headless", "seconds");
+  }
 
+  options.windowless = arguments.Has("headless");
   options.demo = arguments.Has("demo");
+  options.dataFolder = TextPath(arguments.Value("data-folder"));
   options.input = TextPath(arguments.Value("input"));
   options.audioDevice = arguments.Value("audio-device");
   options.rigAddresses = {checker.Address("rig1"), checker.Address("rig2")};
@@ -153,6 +209,7 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   options.seconds = checker.Number("seconds", 0, 1, 1000000);
   options.screenshot = TextPath(arguments.Value("screenshot"));
   ParseAnalyse(arguments, checker, options.analyse);
+  ParseQts(arguments, options);
 
   if (arguments.Has("help") || arguments.Has("h")) {
     options.run = Options::Run::Help;
@@ -163,6 +220,8 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   } else if (!checker.Complaint().empty()) {
     options.run = Options::Run::Invalid;
     options.text = checker.Complaint() + "\n\n" + UsageText();
+  } else if (reset) {
+    options.run = Options::Run::Reset;
   } else if (arguments.Has("analyse")) {
     options.run = Options::Run::Analyse;
   } else if (arguments.Has("list-audio-devices")) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace velt {
 
@@ -34,6 +35,7 @@ struct Options {
   Run run = Run::Window;
   std::string text;
 
+  bool windowless = false;  // nobody sees a window: what a box would say goes to the log
   bool demo = false;
   std::filesystem::path input;  // sound file instead of the sound server
   std::string audioDevice;
@@ -45,10 +47,11 @@ struct Options {
   std::filesystem::path screenshot;  // written at the end of a headless run
   AnalyseOptions analyse;
 
-  // What the arguments that are Qt's own ask for; Qt reads them by itself.
-  bool namesStyle = false;
-  std::string platform;  // Qt's name for the kind of display; empty: not said
-  std::string display;   // of an X server; empty: not said
+  // What is Qt's own, as Qt takes it.
+  std::vector<std::string> qtArguments;
+  bool namesStyle = false;  // whether they name a style
+  std::string platform;     // what they name as the kind of display; empty: nothing
+  std::string display;      // what they name as the X server; empty: nothing
 
   // Such runs keep settings and presets to themselves unless a data folder is named.
   bool KeepsInMemory() const { return (demo || !input.empty()) && dataFolder.empty(); }

@@ -2,7 +2,6 @@
 
 #include "rig/shown_frequency.h"
 #include "text/error_text.h"
-#include "text/formats.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -13,18 +12,6 @@ constexpr const char* kOmniRigKey = "TypeLib\\{4FE359C5-A58F-459D-BE95-CA559FB4F
 constexpr const char* kOmniRigFolder = "c:\\program files\\afreet\\omnirig";
 
 }  // namespace
-
-bool AsksForReset(std::span<const std::string> arguments) {
-  for (const std::string& argument : arguments) {
-    const std::string lowered = Lowered(argument);
-    // The word has to begin in it: "preset" is another one.
-    for (size_t at = lowered.find("reset"); at != std::string::npos;
-         at = lowered.find("reset", at + 1)) {
-      if (at == 0 || lowered[at - 1] < 'a' || lowered[at - 1] > 'z') return true;
-    }
-  }
-  return false;
-}
 
 Startup::Startup(Parts parts) : p_(parts) {}
 

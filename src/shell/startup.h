@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <span>
 #include <string>
 
 #include "audio/capture.h"
@@ -95,9 +94,5 @@ class Startup {
   bool sizeApplied_ = false;
   Scheduler::Handle next_;
 };
-
-// True when one of the program's own arguments holds the word, in any case. `arguments` are those
-// that are neither known options nor their values, without the program's name.
-bool AsksForReset(std::span<const std::string> arguments);
 
 }  // namespace velt

@@ -23,9 +23,26 @@ TEST(Options, ChooseTheKindOfRun) {
       {{"/RESET"}, Kind::Reset},
       {{"-reset"}, Kind::Reset},
       {{"--reset", "--demo"}, Kind::Reset},
-      {{"--input", "reset.wav"}, Kind::Window},  // the value of a known option
+      {{"preset-Reset"}, Kind::Reset},
+      {{"--headless", "--reset"}, Kind::Reset},
+      {{"--reset", "--help"}, Kind::Help},
+      // No typing error deletes the settings.
+      {{"--input", "reset.wav"}, Kind::Window},
+      {{"--input=reset"}, Kind::Window},
+      {{"--input", "--reset"}, Kind::Invalid},
       {{"my-preset.wav"}, Kind::Invalid},
       {{"--import-presets"}, Kind::Invalid},
+      {{"/x/reset.wav"}, Kind::Invalid},
+      {{"./reset"}, Kind::Invalid},
+      {{"my-reset-notes.txt"}, Kind::Invalid},
+      {{"--preset=reset"}, Kind::Invalid},
+      {{"--inptu", "reset"}, Kind::Invalid},
+      {{"my", "reset", "notes"}, Kind::Invalid},
+      {{"--analyse", "a.wav", "reset"}, Kind::Invalid},
+      {{"reset", "--rig1", "x"}, Kind::Invalid},
+      // Qt's own.
+      {{"-session", "1_2", "-style", "Windows", "-reverse"}, Kind::Window},
+      {{"-style"}, Kind::Invalid},
       {{"--bogus"}, Kind::Invalid},
       {{"--headless"}, Kind::Invalid},
       {{"--seconds", "3"}, Kind::Invalid},
@@ -65,6 +82,8 @@ TEST(Options, CarryTheirValues) {
   EXPECT_FALSE(Parse({"--demo", "--data-folder", "/d"}).KeepsInMemory());
   EXPECT_FALSE(Parse({"--headless", "--seconds", "1"}).KeepsInMemory());
   EXPECT_EQ(Parse({"--rig1", "radio:4600"}).rigAddresses[0], "radio:4600");
+  const std::vector<std::string> forQt{"-platform", "xcb", "-style", "Windows"};
+  EXPECT_EQ(Parse({"--style=Windows", "--demo", "-platform", "xcb"}).qtArguments, forQt);
 }
 
 }  // namespace
