@@ -2,33 +2,45 @@
 #include <QCoreApplication>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "adapters/files/log_file.h"
 #include "adapters/guardian/guardian_spawn.h"
-#include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/qt/qt_log.h"
-#include "adapters/qt/qt_scheduler.h"
+#include "app/adapters.h"
 #include "app/analyse.h"
 #include "app/options.h"
 #include "app/run_window.h"
+#include "app/system.h"
 #include "guardian/run_guardian.h"
+#include "text/error_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
 
-Options OptionsOf(int argc, char** argv) {
-  // The help text asks the application for its name, so there has to be one.
-  const QCoreApplication application(argc, argv);
-  return ParseOptions(QCoreApplication::arguments(), VELT_VERSION_TEXT);
+void OpenLog(const std::filesystem::path& path) {
+  if (path.empty()) {
+    QtLog::Install(nullptr);
+    return;
+  }
+  const auto file = std::make_shared<LogFile>(path);
+  if (const int error = file->Open()) {
+    std::fprintf(stderr, "velt-sa: the log file %s could not be opened: %s\n",
+                 PathText(path).c_str(), ErrorText(error).c_str());
+  }
+  QtLog::Install([file](std::string_view line) { file->WriteLine(line); });
 }
 
 int ListDevices(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  QtScheduler scheduler;
-  PulseDeviceLister lister(scheduler);
+  const auto lister = MakeSoundDeviceLister();
   int exitCode = 0;
-  lister.List([&exitCode](const DeviceListing& listing) {
+  lister->List([&exitCode](const SoundDevices& listing) {
     if (!listing.error.empty()) {
       std::fprintf(stderr, "velt-sa: %s\n", listing.error.c_str());
       exitCode = 1;
@@ -43,7 +55,7 @@ int ListDevices(int argc, char** argv) {
   return exitCode;
 }
 
-int RunApplication(int argc, char** argv, const Options& options, GuardianSpawn guardian) {
+int RunApplication(char* programName, const Options& options, GuardianSpawn guardian) {
   const bool headless = options.run == Options::Run::Headless;
   const bool display =
       !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -60,11 +72,15 @@ int RunApplication(int argc, char** argv, const Options& options, GuardianSpawn 
     }
   }
   QApplication::setApplicationName("VELT-SA");
-  QApplication::setStyle("Fusion");
-  QApplication application(argc, argv);
-  if (!QtLog::Install(options.logFile)) {
-    std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n", options.logFile.c_str());
-  }
+  if (!options.namesStyle) QApplication::setStyle("Fusion");
+  // Qt keeps the references and writes to the array.
+  std::vector<std::string> texts = options.qtArguments;
+  std::vector<char*> arguments{programName};
+  for (std::string& text : texts) arguments.push_back(text.data());
+  int count = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  QApplication application(count, arguments.data());
+  OpenLog(options.logFile);
   return RunWindow(application, options, std::move(guardian));
 }
 
@@ -85,7 +101,7 @@ bool CanKey(int argc, char** argv) {
 }
 
 int Run(int argc, char** argv, GuardianSpawn guardian) {
-  const Options options = OptionsOf(argc, argv);
+  const Options options = ParseOptions(ArgumentTexts(argc, argv), VELT_VERSION_TEXT);
   switch (options.run) {
     case Options::Run::Help:
     case Options::Run::Version:
@@ -103,7 +119,7 @@ int Run(int argc, char** argv, GuardianSpawn guardian) {
     case Options::Run::Headless:
       break;
   }
-  return RunApplication(argc, argv, options, std::move(guardian));
+  return RunApplication(argv[0], options, std::move(guardian));
 }
 
 }  // namespace

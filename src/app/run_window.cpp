@@ -9,7 +9,8 @@
 #include <utility>
 
 #include "app/adapters.h"
-#include "app/signal_watcher.h"
+#include "app/system.h"
+#include "text/paths.h"
 #include "ui/main_window.h"
 #include "ui/omnirig_window.h"
 #include "ui/qt_text.h"
@@ -20,12 +21,12 @@ namespace {
 Installation Where(const Options& options) {
   Installation where;
   where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
-  where.programFolder = FromQt(QCoreApplication::applicationDirPath());
+  where.programFolder = ProgramFolder();
   const char* variable = std::getenv("VELT_ENGINE_FOLDER");
   if (!options.engineFolder.empty()) {
     where.engineFolder = options.engineFolder;
   } else if (variable != nullptr && *variable != '\0') {
-    where.engineFolder = variable;
+    where.engineFolder = TextPath(variable);
   } else {
     where.engineFolder = where.programFolder;
   }
@@ -42,11 +43,11 @@ int TellReset(QApplication& application, Adapters& adapters) {
 }
 
 // False when the picture could not be written.
-bool TakePicture(MainWindow& window, const std::string& file) {
+bool TakePicture(MainWindow& window, const std::filesystem::path& file) {
   if (file.empty()) return true;
   window.SyncNow();
-  if (window.grab().save(ToQt(file), "PNG")) return true;
-  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", file.c_str());
+  if (window.grab().save(ToQt(PathText(file)), "PNG")) return true;
+  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", PathText(file).c_str());
   return false;
 }
 
@@ -78,8 +79,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   MainWindow window(program.form, [&program]() -> const Raster& { return program.tick.Shown(); });
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
-  const Connection closing =
-      window.closing.Listen([&program](bool& cancel) { program.shutdown.Form_Unload(cancel); });
+  window.onClose = [&program](bool& cancel) { program.shutdown.Form_Unload(cancel); };
   program.menuOpener.focusScope = [&window] { window.FocusScope(); };
 
   int exitCode = 0;
@@ -89,8 +89,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
     bool cancel = false;
     program.shutdown.Form_Unload(cancel);
   };
-  const SignalWatcher signalWatcher(close);
-  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, close);
+  adapters->WatchForEnd(close);
 
   window.show();
   window.FocusScope();

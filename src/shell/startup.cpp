@@ -1,9 +1,8 @@
 #include "shell/startup.h"
 
-#include <cstring>
-
 #include "rig/shown_frequency.h"
-#include "text/formats.h"
+#include "text/error_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
@@ -14,25 +13,13 @@ constexpr const char* kOmniRigFolder = "c:\\program files\\afreet\\omnirig";
 
 }  // namespace
 
-bool AsksForReset(std::span<const std::string> arguments) {
-  for (const std::string& argument : arguments) {
-    const std::string lowered = Lowered(argument);
-    // The word has to begin in it: "preset" is another one.
-    for (size_t at = lowered.find("reset"); at != std::string::npos;
-         at = lowered.find("reset", at + 1)) {
-      if (at == 0 || lowered[at - 1] < 'a' || lowered[at - 1] > 'z') return true;
-    }
-  }
-  return false;
-}
-
 Startup::Startup(Parts parts) : p_(parts) {}
 
 Startup::Result Startup::Run(const RunOptions& options) {
   if (options.resetSettings) {
     if (const int error = p_.settings.Reset()) {
       p_.log.Write(LogLevel::Error, "velt.settings",
-                   std::string("The settings could not be deleted: ") + std::strerror(error));
+                   "The settings could not be deleted: " + ErrorText(error));
     }
     return Result::SettingsReset;
   }
@@ -46,7 +33,7 @@ void Startup::Form_Load(const RunOptions& options) {
   Installation& installation = p_.installation;
   if (options.dataFolder.empty()) {
     const std::string home = p_.platform.GetSpecialFolder(kProfileFolder);
-    installation.dataFolder = std::filesystem::path(home) / "VELT";
+    installation.dataFolder = TextPath(home) / "VELT";
   } else {
     installation.dataFolder = options.dataFolder;
   }
@@ -63,7 +50,7 @@ void Startup::Form_Load(const RunOptions& options) {
 
   const std::string registered =
       p_.platform.GetRegistryString(RegistryRoot::ClassesRoot, kOmniRigKey, "");
-  installation.omniRigFolder = registered.size() < 3 ? kOmniRigFolder : registered;
+  installation.omniRigFolder = TextPath(registered.size() < 3 ? kOmniRigFolder : registered);
   MakeFolders();
 
   p_.display.InitWaterColor();
@@ -81,8 +68,8 @@ void Startup::MakeFolders() {
     if (p_.files.IsFolder(path)) continue;
     if (const int error = p_.files.MakeFolder(path)) {
       p_.log.Write(LogLevel::Warning, "velt.settings",
-                   "The data folder " + p_.installation.dataFolder.string() +
-                       " could not be made: " + std::strerror(error));
+                   "The data folder " + PathText(p_.installation.dataFolder) +
+                       " could not be made: " + ErrorText(error));
       return;
     }
   }

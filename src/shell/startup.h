@@ -1,8 +1,8 @@
 // The sequence that runs when the main window is created.
 #pragma once
 
+#include <filesystem>
 #include <functional>
-#include <span>
 #include <string>
 
 #include "audio/capture.h"
@@ -41,7 +41,7 @@ struct RunOptions {
   bool resetSettings = false;
   bool exemptFromSingleInstance = false;
   bool startAnalyser = false;
-  std::string dataFolder;  // empty: below the home folder
+  std::filesystem::path dataFolder;  // empty: below the home folder
 };
 
 class Startup {
@@ -94,9 +94,5 @@ class Startup {
   bool sizeApplied_ = false;
   Scheduler::Handle next_;
 };
-
-// True when one of the program's own arguments holds the word, in any case. `arguments` are those
-// that are neither known options nor their values, without the program's name.
-bool AsksForReset(std::span<const std::string> arguments);
 
 }  // namespace velt

@@ -85,8 +85,8 @@ TEST_F(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
 
 TEST_F(RigWalk, EveryKindOfEndReleasesTheTransmitter) {
   const std::vector<std::function<void(WindowDriver&)>> ends{
-      [](WindowDriver& window) { window.Program().Signal(SIGTERM); },
-      [](WindowDriver& window) { window.Program().Signal(SIGSEGV); },
+      [](WindowDriver& window) { window.Program().Signal(ProcessSignal::Terminate); },
+      [](WindowDriver& window) { window.Program().Signal(ProcessSignal::Crash); },
       [](WindowDriver& window) { window.Close(); },
       [](WindowDriver& window) {
         window.Click(window.places.file);

@@ -113,7 +113,7 @@ TEST(SoundWalk, SavedSettingsComeBackAndAResetForgetsThem) {
     const QPoint corner(scope.left + scope.width - 20, scope.top + 4);
     EXPECT_TRUE(
         WaitUntil([&] { return window.Picture().pixel(corner) == qRgb(255, 0, 0); }, seconds(5)));
-    window.Program().Signal(SIGTERM);
+    window.Program().Signal(ProcessSignal::Terminate);
     ASSERT_TRUE(window.Program().WaitForEnd(seconds(5)));
     EXPECT_EQ(window.Program().ExitCode(), 0);
   }

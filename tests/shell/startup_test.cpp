@@ -5,17 +5,6 @@
 namespace velt {
 namespace {
 
-TEST(Startup, ResetIsAWordOfItsOwn) {
-  const std::pair<std::string, bool> cases[] = {
-      {"reset", true},           {"/RESET", true},       {"-Reset", true},
-      {"--reset", true},         {"resetall", true},     {"my-preset.wav", false},
-      {"import-presets", false}, {"preset-reset", true}, {"", false}};
-  for (const auto& [argument, asks] : cases) {
-    const std::vector<std::string> arguments{argument};
-    EXPECT_EQ(AsksForReset(arguments), asks) << argument;
-  }
-}
-
 TEST(Startup, ResetDeletesTheSettingsAndStartsNothing) {
   ProgramFixture f;
   f.store.Save("VELT-SA", "Slider", "33");

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
-#include <csignal>
 
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/live_loop.h"
@@ -132,7 +131,7 @@ TEST_F(ServerTest, AnotherClientsChangeIsThereWithinHalfASecondAndTheOtherRigDoe
 
 TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
   ASSERT_NO_FATAL_FAILURE(Key());
-  peer.Signal(SIGSTOP);
+  peer.Signal(ProcessSignal::Stop);
   QTimer tick;
   QElapsedTimer since;
   qint64 longest = 0;
@@ -144,11 +143,11 @@ TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
   EXPECT_EQ(rig.StatusStr(), "Rig is not responding");
   EXPECT_GT(longest, 0);
   EXPECT_LT(longest, 250);
-  peer.Signal(SIGCONT);
+  peer.Signal(ProcessSignal::Continue);
   ASSERT_TRUE(Reaches(State::Linked) && Sees("t", "1"));
-  peer.Signal(SIGSTOP);
+  peer.Signal(ProcessSignal::Stop);
   server.ReleaseNow(2, 500);
-  peer.Signal(SIGCONT);
+  peer.Signal(ProcessSignal::Continue);
   // Without the loop: the release leaves within its call.
   EXPECT_TRUE(WaitUntil([&] { return peer.Ask("t") == "0"; }, std::chrono::seconds(5)));
 }
