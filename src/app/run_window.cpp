@@ -33,6 +33,18 @@ Installation Where(const Options& options) {
   return where;
 }
 
+RunSetup SetupOf(const Options& options) {
+  const bool asks = options.run != Options::Run::Headless && !options.demo;
+  return {.installation = Where(options),
+          .audioDevice = options.audioDevice,
+          .rigAddresses = options.rigAddresses,
+          .questions = asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never,
+          .resetSettings = options.run == Options::Run::Reset,
+          .exemptFromSingleInstance = options.demo,
+          .startAnalyser = options.demo || !options.input.empty(),
+          .dataFolder = options.dataFolder};
+}
+
 // Shows the reset's message; the program ends when it was dismissed.
 int TellReset(QApplication& application, Adapters& adapters) {
   adapters.Ports().prompts.Tell(
@@ -56,18 +68,8 @@ bool TakePicture(MainWindow& window, const std::filesystem::path& file) {
 int RunWindow(QApplication& application, const Options& options, GuardianSpawn guardian) {
   application.setQuitOnLastWindowClosed(false);
   const auto adapters = MakeAdapters(options, std::move(guardian));
-  const bool asks = options.run != Options::Run::Headless && !options.demo;
-  Program program(adapters->Ports(), Where(options),
-                  asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never);
-  program.capture.deviceName = options.audioDevice;
-  program.settings.addressesOfThisRun = options.rigAddresses;
-
-  RunOptions run;
-  run.resetSettings = options.run == Options::Run::Reset;
-  run.exemptFromSingleInstance = options.demo;
-  run.startAnalyser = options.demo || !options.input.empty();
-  run.dataFolder = options.dataFolder;
-  switch (program.startup.Run(run)) {
+  Program program(adapters->Ports(), SetupOf(options));
+  switch (program.startup.Run()) {
     case Startup::Result::AnotherInstance:
       return 0;
     case Startup::Result::SettingsReset:
@@ -76,14 +78,17 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
       break;
   }
 
-  MainWindow window(program.form, [&program]() -> const Raster& { return program.tick.Shown(); });
+  MainWindow window(program.form,
+                    [&program]() -> const Raster& { return program.display.tick.Shown(); });
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
-  window.onClose = [&program](bool& cancel) { program.shutdown.Form_Unload(cancel); };
-  program.menuOpener.focusScope = [&window] { window.FocusScope(); };
+  Connections connections;
+  connections +=
+      window.closing.Listen([&program](bool& cancel) { program.shutdown.Form_Unload(cancel); });
+  connections += program.form.Scope.focusWanted.Listen([&window] { window.FocusScope(); });
 
   int exitCode = 0;
-  program.shutdown.endProgram = [&application] { application.quit(); };
+  connections += program.shutdown.ended.Listen([&application] { application.quit(); });
   // Every way of asking the program to end closes the window.
   const auto close = [&program] {
     bool cancel = false;

@@ -104,6 +104,7 @@ class IOmniRigX {
 
   // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open.
   virtual std::string Address(int32_t rigNumber) const = 0;
+  virtual bool IsAddress(const std::string& text) const = 0;
   // False when the text is no address.
   virtual bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) = 0;
 

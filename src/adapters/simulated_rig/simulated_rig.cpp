@@ -180,9 +180,13 @@ std::string SimulatedRigServer::Address(int32_t rigNumber) const {
   return Of(rigNumber) ? addresses_[rigNumber - 1] : std::string();
 }
 
+bool SimulatedRigServer::IsAddress(const std::string& text) const {
+  const size_t colon = text.rfind(':');
+  return colon != std::string::npos && colon != 0;
+}
+
 bool SimulatedRigServer::SetAddress(int32_t rigNumber, const std::string& hostAndPort) {
-  const size_t colon = hostAndPort.rfind(':');
-  if (!Of(rigNumber) || colon == std::string::npos || colon == 0) return false;
+  if (!Of(rigNumber) || !IsAddress(hostAndPort)) return false;
   addresses_[rigNumber - 1] = hostAndPort;
   return true;
 }
