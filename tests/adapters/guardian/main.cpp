@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   const std::string_view word = argc > 1 ? argv[1] : "";
   if (word == "--guardian") {
     return velt::RunGuardian(
-        {.silence = Milliseconds(800),
+        {.silence = Milliseconds(1500),
          .followUp = {.all = Milliseconds(3000), .answer = Milliseconds(700)}});
   }
   if (word == "--holder" && argc == 4) return velt::RunHolder(argc, argv);
