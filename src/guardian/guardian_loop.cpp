@@ -33,7 +33,7 @@ GuardianLoop::GuardianLoop(GuardianSocket socket, const GuardianLimits& limits)
     : socket_(std::move(socket)), limits_(limits), holdings_(limits.silence) {}
 
 void GuardianLoop::Run() {
-  Tell(Kind::Ready, 0);
+  Tell(Kind::Here, 0);
   while (!holdings_.Finished()) {
     const Turns turns = Wait();
     // First of all: after a time without a turn of its own, what the program said meanwhile lies
@@ -110,7 +110,8 @@ void GuardianLoop::Obey(GuardianSocket::Received& received, SteadyTime now) {
     case Kind::LogFile:
       return report_.SetLogFile(message.text);
     case Kind::Beat:
-    case Kind::Ready:
+      return Tell(Kind::Here, 0);
+    case Kind::Here:
     case Kind::ReleasedInSilence:
     case Kind::FollowUpDone:
     case Kind::FollowUpFailed:

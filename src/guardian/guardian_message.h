@@ -19,7 +19,7 @@ struct GuardianMessage {
     Beat,
     LogFile,  // text: absolute path; empty: none
     // From the guardian.
-    Ready,              // it listens; said once, first of all
+    Here,               // first of all, and in answer to each beat
     ReleasedInSilence,  // every ticket up to this one that was held
     FollowUpDone,       // ticket
     FollowUpFailed,     // ticket

@@ -126,5 +126,11 @@ TEST_F(CommandLine, AHeadlessRunSavesItsSettings) {
   EXPECT_EQ(Call({"--headless", "--seconds", "1", "--screenshot", "/nowhere/x.png"}).exitCode, 1);
 }
 
+TEST_F(CommandLine, TheGuardianDoesNothingAlone) {
+  const Result result = Call({"--guardian"});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(std::count(result.said.begin(), result.said.end(), '\n'), 1) << result.said;
+}
+
 }  // namespace
 }  // namespace velt

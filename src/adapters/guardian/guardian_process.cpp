@@ -78,6 +78,11 @@ void GuardianProcess::Follow(uint32_t ticket) {
 }
 
 void GuardianProcess::Beat() {
+  Hear();  // after a pause of our own its answer lies there
+  if (!guardian_.socket.IsOpen()) return;
+  const SteadyTime now = scheduler_.Now();
+  if (unanswered_ && now - *unanswered_ >= kAnswerLimit) return Replace();
+  if (!unanswered_) unanswered_ = now;
   Send(Message(Kind::Beat));
 }
 
@@ -122,14 +127,16 @@ void GuardianProcess::Reap() {
   std::erase_if(gone_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
 }
 
-// One that is gone says so by the end of its socket. One that does not read any more is none.
 bool GuardianProcess::Send(const GuardianMessage& message) {
   if (!guardian_.socket.IsOpen()) return false;
   const GuardianSocket::Sent sent = guardian_.socket.Send(message);
-  if (sent == GuardianSocket::Sent::Full && guardian_.process > 0) {
-    ::kill(guardian_.process, SIGKILL);
-  }
+  if (sent == GuardianSocket::Sent::Full) Replace();
   return sent == GuardianSocket::Sent::Yes;
+}
+
+// One that does not listen any more is none. The end of its socket will be heard.
+void GuardianProcess::Replace() {
+  if (guardian_.process > 0) ::kill(guardian_.process, SIGKILL);
 }
 
 void GuardianProcess::Hear() {
@@ -151,8 +158,9 @@ void GuardianProcess::Hear() {
 
 void GuardianProcess::Take(const GuardianMessage& message) {
   switch (message.kind) {
-    case Kind::Ready:
+    case Kind::Here:
       ready_ = true;
+      unanswered_.reset();
       Reap();
       if (std::exchange(wasMissing_, false)) Tell({.kind = GuardianNews::Kind::Back});
       return;
@@ -187,6 +195,7 @@ void GuardianProcess::Lost() {
   guardian_.socket.Close();
   gone_.push_back(guardian_.process);
   ready_ = false;
+  unanswered_.reset();
   wasMissing_ = true;
   SpawnLater();
 }

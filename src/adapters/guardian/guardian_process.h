@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ class GuardianProcess : public Guardian {
  public:
   // At most this often a new one is started.
   static constexpr Milliseconds kRespawnEvery{1000};
+  // One that does not answer a beat for so long is replaced.
+  static constexpr Milliseconds kAnswerLimit{5000};
 
   // With the guardian that was started at the beginning of the run; without one it is started now.
   // Needs the application's event loop.
@@ -49,6 +52,7 @@ class GuardianProcess : public Guardian {
   void HoldAgain();
   void Reap();
   bool Send(const GuardianMessage& message);
+  void Replace();
   void Hear();
   void Take(const GuardianMessage& message);
   void FollowUpEnds(uint32_t ticket, GuardianNews::Kind kind);
@@ -58,8 +62,9 @@ class GuardianProcess : public Guardian {
   Scheduler& scheduler_;
   GuardianSpawn guardian_;
   QPointer<QSocketNotifier> notifier_;
-  bool ready_ = false;       // it was heard
-  bool wasMissing_ = false;  // since it was last ready
+  bool ready_ = false;                    // it was heard
+  std::optional<SteadyTime> unanswered_;  // the first beat without an answer
+  bool wasMissing_ = false;               // since it was last ready
   SteadyTime lastSpawn_;
   Scheduler::Handle spawning_;
   std::vector<pid_t> gone_;  // not yet seen to have ended

@@ -12,9 +12,6 @@
 namespace velt {
 namespace {
 
-// Some twenty messages: a guardian that does not read them any more is noticed.
-constexpr int kSendBuffer = 8 * 1024;
-
 pid_t Spawn(int guardiansEnd) {
   posix_spawn_file_actions_t actions;
   posix_spawnattr_t attributes;
@@ -66,7 +63,6 @@ GuardianSpawn SpawnGuardian() {
   Descriptor near = MovedUp(ends[0]);
   const Descriptor far = MovedUp(ends[1]);
   if (!near.IsOpen() || !far.IsOpen()) return {};
-  ::setsockopt(near.Number(), SOL_SOCKET, SO_SNDBUF, &kSendBuffer, sizeof kSendBuffer);
   const pid_t process = Spawn(far.Number());
   if (process < 0) return {};
   return {GuardianSocket(std::move(near)), process};
