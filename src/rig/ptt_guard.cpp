@@ -47,7 +47,7 @@ IRigX& PttGuard::Rig(int32_t rigNumber) const {
 void PttGuard::CheckRig(int32_t rigNumber) {
   IRigX& rig = Rig(rigNumber);
   const PttSafety::Report report{.linked = rig.Link().state == RigLink::State::Linked,
-                                 .transmitting = rig.Tx() == PM_TX};
+                                 .transmitting = rig.Transmitter() == TxReport::Transmits};
   const PttSafety::Orders orders = Watch(rigNumber).Tick(scheduler_.Now(), report);
   if (orders.release) rig.SetTx(PM_RX);
   if (orders.ended != PttSafety::Cause::None) {
