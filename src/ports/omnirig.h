@@ -40,9 +40,22 @@ struct RigLink {
     Silent,        // the server answers, the rig does not
     Reconnecting,  // lost or refused; tried again by itself
   };
+  // Why it is Silent or Reconnecting; while that lasts, of the last attempt.
+  enum class Cause {
+    None,          // in all other states
+    HostNotFound,  // the name stands for no address, or nobody tells which
+    Refused,       // nothing listens there
+    Unreachable,   // no way there, or no connection in time
+    Closed,        // the server ended the connection
+    NoAnswer,      // the server took a command and did not answer in time
+    WrongAnswer,   // what listens there is no such server
+    RigSilent,     // the server answers, the rig does not
+    RigOff,        // the server says that the rig is turned off
+  };
   State state = State::Off;
   int32_t retryInSeconds = 0;  // until the next attempt, while Reconnecting
   bool stale = false;          // the values are the last ones of a link that is not Linked now
+  Cause cause = Cause::None;
 };
 
 // What the rig says of its transmitter.
@@ -60,14 +73,14 @@ class IRigX {
   virtual std::string StatusStr() const = 0;  // "On-line", "Rig is not responding", ...
   virtual std::string RigType() const = 0;    // maker and model as the server tells; may be empty
 
-  // Frequencies in Hz; 0 while unknown. A value just written is what reads return.
+  // Frequencies in Hz; 0 while there is none or it is unknown. A value just written is what reads
+  // return.
   virtual int32_t Freq() const = 0;
   virtual int32_t FreqA() const = 0;
   virtual int32_t FreqB() const = 0;
   virtual int32_t GetRxFrequency() const = 0;
   virtual int32_t GetTxFrequency() const = 0;  // 0 while the rig receives
   virtual int32_t Mode() const = 0;            // one of PM_...; 0 while unknown
-  virtual int32_t Tx() const = 0;              // PM_TX or PM_RX as reported, not as asked for
 
   // Writes are queued; false when they are refused at once: no link, or (frequencies) outside
   // 10 kHz to 2 GHz, or (modes) not one of PM_.... A newer write replaces one still waiting.
@@ -75,10 +88,12 @@ class IRigX {
   virtual bool SetFreqA(int32_t frequencyHz) = 0;
   virtual bool SetFreqB(int32_t frequencyHz) = 0;
   virtual bool SetMode(int32_t mode) = 0;
-  // PM_RX is never refused: without a link it is the first command after the reconnect.
+  // PM_RX is never refused: without a link it is the first command after the reconnect, at this
+  // address only. Each call sends it again.
   virtual bool SetTx(int32_t value) = 0;
 
-  // As reported, not as asked for; PM_TX and PM_RX of Tx() are the same but for Untold (PM_RX).
+  // As reported, not as asked for. GetTxFrequency() may follow a second later: it leaves out what
+  // was reported late, from before a release.
   virtual TxReport Transmitter() const = 0;
   // The server has accepted the latest release, and nothing was keyed since.
   virtual bool ReleaseAccepted() const = 0;
@@ -100,9 +115,12 @@ class IOmniRigX {
   // Events by rig number, 1 or 2.
   Event<int32_t> statusChanged;
   Event<int32_t, int32_t> paramsChanged;  // and the PM_... bits of what changed
-  Event<int32_t> keyRefused;              // the rig did not take the last SetTx(PM_TX)
+  // The rig did not take the last SetTx(PM_TX). Not raised when that is not known: the link broke,
+  // or the rig did not answer in time and may have taken it.
+  Event<int32_t> keyRefused;
 
-  // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open.
+  // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open; what
+  // waits for the old server is never sent to the new one.
   virtual std::string Address(int32_t rigNumber) const = 0;
   virtual bool IsAddress(const std::string& text) const = 0;
   // False when the text is no address.
@@ -119,7 +137,7 @@ class IOmniRigX {
   virtual IRigX& Rig2() = 0;
 
   // Sends the release of the transmitter as directly as possible, waiting at most `limitMs` for it
-  // to leave. For the end of the program.
+  // to leave; with 0 only if it is connected. For the end of the program or of a connection.
   virtual void ReleaseNow(int32_t rigNumber, int32_t limitMs) = 0;
 };
 

@@ -43,7 +43,6 @@ class FakeRig : public IRigX {
     return shown.txOverride.value_or(shown.tx == PM_TX ? shown.freq : 0);
   }
   int32_t Mode() const override { return shown.mode; }
-  int32_t Tx() const override { return shown.tx; }
 
   bool SetFreq(int32_t hz) override {
     if (IsLinked()) shown.rx = hz;

@@ -13,10 +13,22 @@ constexpr Milliseconds kSilentRound{1000};
 constexpr Milliseconds kSeldom{2000};
 // On a slow rig the rounds would follow each other without a gap for anyone else.
 constexpr Milliseconds kLeastGap{25};
+// A single error says nothing.
+constexpr int32_t kMostErrors = 3;
+// Each cost a connection.
+constexpr int32_t kMostUnanswered = 3;
 
-// The server's codes for a command that this rig does not have.
-bool IsRefusal(int32_t code) {
-  return code == -1 || code == -4 || code == -11;
+// Servers do not answer a long name that they do not know. A letter is known to all of them, so
+// that it was the rig that took too long.
+bool HasLongName(CommandKind kind) {
+  return kind == CommandKind::GetVfoA || kind == CommandKind::GetVfoB ||
+         kind == CommandKind::GetType || kind == CommandKind::GetPower;
+}
+
+template <class Map>
+int32_t CountOf(const Map& map, CommandKind kind) {
+  const auto found = map.find(kind);
+  return found == map.end() ? 0 : found->second;
 }
 
 }  // namespace
@@ -24,16 +36,12 @@ bool IsRefusal(int32_t code) {
 void PollPlan::Restart() {
   round_.clear();
   restarted_ = true;
-  silent_ = false;
-  refused_.clear();
+  silent_ = typeKnown_ = false;
+  errors_.clear();
 }
 
 void PollPlan::ForgetServer() {
-  Restart();
-  answered_.clear();
-  unanswered_.clear();
-  split_ = transmitting_ = false;
-  hurriedRounds_ = 0;
+  *this = PollPlan();
 }
 
 std::optional<CommandKind> PollPlan::Next(SteadyTime now) {
@@ -55,55 +63,76 @@ Milliseconds PollPlan::Pause(SteadyTime now) const {
 
 void PollPlan::Answered(CommandKind kind, int32_t code, SteadyTime now) {
   answered_.insert(kind);
-  if (kind != CommandKind::GetFreq && IsRefusal(code)) refused_.insert(kind);
+  if (code != 0) {
+    ++errors_[kind];
+  } else {
+    errors_.erase(kind);
+    if (kind == CommandKind::GetType) typeKnown_ = true;
+  }
   if (round_.empty()) nextRound_ = std::max(nextRound_, now + kLeastGap);
 }
 
 void PollPlan::Unanswered(CommandKind kind) {
-  if (kind != CommandKind::GetFreq && !answered_.contains(kind)) unanswered_.insert(kind);
+  if (kind != CommandKind::GetFreq && !answered_.contains(kind)) ++unanswered_[kind];
 }
 
-bool PollPlan::Knows(CommandKind kind) const {
-  return !refused_.contains(kind) && !unanswered_.contains(kind);
+bool PollPlan::Answers(CommandKind kind) const {
+  return !GivenUp(kind) && !Fails(kind);
+}
+
+void PollPlan::SetSilent(bool on) {
+  // What failed while the rig was away says nothing of it now.
+  if (silent_ && !on) errors_.clear();
+  silent_ = on;
 }
 
 void PollPlan::HurryTransmit() {
-  if (Knows(CommandKind::GetTransmit)) round_.push_front(CommandKind::GetTransmit);
+  const bool next = !round_.empty() && round_.front() == CommandKind::GetTransmit;
+  if (!next && !GivenUp(CommandKind::GetTransmit)) round_.push_front(CommandKind::GetTransmit);
 }
 
-void PollPlan::HurryVfos() {
-  hurriedRounds_ = kSettlingReports + 1;
+void PollPlan::HurryVfos(SteadyTime now) {
+  vfosDue_ = now + kSettling;
 }
 
 void PollPlan::BuildRound(SteadyTime now) {
   roundStart_ = now;
+  seldom_ = restarted_ || now >= nextSeldom_;
+  if (seldom_) nextSeldom_ = now + kSeldom;
   if (silent_) {
     Add(CommandKind::GetFreq);
     Add(CommandKind::GetPower);
     return;
   }
-  const bool seldom = restarted_ || now >= nextSeldom_;
-  if (seldom) nextSeldom_ = now + kSeldom;
   // Asking for a VFO makes some rigs switch to it for a moment: not under power.
-  const bool vfos = !transmitting_ && (seldom || hurriedRounds_ > 0);
+  const bool vfos = !transmitting_ && (seldom_ || (vfosDue_ && now >= *vfosDue_));
   if (vfos && !restarted_) Add(CommandKind::GetVfo);
   Add(CommandKind::GetFreq);
   if (vfos && restarted_) Add(CommandKind::GetVfo);
   Add(CommandKind::GetMode);
   Add(CommandKind::GetTransmit);
   Add(CommandKind::GetSplit);
-  if (split_ && (seldom || transmitting_)) Add(CommandKind::GetSplitFreq);
+  if (split_ && (seldom_ || transmitting_)) Add(CommandKind::GetSplitFreq);
   if (vfos) {
     Add(CommandKind::GetVfoA);
     Add(CommandKind::GetVfoB);
-    hurriedRounds_ = std::max(hurriedRounds_ - 1, 0);
+    if (vfosDue_ && now >= *vfosDue_) vfosDue_.reset();
   }
-  if (restarted_) Add(CommandKind::GetType);
+  if (seldom_ && !typeKnown_) Add(CommandKind::GetType);
   restarted_ = false;
 }
 
 void PollPlan::Add(CommandKind kind) {
-  if (Knows(kind)) round_.push_back(kind);
+  const bool asked = kind == CommandKind::GetFreq || seldom_ || !Fails(kind);
+  if (asked && !GivenUp(kind)) round_.push_back(kind);
+}
+
+bool PollPlan::GivenUp(CommandKind kind) const {
+  return CountOf(unanswered_, kind) >= (HasLongName(kind) ? 1 : kMostUnanswered);
+}
+
+bool PollPlan::Fails(CommandKind kind) const {
+  return CountOf(errors_, kind) >= kMostErrors;
 }
 
 }  // namespace velt

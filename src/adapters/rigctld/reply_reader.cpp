@@ -1,5 +1,7 @@
 #include "adapters/rigctld/reply_reader.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "text/numbers.h"
@@ -24,6 +26,17 @@ std::string_view RigReply::Field(std::string_view key) const {
     }
   }
   return {};
+}
+
+bool RigReply::RigIsSilent() const {
+  return code == -5 || code == -6;  // time limit, input and output
+}
+
+bool RigReply::Refused() const {
+  // Internal, protocol, truncated, bus error, bus collision.
+  constexpr int32_t kOnTheWay[] = {-7, -8, -10, -13, -14};
+  return code != 0 && !RigIsSilent() &&
+         std::find(std::begin(kOnTheWay), std::end(kOnTheWay), code) == std::end(kOnTheWay);
 }
 
 std::vector<RigReply> ReplyReader::Feed(std::string_view bytes) {

@@ -17,6 +17,12 @@ struct RigReply {
   // The text behind "KEY:" without blanks around it; empty when there is no such line. The echo is
   // not looked at.
   std::string_view Field(std::string_view key) const;
+
+  // The server did not get through to the rig in time.
+  bool RigIsSilent() const;
+  // It was certainly not done. Other errors happen on the way to the rig and back: it may have
+  // understood.
+  bool Refused() const;
 };
 
 class ReplyReader {

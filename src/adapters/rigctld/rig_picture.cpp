@@ -1,19 +1,20 @@
 #include "adapters/rigctld/rig_picture.h"
 
-#include <optional>
+#include <utility>
 
 #include "adapters/rigctld/mode_names.h"
-#include "ports/omnirig.h"
 #include "text/numbers.h"
 
 namespace velt {
 
 namespace {
 
-// A frequency in Hz as the server writes it, with or without decimals.
-std::optional<int32_t> Hertz(std::string_view text) {
+constexpr int32_t kLeastHz = 10;
+
+// As the server writes it, with or without decimals; 0 for what is no frequency.
+int32_t Hertz(std::string_view text) {
   const auto value = RoundHalfEven(LeadingNumber(text));
-  return value && *value > 0 ? value : std::nullopt;
+  return value && *value >= kLeastHz ? *value : 0;
 }
 
 }  // namespace
@@ -23,52 +24,41 @@ void SettledValue::Written(int32_t value) {
   waiting_ = true;
 }
 
-void SettledValue::Acknowledged(int32_t value, bool accepted) {
+void SettledValue::Acknowledged(int32_t value, bool accepted, SteadyTime now) {
   if (!waiting_ || value != value_) return;
   waiting_ = false;
-  if (accepted) {
-    doubtful_ = kSettlingReports;
-  } else {
-    value_ = reported_;
-    doubtful_ = 0;
-  }
+  settled_ = accepted ? now + kSettling : now;
+  if (!accepted) value_ = reported_;
 }
 
-void SettledValue::Reported(int32_t value) {
+void SettledValue::Reported(int32_t value, SteadyTime now) {
   reported_ = value;
-  if (waiting_) return;
-  if (doubtful_ > 0) {
-    --doubtful_;
-  } else {
-    value_ = value;
-  }
+  if (!waiting_ && now >= settled_) value_ = value;
 }
 
 void SettledValue::Unsettle() {
   waiting_ = false;
-  doubtful_ = 0;
+  settled_ = SteadyTime();
 }
 
-void TransmitState::ReleaseAsked() {
-  waiting_ = true;
-}
-
-void TransmitState::ReleaseAnswered() {
-  if (!waiting_) return;
-  waiting_ = false;
-  doubtful_ = kSettlingReports + 1;  // one is asked for at once
+void TransmitState::ReleaseAnswered(SteadyTime now) {
+  if (std::exchange(waiting_, false)) settled_ = now + kSettling;
 }
 
 void TransmitState::KeyAsked() {
   waiting_ = false;
-  doubtful_ = 0;
+  settled_ = SteadyTime();
 }
 
-void TransmitState::Reported(bool transmitting) {
-  const bool doubted = waiting_ || doubtful_ > 0;
-  if (!waiting_ && doubtful_ > 0) --doubtful_;
-  if (transmitting && !transmitting_ && doubted) return;
-  transmitting_ = transmitting;
+void TransmitState::Reported(bool transmitting, SteadyTime now) {
+  told_ = transmitting ? TxReport::Transmits : TxReport::Receives;
+  const bool settled = !waiting_ && now >= settled_;
+  if (!transmitting || settled) shown_ = transmitting;
+}
+
+void TransmitState::Forget() {
+  told_ = TxReport::Untold;
+  KeyAsked();
 }
 
 int32_t RigPicture::Values::ChangesFrom(const Values& before) const {
@@ -78,7 +68,9 @@ int32_t RigPicture::Values::ChangesFrom(const Values& before) const {
   if (freqB != before.freqB) bits |= PM_FREQB;
   if (mode != before.mode) bits |= mode;
   if (split != before.split) bits |= split ? PM_SPLITON : PM_SPLITOFF;
-  if (transmitting != before.transmitting) bits |= transmitting ? PM_TX : PM_RX;
+  if (told != before.told && told != TxReport::Untold) {
+    bits |= told == TxReport::Transmits ? PM_TX : PM_RX;
+  }
   // A mode that has no bit is still a change.
   if (mode != before.mode && mode == 0) bits |= PM_UNKNOWN;
   return bits;
@@ -91,8 +83,8 @@ RigPicture::Values RigPicture::Now() const {
   now.freqB = freqB_.Value();
   now.mode = mode_.Value();
   now.split = split_;
-  now.transmitting = transmit_.Transmitting();
-  if (now.transmitting) now.txFreq = split_ && splitFreq_ > 0 ? splitFreq_ : now.freq;
+  now.told = transmit_.Told();
+  if (transmit_.Shown()) now.txFreq = split_ && splitFreq_ > 0 ? splitFreq_ : now.freq;
   return now;
 }
 
@@ -118,57 +110,57 @@ void RigPicture::Written(RigProperty property, int32_t value) {
   }
 }
 
-void RigPicture::Acknowledged(RigProperty property, int32_t value, bool accepted) {
+void RigPicture::Acknowledged(RigProperty property, int32_t value, bool accepted, SteadyTime now) {
   switch (property) {
     case RigProperty::Freq:
-      freq_.Acknowledged(value, accepted);
-      if (SettledValue* vfo = OfCurrentVfo()) vfo->Acknowledged(value, accepted);
+      freq_.Acknowledged(value, accepted, now);
+      if (SettledValue* vfo = OfCurrentVfo()) vfo->Acknowledged(value, accepted, now);
       break;
     case RigProperty::FreqA:
-      freqA_.Acknowledged(value, accepted);
-      if (vfo_ == 'A') freq_.Acknowledged(value, accepted);
+      freqA_.Acknowledged(value, accepted, now);
+      if (vfo_ == 'A') freq_.Acknowledged(value, accepted, now);
       break;
     case RigProperty::FreqB:
-      freqB_.Acknowledged(value, accepted);
-      if (vfo_ == 'B') freq_.Acknowledged(value, accepted);
+      freqB_.Acknowledged(value, accepted, now);
+      if (vfo_ == 'B') freq_.Acknowledged(value, accepted, now);
       break;
     case RigProperty::Mode:
-      mode_.Acknowledged(value, accepted);
+      mode_.Acknowledged(value, accepted, now);
       break;
     case RigProperty::Transmit:
-      if (value == 0) transmit_.ReleaseAnswered();
+      if (value == 0) transmit_.ReleaseAnswered(now);
       break;
     default:
       break;
   }
 }
 
-void RigPicture::Reported(CommandKind kind, const RigReply& reply) {
+void RigPicture::Reported(CommandKind kind, const RigReply& reply, SteadyTime now) {
   switch (kind) {
-    case CommandKind::GetFreq:
-      if (const auto hz = Hertz(reply.Field("Frequency"))) {
-        freq_.Reported(*hz);
-        if (SettledValue* vfo = OfCurrentVfo()) vfo->Reported(*hz);
-      }
+    case CommandKind::GetFreq: {
+      const int32_t hz = Hertz(reply.Field("Frequency"));
+      freq_.Reported(hz, now);
+      if (SettledValue* vfo = OfCurrentVfo()) vfo->Reported(hz, now);
       break;
+    }
     case CommandKind::GetVfoA:
-      if (const auto hz = Hertz(reply.Field("Freq"))) freqA_.Reported(*hz);
+      freqA_.Reported(Hertz(reply.Field("Freq")), now);
       break;
     case CommandKind::GetVfoB:
-      if (const auto hz = Hertz(reply.Field("Freq"))) freqB_.Reported(*hz);
+      freqB_.Reported(Hertz(reply.Field("Freq")), now);
       break;
     case CommandKind::GetMode:
-      mode_.Reported(ModeOfName(reply.Field("Mode")));
+      mode_.Reported(ModeOfName(reply.Field("Mode")), now);
       break;
     case CommandKind::GetTransmit:
-      if (const auto keyed = ParseWhole(reply.Field("PTT"))) transmit_.Reported(*keyed != 0);
+      if (const auto keyed = ParseWhole(reply.Field("PTT"))) transmit_.Reported(*keyed != 0, now);
       break;
     case CommandKind::GetSplit:
       if (const auto on = ParseWhole(reply.Field("Split"))) split_ = *on != 0;
       if (!split_) splitFreq_ = 0;
       break;
     case CommandKind::GetSplitFreq:
-      splitFreq_ = Hertz(reply.Field("TX Frequency")).value_or(0);
+      splitFreq_ = Hertz(reply.Field("TX Frequency"));
       break;
     case CommandKind::GetVfo:
       SetVfo(reply.Field("VFO"));
@@ -180,7 +172,7 @@ void RigPicture::Reported(CommandKind kind, const RigReply& reply) {
 
 void RigPicture::Unsettle() {
   for (SettledValue* value : {&freq_, &freqA_, &freqB_, &mode_}) value->Unsettle();
-  transmit_.KeyAsked();
+  transmit_.Forget();
 }
 
 SettledValue* RigPicture::OfCurrentVfo() {
@@ -192,9 +184,10 @@ SettledValue* RigPicture::OfCurrentVfo() {
 void RigPicture::SetVfo(std::string_view name) {
   const char vfo = VfoLetter(name);
   if (vfo == vfo_) return;
-  vfo_ = vfo;
-  // What was written was meant for the VFO that was current.
+  // What was written was meant for the VFO that was current, and is not answered for another.
   freq_.Unsettle();
+  if (SettledValue* left = OfCurrentVfo()) left->Unsettle();
+  vfo_ = vfo;
 }
 
 }  // namespace velt

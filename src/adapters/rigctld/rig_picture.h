@@ -7,11 +7,12 @@
 
 #include "adapters/rigctld/reply_reader.h"
 #include "adapters/rigctld/rig_command.h"
+#include "ports/omnirig.h"
 
 namespace velt {
 
-// So many reports after a write are not believed when they differ from it.
-inline constexpr int32_t kSettlingReports = 3;
+// For so long after the answer to a write, what is reported otherwise is taken for the old value.
+inline constexpr Milliseconds kSettling{1000};
 
 class SettledValue {
  public:
@@ -19,8 +20,8 @@ class SettledValue {
 
   void Written(int32_t value);
   // The server has answered the write of this value; only the newest counts.
-  void Acknowledged(int32_t value, bool accepted);
-  void Reported(int32_t value);
+  void Acknowledged(int32_t value, bool accepted, SteadyTime now);
+  void Reported(int32_t value, SteadyTime now);
   // The next report holds, whatever was written.
   void Unsettle();
 
@@ -28,23 +29,27 @@ class SettledValue {
   int32_t value_ = 0;
   int32_t reported_ = 0;
   bool waiting_ = false;  // written, not answered yet
-  int32_t doubtful_ = 0;  // reports that are still not believed
+  SteadyTime settled_;    // from then on reports are believed
 };
 
-// The transmit state is never what was asked for but what the rig reports. After a release, late
-// reports of "transmitting" do not turn it back once it was seen to receive.
+// The transmit state is never what was asked for but what the rig reports. For the display, late
+// reports of "transmitting" from before a release are left out once it was seen to receive.
 class TransmitState {
  public:
-  bool Transmitting() const { return transmitting_; }
-  void ReleaseAsked();
-  void ReleaseAnswered();
+  TxReport Told() const { return told_; }
+  bool Shown() const { return shown_; }
+  void ReleaseAsked() { waiting_ = true; }
+  void ReleaseAnswered(SteadyTime now);
   void KeyAsked();
-  void Reported(bool transmitting);
+  void Reported(bool transmitting, SteadyTime now);
+  // What was told does not hold any more; the last state stays shown.
+  void Forget();
 
  private:
-  bool transmitting_ = false;
+  TxReport told_ = TxReport::Untold;
+  bool shown_ = false;
   bool waiting_ = false;
-  int32_t doubtful_ = 0;
+  SteadyTime settled_;
 };
 
 class RigPicture {
@@ -56,7 +61,7 @@ class RigPicture {
     int32_t freqB = 0;
     int32_t mode = 0;
     bool split = false;
-    bool transmitting = false;
+    TxReport told = TxReport::Untold;
     int32_t txFreq = 0;  // 0 while receiving
 
     // The PM_... bits of what differs; values as they are in *this.
@@ -65,12 +70,15 @@ class RigPicture {
   Values Now() const;
 
   void Written(RigProperty property, int32_t value);
-  void Acknowledged(RigProperty property, int32_t value, bool accepted);
+  void Acknowledged(RigProperty property, int32_t value, bool accepted, SteadyTime now);
   void ReleaseAsked() { transmit_.ReleaseAsked(); }
   void KeyAsked() { transmit_.KeyAsked(); }
 
-  // The good reply to a read; unreadable values change nothing.
-  void Reported(CommandKind kind, const RigReply& reply);
+  // The good reply to a read. What is no frequency counts as 0; another unreadable value changes
+  // nothing.
+  void Reported(CommandKind kind, const RigReply& reply, SteadyTime now);
+  // The rig does not tell whether it transmits.
+  void ForgetTransmit() { transmit_.Forget(); }
   // The link broke: nothing that was written is waited for.
   void Unsettle();
 

@@ -13,11 +13,6 @@ constexpr int32_t kHighestHz = 2'000'000'000;
 // Single failures are usual while somebody turns the knob.
 constexpr int32_t kMostFailures = 3;
 
-// The server could not get through to the rig in time.
-bool IsRigFailure(int32_t code) {
-  return code == -5 || code == -6;
-}
-
 std::string TypeOf(const RigReply& caps) {
   std::string maker(caps.Field("Mfg name"));
   std::string model(caps.Field("Model name"));
@@ -27,8 +22,8 @@ std::string TypeOf(const RigReply& caps) {
 
 }  // namespace
 
-RigctldRig::RigctldRig(ByteChannel& channel, Scheduler& scheduler, Events events)
-    : scheduler_(scheduler), events_(std::move(events)), session_(channel, scheduler, *this) {}
+RigctldRig::RigctldRig(ByteChannel& channel, Scheduler& scheduler)
+    : scheduler_(scheduler), session_(channel, scheduler, *this) {}
 
 void RigctldRig::Open(const ServerAddress& address, std::function<void(bool)> answered) {
   if (IsOpen()) {
@@ -41,7 +36,7 @@ void RigctldRig::Open(const ServerAddress& address, std::function<void(bool)> an
     return;
   }
   waiting_.push_back(std::move(answered));
-  SetState(RigLink::State::Connecting);
+  SetState(RigLink::State::Connecting, RigLink::Cause::None);
   session_.Start(address);
 }
 
@@ -54,17 +49,14 @@ void RigctldRig::Close() {
 }
 
 void RigctldRig::Move(const ServerAddress& address) {
-  if (!IsOpen()) return;
-  Leave();
-  // The release was meant for the rig that was left.
+  if (IsOpen()) Leave();
   queue_ = WriteQueue();
-  keyWatch_ = KeyWatch();
-  plan_.ForgetServer();
   picture_ = RigPicture();
   type_.clear();
-  link_.stale = false;
-  SetState(RigLink::State::Connecting);
   ShowPicture();
+  if (!IsOpen()) return;
+  link_.stale = false;
+  SetState(RigLink::State::Connecting, RigLink::Cause::None);
   session_.Start(address);
 }
 
@@ -74,7 +66,7 @@ void RigctldRig::ReleaseNow(Milliseconds limit) {
   picture_.ReleaseAsked();
   const bool connected = session_.IsConnected();
   const bool sent = session_.SendAhead(ReleaseCommand(), limit);
-  if (sent && connected) queue_.ReleaseSent();
+  if (sent && connected) queue_.ReleaseSentAhead();
 }
 
 RigLink RigctldRig::Link() const {
@@ -90,14 +82,21 @@ std::string RigctldRig::StatusStr() const {
     case RigLink::State::Linked:
       return "On-line";
     case RigLink::State::Silent:
-      return poweredOff_ ? "Rig is turned off" : "Rig is not responding";
     case RigLink::State::Reconnecting:
-      if (fault_ == ServerSession::Fault::NoServer) return "Port is not available";
-      break;
     case RigLink::State::Connecting:
       break;
   }
-  return "Rig is not responding";
+  switch (link_.cause) {
+    case RigLink::Cause::HostNotFound:
+    case RigLink::Cause::Refused:
+    case RigLink::Cause::Unreachable:
+    case RigLink::Cause::Closed:
+      return "Port is not available";
+    case RigLink::Cause::RigOff:
+      return "Rig is turned off";
+    default:
+      return "Rig is not responding";
+  }
 }
 
 bool RigctldRig::SetFreq(int32_t frequencyHz) {
@@ -125,17 +124,30 @@ bool RigctldRig::SetTx(int32_t value) {
     queue_.PutKey();
     picture_.KeyAsked();
   }
+  keyRefused_ = false;
   session_.Pump();
   return true;
 }
 
-std::optional<RigCommand> RigctldRig::NextCommand() {
-  if (auto command = queue_.Next()) {
-    if (command->kind == CommandKind::Key) {
-      keyWatch_.KeySent();
-    }
-    return command;
+std::optional<ReleaseRecipe> RigctldRig::Recipe() const {
+  const auto peer = session_.Peer();
+  if (!peer) return std::nullopt;
+  ReleaseRecipe recipe;
+  recipe.host = peer->host;
+  recipe.port = peer->port;
+  recipe.release = kReleaseLine;
+  if (plan_.Answers(CommandKind::GetTransmit)) {
+    recipe.ask = ReadCommand(CommandKind::GetTransmit).line;
   }
+  recipe.answerEnd = "RPRT ";
+  recipe.accepted = "RPRT 0";
+  recipe.tells = "PTT: ";
+  recipe.receives = "PTT: 0";
+  return recipe;
+}
+
+std::optional<RigCommand> RigctldRig::NextCommand() {
+  if (auto command = queue_.Next()) return command;
   if (const auto kind = plan_.Next(scheduler_.Now())) return ReadCommand(*kind);
   return std::nullopt;
 }
@@ -146,7 +158,6 @@ Milliseconds RigctldRig::Pause() {
 
 void RigctldRig::Connected() {
   failures_ = 0;
-  poweredOff_ = false;
   plan_.Restart();
 }
 
@@ -155,21 +166,20 @@ void RigctldRig::Replied(const RigCommand& command, const RigReply& reply) {
   TakeReading(command, reply);
   TakeOutcome(command, reply);
   ShowPicture();
-  JudgeRig(command, reply.code);
+  JudgeRig(command, reply);
 }
 
-void RigctldRig::Lost(ServerSession::Fault fault, const RigCommand* unanswered) {
-  fault_ = fault;
-  if (unanswered && fault == ServerSession::Fault::NoAnswer) plan_.Unanswered(unanswered->kind);
-  queue_.SetVfoKnowable(plan_.Knows(CommandKind::GetVfo));
+void RigctldRig::Lost(RigLink::Cause cause, const RigCommand* unanswered) {
+  if (unanswered && cause == RigLink::Cause::NoAnswer) plan_.Unanswered(unanswered->kind);
+  queue_.SetVfoKnowable(plan_.Answers(CommandKind::GetVfo));
   queue_.Interrupt();
   picture_.Unsettle();
-  SetState(RigLink::State::Reconnecting);
+  SetState(RigLink::State::Reconnecting, cause);
   Answer(false);
 }
 
 void RigctldRig::CountdownChanged() {
-  events_.statusChanged();
+  statusChanged.Raise();
 }
 
 bool RigctldRig::WriteFrequency(RigProperty property, int32_t frequencyHz) {
@@ -187,76 +197,80 @@ bool RigctldRig::Write(RigProperty property, int32_t value) {
 
 // A release that has not been sent yet leaves with the connection.
 void RigctldRig::Leave() {
-  if (queue_.ReleaseWanted() && session_.IsConnected()) {
-    session_.SendAhead(ReleaseCommand(), Milliseconds(0));
+  if (queue_.ReleaseWaits() && session_.IsConnected() &&
+      session_.SendAhead(ReleaseCommand(), Milliseconds(0))) {
+    queue_.ReleaseSentAhead();
   }
   session_.Stop();
   queue_.Interrupt();
   picture_.Unsettle();
+  plan_.ForgetServer();
+  keyRefused_ = false;
 }
 
 // The frequency decides: servers answer much of the rest from memory while the rig is silent.
-void RigctldRig::JudgeRig(const RigCommand& command, int32_t code) {
+void RigctldRig::JudgeRig(const RigCommand& command, const RigReply& reply) {
   const bool decides = command.kind == CommandKind::GetFreq;
-  if (!IsRigFailure(code)) {
+  if (!reply.RigIsSilent()) {
     if (!decides) return;
     failures_ = 0;
-    poweredOff_ = false;
     plan_.SetSilent(false);
-    SetState(RigLink::State::Linked);
+    SetState(RigLink::State::Linked, RigLink::Cause::None);
     Answer(true);
     return;
   }
   if (!decides && failures_ == 0) return;
   if (++failures_ < kMostFailures || link_.state == RigLink::State::Silent) return;
   plan_.SetSilent(true);
-  queue_.Interrupt();
+  queue_.DropWrites();
   picture_.Unsettle();
-  SetState(RigLink::State::Silent);
+  SetState(RigLink::State::Silent, RigLink::Cause::RigSilent);
   Answer(true);
 }
 
 void RigctldRig::TakeReading(const RigCommand& command, const RigReply& reply) {
   if (EchoOf(command.kind).starts_with("set_")) return;
-  plan_.Answered(command.kind, reply.code, scheduler_.Now());
-  queue_.SetVfoKnowable(plan_.Knows(CommandKind::GetVfo));
+  const SteadyTime now = scheduler_.Now();
+  plan_.Answered(command.kind, reply.code, now);
+  queue_.SetVfoKnowable(plan_.Answers(CommandKind::GetVfo));
+  if (!plan_.Answers(CommandKind::GetTransmit)) picture_.ForgetTransmit();
   if (reply.code != 0) return;
-  picture_.Reported(command.kind, reply);
+  picture_.Reported(command.kind, reply, now);
   if (command.kind == CommandKind::GetType && type_ != TypeOf(reply)) {
     type_ = TypeOf(reply);
-    events_.statusChanged();
+    statusChanged.Raise();
   }
-  if (command.kind == CommandKind::GetPower) {
+  if (command.kind == CommandKind::GetPower && link_.state == RigLink::State::Silent) {
     const bool off = reply.Field("Power Status") == "0";
-    if (std::exchange(poweredOff_, off) != off) events_.statusChanged();
-  }
-  if (command.kind == CommandKind::GetTransmit) {
-    keyWatch_.Reported(reply.Field("PTT") != "0");
+    SetState(RigLink::State::Silent, off ? RigLink::Cause::RigOff : RigLink::Cause::RigSilent);
   }
 }
 
 void RigctldRig::TakeOutcome(const RigCommand& command, const RigReply& reply) {
   const auto outcome = queue_.Answered(command, reply);
   if (!outcome) return;
-  picture_.Acknowledged(outcome->property, outcome->value, outcome->accepted);
+  const SteadyTime now = scheduler_.Now();
+  picture_.Acknowledged(outcome->property, outcome->value, outcome->accepted, now);
   if (outcome->property == RigProperty::FreqA || outcome->property == RigProperty::FreqB) {
-    plan_.HurryVfos();
+    plan_.HurryVfos(now);
   }
   if (outcome->property == RigProperty::Transmit) plan_.HurryTransmit();
-  if (command.kind == CommandKind::Key) {
-    keyWatch_.KeyAnswered(!outcome->accepted && !IsRigFailure(reply.code));
-  } else if (command.kind == CommandKind::Release) {
-    keyWatch_.ReleaseAnswered(outcome->accepted, plan_.Knows(CommandKind::GetTransmit));
+  // Refused to a key that was taken back meanwhile, or that is being tried again, it is no news.
+  const bool last = !queue_.KeyWaits() && !queue_.ReleaseWaits();
+  if (command.kind == CommandKind::Key && reply.Refused() && last) {
+    keyRefused_ = true;
+    keyRefused.Raise();
   }
 }
 
-void RigctldRig::SetState(RigLink::State state) {
+void RigctldRig::SetState(RigLink::State state, RigLink::Cause cause) {
   const bool wasGood = link_.state == RigLink::State::Linked;
-  const bool again = link_.state == state && state != RigLink::State::Reconnecting;
-  if (again) return;
+  const bool again = link_.state == state && link_.cause == cause;
+  if (again && state != RigLink::State::Reconnecting) return;
   link_.state = state;
+  link_.cause = cause;
   link_.stale = state != RigLink::State::Linked && (wasGood || link_.stale);
-  events_.statusChanged();
+  statusChanged.Raise();
 }
 
 void RigctldRig::Answer(bool reached) {
@@ -268,9 +282,9 @@ void RigctldRig::Answer(bool reached) {
 void RigctldRig::ShowPicture() {
   const RigPicture::Values now = picture_.Now();
   plan_.SetSplit(now.split);
-  plan_.SetTransmitting(now.transmitting);
+  plan_.SetTransmitting(now.told == TxReport::Transmits);
   const int32_t changes = now.ChangesFrom(std::exchange(shown_, now));
-  if (changes != 0) events_.paramsChanged(changes);
+  if (changes != 0) paramsChanged.Raise(changes);
 }
 
 }  // namespace velt

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "adapters/rigctld/key_watch.h"
 #include "adapters/rigctld/poll_plan.h"
 #include "adapters/rigctld/rig_picture.h"
 #include "adapters/rigctld/server_session.h"
@@ -17,20 +16,22 @@ namespace velt {
 
 class RigctldRig : public IRigX, private ServerSession::Client {
  public:
-  struct Events {
-    std::function<void()> statusChanged;
-    std::function<void(int32_t params)> paramsChanged;
-  };
+  RigctldRig(ByteChannel& channel, Scheduler& scheduler);
 
-  // The events may come from within a call.
-  RigctldRig(ByteChannel& channel, Scheduler& scheduler, Events events);
+  // These may be raised from within a call.
+  Event<> statusChanged;
+  Event<int32_t> paramsChanged;
+  Event<> keyRefused;
 
   // `answered` as in IOmniRigX::Open(); it may be called from within.
   void Open(const ServerAddress& address, std::function<void(bool)> answered);
   void Close();
   bool IsOpen() const { return link_.state != RigLink::State::Off; }
-  // Another server for an open rig; a release that waits is sent to the old one.
+  // Another server from now on, connected to if the rig is open. A release that waits is sent to
+  // the old one if that is connected; nothing that waits is sent to the new one.
   void Move(const ServerAddress& address);
+  // The last SetTx() was PM_TX, and refused by the rig.
+  bool KeyRefused() const { return keyRefused_; }
   // True once a server has answered since the rig was opened.
   bool HasAnswered() const { return hasAnswered_; }
   void ReleaseNow(Milliseconds limit);
@@ -44,47 +45,42 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   int32_t GetRxFrequency() const override { return shown_.freq; }
   int32_t GetTxFrequency() const override { return shown_.txFreq; }
   int32_t Mode() const override { return shown_.mode; }
-  int32_t Tx() const override { return shown_.transmitting ? PM_TX : PM_RX; }
   bool SetFreq(int32_t frequencyHz) override;
   bool SetFreqA(int32_t frequencyHz) override;
   bool SetFreqB(int32_t frequencyHz) override;
   bool SetMode(int32_t mode) override;
   bool SetTx(int32_t value) override;
-  TxReport Transmitter() const override {
-    return shown_.transmitting ? TxReport::Transmits : TxReport::Receives;
-  }
-  bool ReleaseAccepted() const override { return !keyWatch_.Keyed(); }
-  std::optional<ReleaseRecipe> Recipe() const override { return std::nullopt; }
+  TxReport Transmitter() const override { return picture_.Now().told; }
+  bool ReleaseAccepted() const override { return queue_.ReleaseAccepted(); }
+  std::optional<ReleaseRecipe> Recipe() const override;
 
  private:
   std::optional<RigCommand> NextCommand() override;
   Milliseconds Pause() override;
   void Connected() override;
   void Replied(const RigCommand& command, const RigReply& reply) override;
-  void Lost(ServerSession::Fault fault, const RigCommand* unanswered) override;
+  void Lost(RigLink::Cause cause, const RigCommand* unanswered) override;
+  bool IsUrgent() const override { return queue_.ReleaseWaits(); }
   void CountdownChanged() override;
 
   bool Write(RigProperty property, int32_t value);
   bool WriteFrequency(RigProperty property, int32_t frequencyHz);
   void Leave();
-  void JudgeRig(const RigCommand& command, int32_t code);
+  void JudgeRig(const RigCommand& command, const RigReply& reply);
   void TakeReading(const RigCommand& command, const RigReply& reply);
   void TakeOutcome(const RigCommand& command, const RigReply& reply);
-  void SetState(RigLink::State state);
+  void SetState(RigLink::State state, RigLink::Cause cause);
   void Answer(bool reached);
   void ShowPicture();
 
   Scheduler& scheduler_;
-  Events events_;
   WriteQueue queue_;
   PollPlan plan_;
   RigPicture picture_;
   RigPicture::Values shown_;
-  KeyWatch keyWatch_;
   RigLink link_;
-  ServerSession::Fault fault_ = ServerSession::Fault::NoServer;
   std::string type_;
-  bool poweredOff_ = false;
+  bool keyRefused_ = false;
   bool hasAnswered_ = false;
   int32_t failures_ = 0;  // of the rig, in a row
   std::vector<std::function<void(bool)>> waiting_;

@@ -12,8 +12,8 @@ constexpr uint16_t kPort2 = 4534;
 
 }  // namespace
 
-RigctldServer::Side::Side(Scheduler& scheduler, ServerAddress where, RigctldRig::Events events)
-    : address(std::move(where)), channel(scheduler), rig(channel, scheduler, std::move(events)) {}
+RigctldServer::Side::Side(Scheduler& scheduler, uint16_t port)
+    : address{kHost, port}, channel(scheduler), rig(channel, scheduler) {}
 
 RigctldServer::RigctldServer(Scheduler& scheduler)
     : scheduler_(scheduler),
@@ -21,10 +21,13 @@ RigctldServer::RigctldServer(Scheduler& scheduler)
       sides_{MakeSide(1, kPort1), MakeSide(2, kPort2)} {}
 
 std::unique_ptr<RigctldServer::Side> RigctldServer::MakeSide(int32_t rigNumber, uint16_t port) {
-  RigctldRig::Events events;
-  events.statusChanged = [this, rigNumber] { PostStatus(rigNumber); };
-  events.paramsChanged = [this, rigNumber](int32_t params) { PostParams(rigNumber, params); };
-  return std::make_unique<Side>(scheduler_, ServerAddress{kHost, port}, std::move(events));
+  auto side = std::make_unique<Side>(scheduler_, port);
+  RigctldRig& rig = side->rig;
+  side->connections += rig.statusChanged.Listen([this, rigNumber] { PostStatus(rigNumber); });
+  side->connections += rig.keyRefused.Listen([this, rigNumber] { PostRefusal(rigNumber); });
+  side->connections += rig.paramsChanged.Listen(
+      [this, rigNumber](int32_t params) { PostParams(rigNumber, params); });
+  return side;
 }
 
 std::string RigctldServer::Address(int32_t rigNumber) const {
@@ -94,6 +97,12 @@ void RigctldServer::PostParams(int32_t rigNumber, int32_t params) {
   PostSafely([this, &side, rigNumber] {
     const int32_t changed = std::exchange(side.params, 0);
     paramsChanged.Raise(rigNumber, changed);
+  });
+}
+
+void RigctldServer::PostRefusal(int32_t rigNumber) {
+  PostSafely([this, rigNumber] {
+    if (Of(rigNumber)->rig.KeyRefused()) keyRefused.Raise(rigNumber);
   });
 }
 

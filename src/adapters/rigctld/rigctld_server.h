@@ -27,19 +27,21 @@ class RigctldServer : public IOmniRigX {
 
  private:
   struct Side {
-    Side(Scheduler& scheduler, ServerAddress where, RigctldRig::Events events);
+    Side(Scheduler& scheduler, uint16_t port);
 
     ServerAddress address;
     TcpChannel channel;
     RigctldRig rig;
     bool statusPosted = false;
     int32_t params = 0;  // of the posted event
+    Connections connections;
   };
 
   Side* Of(int32_t rigNumber) const;
   std::unique_ptr<Side> MakeSide(int32_t rigNumber, uint16_t port);
   void PostStatus(int32_t rigNumber);
   void PostParams(int32_t rigNumber, int32_t params);
+  void PostRefusal(int32_t rigNumber);
   void PostSafely(std::function<void()> f);
 
   Scheduler& scheduler_;

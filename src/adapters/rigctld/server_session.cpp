@@ -11,6 +11,8 @@ constexpr Milliseconds kConnectLimit{3000};
 constexpr std::array<Milliseconds, 6> kRetries = {Milliseconds(500),  Milliseconds(1000),
                                                   Milliseconds(2000), Milliseconds(4000),
                                                   Milliseconds(8000), Milliseconds(10000)};
+// While something urgent waits.
+constexpr Milliseconds kUrgentRetry{1000};
 // A link that held for so long starts the retries from the shortest again.
 constexpr Milliseconds kGoodLink{3000};
 
@@ -18,9 +20,9 @@ constexpr Milliseconds kGoodLink{3000};
 
 ServerSession::ServerSession(ByteChannel& channel, Scheduler& scheduler, Client& client)
     : channel_(channel), scheduler_(scheduler), client_(client) {
-  channel_.onConnected = [this] { OnConnected(); };
-  channel_.onBytes = [this](std::string_view bytes) { OnBytes(bytes); };
-  channel_.onClosed = [this] { Drop(Fault::NoServer); };
+  connections_ += channel_.connected.Listen([this] { OnConnected(); });
+  connections_ += channel_.received.Listen([this](std::string_view bytes) { OnBytes(bytes); });
+  connections_ += channel_.closed.Listen([this](RigLink::Cause cause) { Drop(cause); });
 }
 
 void ServerSession::Start(const ServerAddress& address) {
@@ -37,6 +39,10 @@ void ServerSession::Stop() {
   state_ = State::Stopped;
 }
 
+std::optional<ServerAddress> ServerSession::Peer() const {
+  return IsConnected() ? channel_.Peer() : std::nullopt;
+}
+
 int32_t ServerSession::RetryInSeconds() const {
   if (state_ != State::Waiting) return 0;
   const auto left = std::chrono::ceil<std::chrono::seconds>(retryAt_ - scheduler_.Now());
@@ -44,6 +50,8 @@ int32_t ServerSession::RetryInSeconds() const {
 }
 
 void ServerSession::Pump() {
+  const bool waits = state_ == State::Waiting && client_.IsUrgent();
+  if (waits && retryAt_ - scheduler_.Now() > kUrgentRetry) return RetryAfter(kUrgentRetry);
   if (state_ != State::Connected || !underWay_.empty()) return;
   if (auto command = client_.NextCommand()) {
     underWay_.push_back(std::move(*command));
@@ -67,7 +75,9 @@ void ServerSession::Connect() {
   state_ = State::Connecting;
   reader_.Reset();
   goodSince_.reset();
-  timer_ = scheduler_.After(kConnectLimit, [this] { Drop(Fault::NoServer); });
+  timer_ = scheduler_.After(kConnectLimit, [this] {
+    Drop(channel_.LooksUp() ? RigLink::Cause::HostNotFound : RigLink::Cause::Unreachable);
+  });
   channel_.Connect(address_);
 }
 
@@ -82,7 +92,7 @@ void ServerSession::OnBytes(std::string_view bytes) {
   for (const RigReply& reply : reader_.Feed(bytes)) {
     const bool expected = !underWay_.empty() && !reply.lines.empty() &&
                           reply.lines.front().starts_with(EchoOf(underWay_.front().kind));
-    if (!expected) return Drop(Fault::BadAnswer);
+    if (!expected) return Drop(RigLink::Cause::WrongAnswer);
     const RigCommand command = std::move(underWay_.front());
     underWay_.pop_front();
     timer_.Cancel();
@@ -90,20 +100,25 @@ void ServerSession::OnBytes(std::string_view bytes) {
     if (!goodSince_) goodSince_ = scheduler_.Now();
     client_.Replied(command, reply);
   }
-  if (reader_.Overflowed()) return Drop(Fault::BadAnswer);
+  if (reader_.Overflowed()) return Drop(RigLink::Cause::WrongAnswer);
   Pump();
 }
 
-void ServerSession::Drop(Fault fault) {
+void ServerSession::Drop(RigLink::Cause cause) {
   if (goodSince_ && scheduler_.Now() - *goodSince_ >= kGoodLink) attempt_ = 0;
   goodSince_.reset();
   channel_.Disconnect();
   const std::deque<RigCommand> unanswered = std::move(underWay_);
   underWay_.clear();
   state_ = State::Waiting;
-  retryAt_ = scheduler_.Now() + kRetries[std::min(attempt_, kRetries.size() - 1)];
+  client_.Lost(cause, unanswered.empty() ? nullptr : &unanswered.front());
+  const Milliseconds pause = kRetries[std::min(attempt_, kRetries.size() - 1)];
   ++attempt_;
-  client_.Lost(fault, unanswered.empty() ? nullptr : &unanswered.front());
+  RetryAfter(client_.IsUrgent() ? std::min(pause, kUrgentRetry) : pause);
+}
+
+void ServerSession::RetryAfter(Milliseconds pause) {
+  retryAt_ = scheduler_.Now() + pause;
   WaitForRetry();
 }
 
@@ -123,7 +138,8 @@ void ServerSession::WaitForRetry() {
 }
 
 void ServerSession::StartLimit() {
-  timer_ = scheduler_.After(LimitOf(underWay_.front().kind), [this] { Drop(Fault::NoAnswer); });
+  timer_ =
+      scheduler_.After(LimitOf(underWay_.front().kind), [this] { Drop(RigLink::Cause::NoAnswer); });
 }
 
 }  // namespace velt

@@ -14,12 +14,6 @@ namespace velt {
 
 class ServerSession {
  public:
-  enum class Fault {
-    NoServer,   // refused, not found, no connection in time, or closed by the server
-    NoAnswer,   // a reply did not come within its limit
-    BadAnswer,  // something else than the reply came
-  };
-
   // Who has the commands. Called on the window's thread, never from within a call but for
   // NextCommand() and Pause().
   class Client {
@@ -31,7 +25,9 @@ class ServerSession {
     virtual void Connected() = 0;
     virtual void Replied(const RigCommand& command, const RigReply& reply) = 0;
     // `unanswered` is the command under way, if any.
-    virtual void Lost(Fault fault, const RigCommand* unanswered) = 0;
+    virtual void Lost(RigLink::Cause cause, const RigCommand* unanswered) = 0;
+    // Something waits for the next connection that must not wait long.
+    virtual bool IsUrgent() const = 0;
     // The seconds until the next attempt are others now.
     virtual void CountdownChanged() = 0;
   };
@@ -42,10 +38,12 @@ class ServerSession {
   void Stop();
 
   bool IsConnected() const { return state_ == State::Connected; }
+  // The server's numeric address; empty unless connected.
+  std::optional<ServerAddress> Peer() const;
   // Rounded up; 0 unless the session waits before it connects again.
   int32_t RetryInSeconds() const;
 
-  // There may be something to send now.
+  // There may be something to send now, or something urgent to connect for.
   void Pump();
   // Sends a command past the one under way, waiting at most `limit` for it to leave. False when it
   // did not. While there is no connection it goes over one of its own.
@@ -57,7 +55,8 @@ class ServerSession {
   void Connect();
   void OnConnected();
   void OnBytes(std::string_view bytes);
-  void Drop(Fault fault);
+  void Drop(RigLink::Cause cause);
+  void RetryAfter(Milliseconds pause);
   void WaitForRetry();
   void StartLimit();
 
@@ -72,6 +71,7 @@ class ServerSession {
   size_t attempt_ = 0;
   SteadyTime retryAt_;
   Scheduler::Handle timer_;  // connecting, the limit of a reply, the pause, or the retry
+  Connections connections_;
 };
 
 }  // namespace velt

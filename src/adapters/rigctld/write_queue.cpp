@@ -1,6 +1,7 @@
 #include "adapters/rigctld/write_queue.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velt {
 
@@ -31,16 +32,29 @@ void WriteQueue::Put(RigProperty property, int32_t value) {
 
 void WriteQueue::PutKey() {
   Put(RigProperty::Transmit, 1);
+  releaseAccepted_ = false;
 }
 
 void WriteQueue::PutRelease() {
   Remove(RigProperty::Transmit);
-  releaseWanted_ = true;
+  // Repeated faster than it is answered, it would else never count as accepted.
+  if (!releaseWaits_ && releasesUnderWay_ == 0) releaseAccepted_ = false;
+  releaseWaits_ = true;
+}
+
+bool WriteQueue::KeyWaits() const {
+  return std::any_of(waiting_.begin(), waiting_.end(),
+                     [](const Waiting& w) { return w.property == RigProperty::Transmit; });
+}
+
+void WriteQueue::ReleaseSentAhead() {
+  releaseWaits_ = false;
+  ++releasesUnderWay_;
 }
 
 std::optional<RigCommand> WriteQueue::Next() {
-  if (releaseWanted_ && !releaseSent_ && MayRelease()) {
-    releaseSent_ = true;
+  if (releaseWaits_ && MayRelease()) {
+    ReleaseSentAhead();
     return ReleaseCommand();
   }
   if (vfoWrite_) return VfoStep();
@@ -69,7 +83,8 @@ std::optional<RigCommand> WriteQueue::Next() {
 std::optional<WriteQueue::Outcome> WriteQueue::Answered(const RigCommand& command,
                                                         const RigReply& reply) {
   if (command.kind == CommandKind::Release) {
-    releaseWanted_ = releaseSent_ = false;
+    releasesUnderWay_ = std::max(releasesUnderWay_ - 1, 0);
+    releaseAccepted_ = reply.code == 0 && !KeyWaits();
     return Outcome{RigProperty::Transmit, 0, reply.code == 0};
   }
   const bool ofVfoWrite =
@@ -81,8 +96,12 @@ std::optional<WriteQueue::Outcome> WriteQueue::Answered(const RigCommand& comman
 }
 
 void WriteQueue::Interrupt() {
+  DropWrites();
+  if (std::exchange(releasesUnderWay_, 0) > 0) releaseWaits_ = true;
+}
+
+void WriteQueue::DropWrites() {
   waiting_.clear();
-  releaseSent_ = false;
   if (!vfoWrite_) return;
   if (!vfoWrite_->left) {
     vfoWrite_.reset();
@@ -92,9 +111,10 @@ void WriteQueue::Interrupt() {
   vfoWrite_->restoring = true;
 }
 
-// Between select and return a release would go to the wrong VFO of rigs that key by VFO.
+// Between select and return a release would go to the wrong VFO of rigs that key by VFO. It does
+// not wait for a return that fails.
 bool WriteQueue::MayRelease() const {
-  return !vfoWrite_ || !vfoWrite_->left || vfoWrite_->restoring;
+  return !vfoWrite_ || !vfoWrite_->left || vfoWrite_->restoring || vfoWrite_->refusals > 0;
 }
 
 void WriteQueue::Remove(RigProperty property) {

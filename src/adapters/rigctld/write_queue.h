@@ -24,21 +24,27 @@ class WriteQueue {
   // A frequency in Hz or a mode, already checked.
   void Put(RigProperty property, int32_t value);
   void PutKey();
-  // Removes a key that waits.
+  // Removes a key that waits. Goes even while another release is under way.
   void PutRelease();
-  bool ReleaseWanted() const { return releaseWanted_; }
+  // Not sent yet.
+  bool KeyWaits() const;
+  bool ReleaseWaits() const { return releaseWaits_; }
+  // The last release that was answered was accepted, and no key and no first release of another
+  // series was put since.
+  bool ReleaseAccepted() const { return releaseAccepted_; }
 
   // The next command to send; empty when nothing waits. Not while one of ours is under way.
   std::optional<RigCommand> Next();
 
-  // A release was sent past the queue.
-  void ReleaseSent() { releaseSent_ = true; }
+  // A release was sent past the queue; its reply comes too.
+  void ReleaseSentAhead();
 
   // The reply to a command of Next().
   std::optional<Outcome> Answered(const RigCommand& command, const RigReply& reply);
 
-  // The link broke. Writes are forgotten; a release that was not answered goes again, and so does
-  // the way back to the VFO that was left.
+  // Writes are forgotten, but not a release, nor the way back to the VFO that was left.
+  void DropWrites();
+  // The connection broke: as above, and a release that was not answered waits again.
   void Interrupt();
 
   // False when this server does not answer the question which VFO is current.
@@ -71,8 +77,9 @@ class WriteQueue {
 
   std::deque<Waiting> waiting_;
   std::optional<VfoWrite> vfoWrite_;
-  bool releaseWanted_ = false;
-  bool releaseSent_ = false;
+  bool releaseWaits_ = false;
+  int32_t releasesUnderWay_ = 0;
+  bool releaseAccepted_ = false;
   bool vfoKnowable_ = true;
 };
 

@@ -9,7 +9,8 @@ namespace {
 constexpr int32_t kLowestHz = 10'000;
 constexpr int32_t kHighestHz = 2'000'000'000;
 constexpr int32_t kRetrySeconds = 5;
-// As long as a real rig takes until it reports what it was told.
+// As long as a real server takes to answer, and a real rig until it reports what it was told.
+constexpr Milliseconds kAnswer{5};
 constexpr Milliseconds kReport{30};
 constexpr Milliseconds kDriftStep{200};
 
@@ -26,17 +27,34 @@ bool InRange(int64_t frequencyHz) {
 
 }  // namespace
 
-SimulatedRig::SimulatedRig(Scheduler& scheduler, int32_t frequencyHz, int32_t mode,
-                           std::function<void(int32_t)> changed)
+SimulatedRig::SimulatedRig(Scheduler& scheduler, int32_t frequencyHz, int32_t mode)
     : scheduler_(scheduler),
-      changed_(std::move(changed)),
-      frequencyHz_(frequencyHz),
-      frequencyBHz_(frequencyHz),
-      mode_(mode) {}
+      panel_{.freq = frequencyHz, .freqB = frequencyHz, .mode = mode},
+      reportDelay_(kReport) {}
 
 void SimulatedRig::Tune(int32_t frequencyHz) {
-  frequencyHz_ = frequencyHz;
+  panel_.freq = frequencyHz;
   Show();
+}
+
+void SimulatedRig::TuneB(int32_t frequencyHz) {
+  panel_.freqB = frequencyHz;
+  Show();
+}
+
+void SimulatedRig::Select(int32_t mode) {
+  panel_.mode = mode;
+  Show();
+}
+
+void SimulatedRig::Split(int32_t frequencyHz) {
+  panel_.split = frequencyHz;
+  Show();
+}
+
+void SimulatedRig::Key(bool on) {
+  transmitting_ = on;
+  ReportSoon();
 }
 
 void SimulatedRig::Drift(int32_t hertzPerSecond) {
@@ -46,134 +64,212 @@ void SimulatedRig::Drift(int32_t hertzPerSecond) {
 }
 
 void SimulatedRig::DriftStep() {
-  const int64_t next = frequencyHz_ + int64_t{driftHertz_} * kDriftStep.count() / 1000;
+  const int64_t next = panel_.freq + int64_t{driftHertz_} * kDriftStep.count() / 1000;
   if (InRange(next)) Tune(static_cast<int32_t>(next));
   drift_ = scheduler_.After(kDriftStep, [this] { DriftStep(); });
 }
 
 void SimulatedRig::Vanish() {
   reachable_ = false;
-  report_.Cancel();
-  if (link_.state != RigLink::State::Off) Lose();
+  if (IsOpen()) Lose();
+}
+
+void SimulatedRig::ComeBack() {
+  reachable_ = true;
+  if (IsOpen()) Connect();
+}
+
+void SimulatedRig::BeSilent(bool on) {
+  silent_ = on;
+  if (Reachable()) Connect();
+}
+
+void SimulatedRig::HideTransmitter(bool on) {
+  hidesTransmitter_ = on;
+  told_ = TxReport::Untold;
+  shownTransmitting_ = false;
+  ReportSoon();
+}
+
+void SimulatedRig::Open() {
+  if (!IsOpen()) SetState(RigLink::State::Connecting, RigLink::Cause::None);
+}
+
+void SimulatedRig::Decide() {
+  if (link_.state == RigLink::State::Connecting) Connect();
+}
+
+void SimulatedRig::Connect() {
+  if (!reachable_) return Lose();
+  countdown_.Cancel();
+  hasAnswered_ = true;
+  link_.retryInSeconds = 0;
+  if (std::exchange(releaseWaits_, false)) Send(PM_RX);
+  if (silent_) {
+    told_ = TxReport::Untold;
+    return SetState(RigLink::State::Silent, RigLink::Cause::RigSilent);
+  }
+  SetState(RigLink::State::Linked, RigLink::Cause::None);
+  Show();
+  ReportSoon();
 }
 
 void SimulatedRig::Lose() {
-  SetState(RigLink::State::Reconnecting);
+  answer_.Cancel();
+  report_.Cancel();
+  told_ = TxReport::Untold;
+  SetState(RigLink::State::Reconnecting, RigLink::Cause::Refused);
   link_.retryInSeconds = kRetrySeconds;
   countdown_ = scheduler_.After(Milliseconds(1000), [this] { CountDown(); });
 }
 
 void SimulatedRig::CountDown() {
   link_.retryInSeconds = link_.retryInSeconds > 1 ? link_.retryInSeconds - 1 : kRetrySeconds;
-  changed_(0);
   countdown_ = scheduler_.After(Milliseconds(1000), [this] { CountDown(); });
-}
-
-void SimulatedRig::ComeBack() {
-  reachable_ = true;
-  if (link_.state != RigLink::State::Off) Open();
-}
-
-void SimulatedRig::Open() {
-  countdown_.Cancel();
-  link_.retryInSeconds = 0;
-  if (!reachable_) return Lose();
-  if (std::exchange(releaseWanted_, false)) transmitting_ = false;
-  SetState(RigLink::State::Linked);
-  Show();
+  statusChanged.Raise();
 }
 
 void SimulatedRig::Close() {
   countdown_.Cancel();
+  answer_.Cancel();
   report_.Cancel();
+  told_ = TxReport::Untold;
+  hasAnswered_ = false;
   link_ = RigLink();
 }
 
-RigLink SimulatedRig::Link() const {
-  return link_;
+void SimulatedRig::Move() {
+  const bool open = IsOpen();
+  Close();
+  releaseWaits_ = releaseAccepted_ = false;
+  shown_ = {};
+  if (open) Open();
 }
 
 std::string SimulatedRig::StatusStr() const {
-  if (link_.state == RigLink::State::Off) return "Disabled";
-  return Linked() ? "On-line" : "Port is not available";
+  switch (link_.state) {
+    case RigLink::State::Off:
+      return "Disabled";
+    case RigLink::State::Linked:
+      return "On-line";
+    case RigLink::State::Reconnecting:
+      return "Port is not available";
+    default:
+      return "Rig is not responding";
+  }
 }
 
-std::string SimulatedRig::RigType() const {
-  return "Simulated rig";
+int32_t SimulatedRig::GetTxFrequency() const {
+  if (!shownTransmitting_) return 0;
+  return shown_.split != 0 ? shown_.split : shown_.freq;
 }
 
 bool SimulatedRig::SetFreq(int32_t frequencyHz) {
-  return WriteFrequency(frequencyHz_, frequencyHz);
+  return InRange(frequencyHz) && Write("Freq ", panel_.freq, frequencyHz);
 }
 
 bool SimulatedRig::SetFreqA(int32_t frequencyHz) {
-  return WriteFrequency(frequencyHz_, frequencyHz);
+  return InRange(frequencyHz) && Write("FreqA ", panel_.freq, frequencyHz);
 }
 
 bool SimulatedRig::SetFreqB(int32_t frequencyHz) {
-  return WriteFrequency(frequencyBHz_, frequencyHz);
-}
-
-bool SimulatedRig::WriteFrequency(int32_t& target, int32_t frequencyHz) {
-  if (!Linked() || !InRange(frequencyHz)) return false;
-  target = frequencyHz;
-  Show();
-  return true;
+  return InRange(frequencyHz) && Write("FreqB ", panel_.freqB, frequencyHz);
 }
 
 bool SimulatedRig::SetMode(int32_t mode) {
-  if (!Linked() || !IsMode(mode)) return false;
-  mode_ = mode;
+  return IsMode(mode) && Write("Mode ", panel_.mode, mode);
+}
+
+bool SimulatedRig::Write(const char* name, int32_t& target, int32_t value) {
+  if (!Linked()) return false;
+  target = value;
+  written.Raise(name + std::to_string(value));
   Show();
   return true;
 }
 
 bool SimulatedRig::SetTx(int32_t value) {
-  if (value == PM_RX && !Linked()) {
-    releaseWanted_ = true;
-    return true;
+  if (value != PM_RX && (value != PM_TX || !Linked())) return false;
+  releaseAccepted_ = false;
+  if (Reachable()) {
+    Send(value);
+  } else {
+    releaseWaits_ = true;
   }
-  if (!Linked() || (value != PM_RX && value != PM_TX)) return false;
-  transmitting_ = value == PM_TX;
-  report_ = scheduler_.After(kReport, [this] {
-    shown_.transmitting = transmitting_;
-    changed_(PM_FREQ | (transmitting_ ? PM_TX : PM_RX));
-  });
   return true;
 }
 
-void SimulatedRig::SetState(RigLink::State state) {
-  const bool wasLinked = Linked();
-  link_.state = state;
-  link_.stale = !Linked() && (wasLinked || link_.stale);
-  changed_(0);
+void SimulatedRig::Send(int32_t transmit) {
+  const bool key = transmit == PM_TX;
+  const bool refused = key && refusesKeys_;
+  written.Raise(key ? "TX" : "RX");
+  if (!silent_ && !refused && (key || !ignoresReleases_)) transmitting_ = key;
+  answer_ = scheduler_.After(kAnswer, [this, transmit, refused] { Answered(transmit, refused); });
 }
 
-// The transmit state is left to its own report while one is on its way.
+void SimulatedRig::Answered(int32_t transmit, bool refused) {
+  if (silent_) return;
+  ReportSoon();
+  if (transmit == PM_RX) {
+    releaseAccepted_ = true;
+  } else if (refused) {
+    keyRefused.Raise();
+  }
+}
+
+std::optional<ReleaseRecipe> SimulatedRig::Recipe() const {
+  if (!Reachable()) return std::nullopt;
+  return ReleaseRecipe{};
+}
+
+void SimulatedRig::SetState(RigLink::State state, RigLink::Cause cause) {
+  const bool wasLinked = Linked();
+  link_.state = state;
+  link_.cause = cause;
+  link_.stale = !Linked() && (wasLinked || link_.stale);
+  statusChanged.Raise();
+}
+
 void SimulatedRig::Show() {
   if (!Linked()) return;
-  const Shown before = shown_;
-  shown_.freq = frequencyHz_;
-  shown_.freqB = frequencyBHz_;
-  shown_.mode = mode_;
+  const Panel before = std::exchange(shown_, panel_);
   int32_t params = 0;
   if (shown_.freq != before.freq) params |= PM_FREQ | PM_FREQA;
   if (shown_.freqB != before.freqB) params |= PM_FREQB;
-  if (shown_.mode != before.mode) params |= shown_.mode;
-  if (params != 0) changed_(params);
-  if (shown_.transmitting != transmitting_) SetTx(transmitting_ ? PM_TX : PM_RX);
+  if (shown_.mode != before.mode) params |= shown_.mode != 0 ? shown_.mode : PM_UNKNOWN;
+  if (shown_.split != before.split) params |= shown_.split != 0 ? PM_SPLITON : PM_SPLITOFF;
+  if (params != 0) paramsChanged.Raise(params);
 }
 
-SimulatedRigServer::SimulatedRigServer(Scheduler& scheduler)
+void SimulatedRig::ReportSoon() {
+  if (Linked()) report_ = scheduler_.After(reportDelay_, [this] { Report(); });
+}
+
+void SimulatedRig::Report() {
+  if (!Linked() || hidesTransmitter_) return;
+  shownTransmitting_ = transmitting_;
+  const TxReport now = transmitting_ ? TxReport::Transmits : TxReport::Receives;
+  if (std::exchange(told_, now) != now)
+    paramsChanged.Raise(transmitting_ ? PM_FREQ | PM_TX : PM_FREQ | PM_RX);
+}
+
+SimulatedRigServer::SimulatedRigServer(Scheduler& scheduler, Capabilities capabilities)
     : scheduler_(scheduler),
+      capabilities_(capabilities),
       open_(std::make_shared<char>()),
       rigs_{MakeRig(1, 14'074'000, PM_SSB_U), MakeRig(2, 7'074'000, PM_SSB_L)} {}
 
 std::unique_ptr<SimulatedRig> SimulatedRigServer::MakeRig(int32_t rigNumber, int32_t frequencyHz,
                                                           int32_t mode) {
-  return std::make_unique<SimulatedRig>(
-      scheduler_, frequencyHz, mode,
-      [this, rigNumber](int32_t params) { Changed(rigNumber, params); });
+  auto rig = std::make_unique<SimulatedRig>(scheduler_, frequencyHz, mode);
+  connections_ += rig->statusChanged.Listen(
+      [=, this] { PostSafely([=, this] { statusChanged.Raise(rigNumber); }); });
+  connections_ += rig->paramsChanged.Listen([=, this](int32_t params) {
+    PostSafely([=, this] { paramsChanged.Raise(rigNumber, params); });
+  });
+  connections_ +=
+      rig->keyRefused.Listen([=, this] { PostSafely([=, this] { keyRefused.Raise(rigNumber); }); });
+  return rig;
 }
 
 std::string SimulatedRigServer::Address(int32_t rigNumber) const {
@@ -186,47 +282,40 @@ bool SimulatedRigServer::IsAddress(const std::string& text) const {
 }
 
 bool SimulatedRigServer::SetAddress(int32_t rigNumber, const std::string& hostAndPort) {
-  if (!Of(rigNumber) || !IsAddress(hostAndPort)) return false;
-  addresses_[rigNumber - 1] = hostAndPort;
+  SimulatedRig* rig = Of(rigNumber);
+  if (!rig || !IsAddress(hostAndPort)) return false;
+  if (std::exchange(addresses_[rigNumber - 1], hostAndPort) != hostAndPort) {
+    rig->Move();
+    PostSafely([rig] { rig->Decide(); });
+  }
   return true;
 }
 
 void SimulatedRigServer::Open(int32_t rigNumber, std::function<void(bool reached)> answered) {
-  PostSafely([this, rigNumber, answered = std::move(answered)] {
-    SimulatedRig* rig = Of(rigNumber);
-    if (rig) rig->Open();
-    const bool reached = rig && rig->Link().state == RigLink::State::Linked;
-    answered_ = answered_ || reached;
-    if (answered) answered(reached);
+  SimulatedRig* rig = Of(rigNumber);
+  if (rig) rig->Open();
+  PostSafely([rig, answered = std::move(answered)] {
+    if (rig) rig->Decide();
+    if (answered) answered(rig && rig->Reachable());
   });
 }
 
 void SimulatedRigServer::Close() {
   for (const auto& rig : rigs_) rig->Close();
-  answered_ = false;
   open_ = std::make_shared<char>();
 }
 
 int32_t SimulatedRigServer::InterfaceVersion() const {
-  return answered_ ? 0x101 : 0;
+  return rigs_[0]->HasAnswered() || rigs_[1]->HasAnswered() ? version_ : 0;
 }
 
 void SimulatedRigServer::ReleaseNow(int32_t rigNumber, int32_t) {
-  if (SimulatedRig* rig = Of(rigNumber)) rig->SetTx(PM_RX);
+  SimulatedRig* rig = Of(rigNumber);
+  if (rig && rig->Link().state != RigLink::State::Off) rig->SetTx(PM_RX);
 }
 
 SimulatedRig* SimulatedRigServer::Of(int32_t rigNumber) const {
   return rigNumber == 1 || rigNumber == 2 ? rigs_[rigNumber - 1].get() : nullptr;
-}
-
-void SimulatedRigServer::Changed(int32_t rigNumber, int32_t params) {
-  PostSafely([this, rigNumber, params] {
-    if (params != 0) {
-      paramsChanged.Raise(rigNumber, params);
-    } else {
-      statusChanged.Raise(rigNumber);
-    }
-  });
 }
 
 void SimulatedRigServer::PostSafely(std::function<void()> f) {

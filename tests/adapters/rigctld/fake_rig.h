@@ -38,6 +38,7 @@ struct FakeRig {
         {"+T", "set_ptt: " + value},
         {"+\\get_vfo_info VFOA", "get_vfo_info: VFOA\nFreq: " + std::to_string(freq["VFOA"])},
         {"+\\get_vfo_info VFOB", "get_vfo_info: VFOB\nFreq: " + std::to_string(freq["VFOB"])},
+        {"+\\get_powerstat", "get_powerstat:\nPower Status: 1"},
         {"+\\dump_caps", "dump_caps:\nModel name:\tDummy\nMfg name:\tHamlib"}};
     const auto reply = replies.find(line.starts_with("+\\") ? line : line.substr(0, 2));
     return reply == replies.end() ? "unknown" : Done(reply->second);

@@ -2,11 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "adapters/rigctld/fake_rig.h"
-#include "adapters/rigctld/key_watch.h"
 #include "adapters/rigctld/rigctld_rig.h"
 #include "adapters/rigctld/server_address.h"
 #include "adapters/rigctld/write_queue.h"
-#include "adapters/simulated_rig/simulated_rig.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -50,9 +48,11 @@ TEST(WriteQueue, NewerReplacesWaitingAndReleaseGoesFirst) {
   queue.PutKey();
   queue.PutRelease();
   EXPECT_EQ(Drain(queue), (Lines{"+T 0", "+F 3"}));
+  EXPECT_TRUE(queue.ReleaseAccepted());
   queue.PutRelease();
   queue.PutKey();
   EXPECT_EQ(Drain(queue), (Lines{"+T 0", "+T 1"}));
+  EXPECT_FALSE(queue.ReleaseAccepted());
 }
 
 TEST(WriteQueue, WritesAVfoWhereItIsAndReturns) {
@@ -101,54 +101,6 @@ TEST(WriteQueue, ReleaseWaitsForTheWayBackAndSurvivesABreak) {
   EXPECT_EQ(Drain(queue), Lines{"+T 0"}) << "a release under way goes again";
 }
 
-TEST(KeyWatch, KnowsWhoseTransmissionItIs) {
-  KeyWatch watch;
-  watch.Reported(true);
-  EXPECT_FALSE(watch.Keyed()) << "somebody else's";
-  watch.Reported(false);
-  watch.KeySent();
-  watch.Reported(false);
-  EXPECT_TRUE(watch.Keyed()) << "not there yet";
-  watch.Reported(true);
-  watch.ReleaseAnswered(true, true);
-  EXPECT_TRUE(watch.Keyed()) << "until it is seen";
-  watch.Reported(false);
-  EXPECT_FALSE(watch.Keyed());
-  watch.KeySent();
-  watch.KeyAnswered(true);
-  EXPECT_FALSE(watch.Keyed()) << "refused";
-  watch.KeySent();
-  watch.ReleaseAnswered(true, false);
-  EXPECT_FALSE(watch.Keyed()) << "a rig that cannot report";
-}
-
-TEST(SimulatedRig, ReportsWhatItWasTold) {
-  VirtualScheduler time;
-  SimulatedRigServer server(time);
-  IRigX& rig = server.Rig1();
-  EXPECT_FALSE(rig.SetTx(PM_TX)) << "not open";
-  server.Open(1, {});
-  time.Advance(Milliseconds(1));
-  for (const int32_t tx : {PM_TX, PM_RX}) {
-    ASSERT_TRUE(rig.SetFreq(7000000 + tx) && rig.SetTx(tx));
-    EXPECT_EQ(rig.Freq(), 7000000 + tx);
-    EXPECT_NE(rig.Tx(), tx) << "a report later";
-    time.Advance(Milliseconds(100));
-    EXPECT_EQ(rig.Tx(), tx);
-  }
-  ASSERT_TRUE(rig.SetFreq(14000000));
-  server.Rig1().Drift(50);
-  time.Advance(std::chrono::seconds(10));
-  EXPECT_NEAR(rig.Freq(), 14000500, 50);
-  server.Rig1().Vanish();
-  time.Advance(Milliseconds(100));
-  EXPECT_TRUE(rig.Link().stale);
-  EXPECT_FALSE(rig.SetFreq(7000000));
-  server.Rig1().ComeBack();
-  time.Advance(std::chrono::seconds(15));
-  EXPECT_EQ(rig.Link().state, RigLink::State::Linked);
-}
-
 enum class Mood { Answers, Accepts, Refuses, Unreachable };
 
 class ScriptedChannel : public ByteChannel {
@@ -160,35 +112,40 @@ class ScriptedChannel : public ByteChannel {
   Milliseconds delay{10};
   int attempts = 0;
   int underWay = 0;
+  bool lookingUp = false;
 
   void Connect(const ServerAddress&) override {
     ++attempts;
     Disconnect();
     if (mood == Mood::Unreachable) return;
-    later_.push_back(scheduler_.After(
-        Milliseconds(1), [this] { mood == Mood::Refuses ? onClosed() : onConnected(); }));
+    later_.push_back(scheduler_.After(Milliseconds(1), [this] {
+      mood == Mood::Refuses ? closed.Raise(RigLink::Cause::Refused) : connected.Raise();
+    }));
   }
+  bool LooksUp() const override { return lookingUp; }
   void Disconnect() override {
     underWay = 0;
     later_.clear();
   }
   void Send(std::string_view bytes) override {
-    EXPECT_EQ(++underWay, 1) << "one command after the other";
-    if (mood == Mood::Accepts) return;
+    EXPECT_EQ(underWay, 0) << "one command after the other";
+    SendNow({}, bytes, {});
+  }
+  std::optional<ServerAddress> Peer() const override { return ServerAddress{"192.0.2.7", 1}; }
+  bool SendNow(const ServerAddress&, std::string_view bytes, Milliseconds) override {
+    ++underWay;
+    if (mood == Mood::Accepts) return true;
     const std::string reply = rig.Answer(std::string(bytes.substr(0, bytes.size() - 1)));
     later_.push_back(scheduler_.After(delay, [this, reply] {
-      onBytes(reply.substr(0, reply.size() / 2));
+      received.Raise(reply.substr(0, reply.size() / 2));
       if (--underWay < 0) return;
-      onBytes(reply.substr(reply.size() / 2));
+      received.Raise(reply.substr(reply.size() / 2));
     }));
-  }
-  bool SendNow(const ServerAddress&, std::string_view bytes, Milliseconds) override {
-    Send(bytes);
     return true;
   }
   void Break() {
     Disconnect();
-    onClosed();
+    closed.Raise(RigLink::Cause::Closed);
   }
 
  private:
@@ -201,8 +158,8 @@ struct RigTest : testing::Test {
   ScriptedChannel channel{time};
   int statusEvents = 0;
   int32_t params = 0;
-  RigctldRig::Events events{[this] { ++statusEvents; }, [this](int32_t bits) { params |= bits; }};
-  RigctldRig rig{channel, time, events};
+  int refusals = 0;
+  RigctldRig rig{channel, time};
   FakeRig& peer = channel.rig;
   std::vector<bool> reached;
 
@@ -212,10 +169,17 @@ struct RigTest : testing::Test {
   void Pass(int64_t ms) { time.Advance(Milliseconds(ms)); }
   void OpenAndSettle() {
     Open();
-    Pass(300);
+    Pass(30 * channel.delay.count());
     ASSERT_EQ(rig.Link().state, State::Linked);
     peer.lines.clear();
   }
+  auto Count(const std::string& line) const {
+    return std::count(peer.lines.begin(), peer.lines.end(), line);
+  }
+
+  Connection statuses = rig.statusChanged.Listen([this] { ++statusEvents; });
+  Connection changes = rig.paramsChanged.Listen([this](int32_t bits) { params |= bits; });
+  Connection refusing = rig.keyRefused.Listen([this] { ++refusals; });
 };
 
 TEST_F(RigTest, FollowsTheRigWithinHalfASecond) {
@@ -229,7 +193,6 @@ TEST_F(RigTest, FollowsTheRigWithinHalfASecond) {
   EXPECT_EQ(params, PM_FREQ | PM_FREQA | PM_UNKNOWN | PM_TX | PM_SPLITON);
   EXPECT_EQ(rig.Freq(), 3573000);
   EXPECT_EQ(rig.Mode(), 0);
-  EXPECT_EQ(rig.Tx(), PM_TX);
   EXPECT_EQ(rig.GetTxFrequency(), 7074000);
   peer.split = 0;
   Pass(300);
@@ -266,42 +229,180 @@ TEST_F(RigTest, WritesGoAheadOfPollsWhichNeverPileUp) {
   EXPECT_TRUE(polls >= 5 && polls <= 10) << polls;
 }
 
-TEST_F(RigTest, AnOldValueDoesNotFlickerBackAndTheRealOneIsShown) {
-  OpenAndSettle();
-  peer.instead["+f"] = FakeRig::Done("get_freq:\nFrequency: 14074000");
-  ASSERT_TRUE(rig.SetFreq(14075001) && rig.SetFreq(14075003));
-  for (int i = 0; i < 30; ++i) {
-    EXPECT_EQ(rig.Freq(), 14075003) << i * 10 << " ms";
-    Pass(10);
+TEST_F(RigTest, AnOldValueDoesNotComeBackForASecondAndTheRealOneIsShown) {
+  for (const int delay : {10, 300}) {
+    for (const std::string vfo : {"VFOA", "VFOB"}) {
+      channel.delay = Milliseconds(delay);
+      OpenAndSettle();
+      const bool b = vfo == "VFOB";
+      const auto value = [&] { return b ? rig.FreqB() : rig.Freq(); };
+      const auto write = [&](int32_t hz) { return b ? rig.SetFreqB(hz) : rig.SetFreq(hz); };
+      const auto report = [&](const std::string& hz) {
+        peer.instead["+\\get_vfo_info VFOB"] = FakeRig::Done("get_vfo_info: VFOB\nFreq: " + hz);
+        if (!b) peer.instead["+f"] = FakeRig::Done("get_freq:\nFrequency: " + hz);
+      };
+      report("14074000");
+      ASSERT_TRUE(write(14075001) && write(14075003));
+      while (peer.freq[vfo] != 14075003) Pass(1);
+      for (int i = 0; i < 100; ++i) {
+        EXPECT_EQ(value(), 14075003) << i * 10 << " ms";
+        Pass(10);
+      }
+      report("14075000");
+      Pass(200 + 15 * delay);
+      EXPECT_EQ(value(), 14075000) << "the rig rounds: asked as soon as it is believed";
+      peer.instead["+F 7000000"] = "set_freq: 7000000\nRPRT -9\n";
+      ASSERT_TRUE(write(7000000));
+      Pass(100 + 10 * delay);
+      EXPECT_EQ(value(), 14075000) << "refused";
+      peer.instead.clear();
+      rig.Close();
+    }
   }
-  peer.instead["+f"] = FakeRig::Done("get_freq:\nFrequency: 14075000");
-  Pass(400);
-  EXPECT_EQ(rig.Freq(), 14075000) << "the rig rounds";
-  peer.instead["+F 7000000"] = "set_freq: 7000000\nRPRT -9\n";
-  ASSERT_TRUE(rig.SetFreq(7000000));
-  Pass(150);
-  EXPECT_EQ(rig.Freq(), 14075000) << "refused";
+}
+
+TEST_F(RigTest, WhatIsNoFrequencyIsToldAsNone) {
+  OpenAndSettle();
+  for (const std::string bad : {"0", "9", "-7074000", "nan", "", "2147483648", "1e300"}) {
+    peer.instead["+f"] = FakeRig::Done("get_freq:\nFrequency: " + bad);
+    Pass(150);
+    EXPECT_EQ(rig.Freq(), 0) << bad;
+    EXPECT_EQ(rig.FreqA(), 0) << bad;
+    peer.instead["+f"] = FakeRig::Done("get_freq:\nFrequency: 10");
+    Pass(150);
+    EXPECT_EQ(rig.Freq(), 10);
+  }
+  peer.instead["+f"] = "get_freq:\nRPRT -9\n";
+  Pass(1000);
+  EXPECT_EQ(rig.Freq(), 10) << "an error is no report";
+}
+
+TEST_F(RigTest, ALateReportOfTransmittingIsNotShownAfterARelease) {
+  OpenAndSettle();
+  ASSERT_TRUE(rig.SetTx(PM_TX));
+  Pass(40);
+  EXPECT_EQ(rig.GetTxFrequency(), 14074000) << "asked at once";
+  peer.instead["+T 0"] = FakeRig::Done("set_ptt: 0");
+  rig.SetTx(PM_RX);
+  Pass(1500);
+  EXPECT_EQ(rig.GetTxFrequency(), 14074000) << "a release that is ignored";
+  peer.instead.clear();
+  rig.SetTx(PM_RX);
+  Pass(40);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Receives);
+  peer.keyed = 1;
+  Pass(900);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Transmits);
+  EXPECT_EQ(rig.GetTxFrequency(), 0);
+  Pass(300);
+  EXPECT_EQ(rig.GetTxFrequency(), 14074000) << "that is no echo any more";
+}
+
+TEST_F(RigTest, ErrorsMakeAReadSeldomAndAnAnswerMakesItOftenAgain) {
+  OpenAndSettle();
+  for (const std::string line : {"+t", "+m", "+s"}) {
+    peer.instead[line] = "get_" +
+                         (line == "+t"   ? "ptt"s
+                          : line == "+m" ? "mode"s
+                                         : "split_vfo"s) +
+                         ":\nRPRT -11\n";
+  }
+  Pass(250);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Receives) << "one error says nothing";
+  Pass(2500);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Untold);
+  EXPECT_EQ(rig.Recipe()->ask, "");
+  peer.lines.clear();
+  Pass(8000);
+  for (const char* line : {"+t", "+m", "+s"}) EXPECT_EQ(Count(line), 4) << line;
+  peer.instead.clear();
+  Pass(2000);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Receives);
+  peer.lines.clear();
+  Pass(1000);
+  for (const char* line : {"+t", "+m", "+s"}) EXPECT_GE(Count(line), 6) << line;
+}
+
+TEST_F(RigTest, EveryReleaseIsSentWhateverBecameOfTheOneBefore) {
+  const std::string failed = "set_ptt: 0\nRPRT -5\n";
+  OpenAndSettle();
+  peer.instead["+T 0"] = failed;
+  for (const bool silent : {false, true}) {
+    if (silent) peer.instead["+f"] = "get_freq:\nRPRT -5\n";
+    Pass(1000);
+    EXPECT_EQ(rig.Link().state, silent ? State::Silent : State::Linked);
+    peer.lines.clear();
+    for (int call = 1; call <= 20; ++call) {
+      EXPECT_TRUE(rig.SetTx(PM_RX));
+      Pass(500);
+      EXPECT_EQ(Count("+T 0"), call);
+    }
+    EXPECT_FALSE(rig.ReleaseAccepted());
+  }
+  peer.instead.clear();
+  channel.delay = Milliseconds(600);
+  for (int call = 0; call < 4; ++call) {
+    rig.SetTx(PM_RX);
+    Pass(500);
+  }
+  EXPECT_TRUE(rig.ReleaseAccepted()) << "though the next is on its way";
+  EXPECT_GE(Count("+T 0"), 20 + 2);
+}
+
+TEST_F(RigTest, AReleaseIsAcceptedUntilTheNextKeyAndAKeyIsRefusedOnlyForCertain) {
+  for (const auto& [code, refused] :
+       {std::pair{-1, 1}, {-9, 1}, {-11, 1}, {-5, 0}, {-6, 0}, {-8, 0}}) {
+    OpenAndSettle();
+    rig.SetTx(PM_RX);
+    EXPECT_FALSE(rig.ReleaseAccepted());
+    Pass(40);
+    EXPECT_TRUE(rig.ReleaseAccepted());
+    refusals = 0;
+    peer.instead["+T 1"] = "set_ptt: 1\nRPRT " + std::to_string(code) + "\n";
+    ASSERT_TRUE(rig.SetTx(PM_TX));
+    EXPECT_FALSE(rig.ReleaseAccepted());
+    Pass(200);
+    EXPECT_EQ(refusals, refused) << code;
+    EXPECT_EQ(rig.KeyRefused(), refused == 1) << code;
+    EXPECT_FALSE(rig.ReleaseAccepted());
+    // A key that was taken back before its answer came is no news.
+    ASSERT_TRUE(rig.SetTx(PM_TX));
+    while (peer.lines.back() != "+T 1") Pass(1);
+    rig.SetTx(PM_RX);
+    Pass(200);
+    EXPECT_EQ(refusals, refused) << code;
+    peer.instead.clear();
+    rig.Close();
+  }
 }
 
 TEST_F(RigTest, AfterABreakTheReleaseComesFirstThenTheVfo) {
   OpenAndSettle();
-  ASSERT_TRUE(rig.SetTx(PM_TX));
-  Pass(40);
-  EXPECT_EQ(rig.Tx(), PM_TX) << "asked at once";
-  ASSERT_TRUE(rig.SetFreqB(7010000));
+  ASSERT_TRUE(rig.SetTx(PM_TX) && rig.SetFreqB(7010000));
   while (peer.vfo != "VFOB") Pass(1);
   channel.Break();
   EXPECT_EQ(rig.Link().state, State::Reconnecting);
   EXPECT_TRUE(rig.Link().stale);
   EXPECT_EQ(rig.Freq(), 14074000) << "the last value";
+  EXPECT_EQ(rig.Transmitter(), TxReport::Untold);
   EXPECT_TRUE(rig.SetTx(PM_RX));
   EXPECT_FALSE(rig.SetTx(PM_TX) || rig.SetFreq(7000000));
+  EXPECT_FALSE(rig.Recipe());
   peer.lines.clear();
   Pass(1000);
   EXPECT_EQ(peer.lines.at(0), "+T 0");
   EXPECT_EQ(peer.Writes(), (Lines{"+T 0", "+V VFOA"}));
-  EXPECT_EQ(rig.Tx(), PM_RX);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Receives);
   EXPECT_FALSE(rig.Link().stale);
+  // One that is not answered goes again, and soon however long the server has been away.
+  channel.mood = Mood::Accepts;
+  rig.SetTx(PM_RX);
+  Pass(60'000);
+  EXPECT_EQ(rig.Link().cause, RigLink::Cause::NoAnswer);
+  channel.mood = Mood::Answers;
+  peer.lines.clear();
+  Pass(2001);
+  EXPECT_EQ(peer.lines.at(0), "+T 0");
 }
 
 TEST_F(RigTest, RetriesForEverEverSlowerAndCountsDown) {
@@ -316,6 +417,7 @@ TEST_F(RigTest, RetriesForEverEverSlowerAndCountsDown) {
   }
   EXPECT_EQ(reached, std::vector{false});
   EXPECT_EQ(rig.StatusStr(), "Port is not available");
+  EXPECT_EQ(rig.Link().cause, RigLink::Cause::Refused);
   Pass(2500);
   EXPECT_EQ(rig.Link().retryInSeconds, 8);
   statusEvents = 0;
@@ -331,16 +433,21 @@ TEST_F(RigTest, RetriesForEverEverSlowerAndCountsDown) {
 }
 
 TEST_F(RigTest, GivesUpWithinEachKindsLimit) {
-  for (const auto& [mood, limit, status] :
-       {std::tuple{Mood::Unreachable, 3000, "Port is not available"},
-        std::tuple{Mood::Accepts, 2001, "Rig is not responding"}}) {
+  using Cause = RigLink::Cause;
+  for (const auto& [mood, lookingUp, limit, cause, status] :
+       {std::tuple{Mood::Unreachable, false, 3000, Cause::Unreachable, "Port is not available"},
+        std::tuple{Mood::Unreachable, true, 3000, Cause::HostNotFound, "Port is not available"},
+        std::tuple{Mood::Accepts, false, 2001, Cause::NoAnswer, "Rig is not responding"}}) {
     rig.Close();
     channel.mood = mood;
+    channel.lookingUp = lookingUp;
     Open();
     Pass(limit - 1);
     EXPECT_EQ(rig.Link().state, State::Connecting);
+    EXPECT_EQ(rig.Link().cause, Cause::None);
     Pass(2);
     EXPECT_EQ(rig.Link().state, State::Reconnecting);
+    EXPECT_EQ(rig.Link().cause, cause);
     EXPECT_EQ(rig.StatusStr(), status);
   }
   rig.SetTx(PM_RX);
@@ -357,7 +464,7 @@ TEST_F(RigTest, AForeignAnswerEndsTheConnection) {
     OpenAndSettle();
     peer.instead["+f"] = answer;
     Pass(200);
-    EXPECT_EQ(rig.Link().state, State::Reconnecting) << answer.substr(0, 20);
+    EXPECT_EQ(rig.Link().cause, RigLink::Cause::WrongAnswer) << answer.substr(0, 20);
     EXPECT_EQ(rig.Freq(), 14074000);
     peer.instead.clear();
     rig.Close();
@@ -375,39 +482,55 @@ TEST_F(RigTest, IsNotRespondingOnlyAfterSeveralFailures) {
   EXPECT_EQ(rig.StatusStr(), "On-line");
   Pass(300);
   EXPECT_EQ(rig.StatusStr(), "Rig is not responding");
-  EXPECT_TRUE(rig.Link().stale);
+  EXPECT_TRUE(rig.Link().stale && rig.Link().cause == RigLink::Cause::RigSilent);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Untold);
   EXPECT_FALSE(rig.SetFreq(7000000));
   peer.instead["+\\get_powerstat"] = FakeRig::Done("get_powerstat:\nPower Status: 0");
   Pass(2000);
   EXPECT_EQ(rig.StatusStr(), "Rig is turned off");
+  EXPECT_EQ(rig.Link().cause, RigLink::Cause::RigOff);
   peer.instead.clear();
   Pass(1500);
   EXPECT_EQ(rig.StatusStr(), "On-line");
 }
 
-TEST_F(RigTest, LivesWithAServerThatDoesNotKnowACommand) {
-  for (const char* line : {"+v", "+\\get_vfo_info VFOA", "+\\dump_caps"}) peer.instead[line] = "";
-  peer.instead["+s"] = "get_split_vfo:\nRPRT -11\n";
+TEST_F(RigTest, LivesWithAServerThatDoesNotAnswerACommand) {
+  for (const char* line : {"+\\get_vfo_info VFOA", "+\\dump_caps", "+v"}) peer.instead[line] = "";
   Open();
-  Pass(30000);
+  Pass(60000);
   peer.lines.clear();
   Pass(8000);
   EXPECT_EQ(rig.Link().state, State::Linked);
-  EXPECT_EQ(std::count(peer.lines.begin(), peer.lines.end(), "+s"), 0);
+  EXPECT_EQ(Count("+v"), 0);
   ASSERT_TRUE(rig.SetFreqB(7010000));
   Pass(200);
   EXPECT_EQ(peer.Writes(), (Lines{"+V VFOB", "+F 7010000", "+V VFOA"}));
 }
 
+// What waits is a release, a key or a write; the server that is left is there or not.
 TEST_F(RigTest, MovingToAnotherServerTakesNothingAlong) {
-  OpenAndSettle();
-  channel.Break();
-  rig.SetTx(PM_RX);
-  rig.Move({"other", 2});
-  EXPECT_EQ(rig.Freq(), 0);
-  Pass(500);
-  EXPECT_EQ(rig.Freq(), 14074000);
-  EXPECT_EQ(peer.Writes(), Lines());
+  for (const bool connected : {true, false}) {
+    for (const bool open : {true, false}) {
+      OpenAndSettle();
+      ASSERT_TRUE(rig.SetTx(PM_TX) && rig.SetFreqA(7000000) && rig.SetFreqB(3600000));
+      if (!connected) channel.Break();
+      if (!open) rig.Close();
+      const Lines before = peer.Writes();
+      rig.SetTx(PM_RX);
+      rig.Move({"other", 2});
+      EXPECT_EQ(rig.Freq(), 0);
+      const bool releases = connected && open;
+      EXPECT_EQ(peer.Writes().size(), before.size() + (releases ? 1 : 0));
+      EXPECT_EQ(peer.lines.back() == "+T 0", releases);
+      EXPECT_FALSE(rig.ReleaseAccepted());
+      peer.lines.clear();
+      Open();
+      Pass(1000);
+      EXPECT_EQ(rig.Freq(), 14074000);
+      EXPECT_EQ(peer.Writes(), Lines());
+      rig.Close();
+    }
+  }
 }
 
 }  // namespace
