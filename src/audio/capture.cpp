@@ -26,6 +26,11 @@ void Capture::StartButton_Click() {
   Open(deviceName);
 }
 
+void Capture::StartWhenThere() {
+  recovering_ = true;
+  Open(deviceName);
+}
+
 void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
   device_ = Device::Opening;
@@ -44,6 +49,7 @@ void Capture::StopCapture() {
   form_.capture.StopButton.enabled = false;
   form_.capture.StartButton.enabled = true;
   form_.capture.DevicesBox.enabled = true;
+  form_.capture.lblSource.caption = std::string();
   form_.display.Smeter.topTwips = 0;
   form_.capture.Timer1.enabled = false;
   form_.rig.tmrStatus.enabled = false;
@@ -56,7 +62,7 @@ void Capture::imgStartStop_Click() {
     StartButton_Click();
     return;
   }
-  recovering_ = false;
+  recovering_ = awaited_ = false;
   services_.notices.Over(NoticeKind::Sound);
   StopCapture();
   ShowStopped();
@@ -86,7 +92,10 @@ void Capture::NothingDelivered() {
 void Capture::HandleEvent(const AudioEvent& event) {
   switch (event.kind) {
     case AudioEvent::Kind::Opened:
-      if (device_ == Device::Opening) Opened();
+      if (device_ == Device::Opening) Opened(event);
+      break;
+    case AudioEvent::Kind::Moved:
+      if (device_ == Device::Open) Moved(event);
       break;
     case AudioEvent::Kind::OpenFailed:
       if (device_ == Device::Opening) OpenFailed(event.text);
@@ -95,18 +104,23 @@ void Capture::HandleEvent(const AudioEvent& event) {
       if (device_ != Device::Closed) Lost(event.text);
       break;
     case AudioEvent::Kind::Returned:
-      // By its name: the default source may be another one by now.
-      if (recovering_) Open(event.text);
+      if (recovering_) Open(deviceName);
       break;
   }
 }
 
-void Capture::Opened() {
+void Capture::Opened(const AudioEvent& event) {
   device_ = Device::Open;
   watchdog_.Started(services_.scheduler.Now());
   services_.input.Start();
-  if (recovering_) services_.messages.Show("Sound is back.");
-  recovering_ = false;
+  if (awaited_ && event.text == source_) {
+    services_.messages.Show("Sound is back.");
+  } else if (awaited_) {
+    services_.messages.Show("Sound now comes from " + event.description + ".");
+  }
+  recovering_ = awaited_ = false;
+  source_ = event.text;
+  form_.capture.lblSource.caption = event.description;
   services_.notices.Over(NoticeKind::Sound);
   form_.capture.StopButton.enabled = true;
   form_.capture.DevicesBox.enabled = false;
@@ -118,6 +132,12 @@ void Capture::Opened() {
   if (captureStarted) captureStarted();
 }
 
+void Capture::Moved(const AudioEvent& event) {
+  source_ = event.text;
+  form_.capture.lblSource.caption = event.description;
+  services_.messages.Show("Sound now comes from " + event.description + ".");
+}
+
 void Capture::OpenFailed(const std::string& text) {
   services_.log.Write(LogLevel::Warning, "velt.audio", "The sound input did not open: " + text);
   StopCapture();
@@ -127,6 +147,7 @@ void Capture::OpenFailed(const std::string& text) {
   }
   ShowStopped();
   services_.messages.Show(text);
+  services_.notices.Raise(NoticeKind::Sound, text);
   // The box names the handle, which is always 0 here.
   services_.prompts.Tell(
       {"Err in Device opening 0", "Wave input device didn't open!", BoxIcon::Exclamation}, {});
@@ -139,9 +160,11 @@ void Capture::Lost(const std::string& text) {
 }
 
 void Capture::AwaitReturn(const std::string& text) {
-  recovering_ = true;
+  recovering_ = awaited_ = true;
   services_.messages.Show(text);
-  services_.notices.Raise(NoticeKind::Sound, text + " Waiting for it to come back.");
+  services_.notices.Raise(
+      NoticeKind::Sound,
+      text + (source_.empty() ? " Waiting for it." : " Waiting for it to come back."));
   services_.input.WatchForReturn();
 }
 

@@ -117,7 +117,11 @@ void Startup::StartAnalyserIfWanted(const RunOptions& options) {
     p_.capture.ShowRunning();
     p_.form.imgRecOnOff.enabled = true;
     if (p_.form.imgRecOnOff.tag.Get().empty()) p_.form.imgRecOnOff.tag = "Rec";
-    p_.capture.StartButton_Click();
+    if (options.startAnalyser) {
+      p_.capture.StartButton_Click();
+    } else {
+      p_.capture.StartWhenThere();
+    }
   }
   next_ = p_.scheduler.After(Milliseconds(0), [this] { LinkRig(); });
 }
