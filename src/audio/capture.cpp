@@ -119,8 +119,7 @@ void Capture::Opened(const AudioEvent& event) {
     services_.messages.Show("Sound now comes from " + event.description + ".");
   }
   recovering_ = awaited_ = false;
-  source_ = event.text;
-  form_.capture.lblSource.caption = event.description;
+  ShowSource(event);
   services_.notices.Over(NoticeKind::Sound);
   form_.capture.StopButton.enabled = true;
   form_.capture.DevicesBox.enabled = false;
@@ -133,9 +132,15 @@ void Capture::Opened(const AudioEvent& event) {
 }
 
 void Capture::Moved(const AudioEvent& event) {
+  watchdog_.Started(services_.scheduler.Now());  // a headset needs its time to begin
+  ShowSource(event);
+  services_.messages.Show("Sound now comes from " + event.description + ".");
+}
+
+void Capture::ShowSource(const AudioEvent& event) {
   source_ = event.text;
   form_.capture.lblSource.caption = event.description;
-  services_.messages.Show("Sound now comes from " + event.description + ".");
+  services_.log.Write(LogLevel::Info, "velt.audio", "Sound comes from " + event.text + ".");
 }
 
 void Capture::OpenFailed(const std::string& text) {

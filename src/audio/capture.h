@@ -76,6 +76,7 @@ class Capture {
   void HandleEvent(const AudioEvent& event);
   void Opened(const AudioEvent& event);
   void Moved(const AudioEvent& event);
+  void ShowSource(const AudioEvent& event);
   void OpenFailed(const std::string& text);
   void Lost(const std::string& text);
   void AwaitReturn(const std::string& text);

@@ -119,6 +119,8 @@ TEST(Capture, SaysAndShowsWhereTheSoundComesFrom) {
   f.scheduler.RunPosted();
   EXPECT_EQ(f.Form().lblSource.caption.Get(), "The mic");
   EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The mic.");
+  f.audio.result = TakeResult::NotYet;
+  f.scheduler.Advance(Milliseconds(2000));  // the new source needs its time to begin
   EXPECT_TRUE(f.Form().Timer1.enabled);
   f.audio.Tell(AudioEvent::Kind::Lost, "Gone.");
   f.audio.source = "line";
