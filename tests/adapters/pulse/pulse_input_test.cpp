@@ -244,15 +244,18 @@ INSTANTIATE_TEST_SUITE_P(
                    {"source mic", "Moved mic = Mic-mic"},  // it becomes the default
                    {"default test.monitor", "Moved test.monitor = Monitor of Null Output"},
                    {"move mic", "Moved mic = Mic-mic"},
-                   {"default mic", nullptr},
-                   {"default test.monitor", nullptr},
                    {"open", "Opened mic = Mic-mic"},
                    {"remove module-null-source", kMicLost},
                    {"watch", nullptr},
                    {"source mic", "Returned mic"},
                    {"open", "Opened mic = Mic-mic"},
                    {"move test.monitor", "Moved test.monitor = Monitor of Null Output"},
-                   {"default mic", "Moved mic = Mic-mic"}}},
+                   {"default mic", "Moved mic = Mic-mic"},
+                   {"move test.monitor", "Moved test.monitor = Monitor of Null Output"},
+                   {"default test.monitor", nullptr},
+                   {"default mic", nullptr},
+                   {"source line", nullptr},
+                   {"move line", "Moved line = Mic-line"}}},
         // A stand-in gives way at once, and does not replace what was lost; another default does
         // when that is not back after 3 s.
         PlaceCase{
