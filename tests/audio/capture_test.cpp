@@ -115,6 +115,7 @@ TEST(Capture, SaysAndShowsWhereTheSoundComesFrom) {
   f.StartCapture();
   EXPECT_EQ(f.Form().lblSource.caption.Get(), "The usb");
   EXPECT_EQ(f.Form().lblMessage.caption.Get(), "");
+  f.scheduler.Advance(Milliseconds(100));
   f.audio.Tell(AudioEvent::Kind::Moved, "mic");
   f.scheduler.RunPosted();
   EXPECT_EQ(f.Form().lblSource.caption.Get(), "The mic");
