@@ -1,7 +1,5 @@
 #include <QApplication>
 #include <QCoreApplication>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +8,8 @@
 #include "adapters/qt/qt_log.h"
 #include "app/adapters.h"
 #include "app/analyse.h"
+#include "app/console.h"
+#include "app/file_clashes.h"
 #include "app/options.h"
 #include "app/run_window.h"
 #include "app/system.h"
@@ -26,8 +26,7 @@ void OpenLog(const std::filesystem::path& path) {
   }
   const auto file = std::make_shared<LogFile>(path);
   if (const int error = file->Open()) {
-    std::fprintf(stderr, "velt-sa: the log file %s could not be opened: %s\n",
-                 PathText(path).c_str(), ErrorText(error).c_str());
+    Warn("the log file " + PathText(path) + " could not be opened: " + ErrorText(error));
   }
   QtLog::Install([file](std::string_view line) { file->WriteLine(line); });
 }
@@ -35,20 +34,19 @@ void OpenLog(const std::filesystem::path& path) {
 int ListDevices(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const auto lister = MakeSoundDeviceLister();
-  int exitCode = 0;
-  lister->List([&exitCode](const SoundDevices& listing) {
-    if (!listing.error.empty()) {
-      std::fprintf(stderr, "velt-sa: %s\n", listing.error.c_str());
-      exitCode = 1;
-    }
-    for (const AudioDevice& device : listing.devices) {
-      std::printf("%s%s\t%s\n", device.name == listing.defaultName ? "* " : "  ",
-                  device.name.c_str(), device.description.c_str());
-    }
+  SoundDevices listing;
+  lister->List([&listing](const SoundDevices& told) {
+    listing = told;
     QCoreApplication::quit();
   });
   QCoreApplication::exec();
-  return exitCode;
+  if (!listing.error.empty()) return Fail(listing.error);
+  std::string text;
+  for (const AudioDevice& device : listing.devices) {
+    text += (device.name == listing.defaultName ? "* " : "  ") + device.name + "\t" +
+            device.description + "\n";
+  }
+  return Print(text);
 }
 
 int RunApplication(char* programName, const Options& options) {
@@ -61,10 +59,7 @@ int RunApplication(char* programName, const Options& options) {
     if (options.run == Options::Run::Reset) {
       qputenv("QT_QPA_PLATFORM", "offscreen");
     } else {
-      std::fprintf(stderr,
-                   "velt-sa: there is no display. Without one: --headless --seconds N "
-                   "--screenshot FILE.png\n");
-      return 1;
+      return Fail("there is no display. Without one: --headless --seconds N --screenshot FILE.png");
     }
   }
   QApplication::setApplicationName("VELT-SA");
@@ -81,24 +76,18 @@ int RunApplication(char* programName, const Options& options) {
 }
 
 int Run(int argc, char** argv) {
+  PrepareProcess();
   const Options options = ParseOptions(ArgumentTexts(argc, argv), VELT_VERSION_TEXT);
-  switch (options.run) {
-    case Options::Run::Help:
-    case Options::Run::Version:
-      std::fputs(options.text.c_str(), stdout);
-      return 0;
-    case Options::Run::Invalid:
-      std::fprintf(stderr, "velt-sa: %s", options.text.c_str());
-      return 2;
-    case Options::Run::Analyse:
-      return RunAnalyse(options.analyse);
-    case Options::Run::ListDevices:
-      return ListDevices(argc, argv);
-    case Options::Run::Reset:
-    case Options::Run::Window:
-    case Options::Run::Headless:
-      break;
+  using Kind = Options::Run;
+  if (options.run == Kind::Help || options.run == Kind::Version) return Print(options.text);
+  const std::string refusal = options.run == Kind::Invalid ? options.text : FileClash(options);
+  if (!refusal.empty()) {
+    Warn(refusal);
+    constexpr int kWrongCall = 2;
+    return kWrongCall;
   }
+  if (options.run == Kind::Analyse) return RunAnalyse(options.analyse);
+  if (options.run == Kind::ListDevices) return ListDevices(argc, argv);
   return RunApplication(argv[0], options);
 }
 

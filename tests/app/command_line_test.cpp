@@ -1,35 +1,10 @@
 // The program's command line as a user calls it, without any display.
-#include <gtest/gtest.h>
-
-#include <fstream>
 #include <sstream>
 
-#include "support/process.h"
-#include "support/pulse_server.h"
+#include "app/program_call.h"
 
 namespace velt {
 namespace {
-
-struct CommandLine : testing::Test {
-  TempFolder folder;
-
-  struct Result {
-    int exitCode;
-    std::string said;
-  };
-  Result Call(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), VELT_PROGRAM);
-    const auto output = folder.Path() / "output";
-    std::filesystem::remove(output);  // a process appends
-    Process process(arguments, {.environment = {"HOME=" + folder.Path().string(),
-                                                "XDG_RUNTIME_DIR=" + folder.Path().string(),
-                                                "DISPLAY=", "PULSE_SERVER=unix:/nowhere"},
-                                .output = output});
-    const bool ended = process.WaitForEnd(std::chrono::seconds(20));
-    return {ended ? process.ExitCode().value_or(-1) : -1, ReadText(output)};
-  }
-  std::string Path(const std::string& name) const { return (folder.Path() / name).string(); }
-};
 
 TEST_F(CommandLine, AnalysesATone) {
   WriteToneFile(Path("tone.wav"), 3000, 2.0);
@@ -75,7 +50,7 @@ TEST_F(CommandLine, BadFilesGetOneClearLine) {
     call.insert(call.end(), arguments.begin(), arguments.end());
     const Result result = Call(call);
     EXPECT_EQ(result.exitCode, 1) << arguments[0];
-    EXPECT_EQ(std::count(result.said.begin(), result.said.end(), '\n'), 1) << result.said;
+    EXPECT_EQ(result.Lines(), 1) << result.said;
   }
 }
 
