@@ -9,10 +9,12 @@
 #include "app/adapters.h"
 #include "app/analyse.h"
 #include "app/console.h"
+#include "app/display_check.h"
 #include "app/file_clashes.h"
 #include "app/options.h"
 #include "app/run_window.h"
 #include "app/system.h"
+#include "app/unmet_need.h"
 #include "text/error_text.h"
 #include "text/paths.h"
 
@@ -49,19 +51,19 @@ int ListDevices(int argc, char** argv) {
   return Print(text);
 }
 
-int RunApplication(char* programName, const Options& options) {
-  const bool headless = options.run == Options::Run::Headless;
-  const bool display =
-      !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-  if (headless) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-  } else if (!display && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-    if (options.run == Options::Run::Reset) {
-      qputenv("QT_QPA_PLATFORM", "offscreen");
-    } else {
-      return Fail("there is no display. Without one: --headless --seconds N --screenshot FILE.png");
+int RunApplication(char* programName, Options options) {
+  const bool needsDisplay = !options.windowless || !options.platform.empty();
+  if (const std::string problem = needsDisplay ? SettleDisplay(options) : ""; !problem.empty()) {
+    if (options.run != Options::Run::Reset) {
+      return Fail(problem + " Without one: --headless --seconds N --screenshot FILE.png");
     }
+    // A reset has no need to be seen.
+    options.windowless = true;
+    options.platform.clear();
+    options.qtArguments.clear();
   }
+  if (const std::string need = UnmetNeed(options); !need.empty()) return Fail(need);
+  if (options.windowless && options.platform.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication::setApplicationName("VELT-SA");
   if (!options.namesStyle) QApplication::setStyle("Fusion");
   // Qt keeps the references and writes to the array.

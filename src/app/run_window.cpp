@@ -70,7 +70,8 @@ int RunWindow(QApplication& application, const Options& options) {
   run.dataFolder = options.dataFolder;
   switch (program.startup.Run(run)) {
     case Startup::Result::AnotherInstance:
-      return 0;
+      // A second window is not wanted; somebody who waits for a run's end or picture is told.
+      return options.windowless ? Fail("Another VELT-SA of this user is running.") : 0;
     case Startup::Result::SettingsReset:
       return TellReset(application, *adapters);
     case Startup::Result::Running:

@@ -29,6 +29,12 @@ struct CommandLine : testing::Test {
                             "DISPLAY=", "WAYLAND_DISPLAY=", "PULSE_SERVER=unix:/nowhere"},
             .output = folder.Path() / "output"};
   }
+  Process::Options With(const std::vector<std::string>& environment) const {
+    Process::Options options = Surroundings();
+    // Of equal names the first counts.
+    options.environment.insert(options.environment.begin(), environment.begin(), environment.end());
+    return options;
+  }
   std::unique_ptr<Process> Start(std::vector<std::string> arguments,
                                  const Process::Options& surroundings) const {
     arguments.insert(arguments.begin(), VELT_PROGRAM);
