@@ -53,12 +53,12 @@ const std::string& CsvLine::Format(int64_t block, const Reading& reading,
 
 void AnalysisSummary::Count(const Reading& reading) {
   ++blocks_;
-  ++strongest_[reading.dominantFrequencyHz];
+  ++strongest_[reading.silent ? std::nullopt : std::optional(reading.dominantFrequencyHz)];
 }
 
 std::string AnalysisSummary::Text(double seconds) const {
   constexpr size_t kMostFrequencies = 5;
-  using Strongest = std::pair<int32_t, int64_t>;
+  using Strongest = std::pair<std::optional<int32_t>, int64_t>;
   std::vector<Strongest> all(strongest_.begin(), strongest_.end());
   std::ranges::stable_sort(all, std::ranges::greater(), &Strongest::second);
   all.resize(std::min(all.size(), kMostFrequencies));
@@ -69,8 +69,8 @@ std::string AnalysisSummary::Text(double seconds) const {
   text += "Speed: " + FixedText(analysed / std::max(seconds, 1e-9), 0) + " times real time\n";
   text += "Strongest frequencies:";
   for (const auto& [frequencyHz, count] : all) {
-    text += " " + std::to_string(frequencyHz) + " Hz (" +
-            FixedText(100.0 * static_cast<double>(count) / blocks, 0) + " %)";
+    text += frequencyHz ? " " + std::to_string(*frequencyHz) + " Hz (" : " silence (";
+    text += FixedText(100.0 * static_cast<double>(count) / blocks, 0) + " %)";
   }
   return text + "\n";
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -38,7 +39,8 @@ class AnalysisSummary {
 
  private:
   int64_t blocks_ = 0;
-  std::map<int32_t, int64_t> strongest_;  // how often
+  // How often each was the strongest; none at all is silence.
+  std::map<std::optional<int32_t>, int64_t> strongest_;
 };
 
 // A bar on standard error, when that is a terminal.
