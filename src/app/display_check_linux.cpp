@@ -25,18 +25,18 @@ std::string Variable(const char* name) {
   return value == nullptr ? "" : value;
 }
 
-bool XServerAnswers(const std::string& display) {
+// Null when the server is not there, refuses or does not answer.
+std::shared_ptr<void> ConnectToX(const std::string& display) {
   // The library waits for a server without a limit; a thread that hangs in it ends with the
   // program.
-  auto answer = std::make_shared<std::promise<bool>>();
-  std::future<bool> answered = answer->get_future();
-  std::thread([display, answer] {
-    xcb_connection_t* connection =
-        ::xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr);
-    answer->set_value(::xcb_connection_has_error(connection) == 0);
-    ::xcb_disconnect(connection);
+  auto promise = std::make_shared<std::promise<xcb_connection_t*>>();
+  std::future<xcb_connection_t*> made = promise->get_future();
+  std::thread([display, promise] {
+    promise->set_value(::xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr));
   }).detach();
-  return answered.wait_for(kLongestWait) == std::future_status::ready && answered.get();
+  if (made.wait_for(kLongestWait) != std::future_status::ready) return nullptr;
+  const std::shared_ptr<xcb_connection_t> connection(made.get(), ::xcb_disconnect);
+  return ::xcb_connection_has_error(connection.get()) == 0 ? connection : nullptr;
 }
 
 bool WaylandServerListens(const std::string& display) {
@@ -58,35 +58,55 @@ bool HasPlugin(const QString& platform) {
   });
 }
 
-// The kind of display by Qt's name for it, without what it is told besides.
-bool CanUse(const std::string& platform, const std::string& xDisplay, const std::string& wayland) {
-  if (!HasPlugin(QString::fromStdString(platform))) return false;
-  if (platform == "xcb") return XServerAnswers(xDisplay);
-  return !platform.starts_with("wayland") || WaylandServerListens(wayland);
-}
+class DisplayChooser {
+ public:
+  explicit DisplayChooser(const Options& options)
+      : asked_(options.platform.empty() ? Variable("QT_QPA_PLATFORM") : options.platform),
+        xDisplay_(options.display.empty() ? Variable("DISPLAY") : options.display),
+        wayland_(Variable("WAYLAND_DISPLAY")) {}
+
+  SettledDisplay Settle() {
+    std::string problem = asked_.empty() ? TryUsual() : TryAsked();
+    return {std::move(problem), std::move(connection_)};
+  }
+
+ private:
+  // A kind by Qt's name for it, without what it is told besides.
+  bool CanUse(const std::string& platform) {
+    if (!HasPlugin(QString::fromStdString(platform))) return false;
+    if (platform == "xcb") return (connection_ = ConnectToX(xDisplay_)) != nullptr;
+    return !platform.starts_with("wayland") || WaylandServerListens(wayland_);
+  }
+
+  std::string TryAsked() {
+    std::istringstream kinds(asked_);
+    for (std::string kind; std::getline(kinds, kind, ';');) {
+      if (CanUse(kind.substr(0, kind.find(':')))) return "";
+    }
+    return "no display of the kind \"" + asked_ + "\" can be used.";
+  }
+
+  std::string TryUsual() {
+    if (!xDisplay_.empty() && CanUse("xcb")) return "";
+    if (!wayland_.empty() && CanUse("wayland")) {
+      qputenv("QT_QPA_PLATFORM", "wayland");
+      return "";
+    }
+    if (xDisplay_.empty() && wayland_.empty()) return "there is no display.";
+    return "the display " + (xDisplay_.empty() ? wayland_ : xDisplay_) +
+           " cannot be used: it does not exist, does not answer or refuses.";
+  }
+
+  std::string asked_;
+  std::string xDisplay_;
+  std::string wayland_;
+  std::shared_ptr<void> connection_;
+};
 
 }  // namespace
 
-std::string SettleDisplay(const Options& options) {
-  const std::string asked =
-      options.platform.empty() ? Variable("QT_QPA_PLATFORM") : options.platform;
-  const std::string xDisplay = options.display.empty() ? Variable("DISPLAY") : options.display;
-  const std::string wayland = Variable("WAYLAND_DISPLAY");
-  if (!asked.empty()) {
-    std::istringstream kinds(asked);
-    for (std::string kind; std::getline(kinds, kind, ';');) {
-      if (CanUse(kind.substr(0, kind.find(':')), xDisplay, wayland)) return "";
-    }
-    return "no display of the kind \"" + asked + "\" can be used.";
-  }
-  if (!xDisplay.empty() && CanUse("xcb", xDisplay, wayland)) return "";
-  if (!wayland.empty() && CanUse("wayland", xDisplay, wayland)) {
-    qputenv("QT_QPA_PLATFORM", "wayland");
-    return "";
-  }
-  if (xDisplay.empty() && wayland.empty()) return "there is no display.";
-  return "the display " + (xDisplay.empty() ? wayland : xDisplay) +
-         " cannot be used: it does not exist, does not answer or refuses.";
+SettledDisplay SettleDisplay(const Options& options) {
+  return DisplayChooser(options).Settle();
 }
 
 }  // namespace velt

@@ -52,10 +52,11 @@ int ListDevices(int argc, char** argv) {
 }
 
 int RunApplication(char* programName, Options options) {
-  const bool needsDisplay = !options.windowless || !options.platform.empty();
-  if (const std::string problem = needsDisplay ? SettleDisplay(options) : ""; !problem.empty()) {
+  SettledDisplay display;
+  if (!options.windowless || !options.platform.empty()) display = SettleDisplay(options);
+  if (!display.problem.empty()) {
     if (options.run != Options::Run::Reset) {
-      return Fail(problem + " Without one: --headless --seconds N --screenshot FILE.png");
+      return Fail(display.problem + " Without one: --headless --seconds N --screenshot FILE.png");
     }
     // A reset has no need to be seen.
     options.windowless = true;
@@ -73,6 +74,7 @@ int RunApplication(char* programName, Options options) {
   int count = static_cast<int>(arguments.size());
   arguments.push_back(nullptr);
   QApplication application(count, arguments.data());
+  display.connection.reset();
   OpenLog(options.logFile);
   return RunWindow(application, options);
 }
