@@ -80,7 +80,6 @@ int RunApplication(char* programName, Options options) {
 }
 
 int Run(int argc, char** argv) {
-  PrepareProcess();
   const Options options = ParseOptions(ArgumentTexts(argc, argv), VELT_VERSION_TEXT);
   using Kind = Options::Run;
   if (options.run == Kind::Help || options.run == Kind::Version) return Print(options.text);
@@ -99,5 +98,6 @@ int Run(int argc, char** argv) {
 }  // namespace velt
 
 int main(int argc, char** argv) {
+  velt::PrepareProcess();
   return velt::Run(argc, argv);
 }
