@@ -65,7 +65,7 @@ std::string BeginFor(int64_t riffSize, int64_t dataSize) {
   const auto riff = static_cast<uint64_t>(riffSize) + kChunkHeaderBytes + kLongLengthsBytes;
   return "RF64" + LittleEndian(UINT32_MAX, 4) + "WAVEds64" + LittleEndian(kLongLengthsBytes, 4) +
          LittleEndian(riff, 8) + LittleEndian(static_cast<uint64_t>(dataSize), 8) +
-         LittleEndian(0, 12);
+         std::string(12, '\0');
 }
 
 }  // namespace
