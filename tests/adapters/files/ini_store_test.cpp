@@ -201,7 +201,7 @@ TEST_F(IniStoreTest, OfADamagedFileAndItsGoodBackupNothingIsLostWhateverFails) {
   }
 }
 
-TEST_F(IniStoreTest, KilledBeforeAnySystemCallNothingIsLost) {
+TEST_F(IniStoreTest, KilledBeforeAnyChangeNothingIsLost) {
   fs::create_directory(folder / "disk");
   FullDisk disk(folder / "disk");
   path = folder / "disk/s.ini";
@@ -219,14 +219,14 @@ TEST_F(IniStoreTest, KilledBeforeAnySystemCallNothingIsLost) {
         Case{"the same on a full disk", saves, "[S]\nKey=bad\n", true, {"good", "new"}},
         Case{"reset", [this] { Reset(); }, "[S]\nKey=old\n" + kEnd, false, {"old", "(none)"}},
         Case{"reset of a damaged file", [this] { Reset(); }, "", true, {"good", "(none)"}}}) {
-    int calls = 0;
-    for (bool killed = true; killed; ++calls) {
+    int change = 0;
+    for (bool killed = true; killed; ++change) {
       Prepare(c.file, kGood + kEnd);
       fs::remove(folder / "disk/s.ini.before-reset");
       if (c.full) disk.Fill();
-      killed = KilledBeforeCall(calls, c.work);
+      killed = KilledBeforeChange(change, c.work);
       disk.Free();
-      const string where = c.name + string(" before call ") + std::to_string(calls);
+      const string where = c.name + string(" before change ") + std::to_string(change);
       const string next = Key().value_or("(none)");
       ASSERT_TRUE(c.next.contains(next)) << where << ": " << next;
       // Good settings other than those in use are still in the backup, or kept by the reset.
@@ -238,7 +238,7 @@ TEST_F(IniStoreTest, KilledBeforeAnySystemCallNothingIsLost) {
         ASSERT_NE(entry.path().extension(), ".tmp") << where;
       }
     }
-    EXPECT_GT(calls, 10) << c.name;
+    EXPECT_GT(change, 5) << c.name;
   }
   EXPECT_FALSE(fs::exists(folder / "disk/s.ini.damaged.4"));
 }
