@@ -4,13 +4,13 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 
 #include "adapters/soundfile/sound_file_reader.h"
 #include "app/analyse_report.h"
 #include "form/main_form.h"
 #include "spectrum/analysis.h"
-#include "ui/qt_text.h"
+#include "text/error_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
@@ -36,11 +36,11 @@ AnalysisSettings SettingsOf(const AnalyseOptions& options) {
   return settings;
 }
 
-int WriteImage(const Raster& shown, const std::string& path) {
+int WriteImage(const Raster& shown, const std::filesystem::path& path) {
   const QImage image(reinterpret_cast<const uchar*>(shown.Pixels().data()), shown.Width(),
                      shown.Height(), qsizetype{4} * shown.Width(), QImage::Format_RGB32);
-  if (image.save(ToQt(path), "PNG")) return 0;
-  return Fail("The picture could not be written to " + path + ".");
+  if (image.save(QString::fromStdString(PathText(path)), "PNG")) return 0;
+  return Fail("The picture could not be written to " + PathText(path) + ".");
 }
 
 void PrintSummary(const SoundFileInfo& info, int64_t blocks, double seconds,
@@ -68,7 +68,7 @@ int RunAnalyse(const AnalyseOptions& options) {
   CsvWriter csv;
   if (!options.csv.empty()) {
     if (const int error = csv.Open(options.csv)) {
-      return Fail(options.csv + " could not be written: " + std::strerror(error));
+      return Fail(PathText(options.csv) + " could not be written: " + ErrorText(error));
     }
   }
   const AnalysisSettings settings = SettingsOf(options);
@@ -103,7 +103,7 @@ int RunAnalyse(const AnalyseOptions& options) {
     std::fprintf(stderr, "velt-sa: %s\n", warning.c_str());
   }
   if (const int error = csv.Close()) {
-    return Fail(options.csv + " could not be written: " + std::strerror(error));
+    return Fail(PathText(options.csv) + " could not be written: " + ErrorText(error));
   }
   if (output.display && WriteImage(output.display->shown, options.image) != 0) return 1;
   PrintSummary(reader.Info(), blocks, seconds.count(), strongest);

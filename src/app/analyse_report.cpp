@@ -1,13 +1,12 @@
 #include "app/analyse_report.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
 
+#include "app/system.h"
 #include "text/formats.h"
 
 namespace velt {
@@ -33,7 +32,7 @@ void AppendThreeDecimals(std::string& line, double value) {
   line.append(at, digits.data() + digits.size());
 }
 
-int CsvWriter::Open(const std::string& path) {
+int CsvWriter::Open(const std::filesystem::path& path) {
   file_.reset(std::fopen(path.c_str(), "we"));
   return file_ ? 0 : errno;
 }
@@ -73,7 +72,7 @@ std::vector<std::pair<int32_t, int64_t>> StrongestFrequencies::Top(size_t most) 
   return all;
 }
 
-ProgressBar::ProgressBar() : terminal_(::isatty(STDERR_FILENO) == 1) {}
+ProgressBar::ProgressBar() : terminal_(ErrorsGoToATerminal()) {}
 
 ProgressBar::~ProgressBar() {
   if (shown_) std::fputs("\r\x1b[K", stderr);

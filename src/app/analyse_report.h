@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <span>
@@ -19,7 +20,7 @@ namespace velt {
 class CsvWriter {
  public:
   // Returns the system's error number, 0 for success.
-  int Open(const std::string& path);
+  int Open(const std::filesystem::path& path);
   void Write(int64_t tick, const Reading& reading, const std::string& peakText,
              std::span<const double> heights);
   // Returns the system's error number when anything was not written.

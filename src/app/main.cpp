@@ -2,30 +2,45 @@
 #include <QCoreApplication>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
-#include "adapters/pulse/pulse_device_lister.h"
+#include "adapters/files/log_file.h"
+#include "adapters/guardian/guardian_spawn.h"
 #include "adapters/qt/qt_log.h"
-#include "adapters/qt/qt_scheduler.h"
+#include "app/adapters.h"
 #include "app/analyse.h"
 #include "app/options.h"
 #include "app/run_window.h"
+#include "app/system.h"
+#include "guardian/run_guardian.h"
+#include "text/error_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
 
-Options OptionsOf(int argc, char** argv) {
-  // The help text asks the application for its name, so there has to be one.
-  const QCoreApplication application(argc, argv);
-  return ParseOptions(QCoreApplication::arguments(), VELT_VERSION_TEXT);
+void OpenLog(const std::filesystem::path& path) {
+  if (path.empty()) {
+    QtLog::Install(nullptr);
+    return;
+  }
+  const auto file = std::make_shared<LogFile>(path);
+  if (const int error = file->Open()) {
+    std::fprintf(stderr, "velt-sa: the log file %s could not be opened: %s\n",
+                 PathText(path).c_str(), ErrorText(error).c_str());
+  }
+  QtLog::Install([file](std::string_view line) { file->WriteLine(line); });
 }
 
 int ListDevices(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  QtScheduler scheduler;
-  PulseDeviceLister lister(scheduler);
+  const auto lister = MakeSoundDeviceLister();
   int exitCode = 0;
-  lister.List([&exitCode](const DeviceListing& listing) {
+  lister->List([&exitCode](const SoundDevices& listing) {
     if (!listing.error.empty()) {
       std::fprintf(stderr, "velt-sa: %s\n", listing.error.c_str());
       exitCode = 1;
@@ -40,7 +55,7 @@ int ListDevices(int argc, char** argv) {
   return exitCode;
 }
 
-int RunApplication(int argc, char** argv, const Options& options) {
+int RunApplication(char* programName, const Options& options, GuardianSpawn guardian) {
   const bool headless = options.run == Options::Run::Headless;
   const bool display =
       !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -57,16 +72,36 @@ int RunApplication(int argc, char** argv, const Options& options) {
     }
   }
   QApplication::setApplicationName("VELT-SA");
-  QApplication::setStyle("Fusion");
-  QApplication application(argc, argv);
-  if (!QtLog::Install(options.logFile)) {
-    std::fprintf(stderr, "velt-sa: the log file %s could not be opened\n", options.logFile.c_str());
-  }
-  return RunWindow(application, options);
+  if (!options.namesStyle) QApplication::setStyle("Fusion");
+  // Qt keeps the references and writes to the array.
+  std::vector<std::string> texts = options.qtArguments;
+  std::vector<char*> arguments{programName};
+  for (std::string& text : texts) arguments.push_back(text.data());
+  int count = static_cast<int>(arguments.size());
+  arguments.push_back(nullptr);
+  QApplication application(count, arguments.data());
+  OpenLog(options.logFile);
+  return RunWindow(application, options, std::move(guardian));
 }
 
-int Run(int argc, char** argv) {
-  const Options options = OptionsOf(argc, argv);
+// A plain look at the arguments, as the guardian starts before anything that could go wrong. A run
+// that is misjudged here starts its guardian later.
+bool CanKey(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    std::string_view word = argv[i];
+    if (!word.starts_with('-')) continue;
+    word.remove_prefix(word.starts_with("--") ? 2 : 1);
+    word = word.substr(0, word.find('='));
+    for (const char* other :
+         {"analyse", "demo", "h", "help", "list-audio-devices", "v", "version"}) {
+      if (word == other) return false;
+    }
+  }
+  return true;
+}
+
+int Run(int argc, char** argv, GuardianSpawn guardian) {
+  const Options options = ParseOptions(ArgumentTexts(argc, argv), VELT_VERSION_TEXT);
   switch (options.run) {
     case Options::Run::Help:
     case Options::Run::Version:
@@ -84,12 +119,14 @@ int Run(int argc, char** argv) {
     case Options::Run::Headless:
       break;
   }
-  return RunApplication(argc, argv, options);
+  return RunApplication(argv[0], options, std::move(guardian));
 }
 
 }  // namespace
 }  // namespace velt
 
 int main(int argc, char** argv) {
-  return velt::Run(argc, argv);
+  if (argc > 1 && std::string_view(argv[1]) == "--guardian") return velt::RunGuardian();
+  return velt::Run(argc, argv,
+                   velt::CanKey(argc, argv) ? velt::SpawnGuardian() : velt::GuardianSpawn());
 }

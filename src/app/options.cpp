@@ -1,44 +1,64 @@
 #include "app/options.h"
 
-#include <QCommandLineParser>
 #include <optional>
-#include <vector>
 
-#include "adapters/rigctld/server_address.h"
-#include "shell/startup.h"
+#include "app/adapters.h"
+#include "app/arguments.h"
+#include "text/formats.h"
 #include "text/numbers.h"
-#include "ui/qt_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
 
-struct Known {
-  const char* name;
-  const char* description;
-  const char* value;  // null: a switch
+constexpr KnownOption kKnown[] = {
+    {"demo", nullptr, "Analyse a generated band, with nothing connected."},
+    {"input", "FILE", "Analyse this sound file, repeated, instead of the card."},
+    {"audio-device", "NAME", "Capture from this source instead of the default one."},
+    {"list-audio-devices", nullptr, "List the sources of the sound server and end."},
+    {"rig1", "HOST:PORT", "Where rig 1's CAT server is (default 127.0.0.1:4532)."},
+    {"rig2", "HOST:PORT", "Where rig 2's CAT server is (default 127.0.0.1:4534)."},
+    {"data-folder", "DIR", "Keep data and settings in this folder."},
+    {"engine-folder", "DIR", "Look for the engine in this folder."},
+    {"log", "FILE", "Write a log to this file; it is rotated at 1 MB."},
+    {"headless", nullptr, "Run without a display, for --seconds."},
+    {"seconds", "N", "How long a headless run takes."},
+    {"screenshot", "FILE.png", "Write the window's picture at a headless run's end."},
+    {"analyse", "FILE", "Analyse a sound file as fast as possible, no window."},
+    {"csv", "OUT", "With --analyse: write one line per block."},
+    {"image", "OUT.png", "With --analyse: write the display after the last block."},
+    {"mode", "N", "With --analyse: spectrum mode 0, 1 or 69 (default 0)."},
+    {"precision", "N", "With --analyse: resolution 1 to 4 (default 1)."},
+    {"slider", "N", "With --analyse: level slider 1 to 100 (default 15)."},
+    {"waterfall", nullptr, "With --analyse: the waterfall instead of the spectrum."},
+    {"size", "WxH", "With --analyse: size of the display (default 524x110)."},
+    {"help", nullptr, "Show this help and end (also -h)."},
+    {"version", nullptr, "Show the version and end (also -v)."},
+    {"h", nullptr, nullptr},
+    {"v", nullptr, nullptr},
 };
 
-constexpr Known kKnown[] = {
-    {"demo", "Analyse a generated band, with nothing connected.", nullptr},
-    {"input", "Analyse this sound file, repeated, instead of the sound card.", "FILE"},
-    {"audio-device", "Capture from this source instead of the default one.", "NAME"},
-    {"list-audio-devices", "List the sources of the sound server and end.", nullptr},
-    {"rig1", "Where the CAT server of rig 1 is (default 127.0.0.1:4532).", "HOST:PORT"},
-    {"rig2", "Where the CAT server of rig 2 is (default 127.0.0.1:4534).", "HOST:PORT"},
-    {"data-folder", "Keep data and settings in this folder.", "DIR"},
-    {"engine-folder", "Look for the engine in this folder.", "DIR"},
-    {"log", "Write a log to this file; it is rotated at 1 MB.", "FILE"},
-    {"headless", "Run without a display, for --seconds.", nullptr},
-    {"seconds", "How long a headless run takes.", "N"},
-    {"screenshot", "Write the window's picture at the end of a headless run.", "FILE.png"},
-    {"analyse", "Analyse a sound file as fast as possible, without a window.", "FILE"},
-    {"csv", "With --analyse: write one line per block.", "OUT"},
-    {"image", "With --analyse: write the display after the last block.", "OUT.png"},
-    {"mode", "With --analyse: spectrum mode 0, 1 or 69 (default 0).", "N"},
-    {"precision", "With --analyse: resolution 1 to 4 (default 1).", "N"},
-    {"slider", "With --analyse: level slider 1 to 100 (default 15).", "N"},
-    {"waterfall", "With --analyse: the waterfall instead of the spectrum.", nullptr},
-    {"size", "With --analyse: size of the display (default 524x110).", "WxH"},
+// Qt's own, which desktops and session managers give to any program of its kind.
+constexpr KnownOption kQts[] = {
+    {"session", "ID", nullptr},
+    {"platform", "NAME", nullptr},
+    {"platformpluginpath", "DIR", nullptr},
+    {"platformtheme", "NAME", nullptr},
+    {"plugin", "NAME", nullptr},
+    {"display", "NAME", nullptr},
+    {"name", "NAME", nullptr},
+    {"style", "NAME", nullptr},
+    {"stylesheet", "FILE", nullptr},
+    {"geometry", "WxH", nullptr},
+    {"qwindowgeometry", "WxH", nullptr},
+    {"title", "TEXT", nullptr},
+    {"qwindowtitle", "TEXT", nullptr},
+    {"icon", "FILE", nullptr},
+    {"qwindowicon", "FILE", nullptr},
+    {"nograb", nullptr, nullptr},
+    {"dograb", nullptr, nullptr},
+    {"reverse", nullptr, nullptr},
+    {"widgetcount", nullptr, nullptr},
 };
 
 constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode", "precision",
@@ -47,58 +67,75 @@ constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};
 constexpr const char* kNotAnalysing[] = {
     "demo", "input", "audio-device", "headless", "list-audio-devices", "rig1", "rig2"};
 
+// Whether an argument that is no option asks to delete all settings. It has to be meant: the name
+// of a file does not ask for it, nor does "preset", in which the word does not begin.
+bool AsksForReset(const std::string& argument) {
+  const std::string name = Lowered(argument).substr(0, argument.find('='));
+  const bool isFile = argument.find('.') != std::string::npos ||
+                      argument.find_first_of("/\\", 1) != std::string::npos;
+  if (isFile) return false;
+  for (size_t at = name.find("reset"); at != std::string::npos; at = name.find("reset", at + 1)) {
+    if (at == 0 || name[at - 1] < 'a' || name[at - 1] > 'z') return true;
+  }
+  return false;
+}
+
+std::string UsageText() {
+  return "Usage: velt-sa [options]\n"
+         "VELT-SA: audio spectrum analyser and transceiver control.\n"
+         "An argument that holds the word \"reset\" deletes all settings and ends.\n\n"
+         "Options:\n" +
+         OptionsText(kKnown);
+}
+
 // Collects the first complaint.
 class Checker {
  public:
-  explicit Checker(const QCommandLineParser& parser) : parser_(parser) {}
+  explicit Checker(const Arguments& arguments) : arguments_(arguments) {
+    Complain(arguments.Complaint());
+  }
 
-  void Complain(const QString& text) {
-    if (complaint_.isEmpty()) complaint_ = text;
+  void Complain(const std::string& text) {
+    if (complaint_.empty()) complaint_ = text;
   }
-  const QString& Complaint() const { return complaint_; }
+  const std::string& Complaint() const { return complaint_; }
 
-  void NeedsOther(const char* name, const char* other) {
-    if (parser_.isSet(name) && !parser_.isSet(other)) {
-      Complain(QString("--%1 goes with --%2.").arg(name, other));
+  void NeedsOther(const std::string& name, const std::string& other) {
+    if (arguments_.Has(name) && !arguments_.Has(other)) {
+      Complain("--" + name + " goes with --" + other + ".");
     }
   }
-  void NotTogether(const char* name, const char* other) {
-    if (parser_.isSet(name) && parser_.isSet(other)) {
-      Complain(QString("--%1 and --%2 do not go together.").arg(name, other));
+  void NotTogether(const std::string& name, const std::string& other) {
+    if (arguments_.Has(name) && arguments_.Has(other)) {
+      Complain("--" + name + " and --" + other + " do not go together.");
     }
   }
-  std::string Text(const char* name) {
-    const QString value = parser_.value(name);
-    if (parser_.isSet(name) && value.isEmpty()) {
-      Complain(QString("--%1 needs a value.").arg(name));
-    }
-    return FromQt(value);
-  }
-  std::string Address(const char* name) {
-    std::string text = Text(name);
-    if (parser_.isSet(name) && !ParseServerAddress(text)) {
-      Complain(QString("--%1 takes HOST:PORT, for example 127.0.0.1:4532.").arg(name));
+  std::string Address(const std::string& name) {
+    std::string text = arguments_.Value(name);
+    if (arguments_.Has(name) && !IsRigAddress(text)) {
+      Complain("--" + name + " takes HOST:PORT, for example 127.0.0.1:4532.");
     }
     return text;
   }
-  int Number(const char* name, int fallback, int least, int most) {
-    if (!parser_.isSet(name)) return fallback;
-    const auto value = ParseWhole(FromQt(parser_.value(name)));
+  int Number(const std::string& name, int fallback, int least, int most) {
+    if (!arguments_.Has(name)) return fallback;
+    const auto value = ParseWhole(arguments_.Value(name));
     if (value && *value >= least && *value <= most) return *value;
-    Complain(QString("--%1 takes a whole number from %2 to %3.").arg(name).arg(least).arg(most));
+    Complain("--" + name + " takes a whole number from " + std::to_string(least) + " to " +
+             std::to_string(most) + ".");
     return fallback;
   }
 
  private:
-  const QCommandLineParser& parser_;
-  QString complaint_;
+  const Arguments& arguments_;
+  std::string complaint_;
 };
 
-void ParseSize(const QCommandLineParser& parser, Checker& checker, AnalyseOptions& analyse) {
-  if (!parser.isSet("size")) return;
-  const QStringList parts = parser.value("size").split('x');
-  const auto width = parts.size() == 2 ? ParseWhole(FromQt(parts[0])) : std::nullopt;
-  const auto height = parts.size() == 2 ? ParseWhole(FromQt(parts[1])) : std::nullopt;
+void ParseSize(const std::string& size, Checker& checker, AnalyseOptions& analyse) {
+  const size_t cross = size.find('x');
+  const auto width = ParseWhole(size.substr(0, cross));
+  const auto height =
+      cross == std::string::npos ? std::nullopt : ParseWhole(size.substr(cross + 1));
   if (!width || !height || *width < 16 || *width > 8192 || *height < 16 || *height > 4096) {
     checker.Complain("--size takes WIDTHxHEIGHT, from 16x16 to 8192x4096.");
     return;
@@ -107,85 +144,89 @@ void ParseSize(const QCommandLineParser& parser, Checker& checker, AnalyseOption
   analyse.height = *height;
 }
 
-void ParseAnalyse(const QCommandLineParser& parser, Checker& checker, AnalyseOptions& analyse) {
-  analyse.file = checker.Text("analyse");
-  analyse.csv = checker.Text("csv");
-  analyse.image = checker.Text("image");
+void ParseAnalyse(const Arguments& arguments, Checker& checker, AnalyseOptions& analyse) {
+  analyse.file = TextPath(arguments.Value("analyse"));
+  analyse.csv = TextPath(arguments.Value("csv"));
+  analyse.image = TextPath(arguments.Value("image"));
   analyse.mode = checker.Number("mode", 0, 0, 69);
   if (analyse.mode != 0 && analyse.mode != 1 && analyse.mode != 69) {
     checker.Complain("--mode takes 0, 1 or 69.");
   }
   analyse.precision = checker.Number("precision", 1, 1, 4);
   analyse.slider = checker.Number("slider", 15, 1, 100);
-  analyse.waterfall = parser.isSet("waterfall");
-  ParseSize(parser, checker, analyse);
+  analyse.waterfall = arguments.Has("waterfall");
+  if (arguments.Has("size")) ParseSize(arguments.Value("size"), checker, analyse);
+}
+
+void ParseQts(const Arguments& arguments, Options& options) {
+  for (const KnownOption& option : kQts) {
+    if (!arguments.Has(option.name)) continue;
+    options.qtArguments.push_back(std::string("-") + option.name);
+    if (option.value != nullptr) options.qtArguments.push_back(arguments.Value(option.name));
+  }
+  options.namesStyle = arguments.Has("style");
+  options.platform = arguments.Value("platform");
+  options.display = arguments.Value("display");
 }
 
 }  // namespace
 
-Options ParseOptions(const QStringList& arguments, const std::string& versionText) {
-  QCommandLineParser parser;
-  parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-  parser.setApplicationDescription(
-      "VELT-SA: audio spectrum analyser and transceiver control.\n"
-      "An argument that holds the word \"reset\" deletes all settings and ends.");
-  const QCommandLineOption help({"h", "help"}, "Show this help.");
-  const QCommandLineOption version({"v", "version"}, "Show the version.");
-  parser.addOption(help);
-  parser.addOption(version);
-  for (const Known& known : kKnown) {
-    QCommandLineOption option(known.name, known.description);
-    if (known.value != nullptr) option.setValueName(known.value);
-    parser.addOption(option);
-  }
-  const bool parsed = parser.parse(arguments);
-
+Options ParseOptions(std::span<const std::string> texts, const std::string& versionText) {
+  std::vector<KnownOption> known(std::begin(kKnown), std::end(kKnown));
+  known.insert(known.end(), std::begin(kQts), std::end(kQts));
+  const Arguments arguments(texts, known);
   Options options;
-  std::vector<std::string> others;
-  for (const QString& text : parser.positionalArguments()) others.push_back(FromQt(text));
-  for (const QString& text : parser.unknownOptionNames()) others.push_back(FromQt(text));
-  if (AsksForReset(others)) {
-    options.run = Options::Run::Reset;
-    options.dataFolder = FromQt(parser.value("data-folder"));
-    return options;
-  }
-
-  Checker checker(parser);
-  if (!parsed) checker.Complain(parser.errorText());
-  if (!parser.positionalArguments().isEmpty()) {
-    checker.Complain(QString("Unexpected argument \"%1\".").arg(parser.positionalArguments()[0]));
+  Checker checker(arguments);
+  bool reset = false;
+  for (const std::string& other : arguments.Others()) {
+    if (AsksForReset(other)) {
+      reset = true;
+    } else {
+      checker.Complain("Unexpected argument \"" + other + "\".");
+    }
   }
   for (const char* name : kOnlyAnalysing) checker.NeedsOther(name, "analyse");
   for (const char* name : kOnlyHeadless) checker.NeedsOther(name, "headless");
   for (const char* name : kNotAnalysing) checker.NotTogether(name, "analyse");
   checker.NotTogether("demo", "input");
-  if (parser.isSet("headless")) checker.NeedsOther("headless", "seconds");
+  if (reset) {
+    for (const char* name : {"analyse", "list-audio-devices"}) {
+      if (arguments.Has(name))
+        checker.Complain(std::string("A reset does not go with --") + name + ".");
+    }
+  } else {
+    checker.NeedsOther("headless", "seconds");
+  }
 
-  options.demo = parser.isSet("demo");
-  options.input = checker.Text("input");
-  options.audioDevice = checker.Text("audio-device");
+  options.windowless = arguments.Has("headless");
+  options.demo = arguments.Has("demo");
+  options.dataFolder = TextPath(arguments.Value("data-folder"));
+  options.input = TextPath(arguments.Value("input"));
+  options.audioDevice = arguments.Value("audio-device");
   options.rigAddresses = {checker.Address("rig1"), checker.Address("rig2")};
-  options.dataFolder = checker.Text("data-folder");
-  options.engineFolder = checker.Text("engine-folder");
-  options.logFile = checker.Text("log");
+  options.engineFolder = TextPath(arguments.Value("engine-folder"));
+  options.logFile = TextPath(arguments.Value("log"));
   options.seconds = checker.Number("seconds", 0, 1, 1000000);
-  options.screenshot = checker.Text("screenshot");
-  ParseAnalyse(parser, checker, options.analyse);
+  options.screenshot = TextPath(arguments.Value("screenshot"));
+  ParseAnalyse(arguments, checker, options.analyse);
+  ParseQts(arguments, options);
 
-  if (parser.isSet(help)) {
+  if (arguments.Has("help") || arguments.Has("h")) {
     options.run = Options::Run::Help;
-    options.text = FromQt(parser.helpText());
-  } else if (parser.isSet(version)) {
+    options.text = UsageText();
+  } else if (arguments.Has("version") || arguments.Has("v")) {
     options.run = Options::Run::Version;
     options.text = "VELT-SA " + versionText + "\n";
-  } else if (!checker.Complaint().isEmpty()) {
+  } else if (!checker.Complaint().empty()) {
     options.run = Options::Run::Invalid;
-    options.text = FromQt(checker.Complaint() + "\n\n" + parser.helpText());
-  } else if (parser.isSet("analyse")) {
+    options.text = checker.Complaint() + "\n\n" + UsageText();
+  } else if (reset) {
+    options.run = Options::Run::Reset;
+  } else if (arguments.Has("analyse")) {
     options.run = Options::Run::Analyse;
-  } else if (parser.isSet("list-audio-devices")) {
+  } else if (arguments.Has("list-audio-devices")) {
     options.run = Options::Run::ListDevices;
-  } else if (parser.isSet("headless")) {
+  } else if (arguments.Has("headless")) {
     options.run = Options::Run::Headless;
   }
   return options;

@@ -1,21 +1,21 @@
 // The command line as a value.
 #pragma once
 
-#include <QStringList>
 #include <array>
+#include <filesystem>
+#include <span>
 #include <string>
-
-#include "spectrum/analysis_settings.h"
+#include <vector>
 
 namespace velt {
 
 struct AnalyseOptions {
-  std::string file;
-  std::string csv;    // empty: none
-  std::string image;  // empty: none
-  int mode = 0;       // 0, 1 or 69
-  int precision = 1;  // 1 to 4
-  int slider = 15;    // 1 to 100
+  std::filesystem::path file;
+  std::filesystem::path csv;    // empty: none
+  std::filesystem::path image;  // empty: none
+  int mode = 0;                 // 0, 1 or 69
+  int precision = 1;            // 1 to 4
+  int slider = 15;              // 1 to 100
   bool waterfall = false;
   int width = 524;
   int height = 110;
@@ -35,22 +35,30 @@ struct Options {
   Run run = Run::Window;
   std::string text;
 
+  bool windowless = false;  // nobody sees a window: what a box would say goes to the log
   bool demo = false;
-  std::string input;  // sound file instead of the sound server
+  std::filesystem::path input;  // sound file instead of the sound server
   std::string audioDevice;
   std::array<std::string, 2> rigAddresses;  // of rig 1 and 2; empty: as set up
-  std::string dataFolder;
-  std::string engineFolder;
-  std::string logFile;
-  int seconds = 0;         // of a headless run
-  std::string screenshot;  // written at the end of a headless run
+  std::filesystem::path dataFolder;
+  std::filesystem::path engineFolder;
+  std::filesystem::path logFile;
+  int seconds = 0;                   // of a headless run
+  std::filesystem::path screenshot;  // written at the end of a headless run
   AnalyseOptions analyse;
+
+  // What is Qt's own, as Qt takes it.
+  std::vector<std::string> qtArguments;
+  bool namesStyle = false;  // whether they name a style
+  std::string platform;     // what they name as the kind of display; empty: nothing
+  std::string display;      // what they name as the X server; empty: nothing
 
   // Such runs keep settings and presets to themselves unless a data folder is named.
   bool KeepsInMemory() const { return (demo || !input.empty()) && dataFolder.empty(); }
 };
 
-// `arguments` begin with the program's name. `versionText` is what --version answers.
-Options ParseOptions(const QStringList& arguments, const std::string& versionText);
+// `arguments` are those behind the program's name, as TextPath takes them. `versionText` is what
+// --version answers.
+Options ParseOptions(std::span<const std::string> arguments, const std::string& versionText);
 
 }  // namespace velt

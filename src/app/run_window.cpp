@@ -6,9 +6,11 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "app/adapters.h"
-#include "app/signal_watcher.h"
+#include "app/system.h"
+#include "text/paths.h"
 #include "ui/main_window.h"
 #include "ui/omnirig_window.h"
 #include "ui/qt_text.h"
@@ -19,16 +21,28 @@ namespace {
 Installation Where(const Options& options) {
   Installation where;
   where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
-  where.programFolder = FromQt(QCoreApplication::applicationDirPath());
+  where.programFolder = ProgramFolder();
   const char* variable = std::getenv("VELT_ENGINE_FOLDER");
   if (!options.engineFolder.empty()) {
     where.engineFolder = options.engineFolder;
   } else if (variable != nullptr && *variable != '\0') {
-    where.engineFolder = variable;
+    where.engineFolder = TextPath(variable);
   } else {
     where.engineFolder = where.programFolder;
   }
   return where;
+}
+
+RunSetup SetupOf(const Options& options) {
+  const bool asks = options.run != Options::Run::Headless && !options.demo;
+  return {.installation = Where(options),
+          .audioDevice = options.audioDevice,
+          .rigAddresses = options.rigAddresses,
+          .questions = asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never,
+          .resetSettings = options.run == Options::Run::Reset,
+          .exemptFromSingleInstance = options.demo,
+          .startAnalyser = options.demo || !options.input.empty(),
+          .dataFolder = options.dataFolder};
 }
 
 // Shows the reset's message; the program ends when it was dismissed.
@@ -41,31 +55,21 @@ int TellReset(QApplication& application, Adapters& adapters) {
 }
 
 // False when the picture could not be written.
-bool TakePicture(MainWindow& window, const std::string& file) {
+bool TakePicture(MainWindow& window, const std::filesystem::path& file) {
   if (file.empty()) return true;
   window.SyncNow();
-  if (window.grab().save(ToQt(file), "PNG")) return true;
-  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", file.c_str());
+  if (window.grab().save(ToQt(PathText(file)), "PNG")) return true;
+  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", PathText(file).c_str());
   return false;
 }
 
 }  // namespace
 
-int RunWindow(QApplication& application, const Options& options) {
+int RunWindow(QApplication& application, const Options& options, GuardianSpawn guardian) {
   application.setQuitOnLastWindowClosed(false);
-  const auto adapters = MakeAdapters(options);
-  const bool asks = options.run != Options::Run::Headless && !options.demo;
-  Program program(adapters->Ports(), Where(options),
-                  asks ? OmniRigLink::Questions::Asked : OmniRigLink::Questions::Never);
-  program.capture.deviceName = options.audioDevice;
-  program.settings.addressesOfThisRun = options.rigAddresses;
-
-  RunOptions run;
-  run.resetSettings = options.run == Options::Run::Reset;
-  run.exemptFromSingleInstance = options.demo;
-  run.startAnalyser = options.demo || !options.input.empty();
-  run.dataFolder = options.dataFolder;
-  switch (program.startup.Run(run)) {
+  const auto adapters = MakeAdapters(options, std::move(guardian));
+  Program program(adapters->Ports(), SetupOf(options));
+  switch (program.startup.Run()) {
     case Startup::Result::AnotherInstance:
       return 0;
     case Startup::Result::SettingsReset:
@@ -74,22 +78,23 @@ int RunWindow(QApplication& application, const Options& options) {
       break;
   }
 
-  MainWindow window(program.form, [&program]() -> const Raster& { return program.tick.Shown(); });
+  MainWindow window(program.form,
+                    [&program]() -> const Raster& { return program.display.tick.Shown(); });
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
-  const Connection closing =
+  Connections connections;
+  connections +=
       window.closing.Listen([&program](bool& cancel) { program.shutdown.Form_Unload(cancel); });
-  program.menuOpener.focusScope = [&window] { window.FocusScope(); };
+  connections += program.form.Scope.focusWanted.Listen([&window] { window.FocusScope(); });
 
   int exitCode = 0;
-  program.shutdown.endProgram = [&application] { application.quit(); };
+  connections += program.shutdown.ended.Listen([&application] { application.quit(); });
   // Every way of asking the program to end closes the window.
   const auto close = [&program] {
     bool cancel = false;
     program.shutdown.Form_Unload(cancel);
   };
-  const SignalWatcher signalWatcher(close);
-  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, close);
+  adapters->WatchForEnd(close);
 
   window.show();
   window.FocusScope();

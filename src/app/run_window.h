@@ -1,6 +1,7 @@
 // Runs the program with its window, on a display or without one.
 #pragma once
 
+#include "adapters/guardian/guardian_spawn.h"
 #include "app/options.h"
 
 class QApplication;
@@ -8,6 +9,6 @@ class QApplication;
 namespace velt {
 
 // Returns the program's exit code.
-int RunWindow(QApplication& application, const Options& options);
+int RunWindow(QApplication& application, const Options& options, GuardianSpawn guardian);
 
 }  // namespace velt

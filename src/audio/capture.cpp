@@ -2,36 +2,37 @@
 
 namespace velt {
 
-Capture::Capture(Controls controls, Services services) : form_(controls), services_(services) {
+Capture::Capture(const Parts& parts, const Ports& ports, std::string deviceName)
+    : parts_(parts), ports_(ports), deviceName_(std::move(deviceName)) {
   connections_ +=
-      services_.input.happened.Listen([this](const AudioEvent& event) { HandleEvent(event); });
-  connections_ += form_.capture.StartButton.clicked.Listen([this] { StartButton_Click(); });
-  connections_ += form_.capture.StopButton.clicked.Listen([this] { StopButton_Click(); });
-  connections_ += form_.capture.imgStartStop.clicked.Listen([this] { imgStartStop_Click(); });
+      ports_.input.happened.Listen([this](const AudioEvent& event) { HandleEvent(event); });
+  connections_ += parts_.form.StartButton.clicked.Listen([this] { StartButton_Click(); });
+  connections_ += parts_.form.StopButton.clicked.Listen([this] { StopButton_Click(); });
+  connections_ += parts_.form.imgStartStop.clicked.Listen([this] { imgStartStop_Click(); });
   ShowStopped();
 }
 
 void Capture::InitDevices(std::function<void()> noDevices) {
   std::vector<std::string> names;
-  for (const AudioDevice& device : services_.input.Devices()) names.push_back(device.name);
-  form_.capture.DevicesBox.items = names;
+  for (const AudioDevice& device : ports_.input.Devices()) names.push_back(device.name);
+  parts_.form.DevicesBox.items = names;
   if (names.empty()) {
-    services_.prompts.Tell({"Ack!", "You have no audio input devices!", BoxIcon::Critical},
-                           std::move(noDevices));
+    ports_.prompts.Tell({"Ack!", "You have no audio input devices!", BoxIcon::Critical},
+                        std::move(noDevices));
     return;
   }
-  form_.capture.DevicesBox.listIndex = 0;
+  parts_.form.DevicesBox.listIndex = 0;
 }
 
 void Capture::StartButton_Click() {
-  Open(deviceName);
+  Open(deviceName_);
 }
 
 void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
   device_ = Device::Opening;
-  form_.capture.StartButton.enabled = false;
-  services_.input.Open(device);
+  parts_.form.StartButton.enabled = false;
+  ports_.input.Open(device);
 }
 
 void Capture::StopButton_Click() {
@@ -39,49 +40,60 @@ void Capture::StopButton_Click() {
 }
 
 void Capture::StopCapture() {
-  services_.input.Close();
+  ports_.input.Close();
   device_ = Device::Closed;
   capturing_ = false;
-  form_.capture.StopButton.enabled = false;
-  form_.capture.StartButton.enabled = true;
-  form_.capture.DevicesBox.enabled = true;
-  form_.display.Smeter.topTwips = 0;
-  form_.capture.Timer1.enabled = false;
-  form_.rig.tmrStatus.enabled = false;
-  form_.rig.lblMode.enabled = false;
+  ShowStartable();
+  parts_.display.Smeter.topTwips = 0;
+  parts_.form.Timer1.enabled = false;
+  parts_.rig.tmrStatus.enabled = false;
+  parts_.rig.lblMode.enabled = false;
 }
 
 void Capture::imgStartStop_Click() {
-  if (form_.capture.imgStartStop.tag.Get() == "Play") {
+  if (parts_.form.imgStartStop.tag.Get() == "Play") {
     ShowRunning();
     StartButton_Click();
     return;
   }
   recovering_ = false;
-  services_.notices.Over(NoticeKind::Sound);
+  parts_.notices.Over(NoticeKind::Sound);
   StopCapture();
   ShowStopped();
 }
 
 void Capture::ShowRunning() {
-  form_.capture.imgStartStop.tag = "Stop";
-  form_.capture.imgStartStop.toolTip = "Stop the spectrum analyzer";
+  parts_.form.imgStartStop.tag = "Stop";
+  parts_.form.imgStartStop.toolTip = "Stop the spectrum analyzer";
+}
+
+void Capture::ShowStartable() {
+  parts_.form.StopButton.enabled = false;
+  parts_.form.StartButton.enabled = true;
+  parts_.form.DevicesBox.enabled = true;
 }
 
 void Capture::ShowStopped() {
-  form_.capture.imgStartStop.tag = "Play";
-  form_.capture.imgStartStop.toolTip = "Start the spectrum analyzer";
+  parts_.form.imgStartStop.tag = "Play";
+  parts_.form.imgStartStop.toolTip = "Start the spectrum analyzer";
 }
 
-void Capture::DeviceGone() {
-  capturing_ = false;
-  form_.capture.Timer1.enabled = false;
-}
-
-void Capture::NothingDelivered() {
-  if (device_ == Device::Open && watchdog_.Check(services_.scheduler.Now())) {
-    Lost("The sound server has stopped delivering.");
+bool Capture::TakeBlock(std::span<int16_t, kBlockSamples> block) {
+  switch (ports_.input.TakeNewest(block)) {
+    case TakeResult::Block:
+      watchdog_.Delivered(ports_.scheduler.Now());
+      return true;
+    case TakeResult::NotYet:
+      if (device_ == Device::Open && watchdog_.Check(ports_.scheduler.Now())) {
+        Lost("The sound server has stopped delivering.");
+      }
+      return false;
+    case TakeResult::Gone:
+      capturing_ = false;
+      parts_.form.Timer1.enabled = false;
+      return false;
   }
+  return false;
 }
 
 void Capture::HandleEvent(const AudioEvent& event) {
@@ -104,46 +116,48 @@ void Capture::HandleEvent(const AudioEvent& event) {
 
 void Capture::Opened() {
   device_ = Device::Open;
-  watchdog_.Started(services_.scheduler.Now());
-  services_.input.Start();
-  if (recovering_) services_.messages.Show("Sound is back.");
+  watchdog_.Started(ports_.scheduler.Now());
+  ports_.input.Start();
+  if (recovering_) parts_.messages.Show("Sound is back.");
   recovering_ = false;
-  services_.notices.Over(NoticeKind::Sound);
-  form_.capture.StopButton.enabled = true;
-  form_.capture.DevicesBox.enabled = false;
+  parts_.notices.Over(NoticeKind::Sound);
+  parts_.form.StopButton.enabled = true;
+  parts_.form.DevicesBox.enabled = false;
   capturing_ = true;
-  form_.capture.Timer1.interval = scanFreqMs;
-  form_.capture.Timer1.enabled = true;
-  form_.rig.tmrStatus.enabled = engineStatus;
-  form_.rig.lblMode.enabled = true;
-  if (captureStarted) captureStarted();
+  parts_.form.Timer1.interval = scanFreqMs;
+  parts_.form.Timer1.enabled = true;
+  parts_.rig.tmrStatus.enabled = parts_.installation.enginePresent;
+  parts_.rig.lblMode.enabled = true;
+  started.Raise();
 }
 
 void Capture::OpenFailed(const std::string& text) {
-  services_.log.Write(LogLevel::Warning, "velt.audio", "The sound input did not open: " + text);
-  StopCapture();
+  ports_.log.Write(LogLevel::Warning, "velt.audio", "The sound input did not open: " + text);
+  ports_.input.Close();
+  device_ = Device::Closed;
+  ShowStartable();
   if (recovering_) {
     AwaitReturn(text);
     return;
   }
   ShowStopped();
-  services_.messages.Show(text);
+  parts_.messages.Show(text);
   // The box names the handle, which is always 0 here.
-  services_.prompts.Tell(
+  ports_.prompts.Tell(
       {"Err in Device opening 0", "Wave input device didn't open!", BoxIcon::Exclamation}, {});
 }
 
 void Capture::Lost(const std::string& text) {
-  services_.log.Write(LogLevel::Warning, "velt.audio", "The sound input was lost: " + text);
+  ports_.log.Write(LogLevel::Warning, "velt.audio", "The sound input was lost: " + text);
   StopCapture();
   AwaitReturn(text);
 }
 
 void Capture::AwaitReturn(const std::string& text) {
   recovering_ = true;
-  services_.messages.Show(text);
-  services_.notices.Raise(NoticeKind::Sound, text + " Waiting for it to come back.");
-  services_.input.WatchForReturn();
+  parts_.messages.Show(text);
+  parts_.notices.Raise(NoticeKind::Sound, text + " Waiting for it to come back.");
+  ports_.input.WatchForReturn();
 }
 
 }  // namespace velt

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 
 #include "audio/delivery_watchdog.h"
 #include "dialogs/message_line.h"
 #include "dialogs/notices.h"
 #include "form/main_form.h"
+#include "platform/installation.h"
 #include "ports/audio_input.h"
 #include "ports/log.h"
 #include "ports/prompts.h"
@@ -17,24 +19,28 @@ namespace velt {
 
 class Capture {
  public:
-  struct Controls {
-    CaptureControls& capture;
+  struct Parts {
+    CaptureControls& form;
     DisplayControls& display;
     RigControls& rig;
-  };
-  struct Services {
-    AudioInput& input;
-    Prompts& prompts;
+    const Installation& installation;
     MessageLine& messages;
     Notices& notices;
+  };
+  struct Ports {
+    AudioInput& input;
+    Prompts& prompts;
     Scheduler& scheduler;
     Log& log;
   };
-  Capture(Controls controls, Services services);
+  // Opens the source of that name; empty: the system's default.
+  Capture(const Parts& parts, const Ports& ports, std::string deviceName);
+
+  Event<> started;
 
   // Fills DevicesBox with the devices known. Nothing calls it: capture always opens the device
-  // named below, the default one when that is empty. Without any device `noDevices` is called
-  // after the message was dismissed.
+  // that it was made with. Without any device `noDevices` is called after the message was
+  // dismissed.
   void InitDevices(std::function<void()> noDevices);
 
   void StartButton_Click();
@@ -49,21 +55,15 @@ class Capture {
   // Puts the picture into its running state, without starting.
   void ShowRunning();
 
-  // A tick has found the device closed.
-  void DeviceGone();
-
-  // A tick has found no new block; one that found a block tells so with Delivered.
-  void NothingDelivered();
-  void Delivered() { watchdog_.Delivered(services_.scheduler.Now()); }
+  // Copies the newest samples not used yet; false when there are none. Ends the ticks of a device
+  // that is closed, and gives one up that has stopped delivering.
+  bool TakeBlock(std::span<int16_t, kBlockSamples> block);
 
   // Whether a device is open or being opened.
   bool DeviceOpen() const { return device_ != Device::Closed; }
   bool Capturing() const { return capturing_; }
 
-  std::string deviceName;     // empty: the default input
-  int32_t scanFreqMs = 25;    // period given to Timer1 when capture starts
-  bool engineStatus = false;  // whether the status timer runs while capturing
-  std::function<void()> captureStarted;
+  int32_t scanFreqMs = 25;  // period given to Timer1 when capture starts
 
  private:
   enum class Device { Closed, Opening, Open };
@@ -75,9 +75,11 @@ class Capture {
   void Lost(const std::string& text);
   void AwaitReturn(const std::string& text);
   void ShowStopped();
+  void ShowStartable();
 
-  Controls form_;
-  Services services_;
+  Parts parts_;
+  Ports ports_;
+  std::string deviceName_;
   DeliveryWatchdog watchdog_;
   Device device_ = Device::Closed;
   bool capturing_ = false;

@@ -8,7 +8,12 @@
 
 namespace velt {
 
-enum class NoticeKind { Transmitter, Sound };
+// In the order in which they are shown, one at a time.
+enum class NoticeKind {
+  Transmitter,   // it may be on although nobody wants it
+  Transmission,  // one was ended without being asked
+  Sound,
+};
 
 class Notices {
  public:

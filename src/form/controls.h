@@ -149,6 +149,10 @@ struct ScopeControl : Control {
   Property<uint32_t> backColour;
   Property<uint32_t> gridColour;
   Property<uint32_t> markerColour;
+  Event<> focusWanted;
+
+  // Gives the keyboard to the display.
+  void SetFocus() const { focusWanted.Raise(); }
 };
 
 // A picture that slides upward inside its frame; `top` is 0 at rest and negative as it rises.

@@ -64,7 +64,7 @@ std::string PlatformHelpers::DateStamp() const {
          AtLeastTwoDigits(now.day);
 }
 
-bool PlatformHelpers::FileExists(const std::string& path) const {
+bool PlatformHelpers::FileExists(const std::filesystem::path& path) const {
   return !path.empty() && ports_.files.IsFile(path);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "form/main_form.h"
@@ -33,7 +34,7 @@ class PlatformHelpers {
   std::string DateStamp() const;
 
   // True for files only, never for folders or an empty path.
-  bool FileExists(const std::string& path) const;
+  bool FileExists(const std::filesystem::path& path) const;
 
   // 0: normal band; else above all other windows.
   void KeepOnTop(int16_t flag);

@@ -1,5 +1,7 @@
-// Local date and time.
+// Local date and time, and a clock that goes on while the machine sleeps.
 #pragma once
+
+#include "ports/scheduler.h"
 
 namespace velt {
 
@@ -16,6 +18,9 @@ class Clock {
  public:
   virtual ~Clock() = default;
   virtual LocalTime Now() const = 0;
+
+  // Steady, and counts the time that the machine was suspended, which Scheduler::Now() may not.
+  virtual SteadyTime Elapsed() const = 0;
 };
 
 }  // namespace velt

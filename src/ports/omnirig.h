@@ -122,6 +122,7 @@ class IOmniRigX {
   // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open; what
   // waits for the old server is never sent to the new one.
   virtual std::string Address(int32_t rigNumber) const = 0;
+  virtual bool IsAddress(const std::string& text) const = 0;
   // False when the text is no address.
   virtual bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) = 0;
 

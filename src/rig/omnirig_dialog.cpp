@@ -8,8 +8,8 @@ namespace {
 // The countdown to the next attempt is not an event of the server's.
 constexpr Milliseconds kRefreshEvery{500};
 
-// The two CW rows are crossed on purpose.
-std::string ModeText(int32_t mode) {
+// The two CW rows are crossed on purpose. `unknown` is for what is no mode.
+std::string ModeText(int32_t mode, const std::string& unknown) {
   switch (mode) {
     case PM_SSB_L:
       return "LSB";
@@ -24,7 +24,7 @@ std::string ModeText(int32_t mode) {
     case PM_FM:
       return "FM";
     default:
-      return mode > PM_SSB_L ? "Other" : "";
+      return mode > PM_SSB_L ? "Other" : unknown;
   }
 }
 
@@ -58,66 +58,69 @@ std::string LinkText(const RigLink& link) {
   return (link.stale ? stale + "reconnecting" : "Reconnecting") + when;
 }
 
-OmniRigDialog::OmniRigDialog(OmniRigForm& form, const Neighbours& neighbours)
-    : form_(form), its_(neighbours) {
+OmniRigDialog::OmniRigDialog(const Parts& parts) : parts_(parts) {
   Connect();
 }
 
 void OmniRigDialog::Connect() {
-  connections_ += form_.Window.closeAsked.Listen([this] { Close(); });
-  connections_ += form_.cmdStartStop.clicked.Listen([this] { cmdStartStop_Click(); });
-  connections_ +=
-      form_.Option1.value.changed.Listen([this] { Option_Click(form_.Option1.value ? 1 : 2); });
-  connections_ +=
-      form_.Option2.value.changed.Listen([this] { Option_Click(form_.Option2.value ? 2 : 1); });
-  for (auto& [index, button] : form_.optVFO) {
+  connections_ += parts_.link.configurationWanted.Listen([this] { Open(); });
+  connections_ += parts_.link.rigHeard.Listen([this] { Refresh(); });
+  connections_ += parts_.form.Window.closeAsked.Listen([this] { Close(); });
+  connections_ += parts_.form.cmdStartStop.clicked.Listen([this] { cmdStartStop_Click(); });
+  connections_ += parts_.form.Option1.value.changed.Listen(
+      [this] { Option_Click(parts_.form.Option1.value ? 1 : 2); });
+  connections_ += parts_.form.Option2.value.changed.Listen(
+      [this] { Option_Click(parts_.form.Option2.value ? 2 : 1); });
+  for (auto& [index, button] : parts_.form.optVFO) {
     connections_ += button->value.changed.Listen([this, vfo = index, option = button.get()] {
       if (option->value) optVFO_Click(static_cast<int16_t>(vfo));
     });
   }
-  connections_ += form_.Combo1.listIndex.changed.Listen([this] { Combo1_Click(); });
-  connections_ += form_.Command1.clicked.Listen([this] { Command1_Click(); });
-  connections_ += form_.cmdApplyAddresses.clicked.Listen([this] { cmdApplyAddresses_Click(); });
+  connections_ += parts_.form.Combo1.listIndex.changed.Listen([this] { Combo1_Click(); });
+  connections_ += parts_.form.Command1.clicked.Listen([this] { Command1_Click(); });
+  connections_ +=
+      parts_.form.cmdApplyAddresses.clicked.Listen([this] { cmdApplyAddresses_Click(); });
   for (TextBox* field : AddressFields())
     connections_ += field->edited.Listen([this] { txtAddress_Change(); });
-  connections_ += form_.txtLimit.edited.Listen([this] { txtLimit_Change(); });
+  connections_ += parts_.form.txtLimit.edited.Listen([this] { txtLimit_Change(); });
 }
 
 void OmniRigDialog::Open() {
-  if (form_.Window.visible) return;
-  if (opening) opening();
+  if (parts_.form.Window.visible) return;
+  opening.Raise();
   ShowSettings();
   ShowChoices();
   Refresh();
-  form_.Window.visible = true;
+  parts_.form.Window.visible = true;
   Tick();
 }
 
 void OmniRigDialog::Close() {
-  if (!form_.Window.visible) return;
-  form_.Window.visible = false;
+  if (!parts_.form.Window.visible) return;
+  parts_.form.Window.visible = false;
   tick_.Cancel();
-  if (closed) closed();
+  closed.Raise();
 }
 
 void OmniRigDialog::Refresh() {
-  form_.cmdStartStop.caption = its_.link.On() ? "Stop" : "Start";
-  form_.lblLink.caption = LinkText(its_.link.Link());
-  form_.Combo1.enabled = its_.rig.Linked();
+  parts_.form.cmdStartStop.caption = parts_.link.On() ? "Stop" : "Start";
+  parts_.form.lblLink.caption = LinkText(parts_.link.Link());
+  parts_.form.Combo1.enabled = parts_.rig.Linked();
   ShowStatus();
   ShowParams();
 }
 
 void OmniRigDialog::cmdStartStop_Click() {
-  if (its_.link.On()) {
-    its_.link.StopOmniRig();
+  if (parts_.link.On()) {
+    parts_.link.StopOmniRig();
+    parts_.display.ShowOffLine();
   } else {
-    its_.link.Start([this](bool started) {
+    parts_.link.Start([this](bool started) {
       if (!started) {
-        its_.prompts.Tell({.title = "OmniRig",
-                           .text = "OmniRig is not installed or has a wrong version number",
-                           .icon = BoxIcon::Exclamation},
-                          [] {});
+        parts_.prompts.Tell({.title = "OmniRig",
+                             .text = "OmniRig is not installed or has a wrong version number",
+                             .icon = BoxIcon::Exclamation},
+                            [] {});
       }
       Refresh();
     });
@@ -126,27 +129,27 @@ void OmniRigDialog::cmdStartStop_Click() {
 }
 
 void OmniRigDialog::Option_Click(int16_t rigNo) {
-  if (its_.state.rigChoice == rigNo) return;
-  its_.link.ChooseRig(rigNo);
+  if (parts_.state.rigChoice == rigNo) return;
+  parts_.link.ChooseRig(rigNo);
   ShowChoices();
   Refresh();
-  Changed();
+  settingsChanged.Raise();
 }
 
 void OmniRigDialog::optVFO_Click(int16_t vfo) {
-  if (its_.state.vfo == vfo) return;
-  its_.state.vfo = vfo;
+  if (parts_.state.vfo == vfo) return;
+  parts_.state.vfo = vfo;
   ShowChoices();
-  Changed();
+  settingsChanged.Raise();
 }
 
 void OmniRigDialog::Combo1_Click() {
-  const auto index = static_cast<size_t>(form_.Combo1.listIndex.Get());
-  const std::vector<std::string>& modes = form_.Combo1.items;
-  if (!its_.rig.Exists() || index >= modes.size()) return;
-  its_.rig->SetMode(ModeOf(modes[index]));
+  const auto index = static_cast<size_t>(parts_.form.Combo1.listIndex.Get());
+  const std::vector<std::string>& modes = parts_.form.Combo1.items;
+  if (!parts_.rig.Exists() || index >= modes.size()) return;
+  parts_.rig->SetMode(ModeOf(modes[index]));
   // The same mode can be chosen again after the rig was set otherwise.
-  form_.Combo1.listIndex = -1;
+  parts_.form.Combo1.listIndex = -1;
 }
 
 // A bad address keeps the dialog open, so that what was typed can be put right.
@@ -160,49 +163,50 @@ void OmniRigDialog::cmdApplyAddresses_Click() {
 }
 
 void OmniRigDialog::txtAddress_Change() {
-  form_.lblAddressMessage.caption = "";
-  form_.cmdApplyAddresses.enabled =
-      Trimmed(form_.txtAddress1.text.Get()) != its_.server.Address(1) ||
-      Trimmed(form_.txtAddress2.text.Get()) != its_.server.Address(2);
+  parts_.form.lblAddressMessage.caption = "";
+  parts_.form.cmdApplyAddresses.enabled =
+      Trimmed(parts_.form.txtAddress1.text.Get()) != parts_.server.Address(1) ||
+      Trimmed(parts_.form.txtAddress2.text.Get()) != parts_.server.Address(2);
 }
 
 void OmniRigDialog::txtLimit_Change() {
-  const std::optional<int32_t> minutes = ParseWhole(form_.txtLimit.text.Get());
+  const std::optional<int32_t> minutes = ParseWhole(parts_.form.txtLimit.text.Get());
   const bool good = minutes && *minutes >= PttSafety::kLeastLimitMinutes &&
                     *minutes <= PttSafety::kMostLimitMinutes;
-  form_.lblLimitMessage.caption = good ? std::string()
-                                       : "Whole minutes from 1 to 60. Still in force: " +
-                                             std::to_string(its_.guard.LimitMinutes()) + " min";
-  if (!good || *minutes == its_.guard.LimitMinutes()) return;
-  its_.guard.SetLimitMinutes(*minutes);
-  Changed();
+  parts_.form.lblLimitMessage.caption = good ? std::string()
+                                             : "Whole minutes from 1 to 60. Still in force: " +
+                                                   std::to_string(parts_.guard.LimitMinutes()) +
+                                                   " min";
+  if (!good || *minutes == parts_.guard.LimitMinutes()) return;
+  parts_.guard.SetLimitMinutes(*minutes);
+  settingsChanged.Raise();
 }
 
 void OmniRigDialog::ShowChoices() {
-  form_.Option1.value = its_.state.rigChoice != 2;
-  form_.Option2.value = its_.state.rigChoice == 2;
-  for (auto& [index, button] : form_.optVFO) button->value = index == its_.state.vfo;
+  parts_.form.Option1.value = parts_.state.rigChoice != 2;
+  parts_.form.Option2.value = parts_.state.rigChoice == 2;
+  for (auto& [index, button] : parts_.form.optVFO) button->value = index == parts_.state.vfo;
 }
 
 void OmniRigDialog::ShowSettings() {
-  form_.txtAddress1.text = its_.server.Address(1);
-  form_.txtAddress2.text = its_.server.Address(2);
-  form_.lblAddressMessage.caption = "";
-  form_.cmdApplyAddresses.enabled = false;
-  form_.txtLimit.text = std::to_string(its_.guard.LimitMinutes());
-  form_.lblLimitMessage.caption = "";
+  parts_.form.txtAddress1.text = parts_.server.Address(1);
+  parts_.form.txtAddress2.text = parts_.server.Address(2);
+  parts_.form.lblAddressMessage.caption = "";
+  parts_.form.cmdApplyAddresses.enabled = false;
+  parts_.form.txtLimit.text = std::to_string(parts_.guard.LimitMinutes());
+  parts_.form.lblLimitMessage.caption = "";
 }
 
 void OmniRigDialog::ShowStatus() {
-  if (its_.rig.Exists()) form_.Label8.caption = its_.rig->StatusStr();
+  parts_.form.Label8.caption = parts_.rig.Exists() ? parts_.rig->StatusStr() : std::string();
 }
 
 void OmniRigDialog::ShowParams() {
-  if (!its_.rig.Exists()) return;
-  form_.Label3.caption = std::to_string(its_.rig->Freq());
-  form_.Label4.caption = std::to_string(its_.rig->FreqA());
-  form_.Label10.caption = std::to_string(its_.rig->FreqB());
-  form_.Label6.caption = ModeText(its_.rig->Mode());
+  if (!parts_.rig.Exists()) return;
+  parts_.form.Label3.caption = std::to_string(parts_.rig->Freq());
+  parts_.form.Label4.caption = std::to_string(parts_.rig->FreqA());
+  parts_.form.Label10.caption = std::to_string(parts_.rig->FreqB());
+  parts_.form.Label6.caption = ModeText(parts_.rig->Mode(), parts_.engine.modeText);
 }
 
 // Takes the good addresses; false when one is bad, which leaves the one in use as it was.
@@ -213,8 +217,10 @@ bool OmniRigDialog::ApplyAddresses() {
   for (const TextBox* field : AddressFields()) {
     ++rigNumber;
     const std::string typed(Trimmed(field->text.Get()));
-    if (typed == its_.server.Address(rigNumber)) continue;
-    if (its_.server.SetAddress(rigNumber, typed)) {
+    if (typed == parts_.server.Address(rigNumber)) continue;
+    // What is keyed at the present server is left to nobody else.
+    if (parts_.server.IsAddress(typed)) parts_.ptt.LeaveServer(rigNumber);
+    if (parts_.server.SetAddress(rigNumber, typed)) {
       changed = true;
     } else if (bad.empty()) {
       bad = "Rig " + std::to_string(rigNumber) + ": \"" + typed +
@@ -222,17 +228,13 @@ bool OmniRigDialog::ApplyAddresses() {
     }
   }
   txtAddress_Change();
-  form_.lblAddressMessage.caption = bad;
-  if (changed) Changed();
+  parts_.form.lblAddressMessage.caption = bad;
+  if (changed) settingsChanged.Raise();
   return bad.empty();
 }
 
-void OmniRigDialog::Changed() const {
-  if (settingsChanged) settingsChanged();
-}
-
 void OmniRigDialog::Tick() {
-  tick_ = its_.scheduler.After(kRefreshEvery, [this] {
+  tick_ = parts_.scheduler.After(kRefreshEvery, [this] {
     Refresh();
     Tick();
   });

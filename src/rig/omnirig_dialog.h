@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "form/omnirig_form.h"
@@ -14,7 +13,7 @@
 #include "ports/scheduler.h"
 #include "rig/current_rig.h"
 #include "rig/omnirig_link.h"
-#include "rig/ptt_guard.h"
+#include "rig/ptt.h"
 #include "rig/rig_state.h"
 
 namespace velt {
@@ -24,31 +23,31 @@ std::string LinkText(const RigLink& link);
 
 class OmniRigDialog {
  public:
-  struct Neighbours {
+  struct Parts {
+    OmniRigForm& form;
     IOmniRigX& server;
     OmniRigLink& link;
+    RigDisplay& display;
+    Ptt& ptt;
     const CurrentRig& rig;
-    PttGuard& guard;
+    const EngineState& engine;
+    TransmitGuard& guard;
     RigState& state;
     Prompts& prompts;
     Scheduler& scheduler;
   };
-
-  OmniRigDialog(OmniRigForm& form, const Neighbours& neighbours);
+  explicit OmniRigDialog(const Parts& parts);
 
   // Something that is kept between runs was changed: rig, VFO, addresses or limit.
-  std::function<void()> settingsChanged;
-  // The dialog is about to open.
-  std::function<void()> opening;
-  // The dialog has closed.
-  std::function<void()> closed;
+  Event<> settingsChanged;
+  Event<> opening;
+  Event<> closed;
 
   // Shows the dialog; nothing when it is open.
   void Open();
   // Closes it; what was typed and not applied is dropped.
   void Close();
 
-  // To be called after each event of a rig and whenever the link was started or stopped.
   void Refresh();
 
   void cmdStartStop_Click();
@@ -67,12 +66,12 @@ class OmniRigDialog {
   void ShowStatus();
   void ShowParams();
   bool ApplyAddresses();
-  void Changed() const;
   void Tick();
-  std::array<TextBox*, 2> AddressFields() { return {&form_.txtAddress1, &form_.txtAddress2}; }
+  std::array<TextBox*, 2> AddressFields() {
+    return {&parts_.form.txtAddress1, &parts_.form.txtAddress2};
+  }
 
-  OmniRigForm& form_;
-  Neighbours its_;
+  Parts parts_;
   Scheduler::Handle tick_;
   Connections connections_;
 };

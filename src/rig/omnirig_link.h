@@ -10,6 +10,7 @@
 #include "ports/omnirig.h"
 #include "ports/prompts.h"
 #include "rig/current_rig.h"
+#include "rig/ptt.h"
 #include "rig/rig_display.h"
 #include "rig/rig_state.h"
 
@@ -24,31 +25,36 @@ class OmniRigLink {
   static constexpr int32_t kLeastVersion = 0x101;
   static constexpr int32_t kMostVersion = 0x299;
 
-  OmniRigLink(RigControls& form, RigState& state, CurrentRig& rig, IOmniRigX& server,
-              RigDisplay& display, Prompts& prompts, Questions questions);
+  struct Parts {
+    RigControls& form;
+    RigState& state;
+    CurrentRig& rig;
+    IOmniRigX& server;
+    RigDisplay& display;
+    Ptt& ptt;
+    Prompts& prompts;
+  };
+  OmniRigLink(const Parts& parts, Questions questions);
   ~OmniRigLink();
   OmniRigLink(const OmniRigLink&) = delete;
   OmniRigLink& operator=(const OmniRigLink&) = delete;
 
-  // After each successful start, however late; the rig is selected and shown.
-  std::function<void()> started;
-  // After StartOmniRig failed; the labels are set.
-  std::function<void()> failed;
   // The user wants to configure the link.
-  std::function<void()> openDialog;
-  // Before another rig object is taken or the link is closed.
-  std::function<void(bool closing)> leaving;
+  Event<> configurationWanted;
   // After each event of either rig.
-  std::function<void(int32_t rigNumber)> onEvent;
+  Event<> rigHeard;
 
   // Starts the link. When it fails and no frequency is known, the label shows "RigOffLine" and the
-  // user is asked, once in a run, whether to configure it.
-  void StartOmniRig();
+  // user is asked, once in a run, whether to configure it. `then` is called with false when it
+  // fails, and with true, once, when it is started, however late; the rig is shown then. After the
+  // link was stopped it is not called any more.
+  void StartOmniRig(std::function<void(bool started)> then);
 
   // The same without label and question; `answered` tells whether the link is started. It is not
   // called when the link is stopped before, nor while an earlier start is under way.
   void Start(const std::function<void(bool started)>& answered);
 
+  // The labels keep the last values.
   void StopOmniRig();
 
   // Takes rig 1 or 2 while the link is started. Another number is kept, so that no event matches
@@ -78,14 +84,10 @@ class OmniRigLink {
   void StartFailed();
   void OpenIfOff(int16_t rigNo);
 
-  RigControls& form_;
-  RigState& state_;
-  CurrentRig& rig_;
-  IOmniRigX& server_;
-  RigDisplay& display_;
-  Prompts& prompts_;
+  Parts parts_;
   Questions questions_;
   Stage stage_ = Stage::Off;
+  std::function<void(bool started)> whenStarted_;  // what StartOmniRig still has to go on with
   Connections connections_;
 };
 

@@ -4,68 +4,91 @@
 
 namespace velt {
 
-Ptt::Ptt(RigControls& form, RigState& state, const CurrentRig& rig, RigControl& control,
-         RigDisplay& display, PttGuard& guard)
-    : form_(form), state_(state), rig_(rig), control_(control), display_(display), guard_(guard) {}
-
-void Ptt::PTT_ON() {
-  if (state_.pttMethod == "NONE") {
-    if (!KeyByLink()) return SelectButton(1);
-  } else if (keyBySerialPort) {
-    keyBySerialPort(true);
-  }
-  SelectButton(0);
+Ptt::Ptt(const Parts& parts)
+    : parts_(parts), cat_{CatKeyer(parts.server, 1), CatKeyer(parts.server, 2)} {
+  for (CatKeyer& keyer : cat_) parts_.guard.Add(keyer);
+  connections_ += parts_.guard.ended.Listen(
+      [this](const Keyer& keyer, TransmitGuard::Cause cause) { TransmissionEnded(keyer, cause); });
 }
 
-void Ptt::PTT_OFF() {
-  if (state_.pttMethod == "NONE") {
-    ReleaseByLink();
-  } else if (keyBySerialPort) {
-    keyBySerialPort(false);
+void Ptt::PTT_ON(TransmitOwner owner) {
+  if (parts_.state.pttMethod == "NONE" && KeyByLink(owner)) {
+    SelectButton(0);
+  } else {
+    // What is on already stays selected.
+    const CatKeyer* inUse = KeyerInUse();
+    if (inUse == nullptr || !parts_.guard.Holds(*inUse)) SelectButton(1);
   }
-  SelectButton(1);
 }
 
-void Ptt::TransmissionEnded(int32_t rigNumber) {
-  if (rigNumber != rig_.Number()) return;
+void Ptt::PTT_OFF(TransmitOwner owner) {
+  if (owner != TransmitOwner::Operator) {
+    if (!parts_.guard.Release(owner)) return;
+  } else {
+    CatKeyer* inUse = KeyerInUse();
+    // What this program keyed is released even over a lost link: once it is back, before all else.
+    // What others keyed is not: by then it may be another transmission.
+    const bool sendable = inUse != nullptr && inUse->Look().reachable;
+    const bool held = inUse != nullptr && parts_.guard.Holds(*inUse);
+    if (!sendable && !held) parts_.control.RefusedWithoutLink();
+    parts_.guard.ReleaseAll(sendable ? inUse : nullptr);
+  }
   BackToReceive();
-  SelectButton(1);
 }
 
 void Ptt::LeaveRig(bool closing) {
-  if (guard_.Holds(rig_.Number())) PTT_OFF();
-  if (closing) guard_.ReleaseNow();
-  control_.RestoreNow();
+  for (CatKeyer& keyer : cat_) {
+    if (closing || &keyer == KeyerInUse()) LeaveServer(keyer.RigNumber());
+  }
+  parts_.control.RestoreNow();
 }
 
-bool Ptt::KeyByLink() {
-  if (control_.RefusedWithoutLink()) return false;
-  if (!guard_.Key(rig_.Number())) return false;
-  form_.lblTRXMode.caption = "TX";
-  if (!keyedWith_) keyedWith_ = Shift{state_.offsetKHz, state_.vfo};
-  control_.SetTRXShift(keyedWith_->kHz, true, keyedWith_->vfo);
-  display_.ShowRigParams();
+void Ptt::LeaveServer(int32_t rigNumber) {
+  CatKeyer& keyer = cat_.at(rigNumber == 2 ? 1 : 0);
+  if (!parts_.guard.Holds(keyer)) return;
+  const bool inUse = &keyer == KeyerInUse();
+  parts_.guard.Leave(keyer);
+  if (!inUse) return;
+  parts_.control.RestoreNow();
+  BackToReceive();
+}
+
+// Null without a rig object.
+CatKeyer* Ptt::KeyerInUse() {
+  const int32_t number = parts_.rig.Number();
+  return number == 1 || number == 2 ? &cat_.at(static_cast<size_t>(number) - 1) : nullptr;
+}
+
+bool Ptt::KeyByLink(TransmitOwner owner) {
+  CatKeyer* keyer = KeyerInUse();
+  if (parts_.control.RefusedWithoutLink() || keyer == nullptr) return false;
+  if (!parts_.guard.Key(owner, *keyer)) return false;
+  parts_.form.lblTRXMode.caption = "TX";
+  if (!keyedWith_) keyedWith_ = Shift{parts_.state.offsetKHz, parts_.state.vfo};
+  parts_.control.SetTRXShift(keyedWith_->kHz, true, keyedWith_->vfo);
+  parts_.display.ShowRigParams();
   return true;
 }
 
-void Ptt::ReleaseByLink() {
-  // What this program keyed is released even over a lost link: once it is back, before all else.
-  if (!guard_.Holds(rig_.Number()) && control_.RefusedWithoutLink()) return;
-  guard_.Release(rig_.Number());
+void Ptt::TransmissionEnded(const Keyer& keyer, TransmitGuard::Cause cause) {
+  if (&keyer != KeyerInUse()) return;
+  // A rig that never transmitted has nothing to settle before it is moved back.
+  if (cause == TransmitGuard::Cause::Refused) parts_.control.RestoreNow();
   BackToReceive();
 }
 
 void Ptt::BackToReceive() {
-  form_.lblTRXMode.caption = "RX";
-  const Shift shift =
-      std::exchange(keyedWith_, std::nullopt).value_or(Shift{state_.offsetKHz, state_.vfo});
-  control_.SetTRXShift(shift.kHz, false, shift.vfo);
-  display_.ShowRigParams();
+  parts_.form.lblTRXMode.caption = "RX";
+  if (const auto shift = std::exchange(keyedWith_, std::nullopt)) {
+    parts_.control.SetTRXShift(shift->kHz, false, shift->vfo);
+  }
+  parts_.display.ShowRigParams();
+  SelectButton(1);
 }
 
 void Ptt::SelectButton(int32_t index) {
-  form_.optTXRX[index].value = true;
-  form_.optTXRX[1 - index].value = false;
+  parts_.form.optTXRX[index].value = true;
+  parts_.form.optTXRX[1 - index].value = false;
 }
 
 }  // namespace velt

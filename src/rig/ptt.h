@@ -1,39 +1,47 @@
-// Switches the transceiver between transmit and receive by the PTT method.
+// Switches the transceiver between transmit and receive by the PTT method, for whoever wants it.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 #include "form/main_form.h"
+#include "rig/cat_keyer.h"
 #include "rig/current_rig.h"
-#include "rig/ptt_guard.h"
 #include "rig/rig_control.h"
 #include "rig/rig_display.h"
 #include "rig/rig_state.h"
+#include "rig/transmit_guard.h"
 
 namespace velt {
 
 class Ptt {
  public:
-  Ptt(RigControls& form, RigState& state, const CurrentRig& rig, RigControl& control,
-      RigDisplay& display, PttGuard& guard);
-
-  // Keys by the methods other than "NONE"; takes true for transmit.
-  std::function<void(bool transmit)> keyBySerialPort;
+  struct Parts {
+    RigControls& form;
+    const RigState& state;
+    const CurrentRig& rig;
+    RigControl& control;
+    RigDisplay& display;
+    TransmitGuard& guard;
+    IOmniRigX& server;
+  };
+  explicit Ptt(const Parts& parts);
 
   // With method "NONE" the rig is keyed over its link and moved to the frequency shown. Refused
   // with a message while there is no link to the rig.
-  void PTT_ON();
+  void PTT_ON(TransmitOwner owner = TransmitOwner::Operator);
 
-  // With method "NONE" the rig is released and 1.1 s later moved back to where it was.
-  void PTT_OFF();
-
-  // Finishes a transmission whose release has been sent already, or that somebody else ended.
-  void TransmissionEnded(int32_t rigNumber);
+  // The operator's receive always acts: nobody's transmission goes on, and the rig in use is sent a
+  // release whoever keyed it. Another owner ends only what it wanted itself. With method "NONE" a
+  // rig that was moved for transmitting is moved back 1.1 s later.
+  void PTT_OFF(TransmitOwner owner = TransmitOwner::Operator);
 
   // Ends what is going on with the rig in use before another one is taken or its link is closed.
   void LeaveRig(bool closing);
+
+  // The server of rig 1 or 2 is about to be another one.
+  void LeaveServer(int32_t rigNumber);
 
  private:
   struct Shift {
@@ -41,19 +49,17 @@ class Ptt {
     int16_t vfo;
   };
 
-  bool KeyByLink();
-  void ReleaseByLink();
+  CatKeyer* KeyerInUse();
+  bool KeyByLink(TransmitOwner owner);
+  void TransmissionEnded(const Keyer& keyer, TransmitGuard::Cause cause);
   void BackToReceive();
   void SelectButton(int32_t index);
 
-  RigControls& form_;
-  RigState& state_;
-  const CurrentRig& rig_;
-  RigControl& control_;
-  RigDisplay& display_;
-  PttGuard& guard_;
+  Parts parts_;
+  std::array<CatKeyer, 2> cat_;
   // What was moved at keying is what is moved back, whatever the settings became meanwhile.
   std::optional<Shift> keyedWith_;
+  Connections connections_;
 };
 
 }  // namespace velt

@@ -26,12 +26,20 @@ void PttSafety::Released(SteadyTime now) {
   receivesSince_.reset();
 }
 
-PttSafety::Orders PttSafety::Tick(SteadyTime now, Report report) {
+bool PttSafety::HandOver() {
+  stage_ = Stage::Idle;
+  return std::exchange(alarm_, false);
+}
+
+PttSafety::Orders PttSafety::Tick(SteadyTime now, const Keyer::Report& report) {
   Orders orders;
   if (stage_ == Stage::Idle) return orders;
   const bool linkIsBack = report.linked && !wasLinked_;
   wasLinked_ = report.linked;
-  if (!report.linked || report.transmitting) {
+  const bool released = stage_ == Stage::Releasing && report.releaseAccepted;
+  const bool receives = report.transmitter == TxReport::Receives ||
+                        (report.transmitter == TxReport::Untold && released);
+  if (!report.linked || !receives) {
     receivesSince_.reset();
   } else if (!receivesSince_) {
     receivesSince_ = now;
@@ -44,31 +52,31 @@ PttSafety::Orders PttSafety::Tick(SteadyTime now, Report report) {
   return orders;
 }
 
-void PttSafety::TickKeyed(SteadyTime now, Report report, Orders& orders) {
-  if (report.linked && report.transmitting) sawTransmit_ = true;
+void PttSafety::TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& orders) {
   if (!report.linked) return End(now, Cause::LinkLost, orders);
+  if (report.transmitter == TxReport::Transmits) sawTransmit_ = true;
   if (now - keyedSince_ >= std::chrono::minutes(limitMinutes_)) {
     return End(now, Cause::Limit, orders);
   }
-  // Somebody else ended it; what is keyed from now on is theirs. A rig that never reported
+  // Somebody else ended it; what is keyed from now on is theirs. One that never reported
   // transmitting does not tell, and stays remembered.
   if (sawTransmit_ && ReceivesFor(kReceiveWhileKeyed, now)) {
-    stage_ = Stage::Idle;
+    Finish(orders);
     orders.ended = Cause::Elsewhere;
-    orders.endAlarm = std::exchange(alarm_, false);
   }
 }
 
-void PttSafety::TickReleasing(SteadyTime now, Report report, bool linkIsBack, Orders& orders) {
+void PttSafety::TickReleasing(SteadyTime now, const Keyer::Report& report, bool linkIsBack,
+                              Orders& orders) {
+  const bool late = now - releasingSince_ >= kRepeatFor;
   if (linkIsBack) {
     Released(now);
     orders.release = true;
   } else if (ReceivesFor(kReceiveAfterRelease, now)) {
-    stage_ = Stage::Idle;
-    orders.endAlarm = std::exchange(alarm_, false);
-  } else if (now - releasingSince_ >= kRepeatFor) {
+    Finish(orders);
+  } else if (late) {
     orders.raiseAlarm = !std::exchange(alarm_, true);
-  } else if (report.linked && report.transmitting && now - lastSent_ >= kRepeatEvery) {
+  } else if (report.reachable && !receivesSince_ && now - lastSent_ >= kRepeatEvery) {
     lastSent_ = now;
     orders.release = true;
   }
@@ -78,6 +86,13 @@ void PttSafety::End(SteadyTime now, Cause cause, Orders& orders) {
   Released(now);
   orders.release = true;
   orders.ended = cause;
+  if (cause == Cause::LinkLost) orders.raiseAlarm = !std::exchange(alarm_, true);
+}
+
+void PttSafety::Finish(Orders& orders) {
+  stage_ = Stage::Idle;
+  orders.done = true;
+  orders.endAlarm = std::exchange(alarm_, false);
 }
 
 bool PttSafety::ReceivesFor(Milliseconds span, SteadyTime now) const {

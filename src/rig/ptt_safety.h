@@ -1,16 +1,20 @@
 // Remembers a transmitter that this program keyed and decides when it has to be released. Pure:
-// it is told the time and what the rig reports, and answers with orders.
+// it is told the time and what the transmitter reports, and answers with orders.
 //
 // - A transmission ends at the limit, and when the link is lost during it.
-// - A release is repeated until the rig reports receive, for 10 s; then the alarm is raised. After
-//   a reconnect the release comes first and the 10 s begin anew.
-// - A rig that reports transmitting without having been keyed from here is never released.
+// - A release is repeated until receive is reported, for 10 s, as long as commands can be sent,
+//   answered or not; then the alarm is raised. After a reconnect the release comes first and the
+//   10 s begin anew. A lost link raises the alarm at once: nobody knows what the transmitter does.
+// - A transmitter that cannot tell whether it transmits counts as released once the release was
+//   accepted.
+// - One that reports transmitting without having been keyed from here is never released.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 
 #include "ports/scheduler.h"
+#include "rig/keyer.h"
 
 namespace velt {
 
@@ -26,11 +30,6 @@ class PttSafety {
   static constexpr Milliseconds kReceiveAfterRelease{1000};
   static constexpr Milliseconds kReceiveWhileKeyed{2000};
 
-  struct Report {
-    bool linked = false;        // server and rig answer; else `transmitting` is not looked at
-    bool transmitting = false;  // as the rig reports it
-  };
-
   enum class Cause { None, Limit, LinkLost, Elsewhere };
 
   struct Orders {
@@ -38,6 +37,7 @@ class PttSafety {
     Cause ended = Cause::None;  // the transmission has just ended, and not by a release from here
     bool raiseAlarm = false;    // "the transmitter may still be on"
     bool endAlarm = false;
+    bool done = false;  // it is not held any more
   };
 
   // Held inside 1 to 60 minutes; holds for the present transmission too.
@@ -50,7 +50,10 @@ class PttSafety {
   // A release is being sent; it is followed up if the transmitter was keyed from here.
   void Released(SteadyTime now);
 
-  Orders Tick(SteadyTime now, Report report);
+  // It is somebody else's to follow up. True when the alarm was on.
+  bool HandOver();
+
+  Orders Tick(SteadyTime now, const Keyer::Report& report);
 
   // Keyed from here and not yet known to be released.
   bool Holds() const { return stage_ != Stage::Idle; }
@@ -58,9 +61,10 @@ class PttSafety {
  private:
   enum class Stage { Idle, Keyed, Releasing };
 
-  void TickKeyed(SteadyTime now, Report report, Orders& orders);
-  void TickReleasing(SteadyTime now, Report report, bool linkIsBack, Orders& orders);
+  void TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& orders);
+  void TickReleasing(SteadyTime now, const Keyer::Report& report, bool linkIsBack, Orders& orders);
   void End(SteadyTime now, Cause cause, Orders& orders);
+  void Finish(Orders& orders);
   bool ReceivesFor(Milliseconds span, SteadyTime now) const;
 
   int32_t limitMinutes_ = kInitialLimitMinutes;

@@ -2,25 +2,51 @@
 
 namespace velt {
 
-Rig::Rig(RigControls& form, OmniRigForm& dialogForm, const Ports& ports,
-         OmniRigLink::Questions questions, const ShowMessage& showMessage)
-    : display(form, state, engine, current),
-      guard(ports.server, ports.scheduler),
-      control(form, state, current, display, ports.scheduler, showMessage),
-      ptt(form, state, current, control, display, guard),
-      link(form, state, current, ports.server, display, ports.prompts, questions),
-      menus(form, state, current, control, ptt, ports.prompts),
-      dialog(dialogForm,
-             {ports.server, link, current, guard, state, ports.prompts, ports.scheduler}) {
-  guard.showMessage = showMessage;
-  guard.ended = [this](int32_t rigNumber) { ptt.TransmissionEnded(rigNumber); };
-  link.leaving = [this](bool closing) { ptt.LeaveRig(closing); };
-  link.openDialog = [this] { dialog.Open(); };
-  link.onEvent = [this](int32_t) {
-    guard.Check();
-    dialog.Refresh();
-  };
-  menus.openDialog = [this] { dialog.Open(); };
-}
+Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions questions)
+    : display(parts.form, state, engine, current),
+      guard({.messages = parts.messages,
+             .notices = parts.notices,
+             .scheduler = ports.scheduler,
+             .clock = ports.clock,
+             .guardian = ports.guardian,
+             .sleepLock = ports.sleepLock}),
+      control({.form = parts.form,
+               .state = state,
+               .rig = current,
+               .display = display,
+               .messages = parts.messages,
+               .scheduler = ports.scheduler}),
+      ptt({.form = parts.form,
+           .state = state,
+           .rig = current,
+           .control = control,
+           .display = display,
+           .guard = guard,
+           .server = ports.server}),
+      link({.form = parts.form,
+            .state = state,
+            .rig = current,
+            .server = ports.server,
+            .display = display,
+            .ptt = ptt,
+            .prompts = ports.prompts},
+           questions),
+      dialog({.form = parts.dialogForm,
+              .server = ports.server,
+              .link = link,
+              .display = display,
+              .ptt = ptt,
+              .rig = current,
+              .engine = engine,
+              .guard = guard,
+              .state = state,
+              .prompts = ports.prompts,
+              .scheduler = ports.scheduler}),
+      menus({.form = parts.form,
+             .state = state,
+             .rig = current,
+             .control = control,
+             .dialog = dialog,
+             .prompts = ports.prompts}) {}
 
 }  // namespace velt

@@ -48,20 +48,13 @@ bool InRange(int64_t frequencyHz) {
 
 }  // namespace
 
-RigControl::RigControl(RigControls& form, RigState& state, const CurrentRig& rig,
-                       RigDisplay& display, Scheduler& scheduler, ShowMessage showMessage)
-    : form_(form),
-      state_(state),
-      rig_(rig),
-      display_(display),
-      showMessage_(std::move(showMessage)),
-      restore_(scheduler) {}
+RigControl::RigControl(const Parts& parts) : parts_(parts), restore_(parts.scheduler) {}
 
 void RigControl::SetTRXFrequency(int32_t frequencyHz, int16_t vfo) {
   if (Blocked() || RefusedWithoutLink()) return;
-  const int64_t value = int64_t{frequencyHz} - WrapMultiply16(state_.offsetKHz, 1000);
-  if (!InRange(value)) return showMessage_("Frequency outside 10 kHz to 2 GHz: not sent");
-  showMessage_("Updating VFO...");
+  const int64_t value = int64_t{frequencyHz} - WrapMultiply16(parts_.state.offsetKHz, 1000);
+  if (!InRange(value)) return parts_.messages.Show("Frequency outside 10 kHz to 2 GHz: not sent");
+  parts_.messages.Show("Updating VFO...");
   if (restore_.Late()) {
     // The user has moved on while the link was lost.
     restore_.Disarm();
@@ -71,10 +64,10 @@ void RigControl::SetTRXFrequency(int32_t frequencyHz, int16_t vfo) {
 }
 
 void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
-  if (shiftKHz == 0 || !rig_.Exists()) return;
+  if (shiftKHz == 0 || !parts_.rig.Exists()) return;
   if (shiftTheRig) {
     ShiftAway(vfo);
-  } else {
+  } else if (shift_) {
     restore_.Arm([this, vfo] { return MoveBack(vfo); });
   }
 }
@@ -90,58 +83,59 @@ bool RigControl::RestoreNow() {
 
 std::string RigControl::SetModulationMode(const std::string& modulatie) {
   const bool fromLabel = modulatie.empty();
-  std::string text = fromLabel ? form_.lblMode.caption.Get() : modulatie;
+  std::string text = fromLabel ? parts_.form.lblMode.caption.Get() : modulatie;
   if (Blocked()) return text;
-  const bool inverted = Lowered(Trimmed(state_.invertedSideband)) == "on";
+  const bool inverted = Lowered(Trimmed(parts_.state.invertedSideband)) == "on";
   const int32_t mode = ModeFor(text, fromLabel, inverted);
-  if (mode != 0 && !RefusedWithoutLink()) rig_->SetMode(mode);
+  if (mode != 0 && !RefusedWithoutLink()) parts_.rig->SetMode(mode);
   return text;
 }
 
 bool RigControl::RefusedWithoutLink() const {
-  if (rig_.Linked()) return false;
-  showMessage_("No link to the rig: nothing was sent");
+  if (parts_.rig.Linked()) return false;
+  parts_.messages.Show("No link to the rig: nothing was sent");
   return true;
 }
 
 bool RigControl::Blocked() const {
-  return form_.lblFrequencyExpand.caption.Get() == "N/A" || !rig_.Exists();
+  return parts_.form.lblFrequencyExpand.caption.Get() == "N/A" || !parts_.rig.Exists();
 }
 
 void RigControl::ShiftAway(int16_t vfo) {
-  const std::optional<int32_t> shown = ShownFrequencyHz(form_.lblFrequency);
-  if (!shown || !InRange(*shown) || !rig_.Linked()) return;
+  const std::optional<int32_t> shown = ShownFrequencyHz(parts_.form.lblFrequency);
+  if (!shown || !InRange(*shown) || !parts_.rig.Linked()) return;
   restore_.Disarm();
   // Keyed again before the rig was back: where it stands now is not where it belongs.
-  if (!shift_) state_.savedRigFrequency = rig_->GetRxFrequency();
+  if (!shift_) parts_.state.savedRigFrequency = parts_.rig->GetRxFrequency();
   shift_ = Shift{vfo, *shown};
   Write(*shown, vfo);
 }
 
 // False while the link is lost: the rig still has to be moved.
 bool RigControl::MoveBack(int16_t vfo) {
-  if (!rig_.Exists()) return true;
-  if (!rig_.Linked()) return false;
+  if (!parts_.rig.Exists()) return true;
+  if (!parts_.rig.Linked()) return false;
   const bool movedOn = restore_.Late() && !StandsWhereItWasShifted();
   shift_.reset();
-  if (!movedOn && InRange(state_.savedRigFrequency)) Write(state_.savedRigFrequency, vfo);
-  display_.ShowRigParams();
+  if (!movedOn && InRange(parts_.state.savedRigFrequency))
+    Write(parts_.state.savedRigFrequency, vfo);
+  parts_.display.ShowRigParams();
   return true;
 }
 
 // After a lost link the operator may have tuned the rig by hand; rigs round what they are sent.
 bool RigControl::StandsWhereItWasShifted() const {
   if (!shift_) return false;
-  int32_t now = rig_->Freq();
-  if (shift_->vfo == 1 || shift_->vfo == 3) now = rig_->FreqA();
-  if (shift_->vfo == 2) now = rig_->FreqB();
+  int32_t now = parts_.rig->Freq();
+  if (shift_->vfo == 1 || shift_->vfo == 3) now = parts_.rig->FreqA();
+  if (shift_->vfo == 2) now = parts_.rig->FreqB();
   return std::abs(int64_t{now} - shift_->frequencyHz) < 1000;
 }
 
 void RigControl::Write(int32_t frequencyHz, int16_t vfo) {
-  if (vfo == 0) rig_->SetFreq(frequencyHz);
-  if (vfo == 2 || vfo == 3) rig_->SetFreqB(frequencyHz);
-  if (vfo == 1 || vfo == 3) rig_->SetFreqA(frequencyHz);
+  if (vfo == 0) parts_.rig->SetFreq(frequencyHz);
+  if (vfo == 2 || vfo == 3) parts_.rig->SetFreqB(frequencyHz);
+  if (vfo == 1 || vfo == 3) parts_.rig->SetFreqA(frequencyHz);
 }
 
 }  // namespace velt

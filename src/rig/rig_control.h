@@ -4,10 +4,10 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
+#include "dialogs/message_line.h"
 #include "form/main_form.h"
 #include "rig/current_rig.h"
 #include "rig/frequency_restore.h"
@@ -16,22 +16,28 @@
 
 namespace velt {
 
-using ShowMessage = std::function<void(const std::string&)>;
-
 class RigControl {
  public:
   static constexpr int32_t kLowestHz = 10'000;
   static constexpr int32_t kHighestHz = 2'000'000'000;
 
-  RigControl(RigControls& form, RigState& state, const CurrentRig& rig, RigDisplay& display,
-             Scheduler& scheduler, ShowMessage showMessage);
+  struct Parts {
+    RigControls& form;
+    RigState& state;
+    const CurrentRig& rig;
+    RigDisplay& display;
+    MessageLine& messages;
+    Scheduler& scheduler;
+  };
+  explicit RigControl(const Parts& parts);
 
   // Writes frequencyHz less the rig's offset. `vfo`: 0 the current frequency, 1 VFO A, 2 VFO B,
   // 3 VFO B and then VFO A; any other writes nothing.
   void SetTRXFrequency(int32_t frequencyHz, int16_t vfo = 0);
 
   // Moves the rig to the frequency shown (shiftTheRig) or, 1.1 s later, back to where it was.
-  // Nothing when shiftKHz is 0. Moving it again before it is back keeps the first place.
+  // Nothing when shiftKHz is 0, nor back when it was not moved. Moving it again before it is back
+  // keeps the first place.
   void SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo = 0);
 
   // Moves the rig back at once if it is still shifted. True when it was: the write needs a moment
@@ -57,11 +63,7 @@ class RigControl {
   bool StandsWhereItWasShifted() const;
   void Write(int32_t frequencyHz, int16_t vfo);
 
-  RigControls& form_;
-  RigState& state_;
-  const CurrentRig& rig_;
-  RigDisplay& display_;
-  ShowMessage showMessage_;
+  Parts parts_;
   FrequencyRestore restore_;
   std::optional<Shift> shift_;  // the rig stands there instead of at the saved frequency
 };

@@ -37,7 +37,7 @@ void RigDisplay::ShowRigParams() {
 
   state_.scaleAnchorHz = Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
                                  engine_.scaleOffset + state_.RealRigFrequency);
-  if (!form_.tmrFreqcount.enabled && writeStatusRX) writeStatusRX(state_.RealRigFrequency);
+  if (!form_.tmrFreqcount.enabled) frequencyShown.Raise(state_.RealRigFrequency);
   ShowMode();
   MarkStale(rig_->Link().stale);
 }
@@ -47,7 +47,7 @@ void RigDisplay::ShowRigStatus() {
   form_.lblFrequency.toolTip =
       "Transceiver Frequency. Click to set TRX. RIG STATUS: " + rig_->StatusStr();
   MarkStale(rig_->Link().stale);
-  if (statusShown) statusShown();
+  statusShown.Raise();
 }
 
 void RigDisplay::MarkStale(bool stale) {
@@ -55,6 +55,18 @@ void RigDisplay::MarkStale(bool stale) {
        {&form_.lblFrequency, &form_.lblFrequencyExpand, &form_.lblMode, &form_.lblTRXMode}) {
     label->stale = stale;
   }
+}
+
+void RigDisplay::ShowOffLine() {
+  form_.lblFrequency.caption = kRigOffLine;
+  form_.lblFrequency.toolTip =
+      "Transceiver Frequency or set the frequency in kc (click for options)";
+  form_.lblMode.caption = "N/A";
+  form_.lblTRXMode.caption = "RX";
+  form_.lblTRXMode.enabled = false;
+  form_.mnunorig.checked = true;
+  MarkStale(false);
+  statusShown.Raise();
 }
 
 void RigDisplay::lblFrequency_Change() {

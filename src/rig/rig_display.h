@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include "form/main_form.h"
 #include "rig/current_rig.h"
@@ -14,11 +13,11 @@ class RigDisplay {
  public:
   RigDisplay(RigControls& form, RigState& state, const EngineState& engine, const CurrentRig& rig);
 
-  // Tells the engine a frequency in Hz; unset while nothing listens.
-  std::function<void(int32_t frequencyHz)> writeStatusRX;
+  // The frequency in Hz was shown, for the engine to know.
+  Event<int32_t> frequencyShown;
 
   // The rig's status was shown; its type may be another one now.
-  std::function<void()> statusShown;
+  Event<> statusShown;
 
   // Refreshes the labels, RealRigFrequency and the scale's anchor from the rig. Nothing without a
   // rig object.
@@ -29,6 +28,9 @@ class RigDisplay {
   void ShowRigStatus();
 
   void MarkStale(bool stale);
+
+  // There is no link any more: nothing is known of a rig.
+  void ShowOffLine();
 
  private:
   void lblFrequency_Change();

@@ -75,52 +75,52 @@ std::vector<PopupItem> Menus::Lines(const std::vector<MenuEntry>& menu) {
   return lines;
 }
 
-MenuOpener::MenuOpener(Main& form, Menus& menus, Prompts& prompts)
-    : form_(form), menus_(menus), prompts_(prompts) {
-  connections_ += form_.cmdOptions.clicked.Listen([this] { cmdOptions_Click(); });
-  connections_ += form_.Image2.clicked.Listen([this] { Image2_Click(); });
-  connections_ += form_.lblFrequency.clicked.Listen([this] { lblFrequency_Click(); });
-  connections_ += form_.lblMode.clicked.Listen([this] { lblMode_Click(); });
-  connections_ += form_.lblTRXMode.clicked.Listen([this] { lblTRXMode_Click(); });
-  connections_ += form_.mnuexit.clicked.Listen([] {});
+MenuOpener::MenuOpener(const Parts& parts) : parts_(parts) {
+  connections_ += parts_.form.cmdOptions.clicked.Listen([this] { cmdOptions_Click(); });
+  connections_ += parts_.form.Image2.clicked.Listen([this] { Image2_Click(); });
+  connections_ += parts_.form.lblFrequency.clicked.Listen([this] { lblFrequency_Click(); });
+  connections_ += parts_.form.lblMode.clicked.Listen([this] { lblMode_Click(); });
+  connections_ += parts_.form.lblTRXMode.clicked.Listen([this] { lblTRXMode_Click(); });
+  connections_ += parts_.form.mnuexit.clicked.Listen([] {});
 }
 
 void MenuOpener::cmdOptions_Click() {
-  if (showPrecision) showPrecision();
-  Open(menus_.options);
+  parts_.options.ShowPrecision();
+  Open(parts_.menus.options);
 }
 
 void MenuOpener::Image2_Click() {
-  Open(menus_.file);
+  Open(parts_.menus.file);
 }
 
 void MenuOpener::lblFrequency_Click() {
-  form_.mnuRig.Click();
-  OpenPlain(menus_.frequency);
+  parts_.form.mnuRig.Click();
+  OpenPlain(parts_.menus.frequency);
 }
 
 void MenuOpener::lblMode_Click() {
-  form_.mnuModMode.Click();
-  OpenPlain(menus_.mode);
+  parts_.form.mnuModMode.Click();
+  OpenPlain(parts_.menus.mode);
 }
 
 void MenuOpener::lblTRXMode_Click() {
-  OpenPlain(menus_.ptt);
+  OpenPlain(parts_.menus.ptt);
 }
 
 void MenuOpener::Open(const std::vector<MenuEntry>& menu) {
-  const bool wasRunning = form_.StopButton.enabled;
-  const bool opened =
-      prompts_.Popup(Menus::Lines(menu), [this, wasRunning](const std::function<void()>& chosen) {
-        if (chosen) chosen();
-        if (wasRunning && form_.StartButton.enabled) form_.StartButton.Click();
-        if (focusScope) focusScope();
-      });
-  if (opened && wasRunning) form_.StopButton.Click();
+  const bool wasRunning = parts_.form.StopButton.enabled;
+  const bool opened = parts_.prompts.Popup(Menus::Lines(menu),
+                                           [this, wasRunning](const std::function<void()>& chosen) {
+                                             if (chosen) chosen();
+                                             if (wasRunning && parts_.form.StartButton.enabled)
+                                               parts_.form.StartButton.Click();
+                                             parts_.form.Scope.SetFocus();
+                                           });
+  if (opened && wasRunning) parts_.form.StopButton.Click();
 }
 
 void MenuOpener::OpenPlain(const std::vector<MenuEntry>& menu) {
-  prompts_.Popup(Menus::Lines(menu), [](const std::function<void()>& chosen) {
+  parts_.prompts.Popup(Menus::Lines(menu), [](const std::function<void()>& chosen) {
     if (chosen) chosen();
   });
 }

@@ -1,10 +1,10 @@
 // The menu tree as data, and the pop-ups made from it.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "display/display_options.h"
 #include "form/main_form.h"
 #include "ports/prompts.h"
 
@@ -37,7 +37,13 @@ class Menus {
 // chosen item's handler, then capture, then the focus.
 class MenuOpener {
  public:
-  MenuOpener(Main& form, Menus& menus, Prompts& prompts);
+  struct Parts {
+    Main& form;
+    Menus& menus;
+    DisplayOptions& options;
+    Prompts& prompts;
+  };
+  explicit MenuOpener(const Parts& parts);
 
   void cmdOptions_Click();
   void Image2_Click();
@@ -46,18 +52,12 @@ class MenuOpener {
   void lblMode_Click();
   void lblTRXMode_Click();
 
-  // Clears and sets the check marks of the resolution before "Options" is shown.
-  std::function<void()> showPrecision;
-  std::function<void()> focusScope;
-
  private:
   void Open(const std::vector<MenuEntry>& menu);
   // Leaves capture alone: such a small menu does not hide the display.
   void OpenPlain(const std::vector<MenuEntry>& menu);
 
-  Main& form_;
-  Menus& menus_;
-  Prompts& prompts_;
+  Parts parts_;
   Connections connections_;
 };
 

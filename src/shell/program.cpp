@@ -1,29 +1,84 @@
 #include "shell/program.h"
 
+#include <utility>
+
 namespace velt {
 
-Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions questions)
-    : installation(std::move(where)),
-      platform(form.Window, {ports.system, ports.files, ports.launcher, ports.clock}),
+Program::Program(const Ports& ports, RunSetup runSetup)
+    : setup(std::move(runSetup)),
+      installation(setup.installation),
+      platform(form.Window, {.system = ports.system,
+                             .files = ports.files,
+                             .launcher = ports.launcher,
+                             .clock = ports.clock}),
       messages(form),
       notices(form),
-      rig(form, catForm, {ports.server, ports.prompts, ports.scheduler}, questions,
-          [this](const std::string& text) { messages.Show(text); }),
+      rig({.form = form, .dialogForm = catForm, .messages = messages, .notices = notices},
+          {.server = ports.server,
+           .prompts = ports.prompts,
+           .scheduler = ports.scheduler,
+           .clock = ports.clock,
+           .guardian = ports.guardian,
+           .sleepLock = ports.sleepLock},
+          setup.questions),
+      commands({.form = form, .scope = form.Scope, .control = rig.control, .ptt = rig.ptt}),
       bandMenu(form, presets, rig.control, rig.state),
-      display(form, form),
-      capture({form, form, form},
-              {ports.audio, ports.prompts, messages, notices, ports.scheduler, ports.log}),
-      tick({form, form, ports.audio, capture, display, rig.state, rig.engine}),
-      appearance(form, display, colours),
+      capture({.form = form,
+               .display = form,
+               .rig = form,
+               .installation = installation,
+               .messages = messages,
+               .notices = notices},
+              {.input = ports.audio,
+               .prompts = ports.prompts,
+               .scheduler = ports.scheduler,
+               .log = ports.log},
+              setup.audioDevice),
+      display({.form = form,
+               .window = form.Window,
+               .captureForm = form,
+               .rigForm = form,
+               .capture = capture,
+               .rig = rig.state,
+               .engine = rig.engine}),
       layout(form, display),
-      settings(ports.settings, {form, platform, installation, display, colours, capture, layout,
-                                rig.state, ports.server, rig.guard, carried}),
-      startup({form, installation, platform, ports.files, ports.lock, ports.scheduler, ports.log,
-               settings, carried, display, colours, capture, layout}),
-      shutdown({form, capture, settings, layout, rig.guard, ports.prompts, ports.scheduler}),
+      settings({.form = form,
+                .platform = platform,
+                .installation = installation,
+                .display = display,
+                .capture = capture,
+                .layout = layout,
+                .rig = rig.state,
+                .guard = rig.guard,
+                .carried = carried},
+               {.store = ports.settings, .server = ports.server}, setup.rigAddresses),
+      reporter({.window = form.Window,
+                .display = rig.display,
+                .rig = rig.current,
+                .messages = messages,
+                .log = ports.log}),
+      startup({.form = form,
+               .setup = setup,
+               .installation = installation,
+               .platform = platform,
+               .settings = settings,
+               .carried = carried,
+               .display = display,
+               .capture = capture,
+               .layout = layout,
+               .link = rig.link,
+               .rigDisplay = rig.display,
+               .reporter = reporter},
+              {.files = ports.files,
+               .lock = ports.lock,
+               .scheduler = ports.scheduler,
+               .log = ports.log}),
+      shutdown(
+          {.form = form, .capture = capture, .settings = settings, .layout = layout, .rig = rig},
+          {.prompts = ports.prompts, .scheduler = ports.scheduler}),
       menus(form),
-      menuOpener(form, menus, ports.prompts),
-      linkReporter_(rig.current, messages, ports.log),
+      menuOpener(
+          {.form = form, .menus = menus, .options = display.options, .prompts = ports.prompts}),
       timers_{TimerDriver(form.Timer1, ports.scheduler),
               TimerDriver(form.Timer2, ports.scheduler),
               TimerDriver(form.Timer3, ports.scheduler),
@@ -32,52 +87,10 @@ Program::Program(ProgramPorts ports, Installation where, OmniRigLink::Questions 
               TimerDriver(form.tmrRec, ports.scheduler),
               TimerDriver(form.tmrCheckZOKA, ports.scheduler),
               TimerDriver(form.QuitTimer, ports.scheduler)} {
-  Connect();
-  ConnectRig();
-}
-
-void Program::Connect() {
-  display.relayout = [this] {
-    tick.ClearDisplay();
-    layout.Form_Resize();
-  };
-  layout.setStyle = [this](bool bars, bool oscilloscope) { display.SetStyle(bars, oscilloscope); };
-  layout.resizeDisplay = [this](int32_t width, int32_t height) {
-    tick.SetDisplaySize(width, height);
-  };
-  layout.opmaak = [this] { appearance.Opmaak(); };
-  menuOpener.showPrecision = [this] { display.ShowPrecision(); };
-  capture.captureStarted = [this] {
-    if (form.mnusettings[2].checked) display.analysis.oscillosMode = true;
-  };
-}
-
-void Program::ConnectRig() {
-  rig.guard.showNotice = [this](const std::string& text) {
-    notices.Raise(NoticeKind::Transmitter, text);
-  };
-  rig.guard.endNotice = [this](const std::string&) { notices.Over(NoticeKind::Transmitter); };
-  rig.display.statusShown = [this] {
-    startup.ShowRigInCaption();
-    linkReporter_.Note();
-  };
-  rig.menus.focusScope = [this] {
-    if (menuOpener.focusScope) menuOpener.focusScope();
-  };
-  rig.dialog.settingsChanged = [this] { settings.KeepRigAddresses(); };
-  rig.dialog.opening = [this] { platform.KeepOnTop(0); };
-  rig.dialog.closed = [this] { platform.KeepOnTop(form.mnusettings[0].checked ? 1 : 0); };
-
-  startup.steps.StartOmniRig = [this](std::function<void()> online, std::function<void()> offLine) {
-    rig.link.started = std::move(online);
-    rig.link.failed = std::move(offLine);
-    rig.link.StartOmniRig();
-  };
-  startup.steps.rigType = [this] { return rig.current.Exists() ? rig.current->RigType() : ""; };
-  startup.steps.ShowRigParams = [this] { rig.display.ShowRigParams(); };
-  shutdown.steps.closeDialogs = [this] { rig.dialog.Close(); };
-  shutdown.steps.restoreRigFrequency = [this] { return rig.control.RestoreNow(); };
-  shutdown.steps.StopOmniRig = [this] { rig.link.StopOmniRig(); };
+  connections_ += rig.dialog.settingsChanged.Listen([this] { settings.KeepRigAddresses(); });
+  connections_ += rig.dialog.opening.Listen([this] { platform.KeepOnTop(0); });
+  connections_ +=
+      rig.dialog.closed.Listen([this] { platform.KeepOnTop(form.mnusettings[0].checked ? 1 : 0); });
 }
 
 }  // namespace velt

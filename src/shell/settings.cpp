@@ -6,6 +6,7 @@
 
 #include "text/formats.h"
 #include "text/numbers.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
@@ -163,13 +164,21 @@ std::function<std::string()> SingleFrom(const Property<int32_t>& source) {
 
 }  // namespace
 
-Settings::Settings(SettingsStore& store, Targets targets)
-    : store_(store), to_(targets), rows_(Table()) {}
+Settings::Settings(const Parts& parts, const Ports& ports,
+                   std::array<std::string, 2> addressesOfThisRun)
+    : to_(parts),
+      ports_(ports),
+      addressesOfThisRun_(std::move(addressesOfThisRun)),
+      rows_(Table()) {
+  // What was loaded is saved again unless it was changed: a run without a rig may never apply it.
+  connections_ += to_.form.chkExpand.value.changed.Listen(
+      [this] { to_.carried.expander = to_.form.chkExpand.value; });
+}
 
 void Settings::LoadRegistryStuff() {
   for (const std::string_view key : kReadingOrder) {
     const Row& row = Find(key);
-    const auto stored = store_.Get(kSection, std::string(key));
+    const auto stored = ports_.store.Get(kSection, std::string(key));
     row.load(stored ? *stored : row.fallback());
   }
   LoadCat();
@@ -177,22 +186,22 @@ void Settings::LoadRegistryStuff() {
 
 int Settings::SaveRegistryStuff() {
   for (const std::string_view key : kWritingOrder) {
-    store_.Save(kSection, std::string(key), Find(key).save());
+    ports_.store.Save(kSection, std::string(key), Find(key).save());
   }
   SaveCat();
-  return store_.Commit();
+  return ports_.store.Commit();
 }
 
 void Settings::LoadCat() {
   for (int32_t rig = 1; rig <= 2; ++rig) {
     const auto slot = static_cast<size_t>(rig - 1);
-    to_.carried.rigAddresses[slot] = store_.Get(kCatSection, kAddressKeys[slot]).value_or("");
+    to_.carried.rigAddresses[slot] = ports_.store.Get(kCatSection, kAddressKeys[slot]).value_or("");
     const std::string& stored = to_.carried.rigAddresses[slot];
     const std::string& address =
-        addressesOfThisRun[slot].empty() ? stored : addressesOfThisRun[slot];
-    if (!address.empty()) to_.server.SetAddress(rig, address);
+        addressesOfThisRun_[slot].empty() ? stored : addressesOfThisRun_[slot];
+    if (!address.empty()) ports_.server.SetAddress(rig, address);
   }
-  if (const auto minutes = store_.Get(kCatSection, "TransmissionLimitMinutes")) {
+  if (const auto minutes = ports_.store.Get(kCatSection, "TransmissionLimitMinutes")) {
     if (const auto value = ParseWhole(*minutes)) to_.guard.SetLimitMinutes(*value);
   }
 }
@@ -200,17 +209,18 @@ void Settings::LoadCat() {
 void Settings::SaveCat() {
   for (size_t slot = 0; slot < kAddressKeys.size(); ++slot) {
     const std::string& address = to_.carried.rigAddresses[slot];
-    if (!address.empty()) store_.Save(kCatSection, kAddressKeys[slot], address);
+    if (!address.empty()) ports_.store.Save(kCatSection, kAddressKeys[slot], address);
   }
-  store_.Save(kCatSection, "TransmissionLimitMinutes", std::to_string(to_.guard.LimitMinutes()));
+  ports_.store.Save(kCatSection, "TransmissionLimitMinutes",
+                    std::to_string(to_.guard.LimitMinutes()));
 }
 
 void Settings::KeepRigAddresses() {
   for (int32_t rig = 1; rig <= 2; ++rig) {
     const auto slot = static_cast<size_t>(rig - 1);
-    const std::string address = to_.server.Address(rig);
+    const std::string address = ports_.server.Address(rig);
     // What was given for this run only stays so, unless the user changed it.
-    if (address != addressesOfThisRun[slot]) to_.carried.rigAddresses[slot] = address;
+    if (address != addressesOfThisRun_[slot]) to_.carried.rigAddresses[slot] = address;
   }
 }
 
@@ -257,13 +267,13 @@ std::vector<Settings::Row> Settings::WindowRows() {
          const int32_t value = Whole(text).value_or(0);
          // The item whose index equals the value, so 0 checks "Stay on top".
          if (menu.Has(value)) menu[value].checked = true;
-         to_.display.analysis.useLines = value != 0;
+         to_.display.options.analysis.useLines = value != 0;
        },
-       [this] { return std::string(to_.display.analysis.useLines ? "1" : "0"); }},
+       [this] { return std::string(to_.display.options.analysis.useLines ? "1" : "0"); }},
       {"ScreenSize", Always("False"),
        [this, &menu](const std::string& text) {
          menu[3].checked = Boolean(text);
-         to_.layout.ApplyBorderRule();
+         to_.display.ApplyBorderRule();
        },
        From(menu[3].checked)},
       {"ScreenWidth", Always("8385"),
@@ -284,9 +294,9 @@ std::vector<Settings::Row> Settings::WindowRows() {
 }
 
 std::vector<Settings::Row> Settings::DisplayRows() {
-  DisplayOptions& display = to_.display;
+  DisplayOptions& display = to_.display.options;
   AnalysisSettings& analysis = display.analysis;
-  DisplayColours& colours = to_.colours;
+  DisplayColours& colours = to_.display.colours;
   auto& menu = to_.form.mnusettings;
   return {
       {"Slider", Always("15"),
@@ -350,7 +360,7 @@ std::vector<Settings::Row> Settings::ProgramRows() {
   CarriedSettings& carried = to_.carried;
   const auto whenPresent = [this] { return BooleanText(to_.installation.enginePresent); };
   return {
-      {"Path", {}, {}, [this] { return to_.installation.programFolder.string(); }},
+      {"Path", {}, {}, [this] { return PathText(to_.installation.programFolder); }},
       {"Version", Always(""), [&carried](const std::string& text) { carried.version = text; },
        [this] { return to_.installation.version.Text(); }},
       {"EXE", {}, {}, Always("VELT-SA.exe")},
@@ -373,8 +383,7 @@ std::vector<Settings::Row> Settings::ProgramRows() {
       {"RigChoice", Always("1"), Into(to_.rig.rigChoice), From(to_.rig.rigChoice)},
       {"ArduinoFreq", Always("0"), Into(to_.form.mnuArduinoFreq.checked),
        From(to_.form.mnuArduinoFreq.checked)},
-      {"Expander", Always("1"), Into(carried.expander),
-       [this] { return std::to_string(to_.form.chkExpand.value.Get()); }},
+      {"Expander", Always("1"), Into(carried.expander), From(carried.expander)},
       {"VFO", Always("0"), Into(to_.rig.vfo), From(to_.rig.vfo)},
   };
 }

@@ -9,15 +9,14 @@
 #include <vector>
 
 #include "audio/capture.h"
-#include "audio/display_options.h"
-#include "dialogs/display_colours.h"
+#include "display/main_display.h"
 #include "form/main_form.h"
 #include "platform/installation.h"
 #include "platform/platform_helpers.h"
 #include "ports/omnirig.h"
 #include "ports/settings_store.h"
-#include "rig/ptt_guard.h"
 #include "rig/rig_state.h"
+#include "rig/transmit_guard.h"
 #include "shell/window_layout.h"
 
 namespace velt {
@@ -34,20 +33,24 @@ struct CarriedSettings {
 
 class Settings {
  public:
-  struct Targets {
+  struct Parts {
     Main& form;
     PlatformHelpers& platform;
     const Installation& installation;
-    DisplayOptions& display;
-    DisplayColours& colours;
+    MainDisplay& display;
     Capture& capture;
     WindowLayout& layout;
     RigState& rig;
-    IOmniRigX& server;
-    PttGuard& guard;
+    TransmitGuard& guard;
     CarriedSettings& carried;
   };
-  Settings(SettingsStore& store, Targets targets);
+  struct Ports {
+    SettingsStore& store;
+    IOmniRigX& server;
+  };
+  // `addressesOfThisRun` are those of the rigs' servers that hold for this run, whatever is stored;
+  // empty: as stored.
+  Settings(const Parts& parts, const Ports& ports, std::array<std::string, 2> addressesOfThisRun);
 
   // Reads every key in the stated order and applies it at once. Requires the engine-present flag.
   void LoadRegistryStuff();
@@ -59,11 +62,8 @@ class Settings {
   // The addresses of the rigs' servers were changed by the user, so they are the ones to save.
   void KeepRigAddresses();
 
-  // Addresses of the rigs' servers that hold for this run, whatever is stored; empty: as stored.
-  std::array<std::string, 2> addressesOfThisRun;
-
   // Deletes all settings, the backup too.
-  int Reset() { return store_.DeleteAll(); }
+  int Reset() { return ports_.store.DeleteAll(); }
 
  private:
   struct Row {
@@ -81,9 +81,11 @@ class Settings {
   std::vector<Row> ProgramRows();
   const Row& Find(std::string_view key) const;
 
-  SettingsStore& store_;
-  Targets to_;
+  Parts to_;
+  Ports ports_;
+  std::array<std::string, 2> addressesOfThisRun_;
   std::vector<Row> rows_;
+  Connections connections_;
 };
 
 }  // namespace velt

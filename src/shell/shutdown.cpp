@@ -4,9 +4,9 @@
 
 namespace velt {
 
-Shutdown::Shutdown(Parts parts) : p_(parts) {
-  connections_ += p_.form.QuitTimer.ticked.Listen([this] { QuitTimer_Timer(); });
-  connections_ += p_.form.mnucloseme.clicked.Listen([this] { mnucloseme_Click(); });
+Shutdown::Shutdown(const Parts& parts, const Ports& ports) : parts_(parts), ports_(ports) {
+  connections_ += parts_.form.QuitTimer.ticked.Listen([this] { QuitTimer_Timer(); });
+  connections_ += parts_.form.mnucloseme.clicked.Listen([this] { mnucloseme_Click(); });
 }
 
 void Shutdown::Form_Unload(bool& cancel) {
@@ -15,12 +15,13 @@ void Shutdown::Form_Unload(bool& cancel) {
     return;
   }
   unloading_ = true;
-  p_.guard.ReleaseNow();
-  p_.prompts.DropAll();
-  if (steps.closeDialogs) steps.closeDialogs();
-  if (steps.restoreRigFrequency && steps.restoreRigFrequency()) {
+  parts_.rig.guard.ReleaseNow();
+  ports_.prompts.DropAll();
+  parts_.rig.dialog.Close();
+  if (parts_.rig.control.RestoreNow()) {
+    // The write needs a moment to reach the rig.
     cancel = true;
-    restored_ = p_.scheduler.After(kRestoreTime, [this] {
+    restored_ = ports_.scheduler.After(kRestoreTime, [this] {
       bool later = false;
       Unload(later);
     });
@@ -30,42 +31,42 @@ void Shutdown::Form_Unload(bool& cancel) {
 }
 
 void Shutdown::Unload(bool& cancel) {
-  p_.settings.SaveRegistryStuff();
-  if (steps.StopOmniRig) steps.StopOmniRig();
-  if (steps.SaveExpandedPresets) steps.SaveExpandedPresets();
-  if (p_.form.mnuautos[1].checked && steps.mnuclosezoka_Click) steps.mnuclosezoka_Click();
-  const bool frequencyShown = ShownFrequencyHz(p_.form.lblFrequency).value_or(0) > 0;
-  if (frequencyShown && steps.WriteStatusRX) steps.WriteStatusRX();
-  const std::string& shown = p_.form.lblFrequency.caption;
-  if (shown == "RigOffLine" || shown == "N/A") {
-    p_.form.lblTRXMode.caption = "OFF";
-    if (steps.writeOffStatus) steps.writeOffStatus();
+  Main& form = parts_.form;
+  parts_.settings.SaveRegistryStuff();
+  parts_.rig.link.StopOmniRig();
+  if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
+  if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {
+    lastFrequency.Raise(parts_.rig.state.RealRigFrequency);
   }
-  if (steps.closeSerialPort) steps.closeSerialPort();
+  const std::string& shown = form.lblFrequency.caption;
+  if (shown == "RigOffLine" || shown == "N/A") {
+    form.lblTRXMode.caption = "OFF";
+    rigOff.Raise();
+  }
   quitting_ = true;
-  p_.layout.quitting = true;
-  if (p_.capture.DeviceOpen()) {
-    p_.capture.StopCapture();
+  parts_.layout.quitting = true;
+  if (parts_.capture.DeviceOpen()) {
+    parts_.capture.StopCapture();
     cancel = true;
-    p_.form.QuitTimer.enabled = true;
+    form.QuitTimer.enabled = true;
     return;
   }
   End();
 }
 
 void Shutdown::QuitTimer_Timer() {
-  p_.form.QuitTimer.enabled = false;
-  if (p_.capture.DeviceOpen()) p_.capture.StopCapture();
+  parts_.form.QuitTimer.enabled = false;
+  if (parts_.capture.DeviceOpen()) parts_.capture.StopCapture();
   End();
 }
 
 void Shutdown::mnucloseme_Click() {
-  p_.guard.ReleaseNow();
-  p_.prompts.DropAll();
+  parts_.rig.guard.ReleaseNow();
+  ports_.prompts.DropAll();
   unloading_ = true;
   quitting_ = true;
   // The menu that this was chosen from would let capture go on.
-  p_.form.StartButton.enabled = false;
+  parts_.form.StartButton.enabled = false;
   End();
 }
 
@@ -73,9 +74,7 @@ void Shutdown::End() {
   if (ended_) return;
   ended_ = true;
   // Frames below still unwind, so the loop is asked in its next turn.
-  p_.scheduler.Post([this] {
-    if (endProgram) endProgram();
-  });
+  ports_.scheduler.Post([this] { ended.Raise(); });
 }
 
 }  // namespace velt

@@ -1,30 +1,17 @@
 // The sequence that runs when the main window is closed, and the immediate end.
 #pragma once
 
-#include <functional>
+#include <cstdint>
 
 #include "audio/capture.h"
 #include "form/main_form.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
-#include "rig/ptt_guard.h"
+#include "rig/rig.h"
 #include "shell/settings.h"
 #include "shell/window_layout.h"
 
 namespace velt {
-
-// Steps that other parts of the program fill; one that is not set does nothing.
-struct ShutdownSteps {
-  std::function<void()> closeDialogs;
-  // Undoes a shift made for transmitting; true when there was one, which needs time to leave.
-  std::function<bool()> restoreRigFrequency;
-  std::function<void()> StopOmniRig;
-  std::function<void()> SaveExpandedPresets;
-  std::function<void()> mnuclosezoka_Click;
-  std::function<void()> WriteStatusRX;   // with the rig's own frequency
-  std::function<void()> writeOffStatus;  // with the state "OFF"
-  std::function<void()> closeSerialPort;
-};
 
 class Shutdown {
  public:
@@ -33,15 +20,19 @@ class Shutdown {
     Capture& capture;
     Settings& settings;
     WindowLayout& layout;
-    PttGuard& guard;
+    Rig& rig;
+  };
+  struct Ports {
     Prompts& prompts;
     Scheduler& scheduler;
   };
-  explicit Shutdown(Parts parts);
+  Shutdown(const Parts& parts, const Ports& ports);
 
-  ShutdownSteps steps;
-  // Asks the loop to end; called once.
-  std::function<void()> endProgram;
+  // The engine is told the rig's last frequency in Hz, or that the rig is off.
+  Event<int32_t> lastFrequency;
+  Event<> rigOff;
+  // The loop is to end; once.
+  Event<> ended;
 
   // The window is being closed, or the desktop's session ends. Sets `cancel` when the window stays
   // for one more tick. A second call while shutting down does nothing but cancel.
@@ -60,7 +51,8 @@ class Shutdown {
   void End();
 
   static constexpr Milliseconds kRestoreTime{200};
-  Parts p_;
+  Parts parts_;
+  Ports ports_;
   bool unloading_ = false;
   bool quitting_ = false;
   bool ended_ = false;

@@ -1,9 +1,8 @@
 #include "shell/startup.h"
 
-#include <cstring>
-
 #include "rig/shown_frequency.h"
-#include "text/formats.h"
+#include "text/error_text.h"
+#include "text/paths.h"
 
 namespace velt {
 namespace {
@@ -14,92 +13,66 @@ constexpr const char* kOmniRigFolder = "c:\\program files\\afreet\\omnirig";
 
 }  // namespace
 
-bool AsksForReset(std::span<const std::string> arguments) {
-  for (const std::string& argument : arguments) {
-    const std::string lowered = Lowered(argument);
-    // The word has to begin in it: "preset" is another one.
-    for (size_t at = lowered.find("reset"); at != std::string::npos;
-         at = lowered.find("reset", at + 1)) {
-      if (at == 0 || lowered[at - 1] < 'a' || lowered[at - 1] > 'z') return true;
-    }
-  }
-  return false;
-}
+Startup::Startup(const Parts& parts, const Ports& ports) : parts_(parts), ports_(ports) {}
 
-Startup::Startup(Parts parts) : p_(parts) {}
-
-Startup::Result Startup::Run(const RunOptions& options) {
-  if (options.resetSettings) {
-    if (const int error = p_.settings.Reset()) {
-      p_.log.Write(LogLevel::Error, "velt.settings",
-                   std::string("The settings could not be deleted: ") + std::strerror(error));
+Startup::Result Startup::Run() {
+  if (parts_.setup.resetSettings) {
+    if (const int error = parts_.settings.Reset()) {
+      ports_.log.Write(LogLevel::Error, "velt.settings",
+                       "The settings could not be deleted: " + ErrorText(error));
     }
     return Result::SettingsReset;
   }
-  if (!options.exemptFromSingleInstance && !p_.lock.TryHold()) return Result::AnotherInstance;
-  Form_Load(options);
-  ApplySavedSize();
+  if (!parts_.setup.exemptFromSingleInstance && !ports_.lock.TryHold()) {
+    return Result::AnotherInstance;
+  }
+  Form_Load();
+  parts_.layout.ApplySavedSize();
   return Result::Running;
 }
 
-void Startup::Form_Load(const RunOptions& options) {
-  Installation& installation = p_.installation;
-  if (options.dataFolder.empty()) {
-    const std::string home = p_.platform.GetSpecialFolder(kProfileFolder);
-    installation.dataFolder = std::filesystem::path(home) / "VELT";
-  } else {
-    installation.dataFolder = options.dataFolder;
+void Startup::Form_Load() {
+  Installation& installation = parts_.installation;
+  installation.dataFolder = parts_.setup.dataFolder;
+  if (installation.dataFolder.empty()) {
+    installation.dataFolder = TextPath(parts_.platform.GetSpecialFolder(kProfileFolder)) / "VELT";
   }
-  p_.platform.GetWindowsVersion();
-  installation.DetectEngine(p_.files);
-  if (installation.enginePresent) {
-    p_.form.Window.caption =
-        p_.form.Window.caption.Get() + " - Engine " + installation.engineVersionText;
-  }
-  baseCaption_ = p_.form.Window.caption;
+  parts_.platform.GetWindowsVersion();
+  installation.DetectEngine(ports_.files);
+  std::string caption = parts_.form.Window.caption;
+  if (installation.enginePresent) caption += " - Engine " + installation.engineVersionText;
+  parts_.reporter.SetBaseCaption(caption);
 
-  p_.settings.LoadRegistryStuff();
-  if (IsVersionBelow3(p_.carried.version)) p_.colours.menu = kSystemButtonFace;
+  parts_.settings.LoadRegistryStuff();
+  if (IsVersionBelow3(parts_.carried.version)) parts_.display.colours.menu = kSystemButtonFace;
 
   const std::string registered =
-      p_.platform.GetRegistryString(RegistryRoot::ClassesRoot, kOmniRigKey, "");
-  installation.omniRigFolder = registered.size() < 3 ? kOmniRigFolder : registered;
+      parts_.platform.GetRegistryString(RegistryRoot::ClassesRoot, kOmniRigKey, "");
+  installation.omniRigFolder = TextPath(registered.size() < 3 ? kOmniRigFolder : registered);
   MakeFolders();
 
-  p_.display.InitWaterColor();
-  p_.display.Slider_Change();
-  if (steps.loadPresets) steps.loadPresets();
-  p_.layout.Form_Resize();
+  parts_.display.options.InitWaterColor();
+  parts_.display.options.Slider_Change();
+  parts_.layout.Form_Resize();
   PrepareEngine();
 
-  next_ = p_.scheduler.After(Milliseconds(0), [this, options] { StartAnalyserIfWanted(options); });
+  next_ = ports_.scheduler.After(Milliseconds(0), [this] { StartAnalyserIfWanted(); });
 }
 
 void Startup::MakeFolders() {
   for (const char* folder : {"", "WAV", "BMP"}) {
-    const auto path = p_.installation.dataFolder / folder;
-    if (p_.files.IsFolder(path)) continue;
-    if (const int error = p_.files.MakeFolder(path)) {
-      p_.log.Write(LogLevel::Warning, "velt.settings",
-                   "The data folder " + p_.installation.dataFolder.string() +
-                       " could not be made: " + std::strerror(error));
-      return;
+    const auto path = parts_.installation.dataFolder / folder;
+    if (ports_.files.IsFolder(path)) continue;
+    if (const int error = ports_.files.MakeFolder(path)) {
+      ports_.log.Write(LogLevel::Warning, "velt.settings",
+                       "The folder " + PathText(path) + " could not be made: " + ErrorText(error));
     }
   }
 }
 
-void Startup::ApplySavedSize() {
-  if (sizeApplied_) return;
-  sizeApplied_ = true;
-  if (!p_.form.mnusettings[3].checked) return;
-  const SavedWindowSize saved = p_.layout.saved;
-  if (saved.widthTwips != WindowLimits::kMaxWidth) p_.form.Window.widthTwips = saved.widthTwips;
-  if (saved.heightTwips != WindowLimits::kMaxHeight) p_.form.Window.heightTwips = saved.heightTwips;
-}
-
 void Startup::PrepareEngine() {
-  Main& form = p_.form;
-  if (!p_.installation.enginePresent) {
+  Main& form = parts_.form;
+  if (!parts_.installation.enginePresent) {
     form.mnuautos[0].enabled = false;
     form.mnuautos[1].enabled = false;
     form.mnurunzoka.enabled = false;
@@ -108,50 +81,38 @@ void Startup::PrepareEngine() {
     return;
   }
   if (form.mnuautos[1].checked) form.tmrCheckZOKA.enabled = true;
-  if (form.mnuautos[0].checked && steps.mnurunzoka_Click) steps.mnurunzoka_Click();
+  if (form.mnuautos[0].checked) form.mnurunzoka.Click();
 }
 
-void Startup::StartAnalyserIfWanted(const RunOptions& options) {
-  if (steps.ReadRS232) steps.ReadRS232();
-  if (p_.form.mnuautos[2].checked || options.startAnalyser) {
-    p_.capture.ShowRunning();
-    p_.form.imgRecOnOff.enabled = true;
-    if (p_.form.imgRecOnOff.tag.Get().empty()) p_.form.imgRecOnOff.tag = "Rec";
-    p_.capture.StartButton_Click();
+void Startup::StartAnalyserIfWanted() {
+  if (parts_.form.mnuautos[2].checked || parts_.setup.startAnalyser) {
+    parts_.capture.ShowRunning();
+    parts_.form.imgRecOnOff.enabled = true;
+    parts_.capture.StartButton_Click();
   }
-  next_ = p_.scheduler.After(Milliseconds(0), [this] { LinkRig(); });
+  next_ = ports_.scheduler.After(Milliseconds(0), [this] { LinkRig(); });
 }
 
 void Startup::LinkRig() {
-  p_.display.DomFreq();
-  if (!IsVersionBelow3(p_.carried.version)) ShowExpander();
-  if (!steps.StartOmniRig) {
-    RigIsOffLine();
-    return;
+  parts_.display.options.DomFreq();
+  if (!IsVersionBelow3(parts_.carried.version)) ShowExpander();
+  parts_.link.StartOmniRig([this](bool online) { RigAnswered(online); });
+}
+
+// Once when the server answers, however late, and before that once if it does not at the start.
+void Startup::RigAnswered(bool online) {
+  if (online) {
+    parts_.form.tmrStatus.ticked.Raise();
+    parts_.rigDisplay.ShowRigParams();
+    ShowExpander();
   }
-  steps.StartOmniRig([this] { RigIsOnline(); }, [this] { RigIsOffLine(); });
-}
-
-void Startup::RigIsOnline() {
-  rigOnline_ = true;
-  if (steps.tmrStatus_Timer) steps.tmrStatus_Timer();
-  if (steps.ShowRigParams) steps.ShowRigParams();
-  ShowRigInCaption();
-  ShowExpander();
-}
-
-void Startup::ShowRigInCaption() {
-  if (!rigOnline_) return;
-  p_.form.Window.caption = baseCaption_ + " - Rig " + (steps.rigType ? steps.rigType() : "");
+  // A server that is up with a rig that is off counts as off line too.
+  const std::string& shown = parts_.form.lblFrequency.caption;
+  if (!online || shown == "N/A" || IsRigOffLine(parts_.form.lblFrequency)) rigOffLine.Raise();
 }
 
 void Startup::ShowExpander() {
-  p_.form.chkExpand.value = p_.carried.expander != 0 ? 1 : 0;
-}
-
-void Startup::RigIsOffLine() {
-  if (steps.writeOffLineStatus) steps.writeOffLineStatus();
-  if (steps.offerFrequencyCounter) steps.offerFrequencyCounter();
+  parts_.form.chkExpand.value = parts_.carried.expander != 0 ? 1 : 0;
 }
 
 }  // namespace velt

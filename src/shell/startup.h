@@ -1,13 +1,8 @@
 // The sequence that runs when the main window is created.
 #pragma once
 
-#include <functional>
-#include <span>
-#include <string>
-
 #include "audio/capture.h"
-#include "audio/display_options.h"
-#include "dialogs/display_colours.h"
+#include "display/main_display.h"
 #include "form/main_form.h"
 #include "platform/installation.h"
 #include "platform/platform_helpers.h"
@@ -15,34 +10,14 @@
 #include "ports/instance_lock.h"
 #include "ports/log.h"
 #include "ports/scheduler.h"
+#include "rig/omnirig_link.h"
+#include "rig/rig_display.h"
+#include "shell/rig_reporter.h"
+#include "shell/run_setup.h"
 #include "shell/settings.h"
 #include "shell/window_layout.h"
 
 namespace velt {
-
-// Steps that other parts of the program fill; one that is not set does nothing.
-struct StartupSteps {
-  std::function<void()> loadPresets;
-  std::function<void()> mnurunzoka_Click;
-  std::function<void()> ReadRS232;
-  // Opens the rig's link; `online` runs whenever it stands, however late, `offLine` when it could
-  // not be started.
-  std::function<void(std::function<void()> online, std::function<void()> offLine)> StartOmniRig;
-  std::function<void()> tmrStatus_Timer;
-  std::function<void()> ShowRigParams;
-  std::function<std::string()> rigType;
-  std::function<void()> writeOffLineStatus;
-  // The frequency comes from the counter while the rig is off line.
-  std::function<void()> offerFrequencyCounter;
-};
-
-// What the command line says about this run.
-struct RunOptions {
-  bool resetSettings = false;
-  bool exemptFromSingleInstance = false;
-  bool startAnalyser = false;
-  std::string dataFolder;  // empty: below the home folder
-};
 
 class Startup {
  public:
@@ -53,50 +28,46 @@ class Startup {
   };
   struct Parts {
     Main& form;
+    const RunSetup& setup;
     Installation& installation;
     PlatformHelpers& platform;
+    Settings& settings;
+    CarriedSettings& carried;
+    MainDisplay& display;
+    Capture& capture;
+    WindowLayout& layout;
+    OmniRigLink& link;
+    RigDisplay& rigDisplay;
+    RigReporter& reporter;
+  };
+  struct Ports {
     Files& files;
     InstanceLock& lock;
     Scheduler& scheduler;
     Log& log;
-    Settings& settings;
-    CarriedSettings& carried;
-    DisplayOptions& display;
-    DisplayColours& colours;
-    Capture& capture;
-    WindowLayout& layout;
   };
-  explicit Startup(Parts parts);
+  Startup(const Parts& parts, const Ports& ports);
 
-  StartupSteps steps;
+  // The rig is off line at the end of the sequence: the engine is told, and the counter may take
+  // the rig's place.
+  Event<> rigOffLine;
 
   // Checks for the reset, loads everything and lays the window out; what follows a yield runs in
   // later turns of the loop.
-  Result Run(const RunOptions& options);
-
-  // Puts the rig's type into the caption, once the rig was on line.
-  void ShowRigInCaption();
+  Result Run();
 
  private:
-  void Form_Load(const RunOptions& options);
-  void ApplySavedSize();
+  void Form_Load();
   void MakeFolders();
   void PrepareEngine();
-  void StartAnalyserIfWanted(const RunOptions& options);
+  void StartAnalyserIfWanted();
   void LinkRig();
-  void RigIsOnline();
+  void RigAnswered(bool online);
   void ShowExpander();
-  void RigIsOffLine();
 
-  Parts p_;
-  std::string baseCaption_;
-  bool rigOnline_ = false;
-  bool sizeApplied_ = false;
+  Parts parts_;
+  Ports ports_;
   Scheduler::Handle next_;
 };
-
-// True when one of the program's own arguments holds the word, in any case. `arguments` are those
-// that are neither known options nor their values, without the program's name.
-bool AsksForReset(std::span<const std::string> arguments);
 
 }  // namespace velt

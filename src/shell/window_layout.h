@@ -1,11 +1,11 @@
-// Lays out the main window: size limits, border rule, places, scale labels, grid and marker lines.
+// Lays out the main window: its size limits and the places of its controls.
 #pragma once
 
-#include <functional>
-#include <string>
+#include <vector>
 
-#include "audio/display_options.h"
+#include "display/main_display.h"
 #include "form/main_form.h"
+#include "shell/window_places.h"
 
 namespace velt {
 
@@ -24,15 +24,13 @@ struct SavedWindowSize {
 
 class WindowLayout {
  public:
-  WindowLayout(Main& form, const DisplayOptions& options);
+  WindowLayout(Main& form, MainDisplay& display);
 
-  // Called by every change of the window's size and after changes of what it shows.
+  // Called by every change of the window's size and of its border.
   void Form_Resize();
 
-  void mnusettings_Click(int32_t index);
-
-  // Sizeable border while the screen size is remembered, else a fixed one.
-  void ApplyBorderRule();
+  // Gives the window its saved size, if it is remembered; once in a run.
+  void ApplySavedSize();
 
   // Exists under this name and does nothing.
   void SetTheLabels() {}
@@ -40,24 +38,14 @@ class WindowLayout {
   SavedWindowSize saved;
   bool quitting = false;
 
-  // The display has a new size: drawing buffers follow.
-  std::function<void(int32_t width, int32_t height)> resizeDisplay;
-  // Redraws colours, grid and lines.
-  std::function<void()> opmaak;
-  // The spectrum style follows the settings menu.
-  std::function<void(bool bars, bool oscilloscope)> setStyle;
-
  private:
   bool CorrectSize();
-  void PlaceScaleLabels();
-  void PlaceLines();
 
   Main& form_;
-  const DisplayOptions& options_;
+  MainDisplay& display_;
+  std::vector<PlaceRule> rules_;
+  bool savedSizeApplied_ = false;
   Connections connections_;
 };
-
-// The caption of scale label i for a mode.
-std::string ScaleLabelText(int32_t i, int32_t zokaMode, bool absolute);
 
 }  // namespace velt

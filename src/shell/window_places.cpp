@@ -12,70 +12,106 @@ constexpr int kScales = 13;
 constexpr int kBottomRow = 16;
 constexpr int kSlider = 16;
 constexpr int kMeter = 14;
+constexpr int kModeSource = 64;
+constexpr int kSmallButton = 26;
+constexpr int kCompactPeak = 82;
+constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
 constexpr int kRoomyWidth = 540;
-
-// Hands out places from left to right.
-class Row {
- public:
-  Row(int left, int top, int height) : left_(left), top_(top), height_(height) {}
-  Rectangle Take(int width) {
-    const Rectangle place{left_, top_, width, height_};
-    left_ += width + kGap;
-    return place;
-  }
-  void Skip(int width) { left_ += width; }
-
- private:
-  int left_;
-  int top_;
-  int height_;
-};
+constexpr int kDisplayTop = kMargin + kTopRow + kGap;
 
 }  // namespace
 
-WindowPlaces ArrangeWindow(int widthPx, int heightPx) {
-  const int width = std::max(widthPx, 333);
-  const int height = std::max(heightPx, 100);
-  WindowPlaces p;
-  p.compactButtons = width < kRoomyWidth;
+WindowGrid::WindowGrid(int widthPx, int heightPx)
+    : width_(std::max(widthPx, 333)),
+      height_(std::max(heightPx, 100)),
+      compact_(width_ < kRoomyWidth),
+      next_(kMargin) {}
 
-  Row row(kMargin, kMargin, kTopRow);
-  p.options = row.Take(p.compactButtons ? 38 : 60);
-  p.file = row.Take(p.compactButtons ? 26 : 40);
-  p.cat = row.Take(p.compactButtons ? 26 : 40);
-  p.startStop = row.Take(26);
-  p.frequency = row.Take(p.compactButtons ? 106 : 126);
-  p.mode = row.Take(p.compactButtons ? 34 : 38);
-  p.trx = row.Take(26);
-  const int right = width - kMargin;
-  p.waterfall = {right - 26, kMargin, 26, kTopRow};
-  const int bottom = height - kMargin - kBottomRow;
-  if (p.compactButtons) {
-    p.peak = {right - 82, bottom, 82, kBottomRow};
-  } else {
-    p.transmit = row.Take(28);
-    p.receive = row.Take(28);
-    row.Skip(kGap);
-    p.peak = row.Take(0);
-    p.peak.width = p.waterfall.left - kGap - p.peak.left;
-  }
+Rectangle WindowGrid::Take(int roomyWidth, int compactWidth) {
+  const int width = compact_ ? compactWidth : roomyWidth;
+  if (width == 0) return {};
+  const Rectangle place{next_, kMargin, width, kTopRow};
+  next_ += width + kGap;
+  return place;
+}
 
-  const int top = kMargin + kTopRow + kGap;
-  const int displayHeight = bottom - 1 - kScales - top;
-  p.slider = {kMargin, top, kSlider, displayHeight};
-  p.meter = {right - kMeter, top, kMeter, displayHeight};
-  p.slider2 = {p.meter.left - kGap - kSlider, top, kSlider, displayHeight};
-  p.scope = {kMargin + kSlider + kGap, top, 0, displayHeight};
-  p.scope.width = p.slider2.left - kGap - p.scope.left;
-  p.scales = {p.scope.left, top + displayHeight, p.scope.width, kScales};
+Rectangle WindowGrid::TakeRest(int keptAtTheEnd) {
+  const int left = next_ + kGap;
+  return {left, kMargin, width_ - kMargin - keptAtTheEnd - kGap - left, kTopRow};
+}
 
-  p.modeSource = {kMargin, bottom, 64, kBottomRow};
-  const int messageRight = p.compactButtons ? p.peak.left - kGap : right;
-  const int messageLeft = p.modeSource.left + p.modeSource.width + kGap;
-  p.message = {messageLeft, bottom, messageRight - messageLeft, kBottomRow};
-  p.notice = {p.scope.left, p.scope.top, p.scope.width, 18};
-  return p;
+Rectangle WindowGrid::EndOfFirstRow(int width) const {
+  return {width_ - kMargin - width, kMargin, width, kTopRow};
+}
+
+Rectangle WindowGrid::DisplayLeft(int width) const {
+  return {kMargin, kDisplayTop, width, Scope().height};
+}
+
+Rectangle WindowGrid::DisplayRight(int offset, int width) const {
+  return {width_ - kMargin - offset - width, kDisplayTop, width, Scope().height};
+}
+
+Rectangle WindowGrid::Scope() const {
+  const int left = kMargin + kSlider + kGap;
+  const int right = width_ - kMargin - kMeter - kGap - kSlider - kGap;
+  const int bottom = height_ - kMargin - kBottomRow - 1 - kScales;
+  return {left, kDisplayTop, right - left, bottom - kDisplayTop};
+}
+
+Rectangle WindowGrid::Scales() const {
+  const Rectangle scope = Scope();
+  return {scope.left, scope.top + scope.height, scope.width, kScales};
+}
+
+Rectangle WindowGrid::Bottom(int left, int rightOffset) const {
+  const int from = kMargin + left;
+  return {from, height_ - kMargin - kBottomRow, width_ - kMargin - rightOffset - from, kBottomRow};
+}
+
+Rectangle WindowGrid::BottomRight(int width) const {
+  return {width_ - kMargin - width, height_ - kMargin - kBottomRow, width, kBottomRow};
+}
+
+std::vector<PlaceRule> PlaceRules(Main& form) {
+  using Grid = WindowGrid;
+  return {
+      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 38); }},
+      {&form.Image2, [](Grid& g) { return g.Take(40, 26); }},
+      {&form.Image3, [](Grid& g) { return g.Take(40, 26); }},
+      {&form.imgStartStop, [](Grid& g) { return g.Take(26, 26); }},
+      {&form.lblFrequency, [](Grid& g) { return g.Take(126, 106); }},
+      {&form.lblMode, [](Grid& g) { return g.Take(38, 34); }},
+      {&form.lblTRXMode, [](Grid& g) { return g.Take(26, 26); }},
+      {&form.optTXRX[0], [](Grid& g) { return g.Take(28, 0); }},
+      {&form.optTXRX[1], [](Grid& g) { return g.Take(28, 0); }},
+      {&form.lblFreqDetect,
+       [](Grid& g) {
+         return g.Compact() ? g.BottomRight(kCompactPeak) : g.TakeRest(kSmallButton);
+       }},
+      {&form.chkSpecMode, [](Grid& g) { return g.EndOfFirstRow(kSmallButton); }},
+      {&form.Slider, [](Grid& g) { return g.DisplayLeft(kSlider); }},
+      {&form.Scope, [](Grid& g) { return g.Scope(); }},
+      {&form.picScales, [](Grid& g) { return g.Scales(); }},
+      {&form.Slider2, [](Grid& g) { return g.DisplayRight(kMeter + kGap, kSlider); }},
+      {&form.Smeter, [](Grid& g) { return g.DisplayRight(0, kMeter); }},
+      {&form.Label3,
+       [](Grid& g) {
+         Rectangle place = g.Bottom(0, 0);
+         place.width = kModeSource;
+         return place;
+       }},
+      {&form.lblMessage,
+       [](Grid& g) { return g.Bottom(kModeSource + kGap, g.Compact() ? kCompactPeak + kGap : 0); }},
+      // Lies over the top of the display.
+      {&form.lblNotice,
+       [](Grid& g) {
+         Rectangle place = g.Scope();
+         place.height = kNotice;
+         return place;
+       }},
+  };
 }
 
 }  // namespace velt

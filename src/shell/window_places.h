@@ -1,21 +1,50 @@
-// Where everything stands in the window: a pure function of its size.
+// Where everything stands in the window: one table, a rule for each control.
 #pragma once
 
-#include "form/control.h"
+#include <vector>
+
+#include "form/main_form.h"
 
 namespace velt {
 
-struct WindowPlaces {
-  // Row 1. A place without width means that there is no room for the control at this size.
-  Rectangle options, file, cat, startStop, frequency, mode, trx, transmit, receive, peak, waterfall;
-  // The display between its sliders and the meter.
-  Rectangle slider, scope, scales, slider2, meter;
-  // The last row, and the notice that lies over the top of the display.
-  Rectangle modeSource, message, notice;
-  bool compactButtons = false;  // the menu buttons show a symbol instead of their text
+// The window's rows and columns at one size of its content, in logical pixels; sizes below 333 x
+// 100 are laid out as 333 x 100. The first row is handed out from left to right.
+class WindowGrid {
+ public:
+  WindowGrid(int widthPx, int heightPx);
+
+  // Narrow windows have no room for the texts of the first row's buttons, nor for all its controls.
+  bool Compact() const { return compact_; }
+
+  // The next place of the first row. A width of 0 leaves the control out.
+  Rectangle Take(int roomyWidth, int compactWidth);
+  // What is left of the first row up to a place that ends it.
+  Rectangle TakeRest(int keptAtTheEnd);
+  Rectangle EndOfFirstRow(int width) const;
+
+  // The display's row: from the left or the right edge, and what lies between them.
+  Rectangle DisplayLeft(int width) const;
+  Rectangle DisplayRight(int offset, int width) const;
+  Rectangle Scope() const;
+  Rectangle Scales() const;
+
+  // The last row, from `left` to `rightOffset` before its end.
+  Rectangle Bottom(int left, int rightOffset) const;
+  Rectangle BottomRight(int width) const;
+
+ private:
+  int width_;
+  int height_;
+  bool compact_;
+  int next_;
 };
 
-// For a content of that size in logical pixels; sizes below 333 x 100 are laid out as 333 x 100.
-WindowPlaces ArrangeWindow(int widthPx, int heightPx);
+struct PlaceRule {
+  Control* control;
+  Rectangle (*place)(WindowGrid& grid);
+};
+
+// In the order in which their places are handed out.
+std::vector<PlaceRule> PlaceRules(Main& form);
 
 }  // namespace velt

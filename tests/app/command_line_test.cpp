@@ -113,7 +113,7 @@ TEST_F(CommandLine, AnUnwritablePlaceForDataLosesNothing) {
   EXPECT_EQ(result.exitCode, 0) << result.said;
   EXPECT_EQ(ReadText(Path("occupied")), "mine");
   const std::string log = ReadText(Path("log"));
-  EXPECT_NE(log.find("data folder"), std::string::npos) << log;
+  EXPECT_NE(log.find("could not be made"), std::string::npos) << log;
 }
 
 TEST_F(CommandLine, AHeadlessRunSavesItsSettings) {
@@ -124,6 +124,12 @@ TEST_F(CommandLine, AHeadlessRunSavesItsSettings) {
             std::string::npos);
   EXPECT_EQ(ReadText(Path("window.png")).substr(1, 3), "PNG");
   EXPECT_EQ(Call({"--headless", "--seconds", "1", "--screenshot", "/nowhere/x.png"}).exitCode, 1);
+}
+
+TEST_F(CommandLine, TheGuardianDoesNothingAlone) {
+  const Result result = Call({"--guardian"});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(std::count(result.said.begin(), result.said.end(), '\n'), 1) << result.said;
 }
 
 }  // namespace

@@ -2,23 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-
 namespace velt {
 namespace {
 
 using Kind = Options::Run;
 
-Options Parse(const QStringList& arguments) {
-  static int count = 1;
-  static char name[] = "velt-sa";
-  static char* values[] = {name, nullptr};
-  static const QCoreApplication application(count, values);
-  return ParseOptions(QStringList{"velt-sa"} + arguments, "3.0.0");
+Options Parse(const std::vector<std::string>& arguments) {
+  return ParseOptions(arguments, "3.0.0");
 }
 
 TEST(Options, ChooseTheKindOfRun) {
-  const std::vector<std::pair<QStringList, Kind>> cases{
+  const std::vector<std::pair<std::vector<std::string>, Kind>> cases{
       {{}, Kind::Window},
       {{"--demo"}, Kind::Window},
       {{"--help"}, Kind::Help},
@@ -29,9 +23,26 @@ TEST(Options, ChooseTheKindOfRun) {
       {{"/RESET"}, Kind::Reset},
       {{"-reset"}, Kind::Reset},
       {{"--reset", "--demo"}, Kind::Reset},
-      {{"--input", "reset.wav"}, Kind::Window},  // the value of a known option
+      {{"preset-Reset"}, Kind::Reset},
+      {{"--headless", "--reset"}, Kind::Reset},
+      {{"--reset", "--help"}, Kind::Help},
+      // No typing error deletes the settings.
+      {{"--input", "reset.wav"}, Kind::Window},
+      {{"--input=reset"}, Kind::Window},
+      {{"--input", "--reset"}, Kind::Invalid},
       {{"my-preset.wav"}, Kind::Invalid},
       {{"--import-presets"}, Kind::Invalid},
+      {{"/x/reset.wav"}, Kind::Invalid},
+      {{"./reset"}, Kind::Invalid},
+      {{"my-reset-notes.txt"}, Kind::Invalid},
+      {{"--preset=reset"}, Kind::Invalid},
+      {{"--inptu", "reset"}, Kind::Invalid},
+      {{"my", "reset", "notes"}, Kind::Invalid},
+      {{"--analyse", "a.wav", "reset"}, Kind::Invalid},
+      {{"reset", "--rig1", "x"}, Kind::Invalid},
+      // Qt's own.
+      {{"-session", "1_2", "-style", "Windows", "-reverse"}, Kind::Window},
+      {{"-style"}, Kind::Invalid},
       {{"--bogus"}, Kind::Invalid},
       {{"--headless"}, Kind::Invalid},
       {{"--seconds", "3"}, Kind::Invalid},
@@ -50,7 +61,7 @@ TEST(Options, ChooseTheKindOfRun) {
       {{"--rig2", "localhost:4600"}, Kind::Window},
   };
   for (const auto& [arguments, run] : cases) {
-    EXPECT_EQ(Parse(arguments).run, run) << arguments.join(' ').toStdString();
+    EXPECT_EQ(Parse(arguments).run, run) << (arguments.empty() ? "" : arguments[0]);
   }
 }
 
@@ -71,6 +82,8 @@ TEST(Options, CarryTheirValues) {
   EXPECT_FALSE(Parse({"--demo", "--data-folder", "/d"}).KeepsInMemory());
   EXPECT_FALSE(Parse({"--headless", "--seconds", "1"}).KeepsInMemory());
   EXPECT_EQ(Parse({"--rig1", "radio:4600"}).rigAddresses[0], "radio:4600");
+  const std::vector<std::string> forQt{"-platform", "xcb", "-style", "Windows"};
+  EXPECT_EQ(Parse({"--style=Windows", "--demo", "-platform", "xcb"}).qtArguments, forQt);
 }
 
 }  // namespace

@@ -25,14 +25,14 @@ struct RigWalk : testing::Test {
         seconds(5));
   }
   static bool ShowsFrequency(const WindowDriver& window, const std::string& text) {
-    return Shows(window, window.places.frequency, 21, text);
+    return Shows(window, window.form.lblFrequency.place, 21, text);
   }
   bool Has(const std::string& command, const std::string& answer) {
     return WaitUntil([&] { return rig.Ask(command) == answer; }, seconds(5));
   }
   // Presses the transmit button and waits until the rig transmits.
   bool Key(const WindowDriver& window) {
-    window.Click(window.places.transmit);
+    window.Click(window.form.optTXRX[0].place);
     return Has("t", "1");
   }
 };
@@ -43,7 +43,7 @@ TEST_F(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
   rig.Ask("F 7074000");
   EXPECT_TRUE(ShowsFrequency(*window, "7.074.00"));
 
-  window->Click(window->places.frequency);
+  window->Click(window->form.lblFrequency.place);
   window->Press({"Down", "Return"});
   ASSERT_TRUE(window->WaitForWindow("Set Rig Frequency"));
   window->Type("14250");
@@ -51,24 +51,24 @@ TEST_F(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
   EXPECT_TRUE(Has("f", "14250000"));
   EXPECT_TRUE(ShowsFrequency(*window, "14.250.00"));
 
-  window->Click(window->places.frequency);
+  window->Click(window->form.lblFrequency.place);
   window->Press({"Down", "Down", "Down", "Down", "Return"});
   EXPECT_TRUE(Has("f", "7000000"));
 
-  window->Click(window->places.startStop);
-  EXPECT_TRUE(Shows(*window, window->places.mode, 12, "FM"));
-  window->Click(window->places.mode);
+  window->Click(window->form.imgStartStop.place);
+  EXPECT_TRUE(Shows(*window, window->form.lblMode.place, 12, "FM"));
+  window->Click(window->form.lblMode.place);
   window->Press({"Down", "Return"});
   EXPECT_TRUE(Has("m", "LSB"));
-  EXPECT_TRUE(Shows(*window, window->places.mode, 12, "LSB"));
+  EXPECT_TRUE(Shows(*window, window->form.lblMode.place, 12, "LSB"));
 
   ASSERT_TRUE(Key(*window));
-  window->Click(window->places.receive);
+  window->Click(window->form.optTXRX[1].place);
   EXPECT_TRUE(Has("t", "0"));
 
   rig.Kill();
   // A lost link is shown by a paler frequency.
-  const Rectangle place = window->places.frequency;
+  const Rectangle place = window->form.lblFrequency.place;
   const auto darkest = [&] {
     const QImage label = window->Picture().copy(place.left, place.top, place.width, place.height);
     int least = 255;
@@ -85,11 +85,11 @@ TEST_F(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
 
 TEST_F(RigWalk, EveryKindOfEndReleasesTheTransmitter) {
   const std::vector<std::function<void(WindowDriver&)>> ends{
-      [](WindowDriver& window) { window.Program().Signal(SIGTERM); },
-      [](WindowDriver& window) { window.Program().Signal(SIGSEGV); },
+      [](WindowDriver& window) { window.Program().Signal(ProcessSignal::Terminate); },
+      [](WindowDriver& window) { window.Program().Signal(ProcessSignal::Crash); },
       [](WindowDriver& window) { window.Close(); },
       [](WindowDriver& window) {
-        window.Click(window.places.file);
+        window.Click(window.form.Image2.place);
         window.Press({"Up", "Return"});  // "Close VELT-SA " is the last item
       },
   };

@@ -16,13 +16,13 @@ constexpr int kToneHz = 6000;
 constexpr QRgb kBackground = qRgb(0x00, 0x17, 0x64);
 
 int ToneColumn(const WindowDriver& window) {
-  return window.places.scope.left + kToneHz * window.places.scope.width / 22115;
+  return window.form.Scope.place.Get().left + kToneHz * window.form.Scope.place.Get().width / 22115;
 }
 
 // Whether the spectrum reaches the middle of the display at the tone and not far from it.
 bool ShowsTone(const WindowDriver& window) {
   const QImage picture = window.Picture();
-  const Rectangle scope = window.places.scope;
+  const Rectangle scope = window.form.Scope.place;
   const int y = scope.top + scope.height / 2 + 3;
   bool bright = false;
   for (int x = ToneColumn(window) - 2; x <= ToneColumn(window) + 2; ++x) {
@@ -32,14 +32,14 @@ bool ShowsTone(const WindowDriver& window) {
 }
 
 bool ShowsNotice(const WindowDriver& window) {
-  const Rectangle notice = window.places.notice;
+  const Rectangle notice = window.form.lblNotice.place;
   return window.Picture().pixel(notice.left + 2, notice.top + 2) == qRgb(0xFF, 0xD4, 0x5E);
 }
 
 // The waterfall's newest rows are light at the tone and darker beside it.
 bool ShowsWaterfall(const WindowDriver& window) {
   const QImage picture = window.Picture();
-  const int y = window.places.scope.top + 1;
+  const int y = window.form.Scope.place.Get().top + 1;
   int light = 0;
   for (int x = ToneColumn(window) - 2; x <= ToneColumn(window) + 2; ++x) {
     light = std::max(light, qGray(picture.pixel(x, y)));
@@ -62,24 +62,24 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgain) {
   // Without a CAT server the program asks whether to configure it.
   ASSERT_TRUE(window.Dismiss("OmniRig not Configured for CAT"));
 
-  window.Click(window.places.startStop);
+  window.Click(window.form.imgStartStop.place);
   ASSERT_TRUE(WaitUntil([&] { return ShowsTone(window); }, seconds(10)));
   std::string peak;
   EXPECT_TRUE(WaitUntil(
       [&] {
-        peak = window.ReadLabel(window.places.peak, 12, Qt::AlignCenter, PeakTexts());
+        peak = window.ReadLabel(window.form.lblFreqDetect.place, 12, Qt::AlignCenter, PeakTexts());
         return !peak.empty();
       },
       seconds(5)));
   EXPECT_NEAR(std::atoi(peak.c_str()), kToneHz, 90) << peak;
 
-  window.Click(window.places.waterfall);
+  window.Click(window.form.chkSpecMode.place);
   EXPECT_TRUE(WaitUntil([&] { return ShowsWaterfall(window); }, seconds(5)));
-  window.Click(window.places.waterfall);
+  window.Click(window.form.chkSpecMode.place);
   EXPECT_TRUE(WaitUntil([&] { return ShowsTone(window); }, seconds(5)));
 
   // Choosing from a menu stops capture and lets it go on.
-  window.Click(window.places.options);
+  window.Click(window.form.cmdOptions.place);
   window.Press({"Up", "Up", "Escape"});
   EXPECT_TRUE(WaitUntil([&] { return ShowsTone(window); }, seconds(5)));
 
@@ -109,11 +109,11 @@ TEST(SoundWalk, SavedSettingsComeBackAndAResetForgetsThem) {
   {
     WindowDriver window({}, around.Environment());
     ASSERT_TRUE(window.Dismiss("OmniRig not Configured for CAT"));
-    const Rectangle scope = window.places.scope;
+    const Rectangle scope = window.form.Scope.place;
     const QPoint corner(scope.left + scope.width - 20, scope.top + 4);
     EXPECT_TRUE(
         WaitUntil([&] { return window.Picture().pixel(corner) == qRgb(255, 0, 0); }, seconds(5)));
-    window.Program().Signal(SIGTERM);
+    window.Program().Signal(ProcessSignal::Terminate);
     ASSERT_TRUE(window.Program().WaitForEnd(seconds(5)));
     EXPECT_EQ(window.Program().ExitCode(), 0);
   }
@@ -146,7 +146,7 @@ TEST(SoundWalk, TheDemonstrationNeedsNothingAroundIt) {
   const QImage image(ToQt(picture));
   ASSERT_EQ(image.size(), QSize(559, 164)) << said;
   EXPECT_FALSE(std::filesystem::exists(home.Path() / ".config"));
-  const Rectangle scope = ArrangeWindow(559, 164).scope;
+  const Rectangle scope = WindowGrid(559, 164).Scope();
   int blue = 0;
   for (int x = scope.left; x < scope.left + scope.width; ++x) {
     blue += qBlue(image.pixel(x, scope.top + scope.height - 12)) > 200 ? 1 : 0;

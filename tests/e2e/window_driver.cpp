@@ -118,7 +118,7 @@ std::string WindowDriver::ReadLabel(const Rectangle& place, int pixelSize, Qt::A
                                     const std::vector<std::string>& candidates) const {
   const QRect where(place.left, place.top, place.width, place.height);
   // A label under the mouse is tinted.
-  const Rectangle aside = places.modeSource;
+  const Rectangle aside = form.Label3.place;
   Tool({"mousemove", "--window", window_, std::to_string(aside.left + 2),
         std::to_string(aside.top + 2)});
   const QImage seen = Ink(Picture().copy(where));

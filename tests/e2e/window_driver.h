@@ -47,8 +47,14 @@ class WindowDriver {
   std::string ReadLabel(const Rectangle& place, int pixelSize, Qt::Alignment alignment,
                         const std::vector<std::string>& candidates) const;
 
-  // Where everything is in a window of the design size.
-  const WindowPlaces places = ArrangeWindow(559, 164);
+  // Where everything is in a window of the design size: the places of these controls.
+  struct DesignForm : Main {
+    DesignForm() {
+      WindowGrid grid(559, 164);
+      for (const PlaceRule& rule : PlaceRules(*this)) rule.control->place = rule.place(grid);
+    }
+  };
+  const DesignForm form;
 
  private:
   bool HasWindow(const std::string& title) const;

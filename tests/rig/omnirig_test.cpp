@@ -10,9 +10,9 @@ TEST_F(OmniRigLinkTest, OnlyVersionsInsideTheGateStart) {
   for (const auto& [version, accepted] :
        {std::pair{0x100, false}, {0x101, true}, {0x299, true}, {0x29A, false}}) {
     server.version = version;
-    rig.link.StartOmniRig();
+    rig.link.StartOmniRig({});
     EXPECT_FALSE(rig.current.Exists());  // the answer comes later
-    clock.RunPosted();
+    scheduler.RunPosted();
     EXPECT_EQ(rig.link.On(), accepted) << version;
     EXPECT_EQ(rig.current.Exists(), accepted) << version;
     rig.link.StopOmniRig();
@@ -21,34 +21,38 @@ TEST_F(OmniRigLinkTest, OnlyVersionsInsideTheGateStart) {
 }
 
 TEST_F(OmniRigDialogTest, AServerOutOfReachIsToldAndTriedOnUntilTheRigStarts) {
-  int started = 0;
-  rig.link.started = [&] { ++started; };
+  Texts answers;
   server.reachable = {false, false};
+  rig.link.StartOmniRig([&](bool online) { answers.push_back(online ? "on line" : "off line"); });
+  scheduler.RunPosted();
+  EXPECT_EQ(answers, Texts{"off line"});
+  rig.link.StopOmniRig();
   rig1.shown.rx = 7100000;
   form.Image3.Click();
   ASSERT_TRUE(dialogForm.Window.visible);
   dialogForm.cmdStartStop.Click();
   EXPECT_EQ(dialogForm.lblLink.caption.Get(), "Connecting");
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(prompts.told.at(0).text, "OmniRig is not installed or has a wrong version number");
-  EXPECT_TRUE(prompts.asked.empty());
   EXPECT_EQ(dialogForm.cmdStartStop.caption.Get(), "Stop");
   server.Return(2);  // not the one to start with
-  clock.RunPosted();
-  EXPECT_EQ(started, 0);
+  scheduler.RunPosted();
+  EXPECT_FALSE(rig.current.Exists());
   server.Return(1);
-  clock.RunPosted();
-  EXPECT_EQ(started, 1);
+  scheduler.RunPosted();
+  // What the stopped start would have gone on with is not done by a later one.
+  EXPECT_EQ(answers, Texts{"off line"});
   EXPECT_EQ(Frequency(), "7.100.00");
   EXPECT_FALSE(form.lblFrequency.stale);
 }
 
 TEST_F(OmniRigLinkTest, WithoutAUserNothingIsAsked) {
   server.reachable = {false, false};
-  Rig silent(form, dialogForm, {server, prompts, clock}, OmniRigLink::Questions::Never, {});
-  silent.link.StartOmniRig();
-  clock.RunPosted();
-  EXPECT_EQ(Frequency(), "RigOffLine");
+  setup.questions = OmniRigLink::Questions::Never;
+  Restart();
+  program->rig.link.StartOmniRig({});
+  scheduler.RunPosted();
+  EXPECT_EQ(program->form.lblFrequency.caption.Get(), "RigOffLine");
   EXPECT_TRUE(prompts.asked.empty());
 }
 
@@ -57,14 +61,14 @@ TEST_F(OmniRigLinkTest, EventsOfTheOtherRigChangeNothing) {
   const std::string& shown = form.lblMode.caption.Get();
   rig1.shown.mode = PM_AM;  // not told yet
   server.RaiseParams(2);
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(shown, "LSB");
   rig.link.SelectRig(2);
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(shown, "USB");
   rig2.shown.mode = PM_FM;
   server.RaiseParams(1);
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(shown, "USB");
 }
 
@@ -76,9 +80,9 @@ TEST_F(OmniRigLinkTest, TheRigToStartWithIsTwoOrElseOne) {
     rig.link.StopOmniRig();
   }
   server.reachable = {false, true};
-  rig.link.StartOmniRig();
+  rig.link.StartOmniRig({});
   rig.link.ChooseRig(2);  // while the other is being opened
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(rig.current.Number(), 2);
 }
 
@@ -87,7 +91,7 @@ TEST_F(OmniRigLinkTest, ALostLinkKeepsTheLastValuesAsStale) {
   const std::string status = "Transceiver Frequency. Click to set TRX. RIG STATUS: ";
   EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "On-line");
   server.Lose(1);
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(Frequency(), "7.100.00");
   for (const RigLabel* label :
        {&form.lblFrequency, &form.lblFrequencyExpand, &form.lblMode, &form.lblTRXMode}) {
@@ -99,12 +103,12 @@ TEST_F(OmniRigLinkTest, ALostLinkKeepsTheLastValuesAsStale) {
 TEST_F(OmniRigDialogTest, RigVfoAndModeHoldForTheMainWindowAtOnce) {
   Link();
   int changes = 0;
-  rig.dialog.settingsChanged = [&] { ++changes; };
+  const Connection changed = rig.dialog.settingsChanged.Listen([&] { ++changes; });
   rig.state.vfo = 3;
   rig.dialog.Open();
   EXPECT_TRUE(dialogForm.optVFO[3].value && dialogForm.Option1.value);
   dialogForm.Option2.UserPick();
-  clock.RunPosted();
+  scheduler.RunPosted();
   EXPECT_EQ(Frequency(), "14.250.00");
   dialogForm.optVFO[1].UserPick();
   EXPECT_FALSE(dialogForm.optVFO[3].value || dialogForm.Option1.value);
@@ -116,6 +120,20 @@ TEST_F(OmniRigDialogTest, RigVfoAndModeHoldForTheMainWindowAtOnce) {
               Texts{"Mode " + std::to_string(mode)});
     ++index;
   }
+}
+
+TEST_F(OmniRigDialogTest, StoppedByHandNothingIsKnownOfTheRig) {
+  Start();
+  Link();
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Maker Model");
+  rig.dialog.Open();
+  dialogForm.cmdStartStop.Click();
+  EXPECT_EQ(Frequency(), "RigOffLine");
+  EXPECT_EQ(form.lblMode.caption.Get(), "N/A");
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA");
+  EXPECT_EQ(dialogForm.Label8.caption.Get(), "");
+  form.mnuRig.Click();
+  EXPECT_FALSE(form.mnuSetFreqManual.enabled);
 }
 
 TEST_F(OmniRigDialogTest, ABadAddressOrLimitLosesNothing) {

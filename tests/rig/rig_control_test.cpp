@@ -9,21 +9,23 @@ using RigDisplayTest = RigFixture;
 TEST_F(RigControlTest, FrequenciesGoToTheVfoLessTheOffset) {
   Link();
   using Wish = std::tuple<int32_t, int16_t, int16_t>;  // Hz, VFO, offset in kHz
-  const auto sent = [this](const std::vector<Wish>& wishes) {
-    messages.clear();
+  const auto sent = [this](const std::string& message, const std::vector<Wish>& wishes) {
     for (const auto& [hertz, vfo, offsetKHz] : wishes) {
       rig.state.offsetKHz = offsetKHz;
       rig.control.SetTRXFrequency(hertz, vfo);
+      EXPECT_EQ(Message(), message);
     }
     return rig1.TakeWrites();
   };
-  EXPECT_EQ(sent({{7100000, 1, 0}, {7100000, 2, 0}, {7100000, 3, 0}, {7100000, 4, 0}}),
-            (Texts{"FreqA 7100000", "FreqB 7100000", "FreqB 7100000", "FreqA 7100000"}));
-  EXPECT_EQ(sent({{7100000, 0, 2}, {7100000, 0, 33}, {10000, 0, 0}, {2000000000, 0, 0}}),
+  EXPECT_EQ(
+      sent("Updating VFO...", {{7100000, 1, 0}, {7100000, 2, 0}, {7100000, 3, 0}, {7100000, 4, 0}}),
+      (Texts{"FreqA 7100000", "FreqB 7100000", "FreqB 7100000", "FreqA 7100000"}));
+  EXPECT_EQ(sent("Updating VFO...",
+                 {{7100000, 0, 2}, {7100000, 0, 33}, {10000, 0, 0}, {2000000000, 0, 0}}),
             (Texts{"Freq 7098000", "Freq 7132536", "Freq 10000", "Freq 2000000000"}));
-  EXPECT_EQ(messages, Texts(4, "Updating VFO..."));
-  EXPECT_EQ(sent({{9999, 0, 0}, {11000, 0, 2}, {2000000001, 0, 0}, {INT32_MIN, 0, 2}}), Texts{});
-  EXPECT_EQ(messages, Texts(4, "Frequency outside 10 kHz to 2 GHz: not sent"));
+  EXPECT_EQ(sent("Frequency outside 10 kHz to 2 GHz: not sent",
+                 {{9999, 0, 0}, {11000, 0, 2}, {2000000001, 0, 0}, {INT32_MIN, 0, 2}}),
+            Texts{});
 }
 
 TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
@@ -37,12 +39,13 @@ TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
   EXPECT_TRUE(form.mnuSetFreqManual.enabled);
   form.lblFrequencyExpand.caption = "N/A";
   EXPECT_EQ(WritesAfter(write), Texts{});
-  EXPECT_EQ(messages, Texts{});
+  EXPECT_EQ(Message(), "");
 
   form.lblFrequencyExpand.caption = "7.100.00";
   server.Lose(1);
+  scheduler.RunPosted();
   EXPECT_EQ(WritesAfter(write), Texts{});
-  EXPECT_EQ(messages, Texts(2, "No link to the rig: nothing was sent"));
+  EXPECT_EQ(Message(), "No link to the rig: nothing was sent");
   form.mnuRig.Click();
   EXPECT_FALSE(form.mnuSetFreqManual.enabled);
   for (const int index : {0, 10, 50, 90}) EXPECT_EQ(form.mnuBands[index].enabled, index == 0);
@@ -95,7 +98,7 @@ TEST_F(RigDisplayTest, FrequencyAndTransmitStateFollowTheRig) {
   Link();
   rig.engine.scaleOffset = 5;
   int32_t written = 0;
-  rig.display.writeStatusRX = [&](int32_t hz) { written = hz; };
+  const Connection shown = rig.display.frequencyShown.Listen([&](int32_t hz) { written = hz; });
   struct Case {
     int32_t rx, tx;
     int16_t offsetKHz;
@@ -129,12 +132,12 @@ TEST_F(RigDisplayTest, WindowAndDialogNameModesTheirOwnWay) {
        {PM_AM, PM_FM, PM_SSB_L, PM_SSB_U, PM_CW_U, PM_CW_L, PM_DIG_U, int32_t{0}}) {
     rig1.shown.mode = mode;
     server.RaiseParams(1);
-    clock.RunPosted();
+    scheduler.RunPosted();
     window.push_back(form.lblMode.caption);
     dialog.push_back(dialogForm.Label6.caption);
   }
   EXPECT_EQ(window, (Texts{"AM", "FM", "LSB", "USB", "CWu", "CWl", "drm", "drm"}));
-  EXPECT_EQ(dialog, (Texts{"AM", "FM", "LSB", "USB", "CW LSB", "CW USB", "Other", ""}));
+  EXPECT_EQ(dialog, (Texts{"AM", "FM", "LSB", "USB", "CW LSB", "CW USB", "Other", "drm"}));
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ TEST(Settings, AFirstStartUsesTheDefaults) {
   EXPECT_EQ(f.program->layout.saved.heightTwips, 2430);
   EXPECT_EQ(f.program->capture.scanFreqMs, 25);
   EXPECT_EQ(f.program->carried.recSampleRateHz, 44100);
-  EXPECT_EQ(f.program->colours.menu, kSystemButtonFace);
+  EXPECT_EQ(f.program->display.colours.menu, kSystemButtonFace);
   EXPECT_FALSE(form.mnuautos[0].checked);
   EXPECT_TRUE(form.mnuzokamodes[0].checked);
 }
@@ -123,7 +123,7 @@ TEST(Settings, LinesInsteadOfBarsCheckStayOnTop) {
   EXPECT_FALSE(f.Form().mnusettings[1].checked);
   EXPECT_TRUE(f.Form().mnusettings[0].checked);
   EXPECT_FALSE(f.Form().Window.topMost);
-  EXPECT_FALSE(f.program->display.analysis.useLines);
+  EXPECT_FALSE(f.program->display.options.analysis.useLines);
 }
 
 TEST(Settings, TheMenuColourOfOldVersionsIsReset) {
@@ -134,7 +134,7 @@ TEST(Settings, TheMenuColourOfOldVersionsIsReset) {
     f.store.Save("VELT-SA", "Version", version);
     f.store.Save("VELT-SA", "MenuColor", "255");
     f.Start();
-    EXPECT_EQ(f.program->colours.menu, colour) << version;
+    EXPECT_EQ(f.program->display.colours.menu, colour) << version;
   }
 }
 

@@ -5,24 +5,13 @@
 namespace velt {
 namespace {
 
-TEST(Startup, ResetIsAWordOfItsOwn) {
-  const std::pair<std::string, bool> cases[] = {
-      {"reset", true},           {"/RESET", true},       {"-Reset", true},
-      {"--reset", true},         {"resetall", true},     {"my-preset.wav", false},
-      {"import-presets", false}, {"preset-reset", true}, {"", false}};
-  for (const auto& [argument, asks] : cases) {
-    const std::vector<std::string> arguments{argument};
-    EXPECT_EQ(AsksForReset(arguments), asks) << argument;
-  }
-}
-
 TEST(Startup, ResetDeletesTheSettingsAndStartsNothing) {
   ProgramFixture f;
   f.store.Save("VELT-SA", "Slider", "33");
   f.store.Save("CAT", "Rig1", "x");
-  RunOptions options;
-  options.resetSettings = true;
-  EXPECT_EQ(f.Start(options), Startup::Result::SettingsReset);
+  f.setup.resetSettings = true;
+  f.Restart();
+  EXPECT_EQ(f.Start(), Startup::Result::SettingsReset);
   EXPECT_EQ(f.Stored("Slider"), "(missing)");
   EXPECT_FALSE(f.store.Get("CAT", "Rig1"));
   EXPECT_TRUE(f.files.folders.empty());
@@ -33,16 +22,85 @@ TEST(Startup, ASecondInstanceEndsSilentlyUnlessExempt) {
   f.lock.alone = false;
   EXPECT_EQ(f.Start(), Startup::Result::AnotherInstance);
   EXPECT_TRUE(f.files.folders.empty());
-  RunOptions options;
-  options.exemptFromSingleInstance = true;
-  EXPECT_EQ(f.Start(options), Startup::Result::Running);
+  f.setup.exemptFromSingleInstance = true;
+  f.Restart();
+  EXPECT_EQ(f.Start(), Startup::Result::Running);
+}
+
+TEST(Startup, AFolderThatCannotBeMadeIsToldAndDoesNotKeepTheOthersFromBeingMade) {
+  ProgramFixture f;
+  f.files.unmakable = {"/home/om/VELT/WAV"};
+  f.Start();
+  EXPECT_TRUE(f.files.folders.contains("/home/om/VELT/BMP"));
+  EXPECT_NE(f.log.lines.at(0).find("/home/om/VELT/WAV could not be made"), std::string::npos);
+}
+
+// What happens while the program starts and ends, in its order, as those see it who stand around.
+struct Sequence : ProgramFixture {
+  std::string order;
+  Connections watching;
+
+  // A restarted program with its events written down; `engine`: one is installed.
+  explicit Sequence(bool engine) {
+    if (engine) {
+      files.files["/opt/engine/velt.jar"] = "";
+      files.files["/opt/engine/zoka.ver"] = " VELT V9.9 \n";
+    }
+    store.Save("VELT-SA", "Version", "3.0.0");
+    server.rigs[0].shown = {.freq = 14074000, .rx = 14074000, .mode = PM_SSB_U};
+    Program& p = *program;
+    const auto note = [this](const char* what) { return [this, what] { order += what; }; };
+    watching += p.form.mnurunzoka.clicked.Listen([this] {
+      order += files.folders.contains("/home/om/VELT/WAV") ? "engine " : "engine-early ";
+    });
+    watching += p.form.mnuclosezoka.clicked.Listen(note("close-engine "));
+    watching += p.form.tmrStatus.ticked.Listen([this] {
+      // The timer's own ticks come later.
+      if (rigShown) order += "status ";
+    });
+    watching += p.startup.rigOffLine.Listen(note("off-line "));
+    watching += p.shutdown.lastFrequency.Listen(
+        [this](int32_t hz) { order += "last-" + std::to_string(hz) + " "; });
+    watching +=
+        p.shutdown.rigOff.Listen([this] { order += Form().lblTRXMode.caption.Get() + " "; });
+    watching += p.rig.display.statusShown.Listen([this] {
+      if (std::exchange(rigShown, true)) return;
+      order += audio.opened == 1 ? "capture rig " : "rig ";
+    });
+    audio.closed = [this] { order += "stop-capture "; };
+    store.committed = [this] {
+      order += server.rigs[0].link.state == RigLink::State::Off ? "save-late " : "save ";
+    };
+  }
+  bool rigShown = false;
+};
+
+TEST(Startup, GoesThroughItsStepsInOrder) {
+  Sequence f(true);
+  f.server.reachable = {true, true};
+  f.store.Save("VELT-SA", "AutoStartSA", "True");
+  f.store.Save("VELT-SA", "Expander", "1");
+  f.Start();
+  EXPECT_EQ(f.order, "engine capture rig status ");
+  Main& form = f.Form();
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Maker Model");
+  EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.Timer1.enabled && form.imgRecOnOff.enabled);
+  EXPECT_EQ(form.imgRecOnOff.tag.Get(), "");  // nothing is being recorded
+  EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
+  EXPECT_EQ(form.chkExpand.value, 1);
+  // A later restart of the link undoes no choice of the user's.
+  form.chkExpand.UserPick(false);
+  f.program->rig.dialog.Open();
+  f.program->catForm.cmdStartStop.Click();
+  f.program->catForm.cmdStartStop.Click();
+  f.scheduler.RunPosted();
+  EXPECT_EQ(form.lblFrequency.caption.Get(), "14.074.00");
+  EXPECT_EQ(form.chkExpand.value, 0);
 }
 
 TEST(Startup, WithoutAnEngineItsItemsAreOff) {
-  ProgramFixture f;
+  Sequence f(false);
   f.store.Save("VELT-SA", "AutoRunZOKA", "True");
-  int engineStarts = 0;
-  f.program->startup.steps.mnurunzoka_Click = [&] { ++engineStarts; };
   f.Start();
   Main& form = f.Form();
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA");
@@ -51,119 +109,111 @@ TEST(Startup, WithoutAnEngineItsItemsAreOff) {
     EXPECT_FALSE(item->enabled);
   }
   EXPECT_FALSE(form.lblMode.enabled);
-  EXPECT_EQ(engineStarts, 0);
+  EXPECT_EQ(f.order, "off-line ");
   EXPECT_FALSE(form.tmrCheckZOKA.enabled);
 }
 
-TEST(Startup, RunsItsStepsInOrder) {
-  ProgramFixture f;
-  f.files.files["/opt/engine/velt.jar"] = "";
-  f.files.files["/opt/engine/zoka.ver"] = " VELT V9.9 \n";
-  f.store.Save("VELT-SA", "Version", "3.0.0");
-  f.store.Save("VELT-SA", "AutoStartSA", "True");
-  std::string order;
-  StartupSteps& steps = f.program->startup.steps;
-  std::function<void()> online;
-  steps.loadPresets = [&] {
-    EXPECT_TRUE(f.files.folders.contains("/home/om/VELT/WAV"));
-    order += "presets ";
-  };
-  steps.mnurunzoka_Click = [&] { order += "engine "; };
-  steps.ReadRS232 = [&] { order += f.audio.opened == 0 ? "serial " : "serial-late "; };
-  steps.StartOmniRig = [&](std::function<void()> stands, const std::function<void()>& offLine) {
-    order += f.audio.opened == 1 ? "rig " : "rig-early ";
-    online = std::move(stands);
-    offLine();
-  };
-  steps.writeOffLineStatus = [&] { order += "off-line "; };
-  steps.offerFrequencyCounter = [&] { order += "counter "; };
-  steps.tmrStatus_Timer = [&] { order += "status "; };
-  steps.ShowRigParams = [&] { order += "params "; };
-  steps.rigType = [] { return std::string("IC-7300"); };
-  f.Start();
-  EXPECT_EQ(order, "presets engine serial rig off-line counter ");
-  EXPECT_EQ(f.Form().Window.caption.Get(), "VELT-SA - Engine VELT V9.9");
-  EXPECT_TRUE(f.Form().tmrCheckZOKA.enabled);
-  EXPECT_TRUE(f.Form().Timer1.enabled);
-  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Stop");
-  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
-  order.clear();
-  online();  // the server answers later
-  EXPECT_EQ(order, "status params ");
-  EXPECT_EQ(f.Form().Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig IC-7300");
-}
-
-struct ShutdownFixture : ProgramFixture {
-  std::string order;
-  ShutdownFixture() {
-    Start();
-    ShutdownSteps& steps = program->shutdown.steps;
-    steps.StopOmniRig = [this] { order += Stored("EXE") == "VELT-SA.exe" ? "rig " : "rig-early "; };
-    steps.SaveExpandedPresets = [this] { order += "presets "; };
-    steps.mnuclosezoka_Click = [this] { order += "engine "; };
-    steps.WriteStatusRX = [this] { order += "status "; };
-    steps.writeOffStatus = [this] { order += Form().lblTRXMode.caption.Get() + " "; };
-    steps.closeSerialPort = [this] { order += "serial "; };
+// A rig can be missing in two ways, and be switched on or reached later.
+TEST(Startup, ARigThatIsOffLineIsToldAndFollowedWhenItComes) {
+  for (const bool serverUp : {false, true}) {
+    Sequence f(false);
+    f.server.reachable = {serverUp, serverUp};
+    f.store.Save("VELT-SA", "Version", "");
+    f.server.rigs[0].shown = {};
+    f.Start();
+    EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
+    EXPECT_EQ(f.order, serverUp ? "rig status off-line " : "off-line ");
+    f.order.clear();
+    f.server.rigs[0].shown = {.freq = 14074000, .rx = 14074000, .mode = PM_SSB_U};
+    f.server.Return(1);
+    f.scheduler.RunPosted();
+    EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "14.074.00");
+    EXPECT_EQ(f.order, serverUp ? "" : "rig status ");
+    EXPECT_EQ(f.Form().chkExpand.value, 1);
   }
-};
-
-TEST(Shutdown, RunsItsStepsInOrderAndEnds) {
-  ShutdownFixture f;
-  f.Form().lblFrequency.caption = std::string("14.074.00");
-  EXPECT_TRUE(f.Close());
-  EXPECT_EQ(f.order, "rig presets status serial ");
-  f.scheduler.RunPosted();
-  EXPECT_TRUE(f.ended);
 }
 
-TEST(Shutdown, OffLineTheStateIsWrittenAsOff) {
-  ShutdownFixture f;
-  f.Form().mnuautos[1].checked = true;
-  EXPECT_TRUE(f.Close());
-  EXPECT_EQ(f.order, "rig presets engine OFF serial ");
+TEST(Startup, WhatAFirstRunWithoutARigNeverAppliedIsNotLost) {
+  ProgramFixture f;
+  f.Start();
+  f.Close();
+  EXPECT_EQ(f.Stored("Expander"), "1");
 }
 
-TEST(Shutdown, WhileCapturingTheWindowStaysForOneTick) {
-  ShutdownFixture f;
-  f.StartCapture();
-  EXPECT_FALSE(f.Close());
-  EXPECT_FALSE(f.audio.open);
-  f.scheduler.RunPosted();
-  EXPECT_FALSE(f.ended);
-  EXPECT_FALSE(f.Close());  // asked again meanwhile: nothing is done twice
-  f.scheduler.Advance(Milliseconds(5));
-  EXPECT_TRUE(f.ended);
-  EXPECT_EQ(f.order, "rig presets OFF serial ");
+TEST(Shutdown, GoesThroughItsStepsInOrder) {
+  struct Case {
+    bool rigUp, capturing, keyed;
+    std::string order;
+  };
+  for (const Case& c :
+       {Case{true, false, false, "save close-engine last-14074000 "},
+        {false, false, false, "save close-engine OFF "},
+        {true, true, true, "release save close-engine last-14074000 stop-capture "}}) {
+    Sequence f(true);
+    f.server.reachable = {c.rigUp, c.rigUp};
+    f.server.releasing = [&f] { f.order += "release "; };
+    f.Start();
+    if (c.capturing) f.StartCapture();
+    if (c.keyed) f.Form().mnuPTT_ON.Click();
+    f.scheduler.Advance(Milliseconds(300));
+    f.program->rig.dialog.Open();
+    f.Form().lblFrequency.Click();  // a menu is open
+    f.order.clear();
+    EXPECT_EQ(f.Close(), !c.capturing);
+    EXPECT_EQ(f.order, c.order);
+    EXPECT_FALSE(f.program->catForm.Window.visible);
+    EXPECT_FALSE(f.prompts.popupClosed);
+    EXPECT_EQ(f.ended, false);
+    EXPECT_EQ(f.Close(), !c.capturing);  // asked again meanwhile: nothing is done twice
+    f.scheduler.Advance(Milliseconds(5));
+    EXPECT_TRUE(f.ended);
+    EXPECT_EQ(f.order, c.order);
+    EXPECT_EQ(f.server.rigs[0].txReally, PM_RX);
+    f.Form().Window.widthTwips = 6000;
+    EXPECT_NE(f.Form().Scope.scaleWidth, 6000 / 15) << "nothing is laid out any more";
+  }
 }
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
-  ShutdownFixture f;
+  Sequence f(true);
+  f.server.reachable = {true, true};
+  f.Start();
   f.StartCapture();
+  f.Form().mnuPTT_ON.Click();
+  f.scheduler.Advance(Milliseconds(300));
+  f.order.clear();
   f.Form().Image2.Click();
+  EXPECT_EQ(f.order, "stop-capture ");
   f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
-  EXPECT_EQ(f.order, "");
+  EXPECT_EQ(f.server.rigs[0].txReally, PM_RX);
+  EXPECT_EQ(f.order, "stop-capture ");
   EXPECT_EQ(f.audio.opened, 1) << "capture does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }
 
 TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
-  ShutdownFixture f;
-  f.program->shutdown.steps.restoreRigFrequency = [&f] {
-    f.order += "restore ";
-    return true;
-  };
-  EXPECT_FALSE(f.Close());
-  EXPECT_EQ(f.order, "restore ");
+  Sequence f(false);
+  f.server.reachable = {true, true};
+  f.Start();
+  f.program->rig.state.offsetKHz = 2;
+  f.program->rig.display.ShowRigParams();
+  f.Form().mnuPTT_ON.Click();
   f.scheduler.Advance(Milliseconds(300));
-  EXPECT_EQ(f.order, "restore rig presets OFF serial ");
+  f.order.clear();
+  f.server.rigs[0].TakeWrites();
+  EXPECT_FALSE(f.Close());
+  EXPECT_EQ(f.server.rigs[0].TakeWrites(), (std::vector<std::string>{"RX", "Freq 14074000"}));
+  EXPECT_EQ(f.order, "");
+  f.scheduler.Advance(Milliseconds(300));
+  EXPECT_EQ(f.order, "status save last-14074000 ");
   EXPECT_TRUE(f.ended);
 }
 
 // The rig at start-up, through the whole program.
-struct RigFixture : ProgramFixture {
-  RigFixture() {
+struct RigInTheProgram : ProgramFixture, testing::Test {
+  RigInTheProgram() {
     server.reachable = {true, true};
     for (auto& rig : server.rigs) {
       rig.shown.freq = rig.shown.rx = 14074000;
@@ -172,8 +222,8 @@ struct RigFixture : ProgramFixture {
   }
 };
 
-TEST(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
-  RigFixture f;
+TEST_F(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
+  ProgramFixture& f = *this;
   f.Start();
   Main& form = f.Form();
   EXPECT_EQ(form.lblFrequency.caption.Get(), "14.074.00");
@@ -195,22 +245,7 @@ TEST(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
   EXPECT_EQ(f.server.rigs[0].txReally, PM_TX);
 }
 
-TEST(RigInTheProgram, EveryKindOfEndReleasesTheTransmitterThatItKeyed) {
-  for (const bool immediately : {false, true}) {
-    RigFixture f;
-    f.Start();
-    f.Form().mnuPTT_ON.Click();
-    f.scheduler.Advance(Milliseconds(500));
-    if (immediately) {
-      f.Form().mnucloseme.Click();
-    } else {
-      f.Close();
-    }
-    EXPECT_EQ(f.server.rigs[0].txReally, PM_RX);
-  }
-}
-
-TEST(RigInTheProgram, AnUnreachableServerIsAskedAboutOnceAndComesBackByItself) {
+TEST(RigAtStartup, AnUnreachableServerIsAskedAboutOnceAndComesBackByItself) {
   ProgramFixture f;
   f.Start();
   f.scheduler.RunPosted();
@@ -221,7 +256,7 @@ TEST(RigInTheProgram, AnUnreachableServerIsAskedAboutOnceAndComesBackByItself) {
   EXPECT_TRUE(f.program->catForm.Window.visible);
 }
 
-TEST(RigInTheProgram, AddressesAndLimitAreKeptInTheirOwnSection) {
+TEST(RigAtStartup, AddressesAndLimitAreKeptInTheirOwnSection) {
   ProgramFixture f;
   f.store.Save("CAT", "Rig2", "10.0.0.7:4600");
   f.store.Save("CAT", "TransmissionLimitMinutes", "99");
@@ -236,8 +271,8 @@ TEST(RigInTheProgram, AddressesAndLimitAreKeptInTheirOwnSection) {
   f.program->settings.SaveRegistryStuff();
   EXPECT_EQ(f.store.Get("CAT", "Rig1"), "localhost:4540");
   // An address for one run only is used, and not kept.
+  f.setup.rigAddresses[1] = "shack:4601";
   f.Restart();
-  f.program->settings.addressesOfThisRun[1] = "shack:4601";
   f.Start();
   EXPECT_EQ(f.server.Address(2), "shack:4601");
   f.program->settings.KeepRigAddresses();

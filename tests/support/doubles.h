@@ -41,7 +41,11 @@ class FakeAudioInput : public AudioInput {
     if (result == TakeResult::Block) std::copy(samples.begin(), samples.end(), block.begin());
     return result;
   }
-  void Close() override { open = watching = false; }
+  std::function<void()> closed = [] {};
+  void Close() override {
+    open = watching = false;
+    closed();
+  }
   void WatchForReturn() override { watching = true; }
   void Tell(AudioEvent::Kind kind, const std::string& text) {
     scheduler_.Post([this, kind, text] { happened.Raise({kind, text}); });
@@ -56,6 +60,7 @@ class FakeFiles : public Files {
  public:
   std::map<std::filesystem::path, std::string> files;
   std::set<std::filesystem::path> folders;
+  std::set<std::filesystem::path> unmakable;
   bool writable = true;
 
   bool IsFile(const std::filesystem::path& path) const override { return files.contains(path); }
@@ -83,7 +88,7 @@ class FakeFiles : public Files {
     return 0;
   }
   int MakeFolder(const std::filesystem::path& path) override {
-    if (!writable) return EACCES;
+    if (!writable || unmakable.contains(path)) return EACCES;
     folders.insert(path);
     return 0;
   }
@@ -172,49 +177,106 @@ class FakeLog : public Log {
   void Write(LogLevel, const char*, std::string_view text) override { lines.emplace_back(text); }
 };
 
-class FixedClock : public Clock {
+class FakeClock : public Clock {
  public:
+  explicit FakeClock(const Scheduler& scheduler) : scheduler_(scheduler) {}
   LocalTime now{2026, 3, 7, 9, 5, 1};
+  Milliseconds slept{0};  // while the scheduler's time stood still
   LocalTime Now() const override { return now; }
+  SteadyTime Elapsed() const override { return scheduler_.Now() + slept; }
+
+ private:
+  const Scheduler& scheduler_;
+};
+
+class FakeGuardian : public Guardian {
+ public:
+  bool present = true;
+  std::map<uint32_t, ReleaseRecipe> held;
+  std::vector<uint32_t> followed;
+  int beats = 0;
+  uint32_t Hold(const ReleaseRecipe& recipe) override {
+    if (!present) return 0;
+    held[++last_] = recipe;
+    return last_;
+  }
+  void Forget(uint32_t ticket) override { held.erase(ticket); }
+  void Follow(uint32_t ticket) override {
+    if (held.erase(ticket) == 1) followed.push_back(ticket);
+  }
+  void Beat() override { ++beats; }
+
+ private:
+  uint32_t last_ = 0;
+};
+
+class FakeSleepLock : public SleepLock {
+ public:
+  bool held = false;
+  void Hold() override { held = true; }
+  void LetGo() override { held = false; }
+};
+
+class FakeStore : public MemoryStore {
+ public:
+  std::function<void()> committed = [] {};
+  int Commit() override {
+    committed();
+    return MemoryStore::Commit();
+  }
 };
 
 // Everything around the program. A test may restart the program over the same surroundings.
 struct ProgramFixture {
   VirtualScheduler scheduler;
-  FixedClock clock;
+  FakeClock clock{scheduler};
   FakeAudioInput audio{scheduler};
   FakeOmniRig server{scheduler};
+  FakeGuardian guardian;
+  FakeSleepLock sleepLock;
   FakeFiles files;
-  MemoryStore store;
+  FakeStore store;
   FakeSystem system;
   FakePrompts prompts;
   FakeLauncher launcher;
   FakeLock lock;
   FakeLog log;
   bool ended = false;
+  RunSetup setup;  // of the next Restart
   std::unique_ptr<Program> program;
+  Connections connections;
 
   ProgramFixture() {
     server.reachable = {false, false};
+    setup.installation.version = {3, 1, 4};
+    setup.installation.programFolder = "/opt/velt";
+    setup.installation.engineFolder = "/opt/engine";
     Restart();
   }
 
   // Makes the program without starting it.
   Main& Restart() {
-    Installation where;
-    where.version = {3, 1, 4};
-    where.programFolder = "/opt/velt";
-    where.engineFolder = "/opt/engine";
     program.reset();
-    program = std::make_unique<Program>(ProgramPorts{scheduler, clock, audio, server, files, store,
-                                                     system, prompts, launcher, lock, log},
-                                        where, OmniRigLink::Questions::Asked);
+    program = std::make_unique<Program>(Program::Ports{.scheduler = scheduler,
+                                                       .clock = clock,
+                                                       .audio = audio,
+                                                       .server = server,
+                                                       .guardian = guardian,
+                                                       .sleepLock = sleepLock,
+                                                       .files = files,
+                                                       .settings = store,
+                                                       .system = system,
+                                                       .prompts = prompts,
+                                                       .launcher = launcher,
+                                                       .lock = lock,
+                                                       .log = log},
+                                        setup);
     ended = false;
-    program->shutdown.endProgram = [this] { ended = true; };
+    connections += program->shutdown.ended.Listen([this] { ended = true; });
     return program->form;
   }
-  Startup::Result Start(const RunOptions& options = {}) {
-    const auto result = program->startup.Run(options);
+  Startup::Result Start() {
+    const auto result = program->startup.Run();
     scheduler.Advance(Milliseconds(10));
     return result;
   }

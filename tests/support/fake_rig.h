@@ -53,6 +53,8 @@ class FakeRig : public IRigX {
   bool SetMode(int32_t mode) override { return Takes("Mode", mode, shown.mode); }
   bool SetTx(int32_t value) override {
     releaseFirst_ = !IsLinked() && value == PM_RX;
+    // The server takes it, the rig does not.
+    if (link.state == RigLink::State::Silent) writes.push_back("RX");
     if (IsLinked()) Key(value);
     return IsLinked() || releaseFirst_;
   }
@@ -104,11 +106,14 @@ class FakeOmniRig : public IOmniRigX {
   std::array<FakeRig, 2> rigs;
   std::array<bool, 2> reachable = {true, true};
   int32_t version = 0x101;
-  std::vector<int32_t> releasedNow;
+  std::function<void()> releasing = [] {};
 
   std::string Address(int32_t rigNumber) const override { return addresses_.at(Index(rigNumber)); }
+  bool IsAddress(const std::string& text) const override {
+    return text.find(':') != std::string::npos;
+  }
   bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) override {
-    const bool good = hostAndPort.find(':') != std::string::npos;
+    const bool good = IsAddress(hostAndPort);
     if (good) addresses_.at(Index(rigNumber)) = hostAndPort;
     return good;
   }
@@ -127,10 +132,19 @@ class FakeOmniRig : public IOmniRigX {
   IRigX& Rig2() override { return rigs[1]; }
   Capabilities Can() const override { return {}; }
   void ReleaseNow(int32_t rigNumber, int32_t) override {
-    releasedNow.push_back(rigNumber);
+    releasing();
     rigs.at(Index(rigNumber)).SetTx(PM_RX);
   }
 
+  void RefuseKey(int32_t rigNumber) {
+    rigs.at(Index(rigNumber)).txReally = PM_RX;
+    scheduler_.Post([this, rigNumber] { keyRefused.Raise(rigNumber); });
+  }
+  void Silence(int32_t rigNumber) {
+    FakeRig& rig = rigs.at(Index(rigNumber));
+    rig.link = {.state = RigLink::State::Silent, .retryInSeconds = 0, .stale = true};
+    RaiseStatus(rigNumber);
+  }
   void Lose(int32_t rigNumber) {
     FakeRig& rig = rigs.at(Index(rigNumber));
     rig.link = {.state = RigLink::State::Reconnecting, .retryInSeconds = 4, .stale = true};

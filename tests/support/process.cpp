@@ -1,17 +1,41 @@
 #include "support/process.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 
 namespace velt {
 namespace {
+
+int NumberOf(ProcessSignal signal) {
+  switch (signal) {
+    case ProcessSignal::Terminate:
+      return SIGTERM;
+    case ProcessSignal::Interrupt:
+      return SIGINT;
+    case ProcessSignal::HangUp:
+      return SIGHUP;
+    case ProcessSignal::Quit:
+      return SIGQUIT;
+    case ProcessSignal::Crash:
+      return SIGSEGV;
+    case ProcessSignal::Kill:
+      return SIGKILL;
+    case ProcessSignal::Stop:
+      return SIGSTOP;
+    case ProcessSignal::Continue:
+      return SIGCONT;
+  }
+  throw std::invalid_argument("signal");
+}
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -77,25 +101,25 @@ Process::Process(const std::vector<std::string>& command, const Options& options
 }
 
 Process::~Process() {
-  Signal(SIGTERM);
-  Signal(SIGCONT);  // a stopped program would not see the request
+  Signal(ProcessSignal::Terminate);
+  Signal(ProcessSignal::Continue);  // a stopped program would not see the request
   if (!WaitForEnd(std::chrono::seconds(2))) Kill();
 }
 
 bool Process::Running() {
   int status = 0;
-  if (!exitCode_ && waitpid(id_, &status, WNOHANG) == id_) {
+  if (!exitCode_ && waitpid(static_cast<pid_t>(id_), &status, WNOHANG) == id_) {
     exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
   }
   return !exitCode_;
 }
 
-void Process::Signal(int signal) {
-  if (Running()) kill(id_, signal);
+void Process::Signal(ProcessSignal signal) {
+  if (Running()) kill(static_cast<pid_t>(id_), NumberOf(signal));
 }
 
 void Process::Kill() {
-  Signal(SIGKILL);
+  Signal(ProcessSignal::Kill);
   WaitForEnd(std::chrono::seconds(5));
 }
 

@@ -2,10 +2,8 @@
 // a condition with a deadline.
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
-#include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -23,7 +21,10 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 
 std::string ReadText(const std::filesystem::path& file);
 
-// A started program. The destructor ends it: SIGTERM, and SIGKILL when it has not gone after 2 s.
+// What a program can be made to do from outside.
+enum class ProcessSignal { Terminate, Interrupt, HangUp, Quit, Crash, Kill, Stop, Continue };
+
+// A started program. The destructor ends it: Terminate, and Kill when it has not gone after 2 s.
 class Process {
  public:
   struct Options {
@@ -40,17 +41,17 @@ class Process {
   Process& operator=(const Process&) = delete;
 
   bool Running();
-  void Signal(int signal);  // nothing happens once the program has ended
-  void Kill();              // SIGKILL; returns when the program has ended
+  void Signal(ProcessSignal signal);  // nothing happens once the program has ended
+  void Kill();                        // returns when the program has ended
   bool WaitForEnd(std::chrono::milliseconds limit) {
     return WaitUntil([this] { return !Running(); }, limit);
   }
   // After its end: the exit code, or minus the number of the signal that ended it.
   std::optional<int> ExitCode() const { return exitCode_; }
-  pid_t Id() const { return id_; }
+  int64_t Id() const { return id_; }
 
  private:
-  pid_t id_ = -1;
+  int64_t id_ = -1;
   std::optional<int> exitCode_;
 };
 

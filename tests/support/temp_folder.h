@@ -1,10 +1,10 @@
 // A folder of its own for one test, gone when the test ends.
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 namespace velt {
@@ -12,8 +12,11 @@ namespace velt {
 class TempFolder {
  public:
   TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "velt-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("velt-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;

@@ -23,7 +23,7 @@ struct OmniRigWindowTest : RigFixture {
   }
   // A turn of the loop: what was posted and the form's changes reach their places.
   void Turn(int milliseconds = 0) {
-    clock.Advance(Milliseconds(milliseconds));
+    scheduler.Advance(Milliseconds(milliseconds));
     QCoreApplication::sendPostedEvents();
   }
   template <class W>

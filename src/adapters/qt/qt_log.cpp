@@ -5,9 +5,7 @@
 #include <QMutex>
 #include <QMutexLocker>
 #include <cstdio>
-#include <memory>
-
-#include "adapters/qt/log_file.h"
+#include <utility>
 
 namespace velt {
 namespace {
@@ -15,7 +13,7 @@ namespace {
 // Qt's message handler is a plain function, so what it writes to has to live beside it.
 struct Sink {
   QMutex mutex;
-  std::unique_ptr<LogFile> file;
+  std::function<void(std::string_view)> writeLine;
 };
 
 Sink& TheSink() {
@@ -30,23 +28,17 @@ void HandleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
   if (type != QtDebugMsg && type != QtInfoMsg) {
     std::fprintf(stderr, "%s: %s\n", qPrintable(category), qPrintable(text));
   }
-  if (sink.file) {
-    sink.file->WriteLine(QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + " " + category +
-                         " " + text);
+  if (sink.writeLine) {
+    const QString time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs);
+    sink.writeLine((time + " " + category + " " + text).toStdString());
   }
 }
 
 }  // namespace
 
-bool QtLog::Install(const std::string& file) {
-  bool opened = true;
-  if (!file.empty()) {
-    auto logFile = std::make_unique<LogFile>(QString::fromStdString(file));
-    opened = logFile->IsOpen();
-    if (opened) TheSink().file = std::move(logFile);
-  }
+void QtLog::Install(std::function<void(std::string_view)> writeLine) {
+  TheSink().writeLine = std::move(writeLine);
   qInstallMessageHandler(HandleMessage);
-  return opened;
 }
 
 void QtLog::Write(LogLevel level, const char* category, std::string_view text) {

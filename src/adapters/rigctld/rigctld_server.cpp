@@ -35,6 +35,10 @@ std::string RigctldServer::Address(int32_t rigNumber) const {
   return side ? side->address.Text() : std::string();
 }
 
+bool RigctldServer::IsAddress(const std::string& text) const {
+  return ParseServerAddress(text).has_value();
+}
+
 bool RigctldServer::SetAddress(int32_t rigNumber, const std::string& hostAndPort) {
   Side* side = Of(rigNumber);
   const auto address = ParseServerAddress(hostAndPort);

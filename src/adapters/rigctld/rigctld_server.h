@@ -15,6 +15,7 @@ class RigctldServer : public IOmniRigX {
   explicit RigctldServer(Scheduler& scheduler);
 
   std::string Address(int32_t rigNumber) const override;
+  bool IsAddress(const std::string& text) const override;
   bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) override;
   Capabilities Can() const override { return {}; }
   void Open(int32_t rigNumber, std::function<void(bool reached)> answered) override;

@@ -276,10 +276,14 @@ std::string SimulatedRigServer::Address(int32_t rigNumber) const {
   return Of(rigNumber) ? addresses_[rigNumber - 1] : std::string();
 }
 
+bool SimulatedRigServer::IsAddress(const std::string& text) const {
+  const size_t colon = text.rfind(':');
+  return colon != std::string::npos && colon != 0;
+}
+
 bool SimulatedRigServer::SetAddress(int32_t rigNumber, const std::string& hostAndPort) {
-  const size_t colon = hostAndPort.rfind(':');
   SimulatedRig* rig = Of(rigNumber);
-  if (!rig || colon == std::string::npos || colon == 0) return false;
+  if (!rig || !IsAddress(hostAndPort)) return false;
   if (std::exchange(addresses_[rigNumber - 1], hostAndPort) != hostAndPort) {
     rig->Move();
     PostSafely([rig] { rig->Decide(); });

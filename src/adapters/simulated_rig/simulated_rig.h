@@ -127,6 +127,7 @@ class SimulatedRigServer : public IOmniRigX {
   void SetInterfaceVersion(int32_t version) { version_ = version; }
 
   std::string Address(int32_t rigNumber) const override;
+  bool IsAddress(const std::string& text) const override;
   bool SetAddress(int32_t rigNumber, const std::string& hostAndPort) override;
   void Open(int32_t rigNumber, std::function<void(bool reached)> answered) override;
   void Close() override;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "adapters/soundfile/open_sound.h"
+
 namespace velt {
 
 namespace fs = std::filesystem;
@@ -40,7 +42,7 @@ std::string MonoDecoder::Open(const fs::path& path) {
     patched_ = std::make_unique<PatchedFile>(path, std::move(repair->patches));
     sound_.reset(patched_->OpenSound(info_));
   } else {
-    sound_.reset(sf_open(path.c_str(), SFM_READ, &info_));
+    sound_.reset(OpenSound(path, info_));
   }
   if (!sound_ || info_.channels < 1) return "not a sound file that can be read";
   return "";

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "text/paths.h"
+
 namespace velt {
 namespace {
 
@@ -34,7 +36,7 @@ std::string SoundFileReader::Open(const std::filesystem::path& path) {
   if (reason.empty() && !FillReady()) {
     reason = "there is less than one block of " + std::to_string(kBlockSamples) + " samples";
   }
-  return reason.empty() ? reason : path.string() + ": " + reason;
+  return reason.empty() ? reason : PathText(path) + ": " + reason;
 }
 
 SoundFileInfo SoundFileReader::Info() const {
@@ -44,7 +46,7 @@ SoundFileInfo SoundFileReader::Info() const {
 
 std::string SoundFileReader::Warning() const {
   const std::string& warning = decoder_.Warning();
-  return warning.empty() ? warning : path_.string() + ": " + warning;
+  return warning.empty() ? warning : PathText(path_) + ": " + warning;
 }
 
 bool SoundFileReader::ReadBlock(std::span<int16_t, kBlockSamples> block) {

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "adapters/system/home_folder.h"
+#include "text/paths.h"
 
 namespace velt {
 
@@ -32,7 +33,7 @@ std::string LinuxSystemInfo::SystemFolder() const {
 
 std::string LinuxSystemInfo::SpecialFolder(int32_t identifier) const {
   constexpr int32_t kProfileFolder = 40;
-  return identifier == kProfileFolder ? HomeFolder().string() : "";
+  return identifier == kProfileFolder ? PathText(HomeFolder()) : "";
 }
 
 std::string LinuxSystemInfo::RegistryString(RegistryRoot, const std::string&,

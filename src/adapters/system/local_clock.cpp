@@ -16,4 +16,10 @@ LocalTime LocalClock::Now() const {
           .second = parts.tm_sec};
 }
 
+SteadyTime LocalClock::Elapsed() const {
+  std::timespec now{};
+  if (::clock_gettime(CLOCK_BOOTTIME, &now) != 0) return std::chrono::steady_clock::now();
+  return SteadyTime(std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec));
+}
+
 }  // namespace velt

@@ -1,4 +1,4 @@
-// The date and time where the user is.
+// The date and time where the user is, and the time since the machine started.
 #pragma once
 
 #include "ports/clock.h"
@@ -8,6 +8,7 @@ namespace velt {
 class LocalClock : public Clock {
  public:
   LocalTime Now() const override;
+  SteadyTime Elapsed() const override;
 };
 
 }  // namespace velt

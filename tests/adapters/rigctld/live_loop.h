@@ -70,7 +70,7 @@ class DummyRig {
     client_.abort();
     process_->Kill();
   }
-  void Signal(int signal) { process_->Signal(signal); }
+  void Signal(ProcessSignal signal) { process_->Signal(signal); }
 
   // The first line of the answer to a plain command.
   std::string Ask(const std::string& command) {

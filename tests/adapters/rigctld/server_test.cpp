@@ -3,7 +3,6 @@
 
 #include <QElapsedTimer>
 #include <algorithm>
-#include <csignal>
 #include <set>
 
 #include "adapters/qt/qt_scheduler.h"
@@ -88,7 +87,7 @@ TEST_F(ServerTest, TheRecipeReleasesAndIsOfThePresentConnection) {
 
 TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
   ASSERT_NO_FATAL_FAILURE(Key());
-  peer.Signal(SIGSTOP);
+  peer.Signal(ProcessSignal::Stop);
   QTimer tick;
   QElapsedTimer since;
   qint64 longest = 0;
@@ -99,11 +98,11 @@ TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
   EXPECT_TRUE(Reaches(State::Reconnecting, RigLink::Cause::NoAnswer));
   EXPECT_GT(longest, 0);
   EXPECT_LT(longest, 250);
-  peer.Signal(SIGCONT);
+  peer.Signal(ProcessSignal::Continue);
   ASSERT_TRUE(Reaches(State::Linked) && Sees("t", "1"));
-  peer.Signal(SIGSTOP);
+  peer.Signal(ProcessSignal::Stop);
   server.ReleaseNow(2, 500);
-  peer.Signal(SIGCONT);
+  peer.Signal(ProcessSignal::Continue);
   // Without the loop: the release leaves within its call, and makes a way of its own.
   const auto receives = [&] { return peer.Ask("t") == "0"; };
   EXPECT_TRUE(WaitUntil(receives, std::chrono::seconds(5)));

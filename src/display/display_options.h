@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 
 #include "form/main_form.h"
 #include "spectrum/analysis_settings.h"
@@ -20,9 +19,6 @@ class DisplayOptions {
   int32_t spectrumSensitivity = 10;
   int16_t waterGrey = 1;
   int16_t clearity = 10;
-
-  // Something changed that the window's layout follows.
-  std::function<void()> relayout;
 
   // The one place that sets the engine's display mode (0, 1 or 69; others are refused). Mode 0
   // also disables lblMode.
@@ -43,9 +39,7 @@ class DisplayOptions {
   void Slider2_Change();
   void DomFreq();
   void mnudomfreq_Click();
-  void mnuzokamodes_Click(int32_t index);
   void mnuprecision_Click(int32_t index);
-  void chkSpecMode_Click();
 
  private:
   DisplayControls& form_;

@@ -5,9 +5,8 @@
 #include <array>
 
 #include "audio/capture.h"
-#include "audio/display_options.h"
+#include "display/display_options.h"
 #include "form/main_form.h"
-#include "ports/audio_input.h"
 #include "rig/rig_state.h"
 #include "spectrum/analysis.h"
 
@@ -18,18 +17,14 @@ class AnalysisTick {
   struct Parts {
     CaptureControls& captureForm;
     DisplayControls& displayForm;
-    AudioInput& input;
     Capture& capture;
     const DisplayOptions& options;
     const RigState& rig;
     const EngineState& engine;
   };
-  explicit AnalysisTick(Parts parts);
+  explicit AnalysisTick(const Parts& parts);
 
   void Timer1_Timer();
-
-  // The size of the display in pixels; the picture follows with the next block.
-  void SetDisplaySize(int32_t width, int32_t height);
 
   // Empties the display, for a change between spectrum and waterfall.
   void ClearDisplay();
@@ -41,12 +36,10 @@ class AnalysisTick {
   int32_t DominantFrequency() const { return dominantFrequencyHz_; }
 
  private:
-  Parts p_;
+  Parts parts_;
   Analyser analyser_;
   AnalysisOutput output_;
   std::array<int16_t, kBlockSamples> block_{};
-  int16_t width_ = 0;
-  int32_t height_ = 0;
   int32_t dominantFrequencyHz_ = 0;
   Connections connections_;
 };

@@ -1,15 +1,11 @@
-#include "audio/display_options.h"
+#include "display/display_options.h"
 
 namespace velt {
 
 DisplayOptions::DisplayOptions(DisplayControls& form, RigControls& rig) : form_(form), rig_(rig) {
   connections_ += form_.Slider.value.changed.Listen([this] { Slider_Change(); });
   connections_ += form_.Slider2.value.changed.Listen([this] { Slider2_Change(); });
-  connections_ += form_.chkSpecMode.value.changed.Listen([this] { chkSpecMode_Click(); });
   connections_ += form_.mnudomfreq.clicked.Listen([this] { mnudomfreq_Click(); });
-  for (auto& [index, item] : form_.mnuzokamodes) {
-    connections_ += item->clicked.Listen([this, i = index] { mnuzokamodes_Click(i); });
-  }
   for (auto& [index, item] : form_.mnuprecision) {
     connections_ += item->clicked.Listen([this, i = index] { mnuprecision_Click(i); });
   }
@@ -72,18 +68,8 @@ void DisplayOptions::mnudomfreq_Click() {
   DomFreq();
 }
 
-void DisplayOptions::mnuzokamodes_Click(int32_t index) {
-  SetZokaMode(index);
-  if (relayout) relayout();
-}
-
 void DisplayOptions::mnuprecision_Click(int32_t index) {
   SetPrecision(index);
-}
-
-void DisplayOptions::chkSpecMode_Click() {
-  analysis.waterfall = form_.chkSpecMode.value != 0;
-  if (relayout) relayout();
 }
 
 }  // namespace velt

@@ -1,0 +1,63 @@
+#include "display/main_display.h"
+
+namespace velt {
+
+MainDisplay::MainDisplay(const Parts& parts)
+    : options(parts.form, parts.rigForm),
+      tick({.captureForm = parts.captureForm,
+            .displayForm = parts.form,
+            .capture = parts.capture,
+            .options = options,
+            .rig = parts.rig,
+            .engine = parts.engine}),
+      graticule(parts.form),
+      appearance({.scope = parts.form.Scope,
+                  .window = parts.window,
+                  .options = options,
+                  .colours = colours,
+                  .engine = parts.engine}),
+      parts_(parts) {
+  DisplayControls& form = parts_.form;
+  for (auto& [index, item] : form.mnusettings) {
+    connections_ += item->clicked.Listen([this, i = index] { mnusettings_Click(i); });
+  }
+  for (auto& [index, item] : form.mnuzokamodes) {
+    connections_ += item->clicked.Listen([this, i = index] { mnuzokamodes_Click(i); });
+  }
+  connections_ += form.chkSpecMode.value.changed.Listen([this] { chkSpecMode_Click(); });
+  connections_ += parts_.capture.started.Listen([this] {
+    if (parts_.form.mnusettings[2].checked) options.analysis.oscillosMode = true;
+  });
+}
+
+void MainDisplay::Refresh() {
+  graticule.Place(options.analysis.zokaMode, parts_.form.mnusettings[4].checked);
+  appearance.Opmaak();
+}
+
+void MainDisplay::ApplyBorderRule() {
+  parts_.window.sizeable = parts_.form.mnusettings[3].checked.Get();
+  parts_.window.Touch();
+}
+
+void MainDisplay::mnusettings_Click(int32_t index) {
+  auto& checked = parts_.form.mnusettings[index].checked;
+  checked = !checked;
+  options.SetStyle(parts_.form.mnusettings[1].checked, parts_.form.mnusettings[2].checked);
+  if (index == 3) ApplyBorderRule();
+  Refresh();
+}
+
+void MainDisplay::mnuzokamodes_Click(int32_t index) {
+  options.SetZokaMode(index);
+  tick.ClearDisplay();
+  Refresh();
+}
+
+void MainDisplay::chkSpecMode_Click() {
+  options.analysis.waterfall = parts_.form.chkSpecMode.value != 0;
+  tick.ClearDisplay();
+  Refresh();
+}
+
+}  // namespace velt

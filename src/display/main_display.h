@@ -1,0 +1,52 @@
+// The display subsystem: its parts in order of dependence, and what the user changes of the whole
+// display.
+#pragma once
+
+#include <cstdint>
+
+#include "audio/capture.h"
+#include "display/analysis_tick.h"
+#include "display/appearance.h"
+#include "display/display_colours.h"
+#include "display/display_options.h"
+#include "display/graticule.h"
+#include "form/main_form.h"
+#include "rig/rig_state.h"
+
+namespace velt {
+
+class MainDisplay {
+ public:
+  struct Parts {
+    DisplayControls& form;
+    WindowFrame& window;
+    CaptureControls& captureForm;
+    RigControls& rigForm;
+    Capture& capture;
+    const RigState& rig;
+    const EngineState& engine;
+  };
+  explicit MainDisplay(const Parts& parts);
+
+  DisplayColours colours;
+  DisplayOptions options;
+  AnalysisTick tick;
+  Graticule graticule;
+  Appearance appearance;
+
+  // Brings scale, lines and colours in step with the options and the display's place.
+  void Refresh();
+
+  // Sizeable border while the screen size is remembered, else a fixed one.
+  void ApplyBorderRule();
+
+  void mnusettings_Click(int32_t index);
+  void mnuzokamodes_Click(int32_t index);
+  void chkSpecMode_Click();
+
+ private:
+  Parts parts_;
+  Connections connections_;
+};
+
+}  // namespace velt

@@ -1,0 +1,200 @@
+#include "rig/transmit_guard.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace velt {
+
+TransmitGuard::TransmitGuard(const Parts& parts) : parts_(parts) {
+  connections_ += parts_.guardian.told.Listen([this](const GuardianNews& news) { Hear(news); });
+  connections_ += parts_.sleepLock.goingToSleep.Listen([this] { EndAll(Cause::Sleep); });
+}
+
+void TransmitGuard::Add(Keyer& keyer) {
+  Watch& watch = watches_.emplace_back(keyer);
+  watch.safety.SetLimitMinutes(limitMinutes_);
+  watch.connections += keyer.refused.Listen([this, &watch] { Refused(watch); });
+  watch.connections += keyer.heard.Listen([this, &watch] { CheckWatch(watch); });
+}
+
+bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
+  Watch& watch = Of(keyer);
+  const bool guarded = watch.ticket != 0;
+  if (!guarded) {
+    const auto recipe = keyer.Recipe();
+    watch.ticket = recipe ? parts_.guardian.Hold(*recipe) : 0;
+    if (recipe && watch.ticket == 0) {
+      parts_.messages.Show("Not keyed: nothing would release the transmitter after a crash");
+    }
+  }
+  if (watch.ticket == 0) return false;
+  if (!keyer.Key()) {
+    if (!guarded) parts_.guardian.Forget(std::exchange(watch.ticket, 0));
+    return false;
+  }
+  watch.wishes.insert(owner);
+  watch.safety.Keyed(parts_.clock.Elapsed());
+  parts_.sleepLock.Hold();
+  KeepChecking();
+  return true;
+}
+
+bool TransmitGuard::Release(TransmitOwner owner) {
+  bool released = false;
+  for (Watch& watch : watches_) {
+    if (watch.wishes.erase(owner) == 0 || !watch.wishes.empty()) continue;
+    SendRelease(watch);
+    released = true;
+  }
+  return released;
+}
+
+void TransmitGuard::ReleaseAll(Keyer* inUse) {
+  for (Watch& watch : watches_) {
+    const bool wanted = !watch.wishes.empty();
+    watch.wishes.clear();
+    if (wanted || watch.safety.Holds() || &watch.keyer == inUse) SendRelease(watch);
+  }
+}
+
+void TransmitGuard::Leave(Keyer& keyer) {
+  Watch& watch = Of(keyer);
+  const bool wanted = !watch.wishes.empty();
+  watch.wishes.clear();
+  if (!watch.safety.Holds()) return;
+  if (wanted) watch.keyer.ReleaseNow(Milliseconds(0));
+  if (watch.safety.HandOver()) parts_.notices.Over(NoticeKind::Transmitter);
+  parts_.guardian.Follow(std::exchange(watch.ticket, 0));
+  if (!HoldsAny()) parts_.sleepLock.LetGo();
+}
+
+void TransmitGuard::ReleaseNow() {
+  for (Watch& watch : watches_) {
+    watch.wishes.clear();
+    if (!watch.safety.Holds()) continue;
+    watch.keyer.ReleaseNow(kReleaseNowLimit);
+    watch.safety.Released(parts_.clock.Elapsed());
+  }
+}
+
+bool TransmitGuard::Holds(const Keyer& keyer) const {
+  return std::any_of(watches_.begin(), watches_.end(), [&keyer](const Watch& watch) {
+    return &watch.keyer == &keyer && watch.safety.Holds();
+  });
+}
+
+void TransmitGuard::SetLimitMinutes(int32_t minutes) {
+  for (Watch& watch : watches_) watch.safety.SetLimitMinutes(minutes);
+  limitMinutes_ = std::clamp(minutes, PttSafety::kLeastLimitMinutes, PttSafety::kMostLimitMinutes);
+}
+
+TransmitGuard::Watch& TransmitGuard::Of(const Keyer& keyer) {
+  const auto found = std::find_if(watches_.begin(), watches_.end(),
+                                  [&keyer](const Watch& watch) { return &watch.keyer == &keyer; });
+  if (found == watches_.end()) throw std::logic_error("a keyer that nobody added");
+  return *found;
+}
+
+bool TransmitGuard::HoldsAny() const {
+  return std::any_of(watches_.begin(), watches_.end(),
+                     [](const Watch& watch) { return watch.safety.Holds(); });
+}
+
+void TransmitGuard::CheckWatch(Watch& watch) {
+  const PttSafety::Orders orders = watch.safety.Tick(parts_.clock.Elapsed(), watch.keyer.Look());
+  if (orders.release) watch.keyer.Release();
+  if (orders.done) Finished(watch);
+  if (orders.raiseAlarm) {
+    const bool lost = orders.ended == PttSafety::Cause::LinkLost;
+    parts_.notices.Raise(NoticeKind::Transmitter, lost ? kLostWhileKeyed : kMayStillBeOn);
+  }
+  if (orders.endAlarm) parts_.notices.Over(NoticeKind::Transmitter);
+  if (orders.ended == PttSafety::Cause::None) return;
+  watch.wishes.clear();
+  const Cause cause = orders.ended == PttSafety::Cause::Limit      ? Cause::Limit
+                      : orders.ended == PttSafety::Cause::LinkLost ? Cause::LinkLost
+                                                                   : Cause::Elsewhere;
+  Tell(cause);
+  ended.Raise(watch.keyer, cause);
+}
+
+void TransmitGuard::SendRelease(Watch& watch) {
+  watch.keyer.Release();
+  watch.safety.Released(parts_.clock.Elapsed());
+}
+
+// Followed up all the same: a transmitter may refuse a second key because it is on.
+void TransmitGuard::Refused(Watch& watch) {
+  if (watch.wishes.empty()) return;
+  watch.wishes.clear();
+  SendRelease(watch);
+  Tell(Cause::Refused);
+  ended.Raise(watch.keyer, Cause::Refused);
+}
+
+void TransmitGuard::EndAll(Cause cause) {
+  for (Watch& watch : watches_) {
+    if (!watch.safety.Holds()) continue;
+    const bool wanted = !watch.wishes.empty();
+    watch.wishes.clear();
+    SendRelease(watch);
+    if (!wanted) continue;
+    Tell(cause);
+    ended.Raise(watch.keyer, cause);
+  }
+}
+
+void TransmitGuard::Finished(Watch& watch) {
+  parts_.guardian.Forget(std::exchange(watch.ticket, 0));
+  if (!HoldsAny()) parts_.sleepLock.LetGo();
+}
+
+void TransmitGuard::Hear(const GuardianNews& news) {
+  switch (news.kind) {
+    case GuardianNews::Kind::ReleasedInSilence:
+      return EndAll(Cause::Silence);
+    case GuardianNews::Kind::FollowUpFailed:
+      return parts_.notices.Raise(NoticeKind::Transmitter, kMayStillBeOn);
+    case GuardianNews::Kind::FollowUpDone:
+    case GuardianNews::Kind::Back:
+      return;
+  }
+}
+
+void TransmitGuard::Tell(Cause cause) {
+  switch (cause) {
+    case Cause::Limit: {
+      const std::string text =
+          "Transmission ended: it reached the limit of " + std::to_string(LimitMinutes()) + " min";
+      parts_.messages.Show(text);
+      parts_.notices.Raise(NoticeKind::Transmission, text);
+      return;
+    }
+    case Cause::LinkLost:
+      return parts_.messages.Show(
+          "Link lost while transmitting: the release is sent first when it is back");
+    case Cause::Refused:
+      return parts_.messages.Show("The rig refused to transmit");
+    case Cause::Silence: {
+      const std::string text = "Transmission ended: the program had stood still";
+      parts_.messages.Show(text);
+      parts_.notices.Raise(NoticeKind::Transmission, text);
+      return;
+    }
+    case Cause::Sleep:
+      return parts_.messages.Show("Transmission ended: the computer goes to sleep");
+    case Cause::Elsewhere:
+      return;
+  }
+}
+
+void TransmitGuard::KeepChecking() {
+  tick_ = parts_.scheduler.After(kCheckEvery, [this] {
+    for (Watch& watch : watches_) CheckWatch(watch);
+    parts_.guardian.Beat();
+    if (HoldsAny()) KeepChecking();
+  });
+}
+
+}  // namespace velt

@@ -1,0 +1,286 @@
+#include "rig_fixture.h"
+
+namespace velt {
+namespace {
+
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+struct TransmitTest : RigFixture {
+  int port = 4000;
+
+  TransmitTest() {
+    Link();
+    rig.state.offsetKHz = 2;
+    rig.display.ShowRigParams();  // 7.102.00
+  }
+  void On() { form.mnuPTT_ON.Click(); }
+  void Off() { form.mnuPTT_OFF.Click(); }
+  bool Transmits() const { return rig1.txReally == PM_TX; }
+  bool ShowsReceive() { return form.optTXRX[1].value && !form.optTXRX[0].value; }
+};
+
+TEST_F(TransmitTest, KeyingMovesToTheShownFrequencyAndBackAfterTheRelease) {
+  EXPECT_EQ(WritesAfter([this] { On(); }), (Texts{"TX", "Freq 7102000"}));
+  EXPECT_TRUE(form.optTXRX[0].value && !form.optTXRX[1].value);
+  EXPECT_TRUE(sleepLock.held);
+  EXPECT_EQ(guardian.held.size(), 1U);
+  Pass(Milliseconds(300));
+  EXPECT_EQ(form.lblTRXMode.caption.Get(), "TX");
+  EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
+  EXPECT_TRUE(ShowsReceive());
+  EXPECT_EQ(WritesAfter([this] { Pass(Milliseconds(1099)); }), Texts{});
+  EXPECT_EQ(WritesAfter([this] { Pass(Milliseconds(1)); }), Texts{"Freq 7100000"});
+  EXPECT_EQ(Frequency(), "7.102.00");
+  Pass(seconds(1));
+  EXPECT_FALSE(sleepLock.held);
+  EXPECT_TRUE(guardian.held.empty());
+  EXPECT_GT(guardian.beats, 3);
+  // Without a shift in force receive moves nothing.
+  rig1.shown.freq = rig1.shown.rx = 3600000;
+  EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
+  EXPECT_EQ(WritesAfter([this] { Pass(seconds(3)); }), Texts{});
+}
+
+TEST_F(TransmitTest, HoweverOftenItIsPressedTheRigComesBackToItsOwnFrequency) {
+  for (const std::vector<int>& buttons :
+       {std::vector{0, 1, 0, 1}, {0, 0, 1}, {0, 1, 1}, {0, 1, 0, 1, 0, 0, 1}}) {
+    for (const int button : buttons) {
+      form.optTXRX[button].mouseDown.Raise(1);
+      Pass(Milliseconds(600));
+    }
+    Pass(seconds(2));
+    EXPECT_EQ(rig1.shown.freq, 7100000) << buttons.size();
+    EXPECT_FALSE(Transmits());
+  }
+}
+
+// Whatever ends the use of the server that keyed: it is released there, the guardian follows it up,
+// and nothing is sent to what comes after it.
+TEST_F(TransmitTest, LeavingWhatWasKeyedReleasesItThereAndNowhereElse) {
+  const std::vector<std::pair<const char*, std::function<void()>>> ways = {
+      {"another rig", [this] { rig.link.SelectRig(2); }},
+      {"stop in the dialog",
+       [this] {
+         rig.dialog.Open();
+         dialogForm.cmdStartStop.Click();
+         rig.dialog.Close();
+       }},
+      {"another address",
+       [this] {
+         rig.dialog.Open();
+         dialogForm.txtAddress1.UserText("10.0.0.7:" + std::to_string(++port));
+         dialogForm.Command1.Click();
+       }},
+  };
+  for (const auto& [way, leave] : ways) {
+    rig.link.StopOmniRig();
+    Link();
+    rig.state.vfo = 1;
+    rig.state.offsetKHz = 2;
+    rig.display.ShowRigParams();
+    On();
+    Pass(seconds(1));
+    rig.state.vfo = 2;
+    rig.state.offsetKHz = 0;
+    guardian.followed.clear();
+    EXPECT_EQ(WritesAfter(leave), (Texts{"RX", "FreqA 7100000"})) << way;
+    EXPECT_EQ(guardian.followed.size(), 1U) << way;
+    EXPECT_FALSE(Transmits()) << way;
+    EXPECT_TRUE(ShowsReceive()) << way;
+    EXPECT_FALSE(sleepLock.held) << way;
+    rig1.txReally = PM_TX;  // a stranger
+    EXPECT_EQ(WritesAfter([this] { Pass(seconds(15)); }), Texts{}) << way;
+    rig1.txReally = PM_RX;
+    Pass(seconds(1));
+  }
+  EXPECT_EQ(rig2.writes, Texts{});
+}
+
+TEST_F(TransmitTest, WhatWasNotKeyedHereIsReleasedByTheOperatorOnly) {
+  On();
+  Pass(seconds(10));
+  rig1.txReally = PM_RX;  // ended at the rig itself: the next transmission is somebody else's
+  Pass(seconds(5));
+  rig1.txReally = PM_TX;
+  Pass(seconds(2));
+  rig1.TakeWrites();
+  Pass(minutes(11));
+  rig.ptt.PTT_OFF(TransmitOwner::Engine);
+  rig.ptt.PTT_OFF(TransmitOwner::Player);
+  EXPECT_EQ(rig1.TakeWrites(), Texts{});
+  server.Lose(1);
+  Pass(seconds(15));
+  On();
+  EXPECT_FALSE(form.optTXRX[0].value);
+  Off();  // it may be another transmission by the time the link is back
+  server.Return(1);
+  Pass(seconds(20));
+  EXPECT_EQ(rig1.TakeWrites(), Texts{});
+  EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
+  EXPECT_FALSE(Transmits());
+}
+
+TEST_F(TransmitTest, OwnersEndTheirOwnWishAndTheOperatorEndsAll) {
+  using enum TransmitOwner;
+  struct Case {
+    std::vector<TransmitOwner> keyed, released;
+    bool transmits;
+  };
+  for (const Case& c : {Case{{Operator}, {Engine, Player}, true},
+                        {{Operator, Engine}, {Engine}, true},
+                        {{Engine, Player}, {Player}, true},
+                        {{Engine, Player}, {Player, Engine}, false},
+                        {{Engine}, {Operator}, false},
+                        {{Engine, Player, Operator}, {Operator}, false}}) {
+    for (const TransmitOwner owner : c.keyed) rig.ptt.PTT_ON(owner);
+    Pass(seconds(1));
+    for (const TransmitOwner owner : c.released) rig.ptt.PTT_OFF(owner);
+    EXPECT_EQ(Transmits(), c.transmits) << c.keyed.size() << c.released.size();
+    EXPECT_EQ(form.optTXRX[0].value, c.transmits);
+    Off();
+    Pass(seconds(5));
+    EXPECT_EQ(rig1.shown.freq, 7100000);
+  }
+}
+
+// The link goes away after any number of checks, some of them spent with a release that the rig
+// ignores, for a moment up to minutes.
+TEST_F(TransmitTest, ALinkLostAtAnyMomentNeverLeavesARigKeyed) {
+  for (int checks = 0; checks <= 45; ++checks) {
+    for (const int away : {1, 5, 30, 900}) {
+      for (const bool releasing : {false, true}) {
+        On();
+        Pass(Milliseconds(250));
+        rig1.ignoresRelease = releasing;
+        if (releasing) Off();
+        Pass(Milliseconds(250) * checks);
+        server.Lose(1);
+        Pass(Milliseconds(500));
+        EXPECT_TRUE(releasing || Notice() == TransmitGuard::kLostWhileKeyed);
+        Pass(seconds(away));
+        EXPECT_TRUE(form.optTXRX[1].value);
+        EXPECT_TRUE(Transmits());
+        EXPECT_TRUE(away < 10 || !Notice().empty()) << away;
+        rig1.ignoresRelease = false;
+        rig1.TakeWrites();
+        server.Return(1);
+        Pass(Milliseconds(250));
+        ASSERT_FALSE(Transmits()) << checks << " checks, away " << away << ' ' << releasing;
+        EXPECT_EQ(rig1.TakeWrites().front(), "RX");
+        Pass(seconds(5));
+        EXPECT_TRUE(guardian.held.empty());
+        EXPECT_EQ(Notice(), "");
+        EXPECT_EQ(rig1.shown.freq, 7100000);
+      }
+    }
+  }
+}
+
+TEST_F(TransmitTest, AfterALostLinkATunedRigStaysWhereItIs) {
+  for (const bool byHand : {true, false}) {
+    rig1.shown.freq = rig1.shown.rx = 7100000;
+    rig.display.ShowRigParams();
+    On();
+    Pass(seconds(1));
+    server.Lose(1);
+    Pass(seconds(5));
+    if (byHand) rig1.shown.freq = rig1.shown.rx = 3600000;
+    server.Return(1);
+    if (!byHand) rig.control.SetTRXFrequency(3602000);
+    Pass(seconds(5));
+    EXPECT_EQ(rig1.shown.freq, 3600000) << byHand;
+  }
+}
+
+TEST_F(TransmitTest, TheLimitEndsATransmissionAsTheReceiveButtonWould) {
+  for (const auto& [wanted, held] : {std::pair{10, 10}, {2, 2}, {0, 1}, {60, 60}, {61, 60}}) {
+    for (const bool asleep : {false, true}) {
+      rig.guard.SetLimitMinutes(wanted);
+      On();
+      rig1.Report();
+      scheduler.Advance(minutes(held) - Milliseconds(500) - (asleep ? seconds(30) : seconds(0)));
+      if (asleep) clock.slept += seconds(30);  // the limit counts it
+      EXPECT_TRUE(Transmits()) << wanted;
+      On();  // keying what is keyed does not lengthen it
+      Message();
+      Pass(seconds(1));
+      EXPECT_FALSE(Transmits()) << wanted;
+      EXPECT_EQ(Notice(),
+                "Transmission ended: it reached the limit of " + std::to_string(held) + " min");
+      EXPECT_EQ(form.lblMessage.caption.Get(), Notice());
+      form.lblNotice.Click();
+      Pass(seconds(2));
+      EXPECT_TRUE(ShowsReceive());
+      EXPECT_EQ(rig1.shown.freq, 7100000);
+    }
+  }
+}
+
+// The rig takes commands and ignores them, or its server cannot reach it: the release goes out
+// again and again for ten seconds, and then the user is told.
+TEST_F(TransmitTest, AReleaseWithoutEffectIsRepeatedForTenSecondsAndThenTold) {
+  for (const bool silent : {false, true}) {
+    On();
+    Pass(seconds(1));
+    if (silent) server.Silence(1);
+    rig1.ignoresRelease = true;
+    Off();
+    scheduler.Advance(Milliseconds(500));
+    rig1.TakeWrites();
+    Pass(seconds(9));
+    EXPECT_GE(std::ranges::count(rig1.writes, "RX"), 15) << silent;
+    Pass(seconds(1));
+    EXPECT_FALSE(Notice().empty());
+    EXPECT_EQ(WritesAfter([this] { Pass(minutes(1)); }), Texts{});
+    EXPECT_FALSE(Notice().empty());
+    rig1.ignoresRelease = false;
+    if (silent) {
+      server.Return(1);
+    } else {
+      rig1.txReally = PM_RX;
+    }
+    Pass(seconds(2));
+    EXPECT_EQ(Notice(), "");
+    EXPECT_FALSE(Transmits());
+  }
+}
+
+// A transmission that ends by itself, or never begins, shows receive at once and says why.
+TEST_F(TransmitTest, WhatEndsATransmissionIsTold) {
+  const std::vector<std::pair<std::string, std::function<void()>>> ends = {
+      {"The rig refused to transmit", [this] { server.RefuseKey(1); }},
+      {"Transmission ended: the program had stood still",
+       [this] { guardian.told.Raise({.kind = GuardianNews::Kind::ReleasedInSilence}); }},
+      {"Transmission ended: the computer goes to sleep",
+       [this] { sleepLock.goingToSleep.Raise(); }},
+  };
+  for (const auto& [told, end] : ends) {
+    On();
+    EXPECT_EQ(rig1.shown.freq, 7102000);
+    end();
+    scheduler.RunPosted();
+    EXPECT_EQ(Message(), told);
+    EXPECT_TRUE(ShowsReceive()) << told;
+    EXPECT_FALSE(Transmits()) << told;
+    Pass(seconds(3));
+    EXPECT_EQ(rig1.shown.freq, 7100000) << told;
+    EXPECT_TRUE(guardian.held.empty()) << told;
+    EXPECT_EQ(WritesAfter([this] { Pass(seconds(15)); }), Texts{}) << told;
+  }
+}
+
+TEST_F(TransmitTest, NothingIsKeyedThatNothingWouldRelease) {
+  guardian.present = false;
+  EXPECT_EQ(WritesAfter([this] { On(); }), Texts{});
+  EXPECT_EQ(Message(), "Not keyed: nothing would release the transmitter after a crash");
+  EXPECT_TRUE(ShowsReceive());
+  guardian.present = true;
+  rig.link.StopOmniRig();
+  On();
+  EXPECT_EQ(Message(), "No link to the rig: nothing was sent");
+  EXPECT_TRUE(guardian.held.empty());
+}
+
+}  // namespace
+}  // namespace velt
