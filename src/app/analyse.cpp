@@ -3,22 +3,19 @@
 #include <QImage>
 #include <array>
 #include <chrono>
-#include <cstdio>
+#include <optional>
 
+#include "adapters/files/output_file.h"
 #include "adapters/soundfile/sound_file_reader.h"
 #include "app/analyse_report.h"
-#include "form/main_form.h"
+#include "app/console.h"
+#include "app/picture_file.h"
+#include "app/system.h"
 #include "spectrum/analysis.h"
-#include "text/error_text.h"
-#include "text/paths.h"
+#include "text/formats.h"
 
 namespace velt {
 namespace {
-
-int Fail(const std::string& text) {
-  std::fprintf(stderr, "velt-sa: %s\n", text.c_str());
-  return 1;
-}
 
 // The default settings with what the command line says.
 AnalysisSettings SettingsOf(const AnalyseOptions& options) {
@@ -36,26 +33,31 @@ AnalysisSettings SettingsOf(const AnalyseOptions& options) {
   return settings;
 }
 
-int WriteImage(const Raster& shown, const std::filesystem::path& path) {
-  const QImage image(reinterpret_cast<const uchar*>(shown.Pixels().data()), shown.Width(),
-                     shown.Height(), qsizetype{4} * shown.Width(), QImage::Format_RGB32);
-  if (image.save(QString::fromStdString(PathText(path)), "PNG")) return 0;
-  return Fail("The picture could not be written to " + PathText(path) + ".");
+QImage ImageOf(const Raster& shown) {
+  return QImage(reinterpret_cast<const uchar*>(shown.Pixels().data()), shown.Width(),
+                shown.Height(), qsizetype{4} * shown.Width(), QImage::Format_RGB32);
 }
 
-void PrintSummary(const SoundFileInfo& info, int64_t blocks, double seconds,
-                  const StrongestFrequencies& strongest) {
-  const double analysed = static_cast<double>(blocks) * kBlockSamples / kSampleRateHz;
-  std::printf("Duration: %.3f s, %d channel%s at %d Hz\n", info.DurationSeconds(), info.channels,
-              info.channels == 1 ? "" : "s", info.rateHz);
-  std::printf("Blocks: %lld\n", static_cast<long long>(blocks));
-  std::printf("Speed: %.0f times real time\n", analysed / std::max(seconds, 1e-9));
-  std::printf("Strongest frequencies:");
-  for (const auto& [frequencyHz, count] : strongest.Top(5)) {
-    std::printf(" %d Hz (%.0f %%)", frequencyHz,
-                100.0 * static_cast<double>(count) / static_cast<double>(blocks));
+std::string TextOf(const SoundFileInfo& info) {
+  return "Duration: " + FixedText(info.DurationSeconds(), 3) + " s, " +
+         std::to_string(info.channels) + (info.channels == 1 ? " channel" : " channels") + " at " +
+         std::to_string(info.rateHz) + " Hz\n";
+}
+
+// What the run writes, where it was asked for.
+struct ResultFiles {
+  std::optional<OutputFile> csv;
+  std::optional<OutputFile> image;
+};
+
+// Both are opened before the analysis, which can take long. Returns the run's exit code.
+int OpenResults(const AnalyseOptions& options, ResultFiles& results) {
+  for (const auto& [file, path] :
+       {std::pair(&results.csv, &options.csv), std::pair(&results.image, &options.image)}) {
+    if (path->empty()) continue;
+    if (const int error = file->emplace().Open(*path)) return FailToWrite(*path, error);
   }
-  std::printf("\n");
+  return 0;
 }
 
 }  // namespace
@@ -64,50 +66,52 @@ int RunAnalyse(const AnalyseOptions& options) {
   SoundFileReader reader;
   const std::string failure = reader.Open(options.file);
   if (!failure.empty()) return Fail(failure);
+  NoteInterrupts();
+  ResultFiles results;
+  if (const int exitCode = OpenResults(options, results)) return exitCode;
 
-  CsvWriter csv;
-  if (!options.csv.empty()) {
-    if (const int error = csv.Open(options.csv)) {
-      return Fail(PathText(options.csv) + " could not be written: " + ErrorText(error));
-    }
-  }
   const AnalysisSettings settings = SettingsOf(options);
   WaterPalette palette;
   constexpr int16_t kGrey = 1;
   constexpr int16_t kDefaultClearity = 10;
   palette.InitWaterColor(kGrey, kDefaultClearity);
   AnalysisOutput output;
-  if (!options.image.empty()) output.display.emplace();
-  if (!options.csv.empty()) output.columns.emplace();
+  if (results.image) output.display.emplace();
+  if (results.csv) output.columns.emplace();
 
   Analyser analyser;
-  StrongestFrequencies strongest;
+  CsvLine csvLine;
+  AnalysisSummary summary;
   ProgressBar progress;
   std::string peakText = "0kc";
   std::array<int16_t, kBlockSamples> block{};
   const double expected =
       reader.Info().DurationSeconds() * kSampleRateHz / static_cast<double>(kBlockSamples);
-  int64_t blocks = 0;
   const auto begin = std::chrono::steady_clock::now();
-  while (reader.ReadBlock(block)) {
+  int error = 0;
+  bool interrupted = false;
+  while (error == 0 && !interrupted && reader.ReadBlock(block)) {
     const Reading reading = analyser.Analyse(block, settings, {}, palette, output);
-    ++blocks;
+    summary.Count(reading);
     if (reading.freqDetectText) peakText = *reading.freqDetectText;
-    if (output.columns) csv.Write(blocks, reading, peakText, *output.columns);
-    strongest.Count(reading.dominantFrequencyHz);
-    if (blocks % 256 == 0) progress.Show(static_cast<double>(blocks) / expected);
+    if (results.csv) {
+      error =
+          results.csv->Write(csvLine.Format(summary.Blocks(), reading, peakText, *output.columns));
+    }
+    if (summary.Blocks() % 256 != 0) continue;
+    progress.Show(static_cast<double>(summary.Blocks()) / expected);
+    interrupted = Interrupted();
   }
   const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+  progress.Clear();
 
-  if (const std::string warning = reader.Warning(); !warning.empty()) {
-    std::fprintf(stderr, "velt-sa: %s\n", warning.c_str());
-  }
-  if (const int error = csv.Close()) {
-    return Fail(PathText(options.csv) + " could not be written: " + ErrorText(error));
-  }
-  if (output.display && WriteImage(output.display->shown, options.image) != 0) return 1;
-  PrintSummary(reader.Info(), blocks, seconds.count(), strongest);
-  return 0;
+  if (const std::string warning = reader.Warning(); !warning.empty()) Warn(warning);
+  if (interrupted) return Fail("The analysis was interrupted, nothing was written.");
+  if (error == 0 && results.csv) error = results.csv->Commit();
+  if (error != 0) return FailToWrite(options.csv, error);
+  if (results.image) error = WritePicture(ImageOf(output.display->shown), *results.image);
+  if (error != 0) return FailToWrite(options.image, error);
+  return Print(TextOf(reader.Info()) + summary.Text(seconds.count()));
 }
 
 }  // namespace velt

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <vector>
 
 #include "app/system.h"
+#include "ports/audio_input.h"
 #include "text/formats.h"
 
 namespace velt {
@@ -32,15 +33,10 @@ void AppendThreeDecimals(std::string& line, double value) {
   line.append(at, digits.data() + digits.size());
 }
 
-int CsvWriter::Open(const std::filesystem::path& path) {
-  file_.reset(std::fopen(path.c_str(), "we"));
-  return file_ ? 0 : errno;
-}
-
-void CsvWriter::Write(int64_t tick, const Reading& reading, const std::string& peakText,
-                      std::span<const double> heights) {
+const std::string& CsvLine::Format(int64_t block, const Reading& reading,
+                                   const std::string& peakText, std::span<const double> heights) {
   line_.clear();
-  line_ += std::to_string(tick);
+  line_ += std::to_string(block);
   line_ += ',';
   line_ += std::to_string(reading.dominantFrequencyHz);
   line_ += ',';
@@ -52,30 +48,38 @@ void CsvWriter::Write(int64_t tick, const Reading& reading, const std::string& p
     if (!std::isnan(height)) AppendThreeDecimals(line_, height);
   }
   line_ += '\n';
-  if (std::fwrite(line_.data(), 1, line_.size(), file_.get()) != line_.size() && error_ == 0) {
-    error_ = errno;
-  }
+  return line_;
 }
 
-int CsvWriter::Close() {
-  if (std::FILE* file = file_.release()) {
-    if (std::fclose(file) != 0 && error_ == 0) error_ = errno;
-  }
-  return error_;
+void AnalysisSummary::Count(const Reading& reading) {
+  ++blocks_;
+  ++strongest_[reading.silent ? std::nullopt : std::optional(reading.dominantFrequencyHz)];
 }
 
-std::vector<std::pair<int32_t, int64_t>> StrongestFrequencies::Top(size_t most) const {
-  std::vector<std::pair<int32_t, int64_t>> all(counts_.begin(), counts_.end());
-  std::stable_sort(all.begin(), all.end(),
-                   [](const auto& a, const auto& b) { return a.second > b.second; });
-  all.resize(std::min(all.size(), most));
-  return all;
+std::string AnalysisSummary::Text(double seconds) const {
+  constexpr size_t kMostFrequencies = 5;
+  using Strongest = std::pair<std::optional<int32_t>, int64_t>;
+  std::vector<Strongest> all(strongest_.begin(), strongest_.end());
+  std::ranges::stable_sort(all, std::ranges::greater(), &Strongest::second);
+  all.resize(std::min(all.size(), kMostFrequencies));
+
+  const auto blocks = static_cast<double>(blocks_);
+  const double analysed = blocks * Analyser::blockSamples / kSampleRateHz;
+  std::string text = "Blocks: " + std::to_string(blocks_) + "\n";
+  text += "Speed: " + FixedText(analysed / std::max(seconds, 1e-9), 0) + " times real time\n";
+  text += "Strongest frequencies:";
+  for (const auto& [frequencyHz, count] : all) {
+    text += frequencyHz ? " " + std::to_string(*frequencyHz) + " Hz (" : " silence (";
+    text += FixedText(100.0 * static_cast<double>(count) / blocks, 0) + " %)";
+  }
+  return text + "\n";
 }
 
 ProgressBar::ProgressBar() : terminal_(ErrorsGoToATerminal()) {}
 
-ProgressBar::~ProgressBar() {
+void ProgressBar::Clear() {
   if (shown_) std::fputs("\r\x1b[K", stderr);
+  shown_ = false;
 }
 
 void ProgressBar::Show(double share) {

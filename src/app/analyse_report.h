@@ -2,59 +2,54 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
 #include <map>
-#include <memory>
+#include <optional>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "spectrum/analysis.h"
 
 namespace velt {
 
-// One line for each block, without a header: its number from 1, the dominant frequency, the text
-// of the peak label, the S-meter level in twips, the height of each column step in pixels with
-// three decimals. A height that cannot be formed is left empty.
-class CsvWriter {
+// The lines of numbers, one for each block, without a header: the block's number from 1, the
+// dominant frequency, the text of the peak label, the S-meter level in twips, the height of each
+// column step in pixels with three decimals. A height that cannot be formed is left empty.
+class CsvLine {
  public:
-  // Returns the system's error number, 0 for success.
-  int Open(const std::filesystem::path& path);
-  void Write(int64_t tick, const Reading& reading, const std::string& peakText,
-             std::span<const double> heights);
-  // Returns the system's error number when anything was not written.
-  int Close();
+  // With the line's end; valid until the next call.
+  const std::string& Format(int64_t block, const Reading& reading, const std::string& peakText,
+                            std::span<const double> heights);
 
  private:
-  struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  std::unique_ptr<std::FILE, Closer> file_;
   std::string line_;
-  int error_ = 0;
 };
 
 // Appends a number with three decimals, as FixedText gives it.
 void AppendThreeDecimals(std::string& line, double value);
 
-// How often each dominant frequency came.
-class StrongestFrequencies {
+// What an analysis found, block by block.
+class AnalysisSummary {
  public:
-  void Count(int32_t frequencyHz) { ++counts_[frequencyHz]; }
-  // The most frequent ones first, at most `most` of them: frequency and count.
-  std::vector<std::pair<int32_t, int64_t>> Top(size_t most) const;
+  void Count(const Reading& reading);
+  int64_t Blocks() const { return blocks_; }
+
+  // Some lines for people, after as many seconds of work. The frequencies that were the strongest
+  // ones most often come first.
+  std::string Text(double seconds) const;
 
  private:
-  std::map<int32_t, int64_t> counts_;
+  int64_t blocks_ = 0;
+  // How often each was the strongest; none at all is silence.
+  std::map<std::optional<int32_t>, int64_t> strongest_;
 };
 
 // A bar on standard error, when that is a terminal.
 class ProgressBar {
  public:
   ProgressBar();
-  ~ProgressBar();
+  ~ProgressBar() { Clear(); }
   void Show(double share);
+  void Clear();
 
  private:
   bool shown_ = false;

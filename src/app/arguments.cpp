@@ -1,6 +1,7 @@
 #include "app/arguments.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velt {
 namespace {
@@ -41,8 +42,9 @@ Arguments::Arguments(std::span<const std::string> texts, std::span<const KnownOp
       Complain(shown + " needs a value.");
       ++i;
     } else if (LooksLikeOption(texts[i + 1])) {
-      Complain(shown + " needs a value. One that begins with a dash is given as " + shown + "=" +
-               option->value + ".");
+      std::string complaint = shown + " needs a value. One that begins with a dash is given as ";
+      complaint.append(shown).append("=").append(option->value).append(".");
+      Complain(std::move(complaint));
     } else {
       value = texts[++i];
     }

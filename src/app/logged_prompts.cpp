@@ -1,14 +1,27 @@
 #include "app/logged_prompts.h"
 
+#include "text/formats.h"
+
 namespace velt {
 
+namespace {
+
+// A box has lines, the log has one for each message.
+std::string InOneLine(const MessagePrompt& box) {
+  std::string line = box.title + ": ";
+  for (const char c : Without(box.text, '\r')) line += c == '\n' ? ' ' : c;
+  return line;
+}
+
+}  // namespace
+
 void LoggedPrompts::Tell(const MessagePrompt& box, std::function<void()> closed) {
-  log_.Write(LogLevel::Warning, "velt.prompts", box.title + ": " + box.text);
+  log_.Write(LogLevel::Warning, "velt.prompts", InOneLine(box));
   if (closed) dropped_ = scheduler_.After(Milliseconds(0), std::move(closed));
 }
 
 void LoggedPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered) {
-  log_.Write(LogLevel::Warning, "velt.prompts", box.title + ": " + box.text);
+  log_.Write(LogLevel::Warning, "velt.prompts", InOneLine(box));
   if (!answered) return;
   dropped_ =
       scheduler_.After(Milliseconds(0), [answered = std::move(answered)] { answered(false); });

@@ -1,7 +1,5 @@
 #include <QApplication>
 #include <QCoreApplication>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,9 +11,13 @@
 #include "adapters/qt/qt_log.h"
 #include "app/adapters.h"
 #include "app/analyse.h"
+#include "app/console.h"
+#include "app/display_check.h"
+#include "app/file_clashes.h"
 #include "app/options.h"
 #include "app/run_window.h"
 #include "app/system.h"
+#include "app/unmet_need.h"
 #include "guardian/run_guardian.h"
 #include "text/error_text.h"
 #include "text/paths.h"
@@ -30,8 +32,7 @@ void OpenLog(const std::filesystem::path& path) {
   }
   const auto file = std::make_shared<LogFile>(path);
   if (const int error = file->Open()) {
-    std::fprintf(stderr, "velt-sa: the log file %s could not be opened: %s\n",
-                 PathText(path).c_str(), ErrorText(error).c_str());
+    Warn("the log file " + PathText(path) + " could not be opened: " + ErrorText(error));
   }
   QtLog::Install([file](std::string_view line) { file->WriteLine(line); });
 }
@@ -39,38 +40,35 @@ void OpenLog(const std::filesystem::path& path) {
 int ListDevices(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const auto lister = MakeSoundDeviceLister();
-  int exitCode = 0;
-  lister->List([&exitCode](const SoundDevices& listing) {
-    if (!listing.error.empty()) {
-      std::fprintf(stderr, "velt-sa: %s\n", listing.error.c_str());
-      exitCode = 1;
-    }
-    for (const AudioDevice& device : listing.devices) {
-      std::printf("%s%s\t%s\n", device.name == listing.defaultName ? "* " : "  ",
-                  device.name.c_str(), device.description.c_str());
-    }
+  SoundDevices listing;
+  lister->List([&listing](const SoundDevices& told) {
+    listing = told;
     QCoreApplication::quit();
   });
   QCoreApplication::exec();
-  return exitCode;
+  if (!listing.error.empty()) return Fail(listing.error);
+  std::string text;
+  for (const AudioDevice& device : listing.devices) {
+    text += (device.name == listing.defaultName ? "* " : "  ") + device.name + "\t" +
+            device.description + "\n";
+  }
+  return Print(text);
 }
 
-int RunApplication(char* programName, const Options& options, GuardianSpawn guardian) {
-  const bool headless = options.run == Options::Run::Headless;
-  const bool display =
-      !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-  if (headless) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-  } else if (!display && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-    if (options.run == Options::Run::Reset) {
-      qputenv("QT_QPA_PLATFORM", "offscreen");
-    } else {
-      std::fprintf(stderr,
-                   "velt-sa: there is no display. Without one: --headless --seconds N "
-                   "--screenshot FILE.png\n");
-      return 1;
+int RunApplication(char* programName, Options options, GuardianSpawn guardian) {
+  SettledDisplay display;
+  if (!options.windowless || !options.platform.empty()) display = SettleDisplay(options);
+  if (!display.problem.empty()) {
+    if (options.run != Options::Run::Reset) {
+      return Fail(display.problem + " Without one: --headless --seconds N --screenshot FILE.png");
     }
+    // A reset has no need to be seen.
+    options.windowless = true;
+    options.platform.clear();
+    options.qtArguments.clear();
   }
+  if (const std::string need = UnmetNeed(options); !need.empty()) return Fail(need);
+  if (options.windowless && options.platform.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication::setApplicationName("VELT-SA");
   if (!options.namesStyle) QApplication::setStyle("Fusion");
   // Qt keeps the references and writes to the array.
@@ -80,6 +78,7 @@ int RunApplication(char* programName, const Options& options, GuardianSpawn guar
   int count = static_cast<int>(arguments.size());
   arguments.push_back(nullptr);
   QApplication application(count, arguments.data());
+  display.connection.reset();
   OpenLog(options.logFile);
   return RunWindow(application, options, std::move(guardian));
 }
@@ -102,23 +101,16 @@ bool CanKey(int argc, char** argv) {
 
 int Run(int argc, char** argv, GuardianSpawn guardian) {
   const Options options = ParseOptions(ArgumentTexts(argc, argv), VELT_VERSION_TEXT);
-  switch (options.run) {
-    case Options::Run::Help:
-    case Options::Run::Version:
-      std::fputs(options.text.c_str(), stdout);
-      return 0;
-    case Options::Run::Invalid:
-      std::fprintf(stderr, "velt-sa: %s", options.text.c_str());
-      return 2;
-    case Options::Run::Analyse:
-      return RunAnalyse(options.analyse);
-    case Options::Run::ListDevices:
-      return ListDevices(argc, argv);
-    case Options::Run::Reset:
-    case Options::Run::Window:
-    case Options::Run::Headless:
-      break;
+  using Kind = Options::Run;
+  if (options.run == Kind::Help || options.run == Kind::Version) return Print(options.text);
+  const std::string refusal = options.run == Kind::Invalid ? options.text : FileClash(options);
+  if (!refusal.empty()) {
+    Warn(refusal);
+    constexpr int kWrongCall = 2;
+    return kWrongCall;
   }
+  if (options.run == Kind::Analyse) return RunAnalyse(options.analyse);
+  if (options.run == Kind::ListDevices) return ListDevices(argc, argv);
   return RunApplication(argv[0], options, std::move(guardian));
 }
 
@@ -127,6 +119,7 @@ int Run(int argc, char** argv, GuardianSpawn guardian) {
 
 int main(int argc, char** argv) {
   if (argc > 1 && std::string_view(argv[1]) == "--guardian") return velt::RunGuardian();
+  velt::PrepareProcess();
   return velt::Run(argc, argv,
                    velt::CanKey(argc, argv) ? velt::SpawnGuardian() : velt::GuardianSpawn());
 }

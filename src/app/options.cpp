@@ -220,6 +220,7 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   } else if (!checker.Complaint().empty()) {
     options.run = Options::Run::Invalid;
     options.text = checker.Complaint() + "\n\n" + UsageText();
+    options.text.pop_back();  // the last line's end
   } else if (reset) {
     options.run = Options::Run::Reset;
   } else if (arguments.Has("analyse")) {

@@ -1,19 +1,19 @@
 #include "app/run_window.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QIcon>
+#include <QImage>
 #include <QTimer>
-#include <cstdio>
 #include <cstdlib>
 #include <utility>
 
+#include "adapters/files/output_file.h"
 #include "app/adapters.h"
+#include "app/console.h"
+#include "app/picture_file.h"
 #include "app/system.h"
 #include "text/paths.h"
 #include "ui/main_window.h"
 #include "ui/omnirig_window.h"
-#include "ui/qt_text.h"
 
 namespace velt {
 namespace {
@@ -58,9 +58,10 @@ int TellReset(QApplication& application, Adapters& adapters) {
 bool TakePicture(MainWindow& window, const std::filesystem::path& file) {
   if (file.empty()) return true;
   window.SyncNow();
-  if (window.grab().save(ToQt(PathText(file)), "PNG")) return true;
-  std::fprintf(stderr, "velt-sa: the picture could not be written to %s\n", PathText(file).c_str());
-  return false;
+  OutputFile output;
+  int error = output.Open(file);
+  if (error == 0) error = WritePicture(window.grab().toImage(), output);
+  return error == 0 || FailToWrite(file, error) == 0;
 }
 
 }  // namespace
@@ -71,7 +72,8 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   Program program(adapters->Ports(), SetupOf(options));
   switch (program.startup.Run()) {
     case Startup::Result::AnotherInstance:
-      return 0;
+      // A second window is not wanted; somebody who waits for a run's end or picture is told.
+      return options.windowless ? Fail("Another VELT-SA of this user is running.") : 0;
     case Startup::Result::SettingsReset:
       return TellReset(application, *adapters);
     case Startup::Result::Running:

@@ -28,6 +28,11 @@ void Capture::StartButton_Click() {
   Open(deviceName_);
 }
 
+void Capture::StartWhenThere() {
+  recovering_ = true;
+  Open(deviceName_);
+}
+
 void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
   device_ = Device::Opening;
@@ -44,6 +49,7 @@ void Capture::StopCapture() {
   device_ = Device::Closed;
   capturing_ = false;
   ShowStartable();
+  parts_.form.lblSource.caption = std::string();
   parts_.display.Smeter.topTwips = 0;
   parts_.form.Timer1.enabled = false;
   parts_.rig.tmrStatus.enabled = false;
@@ -56,7 +62,7 @@ void Capture::imgStartStop_Click() {
     StartButton_Click();
     return;
   }
-  recovering_ = false;
+  recovering_ = awaited_ = false;
   parts_.notices.Over(NoticeKind::Sound);
   StopCapture();
   ShowStopped();
@@ -99,7 +105,10 @@ bool Capture::TakeBlock(std::span<int16_t, kBlockSamples> block) {
 void Capture::HandleEvent(const AudioEvent& event) {
   switch (event.kind) {
     case AudioEvent::Kind::Opened:
-      if (device_ == Device::Opening) Opened();
+      if (device_ == Device::Opening) Opened(event);
+      break;
+    case AudioEvent::Kind::Moved:
+      if (device_ == Device::Open) Moved(event);
       break;
     case AudioEvent::Kind::OpenFailed:
       if (device_ == Device::Opening) OpenFailed(event.text);
@@ -108,18 +117,22 @@ void Capture::HandleEvent(const AudioEvent& event) {
       if (device_ != Device::Closed) Lost(event.text);
       break;
     case AudioEvent::Kind::Returned:
-      // By its name: the default source may be another one by now.
-      if (recovering_) Open(event.text);
+      if (recovering_) Open(deviceName_);
       break;
   }
 }
 
-void Capture::Opened() {
+void Capture::Opened(const AudioEvent& event) {
   device_ = Device::Open;
   watchdog_.Started(ports_.scheduler.Now());
   ports_.input.Start();
-  if (recovering_) parts_.messages.Show("Sound is back.");
-  recovering_ = false;
+  if (awaited_ && event.text == source_) {
+    parts_.messages.Show("Sound is back.");
+  } else if (awaited_) {
+    parts_.messages.Show("Sound now comes from " + event.description + ".");
+  }
+  recovering_ = awaited_ = false;
+  ShowSource(event);
   parts_.notices.Over(NoticeKind::Sound);
   parts_.form.StopButton.enabled = true;
   parts_.form.DevicesBox.enabled = false;
@@ -129,6 +142,18 @@ void Capture::Opened() {
   parts_.rig.tmrStatus.enabled = parts_.installation.enginePresent;
   parts_.rig.lblMode.enabled = true;
   started.Raise();
+}
+
+void Capture::Moved(const AudioEvent& event) {
+  watchdog_.Started(ports_.scheduler.Now());  // a headset needs its time to begin
+  ShowSource(event);
+  parts_.messages.Show("Sound now comes from " + event.description + ".");
+}
+
+void Capture::ShowSource(const AudioEvent& event) {
+  source_ = event.text;
+  parts_.form.lblSource.caption = event.description;
+  ports_.log.Write(LogLevel::Info, "velt.audio", "Sound comes from " + event.text + ".");
 }
 
 void Capture::OpenFailed(const std::string& text) {
@@ -142,6 +167,7 @@ void Capture::OpenFailed(const std::string& text) {
   }
   ShowStopped();
   parts_.messages.Show(text);
+  parts_.notices.Raise(NoticeKind::Sound, text);
   // The box names the handle, which is always 0 here.
   ports_.prompts.Tell(
       {"Err in Device opening 0", "Wave input device didn't open!", BoxIcon::Exclamation}, {});
@@ -154,9 +180,11 @@ void Capture::Lost(const std::string& text) {
 }
 
 void Capture::AwaitReturn(const std::string& text) {
-  recovering_ = true;
+  recovering_ = awaited_ = true;
   parts_.messages.Show(text);
-  parts_.notices.Raise(NoticeKind::Sound, text + " Waiting for it to come back.");
+  parts_.notices.Raise(
+      NoticeKind::Sound,
+      text + (source_.empty() ? " Waiting for it." : " Waiting for it to come back."));
   ports_.input.WatchForReturn();
 }
 

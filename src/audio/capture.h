@@ -46,6 +46,10 @@ class Capture {
   void StartButton_Click();
   void StopButton_Click();
 
+  // As StartButton_Click, for a start that nobody is waiting beside: what is not there yet, be it
+  // the sound server, is waited for without a box.
+  void StartWhenThere();
+
   // Resets and closes the device.
   void StopCapture();
 
@@ -70,7 +74,9 @@ class Capture {
 
   void Open(const std::string& device);
   void HandleEvent(const AudioEvent& event);
-  void Opened();
+  void Opened(const AudioEvent& event);
+  void Moved(const AudioEvent& event);
+  void ShowSource(const AudioEvent& event);
   void OpenFailed(const std::string& text);
   void Lost(const std::string& text);
   void AwaitReturn(const std::string& text);
@@ -83,7 +89,9 @@ class Capture {
   DeliveryWatchdog watchdog_;
   Device device_ = Device::Closed;
   bool capturing_ = false;
-  bool recovering_ = false;  // lost while running; capture resumes by itself
+  bool recovering_ = false;  // lost while running, or not there yet; capture begins by itself
+  bool awaited_ = false;     // and that was told
+  std::string source_;       // name of the source that was open last
   Connections connections_;
 };
 

@@ -65,6 +65,7 @@ CaptureControls::CaptureControls(Form& form)
       StopButton(form, "Stop"),
       DevicesBox(form),
       imgStartStop(form, "Play"),
+      lblSource(form),
       imgRecOnOff(form),
       Timer1(form, 25),
       tmrRec(form, 500) {

@@ -75,6 +75,7 @@ struct CaptureControls {
   Button StopButton;
   ListBox DevicesBox;
   Image imgStartStop;
+  Label lblSource;  // where the sound comes from, while capturing
   Image imgRecOnOff;
   Timer Timer1;
   Timer tmrRec;

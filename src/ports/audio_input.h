@@ -22,12 +22,14 @@ struct AudioDevice {
 struct AudioEvent {
   enum class Kind {
     Opened,      // after Open: blocks will come once started; `text` is the source's name
+    Moved,       // after Opened: the stream goes on from another source; `text` is its name
     OpenFailed,  // after Open: nothing is open; `text` says why, as a sentence for people
     Lost,        // after Opened: the stream has ended by itself; `text` says why, likewise
-    Returned,    // once after WatchForReturn: Open(text), the source's name, has good prospects
+    Returned,    // once after WatchForReturn: Open has good prospects; `text` is the source's name
   };
   Kind kind = Kind::Opened;
   std::string text;
+  std::string description = {};  // Opened, Moved: the source for people
 };
 
 enum class TakeResult {
@@ -47,8 +49,10 @@ class AudioInput {
   // The devices known at the moment; may be empty while the server has not answered yet.
   virtual std::vector<AudioDevice> Devices() const = 0;
 
-  // Starts to open the device of that name, the server's default source when empty. Closes what
-  // was open. One of Opened and OpenFailed follows within 4 s.
+  // Starts to open the device of that name and no other, or the system's default when empty. The
+  // latter goes along when the default changes or the user moves the stream (Moved); a source that
+  // the user has chosen so is kept for later calls, as long as it is there. Closes what was open.
+  // One of Opened and OpenFailed follows within 4 s.
   virtual void Open(const std::string& device) = 0;
 
   // Lets an opened stream deliver. What came before is not kept.
@@ -62,8 +66,10 @@ class AudioInput {
   virtual void Close() = 0;
 
   // After Lost, OpenFailed or Close: tells Returned once the source that was open, or asked for,
-  // can be heard (again), however long that takes. Where the user has taken the stream away from a
-  // source that is still there, the source must go and come back first.
+  // can be heard (again), however long that takes. Where the user has ended the stream from a
+  // source that is still there, the source must go and come back first. For the system's default
+  // any default source does after 3 s, and at once where a stand-in for missing devices was lost;
+  // such a stand-in itself is no return.
   virtual void WatchForReturn() = 0;
 };
 

@@ -22,7 +22,8 @@ class SettingsStore {
   // stored file is as it was.
   virtual int Commit() = 0;
 
-  // Deletes everything stored, every section and the backup too. Returns the error number.
+  // Deletes everything stored, every section and the backup too; what was stored may be kept once
+  // where no start looks for it. Returns the error number.
   virtual int DeleteAll() = 0;
 };
 

@@ -65,7 +65,7 @@ void TransmitGuard::Leave(Keyer& keyer) {
   if (!watch.safety.Holds()) return;
   if (wanted) watch.keyer.ReleaseNow(Milliseconds(0));
   if (watch.safety.HandOver()) parts_.notices.Over(NoticeKind::Transmitter);
-  parts_.guardian.Follow(std::exchange(watch.ticket, 0));
+  if (watch.ticket != 0) parts_.guardian.Follow(std::exchange(watch.ticket, 0));
   if (!HoldsAny()) parts_.sleepLock.LetGo();
 }
 
@@ -146,13 +146,15 @@ void TransmitGuard::EndAll(Cause cause) {
 }
 
 void TransmitGuard::Finished(Watch& watch) {
-  parts_.guardian.Forget(std::exchange(watch.ticket, 0));
+  if (watch.ticket != 0) parts_.guardian.Forget(std::exchange(watch.ticket, 0));
   if (!HoldsAny()) parts_.sleepLock.LetGo();
 }
 
 void TransmitGuard::Hear(const GuardianNews& news) {
   switch (news.kind) {
     case GuardianNews::Kind::ReleasedInSilence:
+      // The tickets are spent.
+      for (Watch& watch : watches_) watch.ticket = 0;
       return EndAll(Cause::Silence);
     case GuardianNews::Kind::FollowUpFailed:
       return parts_.notices.Raise(NoticeKind::Transmitter, kMayStillBeOn);

@@ -88,7 +88,11 @@ void Startup::StartAnalyserIfWanted() {
   if (parts_.form.mnuautos[2].checked || parts_.setup.startAnalyser) {
     parts_.capture.ShowRunning();
     parts_.form.imgRecOnOff.enabled = true;
-    parts_.capture.StartButton_Click();
+    if (parts_.setup.startAnalyser) {
+      parts_.capture.StartButton_Click();
+    } else {
+      parts_.capture.StartWhenThere();
+    }
   }
   next_ = ports_.scheduler.After(Milliseconds(0), [this] { LinkRig(); });
 }

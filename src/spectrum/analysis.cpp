@@ -63,6 +63,7 @@ Reading Analyser::Analyse(std::span<const int16_t, blockSamples> block,
   AgePeakHold();
   reading.dominantFrequencyHz = dominantFrequencyHz_;
   reading.smeterLevelTwips = smeterLevelTwips_;
+  reading.silent = std::ranges::all_of(block, [](int16_t sample) { return sample == 0; });
   return reading;
 }
 

@@ -45,6 +45,8 @@ struct Reading {
   // How far the S-meter has risen in twips, 0 or more and without an upper limit.
   int32_t smeterLevelTwips = 0;
   bool displayChanged = false;
+  // Every sample of the block was 0: what is the strongest in it means nothing.
+  bool silent = false;
 };
 
 // The analysis, block by block. Numbers do not depend on whether anything is drawn. A step whose

@@ -1,35 +1,11 @@
 // The program's command line as a user calls it, without any display.
-#include <gtest/gtest.h>
-
-#include <fstream>
 #include <sstream>
 
-#include "support/process.h"
-#include "support/pulse_server.h"
+#include "app/program_call.h"
+#include "support/x_desktop.h"
 
 namespace velt {
 namespace {
-
-struct CommandLine : testing::Test {
-  TempFolder folder;
-
-  struct Result {
-    int exitCode;
-    std::string said;
-  };
-  Result Call(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), VELT_PROGRAM);
-    const auto output = folder.Path() / "output";
-    std::filesystem::remove(output);  // a process appends
-    Process process(arguments, {.environment = {"HOME=" + folder.Path().string(),
-                                                "XDG_RUNTIME_DIR=" + folder.Path().string(),
-                                                "DISPLAY=", "PULSE_SERVER=unix:/nowhere"},
-                                .output = output});
-    const bool ended = process.WaitForEnd(std::chrono::seconds(20));
-    return {ended ? process.ExitCode().value_or(-1) : -1, ReadText(output)};
-  }
-  std::string Path(const std::string& name) const { return (folder.Path() / name).string(); }
-};
 
 TEST_F(CommandLine, AnalysesATone) {
   WriteToneFile(Path("tone.wav"), 3000, 2.0);
@@ -75,7 +51,7 @@ TEST_F(CommandLine, BadFilesGetOneClearLine) {
     call.insert(call.end(), arguments.begin(), arguments.end());
     const Result result = Call(call);
     EXPECT_EQ(result.exitCode, 1) << arguments[0];
-    EXPECT_EQ(std::count(result.said.begin(), result.said.end(), '\n'), 1) << result.said;
+    EXPECT_EQ(result.Lines(), 1) << result.said;
   }
 }
 
@@ -100,20 +76,70 @@ TEST_F(CommandLine, WrongCallsShowTheUsage) {
 }
 
 TEST_F(CommandLine, WithoutADisplayItSaysWhatToDo) {
-  const Result result = Call({});
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_NE(result.said.find("--headless"), std::string::npos);
+  XDesktop frozen;
+  frozen.Freeze();
+  for (const std::vector<std::string>& surroundings :
+       std::vector<std::vector<std::string>>{{"DISPLAY="},
+                                             {"DISPLAY=:54321"},
+                                             {"DISPLAY=", "WAYLAND_DISPLAY=none"},
+                                             {"DISPLAY=", "QT_QPA_PLATFORM=nonsense"},
+                                             {"DISPLAY=" + frozen.Display()}}) {
+    const Result result = Call({}, With(surroundings));
+    EXPECT_EQ(result.exitCode, 1) << surroundings.back();
+    EXPECT_TRUE(result.Lines() == 1 && result.Says("--headless")) << result.said;
+  }
+  // Settings can be reset all the same, though nobody can dismiss a box.
+  const Result result = Call({"/RESET"}, With({"DISPLAY=:54321"}));
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_TRUE(result.Lines() == 1 && result.Says("restored to their defaults")) << result.said;
 }
 
-TEST_F(CommandLine, AnUnwritablePlaceForDataLosesNothing) {
-  // A file stands where the folder should be made.
+TEST_F(CommandLine, AHeadlessRunThatCannotBeSaysWhy) {
   std::ofstream(Path("occupied")) << "mine";
-  const Result result = Call(
-      {"--headless", "--seconds", "1", "--data-folder", Path("occupied"), "--log", Path("log")});
-  EXPECT_EQ(result.exitCode, 0) << result.said;
+  const std::string headless = "--headless";
+  for (const auto& [arguments, reason] :
+       std::initializer_list<std::pair<std::vector<std::string>, std::string>>{
+           {{headless, "--input", Path("none.wav")}, "no such file"},
+           {{headless, "--input", Path("occupied")}, "not a sound file"},
+           {{headless, "--data-folder", Path("occupied")}, "Not a directory"},
+           {{headless, "--data-folder", "/proc/none"}, "/proc/none"}}) {
+    std::vector<std::string> call = arguments;
+    call.insert(call.end(), {"--seconds", "1"});
+    const Result result = Call(call);
+    EXPECT_EQ(result.exitCode, 1) << arguments.back();
+    EXPECT_TRUE(result.Lines() == 1 && result.Says(reason)) << result.said;
+  }
   EXPECT_EQ(ReadText(Path("occupied")), "mine");
-  const std::string log = ReadText(Path("log"));
-  EXPECT_NE(log.find("could not be made"), std::string::npos) << log;
+
+  WriteToneFile(Path("tone.wav"), 1000, 0.1);
+  Process::Options aside = Surroundings();
+  aside.output = Path("first");
+  const auto first = Start({headless, "--seconds", "20"}, aside);
+  ASSERT_TRUE(WaitUntil([this] { return std::filesystem::exists(Path("velt-sa.lock")); },
+                        std::chrono::seconds(10)));
+  for (const std::vector<std::string>& more : std::vector<std::vector<std::string>>{
+           {}, {"--screenshot", Path("x.png")}, {"--input", Path("tone.wav")}}) {
+    std::vector<std::string> call{headless, "--seconds", "1"};
+    call.insert(call.end(), more.begin(), more.end());
+    const Result result = Call(call);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.Lines() == 1 && result.Says("Another")) << result.said;
+  }
+}
+
+TEST_F(CommandLine, NamesAreTheBytesThatWereGiven) {
+  const auto named = [this](const std::string& name) { return Path("caf\xe9-" + name); };
+  WriteToneFile(named("tone.wav"), 1000, 0.1);
+  Result result =
+      Call({"--analyse", named("tone.wav"), "--csv", named("o.csv"), "--image", named("o.png")});
+  EXPECT_EQ(result.exitCode, 0) << result.said;
+  result = Call({"--headless", "--seconds", "1", "--input=" + named("tone.wav"), "--data-folder",
+                 named("data"), "--screenshot", named("window.png"), "--log", named("log")});
+  EXPECT_EQ(result.exitCode, 0) << result.said;
+  for (const char* name : {"o.csv", "o.png", "data/VELT-SA.ini", "data/WAV", "window.png", "log"}) {
+    EXPECT_TRUE(std::filesystem::exists(named(name))) << name;
+  }
+  EXPECT_TRUE(Call({"--analyse", named("none.wav")}).Says(named("none.wav") + ": no such file"));
 }
 
 TEST_F(CommandLine, AHeadlessRunSavesItsSettings) {

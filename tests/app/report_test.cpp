@@ -30,5 +30,15 @@ TEST(AnalyseReport, ThreeDecimalsAreTheExactOnes) {
   }
 }
 
+TEST(AnalyseReport, SilenceIsNoFrequency) {
+  AnalysisSummary summary;
+  for (const bool silent : {true, true, true, false}) {
+    summary.Count({.freqDetectText = {}, .dominantFrequencyHz = 22116, .silent = silent});
+  }
+  EXPECT_EQ(summary.Text(1.0),
+            "Blocks: 4\nSpeed: 0 times real time\n"
+            "Strongest frequencies: silence (75 %) 22116 Hz (25 %)\n");
+}
+
 }  // namespace
 }  // namespace velt

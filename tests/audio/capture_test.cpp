@@ -42,11 +42,32 @@ TEST(Capture, AFailedOpenShowsItsBoxAndStaysIdle) {
   EXPECT_EQ(f.prompts.told[0].title, "Err in Device opening 0");
   EXPECT_EQ(f.prompts.told[0].text, "Wave input device didn't open!");
   EXPECT_EQ(f.Form().lblMessage.caption.Get(), "No sound server.");
+  EXPECT_EQ(f.Form().lblNotice.caption.Get(), "No sound server.");
   EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Play");
   EXPECT_TRUE(f.Form().StartButton.enabled);
   EXPECT_FALSE(f.Form().Timer1.enabled);
   EXPECT_FALSE(f.audio.watching);
   EXPECT_TRUE(f.Form().tmrStatus.enabled) << "as it was";
+  f.audio.answer = FakeAudioInput::Answer::Opened;
+  f.StartCapture();
+  EXPECT_FALSE(f.Form().lblNotice.visible);
+}
+
+TEST(Capture, AnAutomaticStartWaitsForWhatIsNotThereYet) {
+  ProgramFixture f;
+  f.store.Save("VELT-SA", "AutoStartSA", "True");
+  f.audio.answer = FakeAudioInput::Answer::Failed;
+  f.Start();
+  EXPECT_TRUE(f.audio.watching);
+  for (const auto& box : f.prompts.told) EXPECT_NE(box.text, "Wave input device didn't open!");
+  EXPECT_EQ(f.Form().lblNotice.caption.Get(), "No sound server. Waiting for it.");
+  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Stop");
+  f.audio.answer = FakeAudioInput::Answer::Opened;
+  f.audio.Tell(AudioEvent::Kind::Returned, "usb");
+  f.scheduler.RunPosted();
+  EXPECT_TRUE(f.Form().Timer1.enabled);
+  EXPECT_FALSE(f.Form().lblNotice.visible);
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The usb.");
 }
 
 TEST(Capture, StoppingWhileOpeningOpensNothing) {
@@ -81,9 +102,32 @@ TEST(Capture, GoesOnByItselfWhenALostInputReturns) {
   f.audio.answer = FakeAudioInput::Answer::Opened;
   f.audio.Tell(AudioEvent::Kind::Returned, "usb");
   f.scheduler.RunPosted();
-  EXPECT_EQ(f.audio.device, "usb");
+  EXPECT_EQ(f.audio.device, "");  // the default: it may be another one by now
   EXPECT_TRUE(f.Form().Timer1.enabled);
   EXPECT_FALSE(f.Form().lblNotice.visible);
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound is back.");
+}
+
+TEST(Capture, SaysAndShowsWhereTheSoundComesFrom) {
+  ProgramFixture f;
+  f.Start();
+  f.StartCapture();
+  EXPECT_EQ(f.Form().lblSource.caption.Get(), "The usb");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "");
+  f.scheduler.Advance(Milliseconds(100));
+  f.audio.Tell(AudioEvent::Kind::Moved, "mic");
+  f.scheduler.RunPosted();
+  EXPECT_EQ(f.Form().lblSource.caption.Get(), "The mic");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The mic.");
+  f.audio.result = TakeResult::NotYet;
+  f.scheduler.Advance(Milliseconds(2000));  // the new source needs its time to begin
+  EXPECT_TRUE(f.Form().Timer1.enabled);
+  f.audio.Tell(AudioEvent::Kind::Lost, "Gone.");
+  f.audio.source = "line";
+  f.audio.Tell(AudioEvent::Kind::Returned, "line");
+  f.scheduler.RunPosted();
+  EXPECT_EQ(f.Form().lblSource.caption.Get(), "The line");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The line.");
 }
 
 TEST(Capture, StoppingEndsTheWaitForALostInput) {

@@ -128,6 +128,15 @@ TEST_F(AnalysisTicks, TheLastOfEqualColumnsIsThePeakAndALowerOneIsShownLater) {
   EXPECT_EQ(TextFor(Tone(100)), "4304Hz");
 }
 
+TEST_F(AnalysisTicks, ABlockOfZerosAloneIsSilent) {
+  Block block{};
+  EXPECT_TRUE(Tick(block).silent);
+  block.back() = -1;
+  EXPECT_FALSE(Tick(block).silent);
+  block = {1};
+  EXPECT_FALSE(Tick(block).silent);
+}
+
 TEST_F(AnalysisTicks, InTheEngineModesThePeakIsTextOfTheRigsFrequency) {
   struct Case {
     int16_t mode;

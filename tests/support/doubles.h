@@ -25,6 +25,7 @@ class FakeAudioInput : public AudioInput {
   bool watching = false;
   int opened = 0;
   std::string device;
+  std::string source = "usb";  // what opens
 
   explicit FakeAudioInput(Scheduler& scheduler) : scheduler_(scheduler) {}
   std::vector<AudioDevice> Devices() const override { return devices; }
@@ -33,7 +34,7 @@ class FakeAudioInput : public AudioInput {
     watching = false;
     ++opened;
     open = answer == Answer::Opened;
-    if (answer == Answer::Opened) Tell(AudioEvent::Kind::Opened, "");
+    if (answer == Answer::Opened) Tell(AudioEvent::Kind::Opened, source);
     if (answer == Answer::Failed) Tell(AudioEvent::Kind::OpenFailed, "No sound server.");
   }
   void Start() override {}
@@ -49,7 +50,7 @@ class FakeAudioInput : public AudioInput {
   }
   void WatchForReturn() override { watching = true; }
   void Tell(AudioEvent::Kind kind, const std::string& text) {
-    scheduler_.Post([this, kind, text] { happened.Raise({kind, text}); });
+    scheduler_.Post([this, kind, text] { happened.Raise({kind, text, "The " + text}); });
   }
   std::vector<AudioDevice> devices;
 

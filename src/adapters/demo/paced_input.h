@@ -37,7 +37,11 @@ class PacedInput : public AudioInput {
     Close();
     std::string failure = source_.Open();
     open_ = failure.empty();
-    Tell({open_ ? AudioEvent::Kind::Opened : AudioEvent::Kind::OpenFailed, std::move(failure)});
+    if (open_) {
+      Tell({AudioEvent::Kind::Opened, device_.name, device_.description});
+    } else {
+      Tell({AudioEvent::Kind::OpenFailed, std::move(failure)});
+    }
   }
 
   void Start() override {
@@ -56,7 +60,7 @@ class PacedInput : public AudioInput {
     const int64_t late = (due - used_ - kBlock) % kSampleRateHz;
     if (!source_.Skip(static_cast<uint64_t>(late)) || !source_.Read(block)) {
       Close();
-      Tell({AudioEvent::Kind::Lost, device_.description + " cannot be read any more"});
+      Tell({AudioEvent::Kind::Lost, device_.description + " cannot be read any more."});
       return TakeResult::Gone;
     }
     // Counted from the last whole second, so that no number grows with the time.
@@ -76,7 +80,7 @@ class PacedInput : public AudioInput {
   void WatchForReturn() override {
     watch_ = scheduler_.After(std::chrono::seconds(1), [this] {
       if (source_.Open().empty()) {
-        Tell({AudioEvent::Kind::Returned, ""});
+        Tell({AudioEvent::Kind::Returned, device_.name});
       } else {
         WatchForReturn();
       }

@@ -1,6 +1,8 @@
 // Files and folders on the disk, through the system's own calls.
 #pragma once
 
+#include <set>
+
 #include "ports/files.h"
 
 namespace velt {
@@ -14,10 +16,8 @@ class DiskFiles : public Files {
   // Regular files only: a folder gives EISDIR, a device or pipe EINVAL.
   FileContent Read(const std::filesystem::path& path) const override;
 
-  // At every moment the file or its ".bak" is whole, and a reader of the file finds the old or the
-  // new one. A symbolic link stays, its target is replaced (the ".bak" lies beside the link).
-  // Permission bits are kept, the owner where the system allows it. Without a previous file the
-  // ".bak" stays as it is. The folder has to exist.
+  // As WholeFile does it. Before the first replacement in a folder what killed runs left there is
+  // removed.
   int Replace(const std::filesystem::path& path, std::string_view bytes, bool backup) override;
 
   // A file or a symbolic link itself; ENOENT when there is none.
@@ -25,6 +25,24 @@ class DiskFiles : public Files {
 
   int Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   int MakeFolder(const std::filesystem::path& path) override;
+
+  // The rest is for the settings. Removes what killed runs left beside the file, and beside what it
+  // is a symbolic link to.
+  virtual void RemoveLeftoversBeside(const std::filesystem::path& path);
+
+  // Renames a file or a symbolic link itself over what has that name.
+  virtual int RenameOver(const std::filesystem::path& from, const std::filesystem::path& to);
+
+  // Keeps the file under a further name; EEXIST when something has it. Takes no place on the disk
+  // where a file can have two names.
+  virtual int KeepAs(const std::filesystem::path& file, const std::filesystem::path& name);
+
+  // Replaces the file by its backup, which stays: by a copy, and where there is no place for one,
+  // by a second name of the backup.
+  virtual int Restore(const std::filesystem::path& file, const std::filesystem::path& backup);
+
+ private:
+  std::set<std::filesystem::path> cleared_;  // folders without leftovers
 };
 
 }  // namespace velt

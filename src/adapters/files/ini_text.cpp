@@ -7,6 +7,8 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kHexDigits = "0123456789abcdef";
+// A comment to whoever does not know it.
+constexpr std::string_view kClosingLine = "; end of the settings";
 
 bool IsBlank(char c) {
   return c == ' ' || c == '\t';
@@ -15,6 +17,10 @@ bool IsBlank(char c) {
 bool IsControl(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return (byte < 0x20 && c != '\t') || byte == 0x7F;
+}
+
+bool StartsComment(char c) {
+  return c == ';' || c == '#';
 }
 
 bool HasBlankEnds(std::string_view text) {
@@ -99,12 +105,14 @@ bool IniText::IsUsableSection(std::string_view name) {
 }
 
 bool IniText::IsUsableKey(std::string_view name) {
-  return IsUsableName(name) && name.find('=') == std::string_view::npos && name.front() != ';' &&
-         name.front() != '[';
+  return IsUsableName(name) && name.find('=') == std::string_view::npos &&
+         !StartsComment(name.front()) && name.front() != '[';
 }
 
 std::optional<IniText> IniText::Parse(std::string_view bytes) {
-  if (!bytes.ends_with('\n')) return std::nullopt;
+  // Some editors take away the end of the last line.
+  const std::string_view lastLine = bytes.substr(bytes.rfind('\n') + 1);
+  if (!lastLine.empty() ? lastLine != kClosingLine : bytes.empty()) return std::nullopt;
   // Editors of other systems put the mark in front; it says nothing here.
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
   IniText ini;
@@ -114,12 +122,14 @@ std::optional<IniText> IniText::Parse(std::string_view bytes) {
   while (!bytes.empty()) {
     const size_t end = bytes.find('\n');
     std::string_view line = bytes.substr(0, end);
-    bytes.remove_prefix(end + 1);
+    bytes.remove_prefix(std::min(end, bytes.size() - 1) + 1);
     if (line.ends_with('\r')) line.remove_suffix(1);
     if (std::any_of(line.begin(), line.end(), IsControl)) return std::nullopt;
 
     const std::string_view content = WithoutBlankEnds(line);
-    if (content.empty() || content.front() == ';') {
+    if (content == kClosingLine) {
+      ini.closed_ = true;
+    } else if (content.empty() || StartsComment(content.front())) {
       ini.sections_.back().lines.push_back({.key = "", .text = "", .bytes = std::string(line)});
     } else if (content.front() == '[') {
       if (content.back() != ']') return std::nullopt;
@@ -192,7 +202,8 @@ std::string IniText::Bytes() const {
     if (!s.header.empty()) out += s.header + lineEnd_;
     for (const Line& line : s.lines) out += line.bytes + lineEnd_;
   }
-  return out;
+  out += kClosingLine;
+  return out + lineEnd_;
 }
 
 }  // namespace velt

@@ -1,5 +1,6 @@
-// The text of a settings file: sections of key=value lines. Everything that is not set stays as it
-// was found, in its order: comments (";"), blank lines, other sections and keys.
+// The text of a settings file: sections of key=value lines, and a closing line that tells a whole
+// file from one that lost its end. Everything that is not set stays as it was found, in its order:
+// comments (";" or "#"), blank lines, other sections and keys.
 #pragma once
 
 #include <optional>
@@ -13,8 +14,12 @@ class IniText {
  public:
   // Empty when the bytes are not a whole settings file: no bytes at all, control characters, a
   // last line without its end, a key before any section, or a line that is none of blank, comment,
-  // "[section]" and key=value. Line ends may be LF or CR LF.
+  // "[section]" and key=value. Line ends may be LF or CR LF; the closing line needs none.
   static std::optional<IniText> Parse(std::string_view bytes);
+
+  // Whether the closing line was there. Older files have none. What somebody appended behind it
+  // counts like the rest.
+  bool IsClosed() const { return closed_; }
 
   // The text of a key, exactly as it was set; of repeated keys the first. Spelling counts.
   std::optional<std::string> Get(std::string_view section, std::string_view key) const;
@@ -24,10 +29,11 @@ class IniText {
   // written in quotes with \" \\ \n \r and \xHH. The names have to be usable.
   void Set(std::string_view section, std::string_view key, std::string_view text);
 
+  // With the closing line, as the last one.
   std::string Bytes() const;
 
   // Whether names can stand in the file: not empty, no control characters, no blanks at the ends;
-  // keys without "=" and not starting with ";" or "[".
+  // keys without "=" and not starting with ";", "#" or "[".
   static bool IsUsableSection(std::string_view name);
   static bool IsUsableKey(std::string_view name);
 
@@ -47,6 +53,7 @@ class IniText {
 
   std::vector<Section> sections_{Section{}};
   std::string lineEnd_ = "\n";
+  bool closed_ = false;
 };
 
 }  // namespace velt

@@ -13,6 +13,13 @@ constexpr Milliseconds kVerifyLimit{500};
 constexpr Milliseconds kWatchAttemptLimit{10000};
 constexpr Milliseconds kFirstPause{250};
 constexpr Milliseconds kLongestPause{1000};
+// A plug that was touched, or a device that radio frequency has upset, is back by then.
+constexpr Milliseconds kSameSourceTime{3000};
+
+// What the servers put in the place of missing devices.
+bool IsStandIn(const PulseSource& source) {
+  return source.name == "auto_null" || source.name.starts_with("auto_null.");
+}
 
 }  // namespace
 
@@ -20,12 +27,18 @@ PulseInput::PulseInput(Scheduler& scheduler)
     : scheduler_(scheduler),
       self_(std::make_shared<PulseInput*>(this)),
       limit_(loop_, [this] { OnLimit(); }),
-      retry_(loop_, [this] { Try(); }) {}
+      retry_(loop_, [this] { Try(); }),
+      sameTime_(loop_, [this] {
+        sameOnly_ = false;
+        choice_.clear();
+        Try();
+      }) {}
 
 PulseInput::~PulseInput() {
   const PulseLoop::Lock lock(loop_);
   limit_.Stop();
   retry_.Stop();
+  sameTime_.Stop();
   Drop();
 }
 
@@ -54,6 +67,7 @@ void PulseInput::Close() {
 void PulseInput::WatchForReturn() {
   const PulseLoop::Lock lock(loop_);
   Begin(Phase::Watching);
+  ExpectReturn();
   pause_ = kFirstPause;
   limit_.Start(kWatchAttemptLimit);
   retry_.Start(Milliseconds(0));
@@ -68,6 +82,7 @@ void PulseInput::EnterPhase(Phase phase) {
   ring_.Close();
   limit_.Stop();
   retry_.Stop();
+  sameTime_.Stop();
   stream_.reset();
   phase_ = phase;
 }
@@ -108,15 +123,20 @@ void PulseInput::OnSources(const PulseSources& sources) {
   const bool same = wanted && wanted->index == source_.index;
   switch (phase_) {
     case Phase::Opening:
-      if (!stream_) PickSource();
+      if (stream_) {
+        FinishOpening();
+      } else {
+        PickSource();
+      }
       break;
     case Phase::Running:
-      if (!same) TellVerifiedLoss(false);
+      FollowStream();
       break;
     case Phase::Verifying:
       TellVerifiedLoss(same);
       break;
     case Phase::Watching:
+      if (sameOnly_ && !sameTime_.Running()) sameTime_.Start(kSameSourceTime);
       mustGoFirst_ = mustGoFirst_ && same;
       if (!mustGoFirst_ && !(stream_ && same)) ProbeSource();
       break;
@@ -127,9 +147,8 @@ void PulseInput::OnSources(const PulseSources& sources) {
 
 void PulseInput::PickSource() {
   if (const PulseSource* source = Wanted()) {
-    wanted_ = source->name;
     OpenStream(*source);
-  } else if (wanted_.empty()) {
+  } else if (FollowsDefault()) {
     End(AudioEvent::Kind::OpenFailed, "Sound server has no source.");
   } else {
     End(AudioEvent::Kind::OpenFailed, "Sound source " + wanted_ + " does not exist.");
@@ -145,7 +164,11 @@ void PulseInput::OpenStream(const PulseSource& source) {
   source_ = source;
   stream_ = std::make_unique<PulseStream>(connection_->Context(), ring_,
                                           static_cast<PulseStream::Listener&>(*this));
-  stream_->Connect(source_);
+  using Choice = PulseStream::Choice;
+  const bool asDefault = phase_ == Phase::Opening && source_.name != choice_;
+  stream_->Connect(source_.name, !FollowsDefault() ? Choice::Pinned
+                                 : asDefault       ? Choice::Server
+                                                   : Choice::First);
 }
 
 void PulseInput::OnConnectionFailed(const std::string& reason) {
@@ -162,6 +185,7 @@ void PulseInput::OnConnectionFailed(const std::string& reason) {
       End(AudioEvent::Kind::Lost, kServerGoneText);
       break;
     case Phase::Watching:
+      ExpectReturn();
       RetryLater();
       break;
     case Phase::Idle:
@@ -171,6 +195,14 @@ void PulseInput::OnConnectionFailed(const std::string& reason) {
 
 void PulseInput::OnStreamReady() {
   if (phase_ != Phase::Opening) return;
+  FinishOpening();
+  if (phase_ == Phase::Opening) connection_->Refresh();  // it is on a source newer than the list
+}
+
+void PulseInput::FinishOpening() {
+  const PulseSource* source = known_.Find(stream_->SourceName());
+  if (!source) return;
+  source_ = *source;
   if (stream_->Suspended()) {
     EndOnSource(AudioEvent::Kind::OpenFailed, " is suspended.");
     return;
@@ -178,7 +210,30 @@ void PulseInput::OnStreamReady() {
   limit_.Stop();
   ring_.Hold();
   phase_ = Phase::Running;
-  Tell(AudioEvent::Kind::Opened, source_.name);
+  NoteChoice();
+  Tell({AudioEvent::Kind::Opened, source_.name, source_.Label()});
+}
+
+void PulseInput::FollowStream() {
+  const PulseSource* before = known_.Find(source_.name);
+  const bool gone = !before || before->index != source_.index;
+  if (gone && !(FollowsDefault() && IsStandIn(source_))) {
+    TellVerifiedLoss(false);
+    return;
+  }
+  const PulseSource* now = known_.Find(stream_->SourceName());
+  if (!now) return;
+  const bool moved = now->index != source_.index;
+  source_ = *now;
+  NoteChoice();
+  if (moved) Tell({AudioEvent::Kind::Moved, source_.name, source_.Label()});
+}
+
+void PulseInput::NoteChoice() {
+  // The servers let streams go along with the default source except those that the user has moved,
+  // and remember these only when they are set up to.
+  const bool chosen = FollowsDefault() && source_.name != known_.defaultName;
+  choice_ = chosen ? source_.name : std::string();
 }
 
 void PulseInput::OnStreamFailed(int error) {
@@ -187,7 +242,7 @@ void PulseInput::OnStreamFailed(int error) {
     EndOnSource(AudioEvent::Kind::OpenFailed,
                 removed ? " was removed." : std::string(": ") + pa_strerror(error) + ".");
   } else if (phase_ == Phase::Running) {
-    VerifyLoss({});
+    VerifyLoss();
   } else {
     stream_.reset();
     RetryLater();
@@ -195,14 +250,9 @@ void PulseInput::OnStreamFailed(int error) {
 }
 
 void PulseInput::OnStreamMoved() {
-  const std::string movedTo = stream_->SourceName();
-  if (movedTo == source_.name) return;
-  if (phase_ == Phase::Running) {
-    VerifyLoss(movedTo);
-  } else {
-    stream_.reset();
-    connection_->Refresh();
-  }
+  // While it opens or runs the list decides: whether the source that it left is still there.
+  if (phase_ == Phase::Watching && stream_->SourceName() != source_.name) stream_.reset();
+  connection_->Refresh();
 }
 
 void PulseInput::OnStreamSuspended() {
@@ -216,26 +266,27 @@ void PulseInput::OnStreamData() {
   if (phase_ == Phase::Watching) End(AudioEvent::Kind::Returned, source_.name);
 }
 
-void PulseInput::VerifyLoss(const std::string& movedTo) {
+void PulseInput::VerifyLoss() {
   stream_.reset();
   ring_.Hold();
-  movedTo_ = movedTo;
   phase_ = Phase::Verifying;
   limit_.Start(kVerifyLimit);
   connection_->Refresh();
 }
 
 void PulseInput::TellVerifiedLoss(bool sourceIsThere) {
-  // A user who moved or ended the stream meant it: the source alone is no reason to come back.
+  // A user who ended the stream meant it: the source alone is no reason to come back.
   mustGoFirst_ = sourceIsThere;
-  if (!sourceIsThere) {
-    EndOnSource(AudioEvent::Kind::Lost, " was removed.");
-  } else if (movedTo_.empty()) {
+  if (sourceIsThere) {
     End(AudioEvent::Kind::Lost, "Sound server ended the stream.");
   } else {
-    const PulseSource* target = known_.Find(movedTo_);
-    End(AudioEvent::Kind::Lost, "Sound moved to " + (target ? target->Label() : movedTo_) + ".");
+    EndOnSource(AudioEvent::Kind::Lost, " was removed.");
   }
+}
+
+void PulseInput::ExpectReturn() {
+  sameTime_.Stop();
+  sameOnly_ = FollowsDefault() && !source_.name.empty() && !IsStandIn(source_);
 }
 
 void PulseInput::RetryLater() {
@@ -254,12 +305,12 @@ void PulseInput::EndOnSource(AudioEvent::Kind kind, const std::string& fate) {
 
 void PulseInput::End(AudioEvent::Kind kind, std::string text) {
   EnterPhase(Phase::Idle);
-  Tell(kind, std::move(text));
+  Tell({kind, std::move(text)});
 }
 
-void PulseInput::Tell(AudioEvent::Kind kind, std::string text) {
+void PulseInput::Tell(AudioEvent event) {
   const auto deliver = [self = std::weak_ptr(self_), generation = generation_,
-                        event = AudioEvent{kind, std::move(text)}] {
+                        event = std::move(event)] {
     const auto input = self.lock();
     if (!input || (*input)->generation_ != generation) return;
     (*input)->happened.Raise(event);
@@ -268,7 +319,12 @@ void PulseInput::Tell(AudioEvent::Kind kind, std::string text) {
 }
 
 const PulseSource* PulseInput::Wanted() const {
-  return known_.Find(wanted_.empty() ? known_.defaultName : wanted_);
+  if (!FollowsDefault()) return known_.Find(wanted_);
+  if (const PulseSource* chosen = known_.Find(choice_)) return chosen;
+  const PulseSource* present = known_.Find(known_.defaultName);
+  if (!present || phase_ != Phase::Watching) return present;
+  const bool another = !source_.name.empty() && present->name != source_.name;
+  return another && (sameOnly_ || IsStandIn(*present)) ? nullptr : present;
 }
 
 }  // namespace velt

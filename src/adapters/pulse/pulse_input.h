@@ -49,12 +49,17 @@ class PulseInput final : public AudioInput,
   void OpenStream(const PulseSource& source);
   void PickSource();
   void ProbeSource();
-  void VerifyLoss(const std::string& movedTo);
+  void FinishOpening();
+  void FollowStream();
+  void NoteChoice();
+  void ExpectReturn();
+  void VerifyLoss();
   void TellVerifiedLoss(bool sourceIsThere);
   void Drop();  // stream and connection
   void End(AudioEvent::Kind kind, std::string text);
   void EndOnSource(AudioEvent::Kind kind, const std::string& fate);
-  void Tell(AudioEvent::Kind kind, std::string text);
+  void Tell(AudioEvent event);
+  bool FollowsDefault() const { return wanted_.empty(); }
   const PulseSource* Wanted() const;  // null: not there
 
   Scheduler& scheduler_;
@@ -65,14 +70,16 @@ class PulseInput final : public AudioInput,
   // What follows is touched under the loop's lock.
   uint64_t generation_ = 0;  // of the latest wish; written on the window's thread only
   Phase phase_ = Phase::Idle;
-  std::string wanted_;        // name of the source; empty: the default one, until that is known
-  PulseSource source_;        // what the stream was opened on; the name is empty before that
-  std::string movedTo_;       // while verifying: where the stream went, empty when it was ended
-  bool mustGoFirst_ = false;  // the user took the sound away from a source that is still there
+  std::string wanted_;        // name of the source; empty: the system's default
+  std::string choice_;        // name of the source that the user has moved the default's stream to
+  PulseSource source_;        // what the stream comes from; the name is empty before that
+  bool mustGoFirst_ = false;  // the user ended the sound from a source that is still there
+  bool sameOnly_ = false;     // while watching for a default: not yet for another than was lost
   Milliseconds pause_{0};     // before the next attempt to connect
   PulseSources known_;
   PulseTimer limit_;
   PulseTimer retry_;
+  PulseTimer sameTime_;  // how long the default that was lost has to come back
   std::unique_ptr<PulseConnection> connection_;
   std::unique_ptr<PulseStream> stream_;
 };

@@ -49,6 +49,7 @@ class PulseTimer {
 
   void Start(Milliseconds delay);  // starts anew when it is running
   void Stop();
+  bool Running() const { return event_ != nullptr; }
 
  private:
   pa_mainloop_api& api_;

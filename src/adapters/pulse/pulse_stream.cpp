@@ -1,11 +1,17 @@
 #include "adapters/pulse/pulse_stream.h"
 
+#include <pulse/proplist.h>
+
+#include <memory>
 #include <new>
 
 namespace velt {
 namespace {
 
-constexpr uint32_t kFragmentBytes = 1024;                // half a block, 12 ms
+// 21.3 ms: a little less than a tick of 25 ms, so that each finds a new block, and no more than
+// PipeWire has after one period of 1024 samples, or two of 512, at 48 kHz. With any more it would
+// wait for another period now and then.
+constexpr uint32_t kFragmentBytes = 940 * sizeof(int16_t);
 constexpr uint32_t kServerBacklogBytes = kSampleRateHz;  // half a second
 
 PulseStream::Listener& ListenerOf(void* listener) {
@@ -17,7 +23,13 @@ PulseStream::Listener& ListenerOf(void* listener) {
 PulseStream::PulseStream(pa_context& context, SampleRing& ring, Listener& listener)
     : ring_(ring), listener_(listener) {
   constexpr pa_sample_spec format = {PA_SAMPLE_S16LE, kSampleRateHz, 1};
-  stream_ = pa_stream_new(&context, "VELT-SA", &format, nullptr);
+  const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> properties(pa_proplist_new(),
+                                                                             pa_proplist_free);
+  if (!properties) throw std::bad_alloc();
+  // PipeWire would add the channels up otherwise, and clip what is loud on both; PulseAudio
+  // averages anyway.
+  pa_proplist_sets(properties.get(), "channelmix.normalize", "true");
+  stream_ = pa_stream_new_with_proplist(&context, "VELT-SA", &format, nullptr, properties.get());
   if (!stream_) throw std::bad_alloc();
   pa_stream_set_state_callback(
       stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->StateChanged(); },
@@ -48,20 +60,22 @@ PulseStream::~PulseStream() {
   pa_stream_unref(stream_);
 }
 
-void PulseStream::Connect(const PulseSource& source) {
+void PulseStream::Connect(const std::string& source, Choice choice) {
   pa_buffer_attr buffer{};
   buffer.maxlength = kServerBacklogBytes;
   buffer.fragsize = kFragmentBytes;
-  // Moving is allowed: without it the stream could not tell a source that went away from a user
-  // who wants the sound elsewhere.
-  if (pa_stream_connect_record(stream_, source.name.c_str(), &buffer, PA_STREAM_ADJUST_LATENCY) <
-      0) {
+  const char* device = choice == Choice::Server ? nullptr : source.c_str();
+  const auto flags = static_cast<pa_stream_flags_t>(
+      PA_STREAM_ADJUST_LATENCY |
+      (choice == Choice::Pinned ? PA_STREAM_DONT_MOVE : PA_STREAM_NOFLAGS));
+  if (pa_stream_connect_record(stream_, device, &buffer, flags) < 0) {
     listener_.OnStreamFailed(pa_context_errno(pa_stream_get_context(stream_)));
   }
 }
 
 std::string PulseStream::SourceName() const {
-  const char* name = pa_stream_get_device_name(stream_);
+  const bool open = pa_stream_get_state(stream_) == PA_STREAM_READY;
+  const char* name = open ? pa_stream_get_device_name(stream_) : nullptr;
   return name ? name : "";
 }
 

@@ -29,11 +29,16 @@ class PulseStream {
   PulseStream(const PulseStream&) = delete;
   PulseStream& operator=(const PulseStream&) = delete;
 
+  enum class Choice {
+    Pinned,  // this source and no other: the stream ends with it
+    First,   // this source at first, then wherever the server or the user moves it
+    Server,  // wherever the server finds right: where the user put it before, the default source
+  };
   // May call OnStreamFailed before it returns.
-  void Connect(const PulseSource& source);
+  void Connect(const std::string& source, Choice choice);
 
   bool Suspended() const { return pa_stream_is_suspended(stream_) == 1; }
-  std::string SourceName() const;  // of an opened stream: where it really comes from
+  std::string SourceName() const;  // where it really comes from; empty while it is not open
 
  private:
   void StateChanged();

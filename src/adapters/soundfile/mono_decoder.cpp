@@ -39,7 +39,7 @@ std::string MonoDecoder::Open(const fs::path& path) {
   if (std::string reason = ReasonNotToOpen(path); !reason.empty()) return reason;
   if (auto repair = FindWavRepair(path)) {
     warning_ = repair->warning;
-    patched_ = std::make_unique<PatchedFile>(path, std::move(repair->patches));
+    patched_ = std::make_unique<PatchedFile>(path, std::move(*repair));
     sound_.reset(patched_->OpenSound(info_));
   } else {
     sound_.reset(OpenSound(path, info_));

@@ -84,7 +84,7 @@ TEST(Guardian, ReleasesWhatAFrozenProgramKeyed) {
   DummyRig rig;
   Holder holder(PortOf(rig));
   ASSERT_EQ(rig.Ask("t"), "1");
-  holder.process.Signal(SIGSTOP);
+  holder.process.Signal(ProcessSignal::Stop);
   EXPECT_TRUE(LoopUntil([&] { return rig.Ask("t") == "0"; }));
   EXPECT_TRUE(IsAlive(holder.guardian)) << "the program may come back";
 }

@@ -122,13 +122,60 @@ TEST_F(SoundFileTest, UnfinishedAndCutOffFilesAreReadAsFarAsTheyGo) {
   };
   for (const Case& c : {Case{0, length - 1, unfinished}, Case{UINT32_MAX, length, unfinished},
                         Case{0x7FFFF000, length, unfinished},
-                        Case{length - 44, length - 1024, "1024 bytes of sound are missing"}}) {
+                        Case{length - 44, length - 1024, "1024 bytes of sound are missing"},
+                        Case{1024, length, "longer than its header says"}}) {
     std::string bytes = whole.substr(0, c.bytes);
     std::memcpy(&bytes[40], &c.dataSize, 4);
     folder.Write("w.wav", bytes);
     ASSERT_EQ(Open("w.wav"), "") << c.dataSize;
     EXPECT_EQ(ReadAll(), Ramp((c.bytes - 44) / 1024 * kBlockSamples)) << c.dataSize;
     EXPECT_NE(reader.Warning().find(c.warning), std::string::npos) << reader.Warning();
+  }
+}
+
+TEST_F(SoundFileTest, WhatFollowsTheSoundIsNoSound) {
+  WriteRamp("w.wav", kWav16, 44100, 2 * kBlockSamples);
+  const std::string whole = folder.Read("w.wav");
+  folder.Write("w.wav", whole + std::string("LIST\6\0\0\0note. \0", 15));
+  ASSERT_EQ(Open("w.wav"), "");
+  EXPECT_EQ(ReadAll(), Ramp(2 * kBlockSamples));
+  EXPECT_EQ(reader.Warning(), "");
+}
+
+TEST_F(SoundFileTest, SoundBeyondFourGigabytesIsNotLost) {
+  constexpr int64_t kFrames = 2200000000;
+  const std::array<int16_t, 3> last{11, -22, 33};
+  // Files of which most takes no place on the disk.
+  for (const int format : {SF_FORMAT_RF64, SF_FORMAT_W64}) {
+    SF_INFO info{0, 44100, 1, format | SF_FORMAT_PCM_16, 0, 0};
+    SNDFILE* sound = sf_open((folder / "long").c_str(), SFM_WRITE, &info);
+    sf_seek(sound, kFrames - 3, SEEK_SET);
+    sf_writef_short(sound, last.data(), 3);
+    sf_close(sound);
+    ASSERT_EQ(Open("long"), "");
+    EXPECT_EQ(reader.Info().frames, kFrames) << std::hex << format;
+  }
+  // A plain header cannot tell such a length; its writers went on all the same.
+  WriteRamp("long.wav", kWav16, 44100, kBlockSamples);
+  std::fstream file(folder / "long.wav", std::ios::binary | std::ios::in | std::ios::out);
+  for (const uint32_t dataSize : {static_cast<uint32_t>(kFrames * 2), UINT32_MAX}) {
+    file.seekp(40).write(reinterpret_cast<const char*>(&dataSize), 4);
+    file.seekp(44 + (kFrames - 3) * 2).write(reinterpret_cast<const char*>(last.data()), 6).flush();
+    ASSERT_EQ(Open("long.wav"), "") << dataSize;
+    EXPECT_EQ(reader.Info().frames, kFrames);
+    EXPECT_NE(reader.Warning(), "");
+    std::array<int16_t, kBlockSamples> block{};
+    ASSERT_TRUE(reader.ReadBlock(block));
+    EXPECT_EQ(block[511], Ramp(kBlockSamples)[511]);
+    // The reader itself would take seconds to its end.
+    PatchedFile patched(folder / "long.wav", *FindWavRepair(folder / "long.wav"));
+    SF_INFO info{};
+    SNDFILE* sound = patched.OpenSound(info);
+    std::array<int16_t, 4> end{};
+    sf_seek(sound, kFrames - 3, SEEK_SET);
+    EXPECT_EQ(sf_readf_short(sound, end.data(), 4), 3);
+    EXPECT_TRUE(std::equal(last.begin(), last.end(), end.begin()));
+    sf_close(sound);
   }
 }
 
