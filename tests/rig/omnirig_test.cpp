@@ -9,7 +9,7 @@ using OmniRigDialogTest = RigFixture;
 TEST_F(OmniRigLinkTest, OnlyVersionsInsideTheGateStart) {
   for (const auto& [version, accepted] :
        {std::pair{0x100, false}, {0x101, true}, {0x299, true}, {0x29A, false}}) {
-    server.version = version;
+    server.SetInterfaceVersion(version);
     rig.link.StartOmniRig({});
     EXPECT_FALSE(rig.current.Exists());  // the answer comes later
     scheduler.RunPosted();
@@ -22,12 +22,11 @@ TEST_F(OmniRigLinkTest, OnlyVersionsInsideTheGateStart) {
 
 TEST_F(OmniRigDialogTest, AServerOutOfReachIsToldAndTriedOnUntilTheRigStarts) {
   Texts answers;
-  server.reachable = {false, false};
+  Reachable(false);
   rig.link.StartOmniRig([&](bool online) { answers.push_back(online ? "on line" : "off line"); });
   scheduler.RunPosted();
   EXPECT_EQ(answers, Texts{"off line"});
   rig.link.StopOmniRig();
-  rig1.shown.rx = 7100000;
   form.Image3.Click();
   ASSERT_TRUE(dialogForm.Window.visible);
   dialogForm.cmdStartStop.Click();
@@ -35,10 +34,10 @@ TEST_F(OmniRigDialogTest, AServerOutOfReachIsToldAndTriedOnUntilTheRigStarts) {
   scheduler.RunPosted();
   EXPECT_EQ(prompts.told.at(0).text, "OmniRig is not installed or has a wrong version number");
   EXPECT_EQ(dialogForm.cmdStartStop.caption.Get(), "Stop");
-  server.Return(2);  // not the one to start with
+  rig2.ComeBack();  // not the one to start with
   scheduler.RunPosted();
   EXPECT_FALSE(rig.current.Exists());
-  server.Return(1);
+  rig1.ComeBack();
   scheduler.RunPosted();
   // What the stopped start would have gone on with is not done by a later one.
   EXPECT_EQ(answers, Texts{"off line"});
@@ -47,7 +46,7 @@ TEST_F(OmniRigDialogTest, AServerOutOfReachIsToldAndTriedOnUntilTheRigStarts) {
 }
 
 TEST_F(OmniRigLinkTest, WithoutAUserNothingIsAsked) {
-  server.reachable = {false, false};
+  Reachable(false);
   setup.questions = OmniRigLink::Questions::Never;
   Restart();
   program->rig.link.StartOmniRig({});
@@ -59,15 +58,13 @@ TEST_F(OmniRigLinkTest, WithoutAUserNothingIsAsked) {
 TEST_F(OmniRigLinkTest, EventsOfTheOtherRigChangeNothing) {
   Link();
   const std::string& shown = form.lblMode.caption.Get();
-  rig1.shown.mode = PM_AM;  // not told yet
-  server.RaiseParams(2);
+  server.Open(2, {});
   scheduler.RunPosted();
   EXPECT_EQ(shown, "LSB");
   rig.link.SelectRig(2);
   scheduler.RunPosted();
   EXPECT_EQ(shown, "USB");
-  rig2.shown.mode = PM_FM;
-  server.RaiseParams(1);
+  rig1.Select(PM_FM);
   scheduler.RunPosted();
   EXPECT_EQ(shown, "USB");
 }
@@ -79,7 +76,7 @@ TEST_F(OmniRigLinkTest, TheRigToStartWithIsTwoOrElseOne) {
     EXPECT_EQ(rig.current.Number(), number) << choice;
     rig.link.StopOmniRig();
   }
-  server.reachable = {false, true};
+  rig1.Vanish();
   rig.link.StartOmniRig({});
   rig.link.ChooseRig(2);  // while the other is being opened
   scheduler.RunPosted();
@@ -90,14 +87,14 @@ TEST_F(OmniRigLinkTest, ALostLinkKeepsTheLastValuesAsStale) {
   Link();
   const std::string status = "Transceiver Frequency. Click to set TRX. RIG STATUS: ";
   EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "On-line");
-  server.Lose(1);
+  rig1.Vanish();
   scheduler.RunPosted();
   EXPECT_EQ(Frequency(), "7.100.00");
   for (const RigLabel* label :
        {&form.lblFrequency, &form.lblFrequencyExpand, &form.lblMode, &form.lblTRXMode}) {
     EXPECT_TRUE(label->stale);
   }
-  EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "Rig is not responding");
+  EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "Port is not available");
 }
 
 TEST_F(OmniRigDialogTest, RigVfoAndModeHoldForTheMainWindowAtOnce) {
@@ -125,7 +122,7 @@ TEST_F(OmniRigDialogTest, RigVfoAndModeHoldForTheMainWindowAtOnce) {
 TEST_F(OmniRigDialogTest, StoppedByHandNothingIsKnownOfTheRig) {
   Start();
   Link();
-  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Maker Model");
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Simulated rig");
   rig.dialog.Open();
   dialogForm.cmdStartStop.Click();
   EXPECT_EQ(Frequency(), "RigOffLine");

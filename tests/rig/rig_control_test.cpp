@@ -15,7 +15,7 @@ TEST_F(RigControlTest, FrequenciesGoToTheVfoLessTheOffset) {
       rig.control.SetTRXFrequency(hertz, vfo);
       EXPECT_EQ(Message(), message);
     }
-    return rig1.TakeWrites();
+    return writes1.Take();
   };
   EXPECT_EQ(
       sent("Updating VFO...", {{7100000, 1, 0}, {7100000, 2, 0}, {7100000, 3, 0}, {7100000, 4, 0}}),
@@ -42,21 +42,21 @@ TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
   EXPECT_EQ(Message(), "");
 
   form.lblFrequencyExpand.caption = "7.100.00";
-  server.Lose(1);
+  rig1.Vanish();
   scheduler.RunPosted();
   EXPECT_EQ(WritesAfter(write), Texts{});
   EXPECT_EQ(Message(), "No link to the rig: nothing was sent");
   form.mnuRig.Click();
   EXPECT_FALSE(form.mnuSetFreqManual.enabled);
   for (const int index : {0, 10, 50, 90}) EXPECT_EQ(form.mnuBands[index].enabled, index == 0);
-  server.Return(1);
+  rig1.ComeBack();
   EXPECT_EQ(WritesAfter([] {}), Texts{});  // a refused write does not come later
 }
 
 TEST_F(RigControlTest, ModesAreMappedBySourceAndSidebandFlag) {
   Link();
   for (const int item : {1, 2, 3}) form.mnuModModes[item].Click();
-  EXPECT_EQ(rig1.TakeWrites(), (Texts{"Mode 67108864", "Mode 33554432", "Mode 8388608"}));
+  EXPECT_EQ(writes1.Take(), (Texts{"Mode 67108864", "Mode 33554432", "Mode 8388608"}));
   constexpr int32_t kU = PM_SSB_U, kL = PM_SSB_L, kCwU = PM_CW_U, kCwL = PM_CW_L;
   const Texts texts = {"USB", "LSB", "CW-USB", "CW-LSB", "CW", "FM", "AM", "DIG", "DRM"};
   struct Case {
@@ -74,7 +74,7 @@ TEST_F(RigControlTest, ModesAreMappedBySourceAndSidebandFlag) {
       rig.control.SetModulationMode(c.fromLabel ? "" : texts[i]);
       const int32_t mode = c.modes.at(i);
       const Texts sent(mode == 0 ? 0 : 1, "Mode " + std::to_string(mode));
-      EXPECT_EQ(rig1.TakeWrites(), sent) << texts[i] << c.inverted << c.fromLabel;
+      EXPECT_EQ(writes1.Take(), sent) << texts[i] << c.inverted << c.fromLabel;
     }
   }
 }
@@ -85,7 +85,7 @@ TEST_F(RigControlTest, AFrequencyByHandHasToBeAboveTenKilohertz) {
   const auto sent = [this](const std::optional<std::string>& text) {
     form.mnuSetFreqManual.Click();
     prompts.input(text);
-    return rig1.TakeWrites();
+    return writes1.Take();
   };
   for (const char* text : {"10", "abc", "9999999999"}) EXPECT_EQ(sent(text), Texts{}) << text;
   EXPECT_EQ(sent(std::nullopt), Texts{});
@@ -112,9 +112,10 @@ TEST_F(RigDisplayTest, FrequencyAndTransmitStateFollowTheRig) {
                         {7100000, 0, 33, "7.067.46", "RX", 7100000, 7067469},
                         {0, 0, 2, "RigOffLine", "RX", 0, 2005}}) {
     rig.state.offsetKHz = c.offsetKHz;
-    rig1.shown.rx = c.rx;
-    rig1.shown.txOverride = c.tx;
-    rig.display.ShowRigParams();
+    rig1.Tune(c.rx);
+    rig1.Split(c.tx);
+    rig1.Key(c.tx != 0);
+    Pass(std::chrono::seconds(1));
     EXPECT_EQ(form.lblFrequencyExpand.caption.Get(), c.shown);
     EXPECT_EQ(form.lblTRXMode.caption.Get(), c.trx) << c.shown;
     EXPECT_EQ(rig.state.scaleAnchorHz, c.anchor) << c.shown;
@@ -130,8 +131,7 @@ TEST_F(RigDisplayTest, WindowAndDialogNameModesTheirOwnWay) {
   Texts dialog;
   for (const int32_t mode :
        {PM_AM, PM_FM, PM_SSB_L, PM_SSB_U, PM_CW_U, PM_CW_L, PM_DIG_U, int32_t{0}}) {
-    rig1.shown.mode = mode;
-    server.RaiseParams(1);
+    rig1.Select(mode);
     scheduler.RunPosted();
     window.push_back(form.lblMode.caption);
     dialog.push_back(dialogForm.Label6.caption);

@@ -14,9 +14,11 @@ struct RigFixture : testing::Test, ProgramFixture {
   using Texts = std::vector<std::string>;
 
   RigFixture() {
-    server.reachable = {true, true};
-    rig1.shown = {.freq = 7100000, .rx = 7100000, .mode = PM_SSB_L};
-    rig2.shown = {.freq = 14250000, .rx = 14250000, .mode = PM_SSB_U};
+    rig1.Tune(7100000);
+    rig1.Select(PM_SSB_L);
+    rig2.Tune(14250000);
+    rig2.Select(PM_SSB_U);
+    Reachable(true);
   }
 
   void Link() {
@@ -24,18 +26,12 @@ struct RigFixture : testing::Test, ProgramFixture {
     scheduler.RunPosted();
   }
   Texts WritesAfter(const std::function<void()>& action) {
-    rig1.TakeWrites();
+    writes1.Take();
     action();
     scheduler.RunPosted();
-    return rig1.TakeWrites();
+    return writes1.Take();
   }
-  // The rig's own report of what it does reaches the program every 100 ms.
-  void Pass(Milliseconds span) {
-    for (Milliseconds passed{0}; passed < span; passed += Milliseconds(100)) {
-      rig1.Report();
-      scheduler.Advance(std::min(Milliseconds(100), span - passed));
-    }
-  }
+  void Pass(Milliseconds span) { scheduler.Advance(span); }
   std::string Frequency() const { return form.lblFrequency.caption; }
   // What the message line holds, which is emptied.
   std::string Message() {
@@ -47,8 +43,6 @@ struct RigFixture : testing::Test, ProgramFixture {
     return form.lblNotice.visible ? form.lblNotice.caption.Get() : std::string();
   }
 
-  FakeRig& rig1 = server.rigs[0];
-  FakeRig& rig2 = server.rigs[1];
   Main& form = program->form;
   OmniRigForm& dialogForm = program->catForm;
   Rig& rig = program->rig;

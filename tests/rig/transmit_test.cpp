@@ -16,7 +16,7 @@ struct TransmitTest : RigFixture {
   }
   void On() { form.mnuPTT_ON.Click(); }
   void Off() { form.mnuPTT_OFF.Click(); }
-  bool Transmits() const { return rig1.txReally == PM_TX; }
+  bool Transmits() const { return rig1.Transmits(); }
   bool ShowsReceive() { return form.optTXRX[1].value && !form.optTXRX[0].value; }
 };
 
@@ -37,7 +37,7 @@ TEST_F(TransmitTest, KeyingMovesToTheShownFrequencyAndBackAfterTheRelease) {
   EXPECT_TRUE(guardian.held.empty());
   EXPECT_GT(guardian.beats, 3);
   // Without a shift in force receive moves nothing.
-  rig1.shown.freq = rig1.shown.rx = 3600000;
+  rig1.Tune(3600000);
   EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
   EXPECT_EQ(WritesAfter([this] { Pass(seconds(3)); }), Texts{});
 }
@@ -50,7 +50,7 @@ TEST_F(TransmitTest, HoweverOftenItIsPressedTheRigComesBackToItsOwnFrequency) {
       Pass(Milliseconds(600));
     }
     Pass(seconds(2));
-    EXPECT_EQ(rig1.shown.freq, 7100000) << buttons.size();
+    EXPECT_EQ(rig1.Freq(), 7100000) << buttons.size();
     EXPECT_FALSE(Transmits());
   }
 }
@@ -89,34 +89,34 @@ TEST_F(TransmitTest, LeavingWhatWasKeyedReleasesItThereAndNowhereElse) {
     EXPECT_FALSE(Transmits()) << way;
     EXPECT_TRUE(ShowsReceive()) << way;
     EXPECT_FALSE(sleepLock.held) << way;
-    rig1.txReally = PM_TX;  // a stranger
+    rig1.Key(true);  // a stranger
     EXPECT_EQ(WritesAfter([this] { Pass(seconds(15)); }), Texts{}) << way;
-    rig1.txReally = PM_RX;
+    rig1.Key(false);
     Pass(seconds(1));
   }
-  EXPECT_EQ(rig2.writes, Texts{});
+  EXPECT_EQ(writes2.Take(), Texts{});
 }
 
 TEST_F(TransmitTest, WhatWasNotKeyedHereIsReleasedByTheOperatorOnly) {
   On();
   Pass(seconds(10));
-  rig1.txReally = PM_RX;  // ended at the rig itself: the next transmission is somebody else's
+  rig1.Key(false);  // ended at the rig itself: the next transmission is somebody else's
   Pass(seconds(5));
-  rig1.txReally = PM_TX;
+  rig1.Key(true);
   Pass(seconds(2));
-  rig1.TakeWrites();
+  writes1.Take();
   Pass(minutes(11));
   rig.ptt.PTT_OFF(TransmitOwner::Engine);
   rig.ptt.PTT_OFF(TransmitOwner::Player);
-  EXPECT_EQ(rig1.TakeWrites(), Texts{});
-  server.Lose(1);
+  EXPECT_EQ(writes1.Take(), Texts{});
+  rig1.Vanish();
   Pass(seconds(15));
   On();
   EXPECT_FALSE(form.optTXRX[0].value);
   Off();  // it may be another transmission by the time the link is back
-  server.Return(1);
+  rig1.ComeBack();
   Pass(seconds(20));
-  EXPECT_EQ(rig1.TakeWrites(), Texts{});
+  EXPECT_EQ(writes1.Take(), Texts{});
   EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
   EXPECT_FALSE(Transmits());
 }
@@ -140,7 +140,7 @@ TEST_F(TransmitTest, OwnersEndTheirOwnWishAndTheOperatorEndsAll) {
     EXPECT_EQ(form.optTXRX[0].value, c.transmits);
     Off();
     Pass(seconds(5));
-    EXPECT_EQ(rig1.shown.freq, 7100000);
+    EXPECT_EQ(rig1.Freq(), 7100000);
   }
 }
 
@@ -152,26 +152,26 @@ TEST_F(TransmitTest, ALinkLostAtAnyMomentNeverLeavesARigKeyed) {
       for (const bool releasing : {false, true}) {
         On();
         Pass(Milliseconds(250));
-        rig1.ignoresRelease = releasing;
+        rig1.IgnoreReleases(releasing);
         if (releasing) Off();
         Pass(Milliseconds(250) * checks);
-        server.Lose(1);
+        rig1.Vanish();
         Pass(Milliseconds(500));
         EXPECT_TRUE(releasing || Notice() == TransmitGuard::kLostWhileKeyed);
         Pass(seconds(away));
         EXPECT_TRUE(form.optTXRX[1].value);
         EXPECT_TRUE(Transmits());
         EXPECT_TRUE(away < 10 || !Notice().empty()) << away;
-        rig1.ignoresRelease = false;
-        rig1.TakeWrites();
-        server.Return(1);
+        rig1.IgnoreReleases(false);
+        writes1.Take();
+        rig1.ComeBack();
         Pass(Milliseconds(250));
         ASSERT_FALSE(Transmits()) << checks << " checks, away " << away << ' ' << releasing;
-        EXPECT_EQ(rig1.TakeWrites().front(), "RX");
+        EXPECT_EQ(writes1.Take().front(), "RX");
         Pass(seconds(5));
         EXPECT_TRUE(guardian.held.empty());
         EXPECT_EQ(Notice(), "");
-        EXPECT_EQ(rig1.shown.freq, 7100000);
+        EXPECT_EQ(rig1.Freq(), 7100000);
       }
     }
   }
@@ -179,17 +179,17 @@ TEST_F(TransmitTest, ALinkLostAtAnyMomentNeverLeavesARigKeyed) {
 
 TEST_F(TransmitTest, AfterALostLinkATunedRigStaysWhereItIs) {
   for (const bool byHand : {true, false}) {
-    rig1.shown.freq = rig1.shown.rx = 7100000;
+    rig1.Tune(7100000);
     rig.display.ShowRigParams();
     On();
     Pass(seconds(1));
-    server.Lose(1);
+    rig1.Vanish();
     Pass(seconds(5));
-    if (byHand) rig1.shown.freq = rig1.shown.rx = 3600000;
-    server.Return(1);
+    if (byHand) rig1.Tune(3600000);
+    rig1.ComeBack();
     if (!byHand) rig.control.SetTRXFrequency(3602000);
     Pass(seconds(5));
-    EXPECT_EQ(rig1.shown.freq, 3600000) << byHand;
+    EXPECT_EQ(rig1.Freq(), 3600000) << byHand;
   }
 }
 
@@ -198,7 +198,6 @@ TEST_F(TransmitTest, TheLimitEndsATransmissionAsTheReceiveButtonWould) {
     for (const bool asleep : {false, true}) {
       rig.guard.SetLimitMinutes(wanted);
       On();
-      rig1.Report();
       scheduler.Advance(minutes(held) - Milliseconds(500) - (asleep ? seconds(30) : seconds(0)));
       if (asleep) clock.slept += seconds(30);  // the limit counts it
       EXPECT_TRUE(Transmits()) << wanted;
@@ -212,7 +211,7 @@ TEST_F(TransmitTest, TheLimitEndsATransmissionAsTheReceiveButtonWould) {
       form.lblNotice.Click();
       Pass(seconds(2));
       EXPECT_TRUE(ShowsReceive());
-      EXPECT_EQ(rig1.shown.freq, 7100000);
+      EXPECT_EQ(rig1.Freq(), 7100000);
     }
   }
 }
@@ -223,23 +222,20 @@ TEST_F(TransmitTest, AReleaseWithoutEffectIsRepeatedForTenSecondsAndThenTold) {
   for (const bool silent : {false, true}) {
     On();
     Pass(seconds(1));
-    if (silent) server.Silence(1);
-    rig1.ignoresRelease = true;
+    rig1.BeSilent(silent);
+    rig1.IgnoreReleases(true);
     Off();
     scheduler.Advance(Milliseconds(500));
-    rig1.TakeWrites();
+    writes1.Take();
     Pass(seconds(9));
-    EXPECT_GE(std::ranges::count(rig1.writes, "RX"), 15) << silent;
+    EXPECT_GE(std::ranges::count(writes1.Take(), "RX"), 15) << silent;
     Pass(seconds(1));
     EXPECT_FALSE(Notice().empty());
     EXPECT_EQ(WritesAfter([this] { Pass(minutes(1)); }), Texts{});
     EXPECT_FALSE(Notice().empty());
-    rig1.ignoresRelease = false;
-    if (silent) {
-      server.Return(1);
-    } else {
-      rig1.txReally = PM_RX;
-    }
+    rig1.IgnoreReleases(false);
+    rig1.Key(false);
+    rig1.BeSilent(false);
     Pass(seconds(2));
     EXPECT_EQ(Notice(), "");
     EXPECT_FALSE(Transmits());
@@ -249,7 +245,7 @@ TEST_F(TransmitTest, AReleaseWithoutEffectIsRepeatedForTenSecondsAndThenTold) {
 // A transmission that ends by itself, or never begins, shows receive at once and says why.
 TEST_F(TransmitTest, WhatEndsATransmissionIsTold) {
   const std::vector<std::pair<std::string, std::function<void()>>> ends = {
-      {"The rig refused to transmit", [this] { server.RefuseKey(1); }},
+      {"The rig refused to transmit", [this] { scheduler.Advance(Milliseconds(10)); }},
       {"Transmission ended: the program had stood still",
        [this] {
          guardian.held.clear();  // what it released it forgets
@@ -259,15 +255,16 @@ TEST_F(TransmitTest, WhatEndsATransmissionIsTold) {
        [this] { sleepLock.goingToSleep.Raise(); }},
   };
   for (const auto& [told, end] : ends) {
+    rig1.RefuseKeys(told == ends.front().first);
     On();
-    EXPECT_EQ(rig1.shown.freq, 7102000);
+    EXPECT_EQ(rig1.Freq(), 7102000);
     end();
     scheduler.RunPosted();
     EXPECT_EQ(Message(), told);
     EXPECT_TRUE(ShowsReceive()) << told;
     EXPECT_FALSE(Transmits()) << told;
     Pass(seconds(3));
-    EXPECT_EQ(rig1.shown.freq, 7100000) << told;
+    EXPECT_EQ(rig1.Freq(), 7100000) << told;
     EXPECT_TRUE(guardian.held.empty()) << told;
     EXPECT_EQ(WritesAfter([this] { Pass(seconds(15)); }), Texts{}) << told;
   }

@@ -47,7 +47,6 @@ struct Sequence : ProgramFixture {
       files.files["/opt/engine/zoka.ver"] = " VELT V9.9 \n";
     }
     store.Save("VELT-SA", "Version", "3.0.0");
-    server.rigs[0].shown = {.freq = 14074000, .rx = 14074000, .mode = PM_SSB_U};
     Program& p = *program;
     const auto note = [this](const char* what) { return [this, what] { order += what; }; };
     watching += p.form.mnurunzoka.clicked.Listen([this] {
@@ -69,7 +68,7 @@ struct Sequence : ProgramFixture {
     });
     audio.closed = [this] { order += "stop-capture "; };
     store.committed = [this] {
-      order += server.rigs[0].link.state == RigLink::State::Off ? "save-late " : "save ";
+      order += rig1.Link().state == RigLink::State::Off ? "save-late " : "save ";
     };
   }
   bool rigShown = false;
@@ -77,13 +76,13 @@ struct Sequence : ProgramFixture {
 
 TEST(Startup, GoesThroughItsStepsInOrder) {
   Sequence f(true);
-  f.server.reachable = {true, true};
+  f.Reachable(true);
   f.store.Save("VELT-SA", "AutoStartSA", "True");
   f.store.Save("VELT-SA", "Expander", "1");
   f.Start();
   EXPECT_EQ(f.order, "engine capture rig status ");
   Main& form = f.Form();
-  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Maker Model");
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Simulated rig");
   EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.Timer1.enabled && form.imgRecOnOff.enabled);
   EXPECT_EQ(form.imgRecOnOff.tag.Get(), "");  // nothing is being recorded
   EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
@@ -117,15 +116,15 @@ TEST(Startup, WithoutAnEngineItsItemsAreOff) {
 TEST(Startup, ARigThatIsOffLineIsToldAndFollowedWhenItComes) {
   for (const bool serverUp : {false, true}) {
     Sequence f(false);
-    f.server.reachable = {serverUp, serverUp};
+    f.Reachable(serverUp);
     f.store.Save("VELT-SA", "Version", "");
-    f.server.rigs[0].shown = {};
+    f.rig1.Tune(0);
     f.Start();
     EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
     EXPECT_EQ(f.order, serverUp ? "rig status off-line " : "off-line ");
     f.order.clear();
-    f.server.rigs[0].shown = {.freq = 14074000, .rx = 14074000, .mode = PM_SSB_U};
-    f.server.Return(1);
+    f.rig1.Tune(14074000);
+    f.rig1.ComeBack();
     f.scheduler.RunPosted();
     EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "14.074.00");
     EXPECT_EQ(f.order, serverUp ? "" : "rig status ");
@@ -150,8 +149,10 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
         {false, false, false, "save close-engine OFF "},
         {true, true, true, "release save close-engine last-14074000 stop-capture "}}) {
     Sequence f(true);
-    f.server.reachable = {c.rigUp, c.rigUp};
-    f.server.releasing = [&f] { f.order += "release "; };
+    f.Reachable(c.rigUp);
+    f.watching += f.rig1.written.Listen([&f](const std::string& what) {
+      if (what == "RX") f.order += "release ";
+    });
     f.Start();
     if (c.capturing) f.StartCapture();
     if (c.keyed) f.Form().mnuPTT_ON.Click();
@@ -168,7 +169,7 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
     f.scheduler.Advance(Milliseconds(5));
     EXPECT_TRUE(f.ended);
     EXPECT_EQ(f.order, c.order);
-    EXPECT_EQ(f.server.rigs[0].txReally, PM_RX);
+    EXPECT_FALSE(f.rig1.Transmits());
     f.Form().Window.widthTwips = 6000;
     EXPECT_NE(f.Form().Scope.scaleWidth, 6000 / 15) << "nothing is laid out any more";
   }
@@ -176,7 +177,7 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   Sequence f(true);
-  f.server.reachable = {true, true};
+  f.Reachable(true);
   f.Start();
   f.StartCapture();
   f.Form().mnuPTT_ON.Click();
@@ -187,7 +188,7 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
-  EXPECT_EQ(f.server.rigs[0].txReally, PM_RX);
+  EXPECT_FALSE(f.rig1.Transmits());
   EXPECT_EQ(f.order, "stop-capture ");
   EXPECT_EQ(f.audio.opened, 1) << "capture does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
@@ -195,16 +196,16 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
 
 TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
   Sequence f(false);
-  f.server.reachable = {true, true};
+  f.Reachable(true);
   f.Start();
   f.program->rig.state.offsetKHz = 2;
   f.program->rig.display.ShowRigParams();
   f.Form().mnuPTT_ON.Click();
   f.scheduler.Advance(Milliseconds(300));
   f.order.clear();
-  f.server.rigs[0].TakeWrites();
+  f.writes1.Take();
   EXPECT_FALSE(f.Close());
-  EXPECT_EQ(f.server.rigs[0].TakeWrites(), (std::vector<std::string>{"RX", "Freq 14074000"}));
+  EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
   EXPECT_EQ(f.order, "");
   f.scheduler.Advance(Milliseconds(300));
   EXPECT_EQ(f.order, "status save last-14074000 ");
@@ -213,13 +214,7 @@ TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
 
 // The rig at start-up, through the whole program.
 struct RigInTheProgram : ProgramFixture, testing::Test {
-  RigInTheProgram() {
-    server.reachable = {true, true};
-    for (auto& rig : server.rigs) {
-      rig.shown.freq = rig.shown.rx = 14074000;
-      rig.shown.mode = PM_SSB_U;
-    }
-  }
+  RigInTheProgram() { Reachable(true); }
 };
 
 TEST_F(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
@@ -229,10 +224,10 @@ TEST_F(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
   EXPECT_EQ(form.lblFrequency.caption.Get(), "14.074.00");
   EXPECT_EQ(form.lblFrequencyExpand.caption.Get(), "14.074.00");
   EXPECT_EQ(form.lblMode.caption.Get(), "USB");
-  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Maker Model");
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Simulated rig");
   form.lblFrequency.Click();
   f.prompts.Choose("12m");
-  EXPECT_EQ(f.server.rigs[0].TakeWrites(), std::vector<std::string>{"Freq 24900000"});
+  EXPECT_EQ(f.writes1.Take(), std::vector<std::string>{"Freq 24900000"});
   f.scheduler.RunPosted();
   EXPECT_EQ(form.lblFrequency.caption.Get(), "24.900.00");
   f.StartCapture();  // the mode can be clicked while capture runs
@@ -240,9 +235,8 @@ TEST_F(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
   f.prompts.Choose("LSB");
   form.lblTRXMode.Click();
   f.prompts.Choose("&TX");
-  EXPECT_EQ(f.server.rigs[0].TakeWrites(),
-            (std::vector<std::string>{"Mode " + std::to_string(PM_SSB_L), "TX"}));
-  EXPECT_EQ(f.server.rigs[0].txReally, PM_TX);
+  EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"Mode " + std::to_string(PM_SSB_L), "TX"}));
+  EXPECT_TRUE(f.rig1.Transmits());
 }
 
 TEST(RigAtStartup, AnUnreachableServerIsAskedAboutOnceAndComesBackByItself) {

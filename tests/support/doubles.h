@@ -5,11 +5,12 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "adapters/files/memory_store.h"
+#include "adapters/simulated_rig/simulated_rig.h"
 #include "shell/program.h"
-#include "support/fake_rig.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -227,12 +228,27 @@ class FakeStore : public MemoryStore {
   }
 };
 
+// What has come to a simulated rig and was not taken yet.
+class RigWrites {
+ public:
+  explicit RigWrites(SimulatedRig& rig)
+      : connection_(rig.written.Listen([this](const std::string& w) { writes_.push_back(w); })) {}
+  std::vector<std::string> Take() { return std::exchange(writes_, {}); }
+
+ private:
+  std::vector<std::string> writes_;
+  Connection connection_;
+};
+
 // Everything around the program. A test may restart the program over the same surroundings.
 struct ProgramFixture {
   VirtualScheduler scheduler;
   FakeClock clock{scheduler};
   FakeAudioInput audio{scheduler};
-  FakeOmniRig server{scheduler};
+  SimulatedRigServer server{scheduler, {}};
+  SimulatedRig& rig1 = server.Rig1();
+  SimulatedRig& rig2 = server.Rig2();
+  RigWrites writes1{rig1}, writes2{rig2};
   FakeGuardian guardian;
   FakeSleepLock sleepLock;
   FakeFiles files;
@@ -248,13 +264,17 @@ struct ProgramFixture {
   Connections connections;
 
   ProgramFixture() {
-    server.reachable = {false, false};
+    Reachable(false);
     setup.installation.version = {3, 1, 4};
     setup.installation.programFolder = "/opt/velt";
     setup.installation.engineFolder = "/opt/engine";
     Restart();
   }
 
+  // Whether the rigs' servers are there.
+  void Reachable(bool are) {
+    for (SimulatedRig* rig : {&rig1, &rig2}) are ? rig->ComeBack() : rig->Vanish();
+  }
   // Makes the program without starting it.
   Main& Restart() {
     program.reset();

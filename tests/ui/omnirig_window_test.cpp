@@ -1,4 +1,4 @@
-// The CAT dialog's window over the real dialog logic, a fake server and a virtual clock.
+// The CAT dialog's window over the real dialog logic, a simulated rig and a virtual clock.
 #include "ui/omnirig_window.h"
 
 #include <QApplication>
@@ -58,21 +58,21 @@ struct OmniRigWindowTest : RigFixture {
 };
 
 TEST_F(OmniRigWindowTest, ItShowsTheLinkAndWhatTheRigReports) {
-  rig1.shown = {.freq = 7100000, .freqA = 2, .freqB = 3, .mode = PM_FM};
+  rig1.Select(PM_FM);
+  rig1.TuneB(3600000);
   Press("Start the link");
   for (const char* text : {"Link: Linked", "Status: On-line", "Current frequency: 7100000",
-                           "VFO A: 2", "VFO B: 3", "Mode: FM"}) {
+                           "VFO A: 7100000", "VFO B: 3600000", "Mode: FM"}) {
     EXPECT_TRUE(Says(text)) << text;
   }
-  server.Lose(1);
+  rig1.Vanish();
   Turn();
   EXPECT_FALSE(modes.isEnabled());
-  rig1.link.retryInSeconds = 3;  // a countdown is no event
-  Turn(500);
+  Turn(2500);
   EXPECT_TRUE(Says("Link: Stale values, reconnecting in 3 s"));
   EXPECT_EQ(window.findChildren<QGroupBox*>().at(2)->title(), "Transceiver (last known values)");
   Press("Stop the link");
-  EXPECT_EQ(rig1.link.state, RigLink::State::Off);
+  EXPECT_EQ(rig1.Link().state, RigLink::State::Off);
 }
 
 TEST_F(OmniRigWindowTest, OptionsAreChosenByMouseAndArrowKeys) {
@@ -95,12 +95,12 @@ TEST_F(OmniRigWindowTest, TheClosedListSetsNoModeByWheelOrArrowKeys) {
   Turn();
   modes.setFocus();
   Key(Qt::Key_U);
-  EXPECT_EQ(rig1.TakeWrites(), Texts{"Mode " + std::to_string(PM_SSB_U)});
+  EXPECT_EQ(writes1.Take(), Texts{"Mode " + std::to_string(PM_SSB_U)});
   EXPECT_EQ(modes.currentIndex(), -1);
   QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
   QApplication::sendEvent(&modes, &wheel);
   Key(Qt::Key_Down);
-  EXPECT_EQ(rig1.TakeWrites(), Texts{});
+  EXPECT_EQ(writes1.Take(), Texts{});
   EXPECT_NE(QApplication::activePopupWidget(), nullptr);
 }
 
