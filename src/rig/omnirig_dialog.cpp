@@ -102,10 +102,10 @@ void OmniRigDialog::Close() {
 
 void OmniRigDialog::Refresh() {
   form_.cmdStartStop.caption = its_.link.On() ? "Stop" : "Start";
-  form_.lblLink.caption = LinkText(its_.link.Link());
   form_.Combo1.enabled = its_.rig.Linked();
   ShowStatus();
   ShowParams();
+  ShowLink(its_.link.Link());
 }
 
 void OmniRigDialog::cmdStartStop_Click() {
@@ -191,6 +191,20 @@ void OmniRigDialog::ShowSettings() {
   form_.cmdApplyAddresses.enabled = false;
   form_.txtLimit.text = std::to_string(its_.guard.LimitMinutes());
   form_.lblLimitMessage.caption = "";
+}
+
+void OmniRigDialog::ShowLink(const RigLink& link) {
+  const bool linked = link.state == RigLink::State::Linked;
+  const bool off = link.state == RigLink::State::Off;
+  form_.lblLink.caption = LinkText(link);
+  form_.lampLink.colour = linked ? LampColour::Green : off ? LampColour::Grey : LampColour::Amber;
+  for (RigLabel* value : {&form_.Label3, &form_.Label4, &form_.Label10, &form_.Label6}) {
+    value->stale = !linked;
+  }
+  // A rig that does not answer is told by its status, which holds until the link is stopped.
+  form_.Label8.stale = off;
+  const bool lastKnown = !linked && !form_.Label8.caption.Get().empty();
+  form_.frmReport.caption = lastKnown ? "Transceiver (last known values)" : "Transceiver";
 }
 
 void OmniRigDialog::ShowStatus() {

@@ -64,6 +64,7 @@ class OmniRigDialog {
   void Connect();
   void ShowChoices();
   void ShowSettings();
+  void ShowLink(const RigLink& link);
   void ShowStatus();
   void ShowParams();
   bool ApplyAddresses();

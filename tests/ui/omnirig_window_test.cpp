@@ -11,20 +11,21 @@
 #include <set>
 
 #include "rig/rig_fixture.h"
+#include "ui/turn.h"
 
 namespace velt {
 namespace {
 
 struct OmniRigWindowTest : RigFixture {
-  OmniRigWindowTest() {
+  OmniRigWindowTest() { Open(); }
+  void Open() {
     rig.dialog.Open();
     Turn();
     QApplication::setActiveWindow(&window);
   }
-  // A turn of the loop: what was posted and the form's changes reach their places.
   void Turn(int milliseconds = 0) {
     clock.Advance(Milliseconds(milliseconds));
-    QCoreApplication::sendPostedEvents();
+    velt::Turn();
   }
   template <class W>
   W* Find(const QString& name) {
@@ -133,8 +134,7 @@ TEST_F(OmniRigWindowTest, TheLimitIsTakenWhenItsTypingIsOver) {
   Type(limit, "20");
   Key(Qt::Key_Escape);
   EXPECT_FALSE(dialogForm.Window.visible);
-  rig.dialog.Open();
-  Turn();
+  Open();
   EXPECT_EQ(limit.text(), "15");
   EXPECT_EQ(rig.guard.LimitMinutes(), 15);
   Type(limit, "99");
