@@ -1,6 +1,5 @@
 #include "ui/main_window.h"
 
-#include <QAccessible>
 #include <QCloseEvent>
 #include <QSlider>
 #include <QToolButton>
@@ -117,6 +116,7 @@ void MainWindow::BindDisplay(std::function<const Raster&()> picture) {
   auto* scales = new ScaleStrip(form_.lblScales, this);
   SetFontSize(*scales, kSmallPixels);
   scales->setToolTip("Frequency scale");
+  scales->setAccessibleName("Frequency scale");
   binder_.Watch(form_.picScales, [this, scales] { scales->ShowBelow(form_.picScales.place); });
   for (auto& [index, label] : form_.lblScales) {
     binder_.Watch(*label, [scales] { scales->update(); });
@@ -132,13 +132,6 @@ void MainWindow::BindMessages() {
                               {"Notice, click to dismiss: %1", "A notice; click to dismiss it"});
   notice->SetFill(QColor(0xFF, 0xD4, 0x5E), QColor(0x20, 0x18, 0x00));
   notice->raise();
-  binder_.Watch(form_.lblNotice, [notice, told = QString()]() mutable {
-    const QString text = notice->isHidden() ? QString() : notice->text();
-    if (text == told) return;
-    told = text;
-    QAccessibleEvent alert(notice, QAccessible::Alert);
-    if (!text.isEmpty()) QAccessible::updateAccessibility(&alert);
-  });
 }
 
 ClickLabel* MainWindow::MakeLabel(int pixelSize, bool bold) {

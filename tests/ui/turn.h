@@ -1,8 +1,12 @@
-// Turns of the real loop, for tests of windows.
+// What tests of windows need of the real loop and screen.
 #pragma once
 
 #include <QEventLoop>
+#include <QImage>
 #include <QMetaObject>
+#include <QPixmap>
+#include <QScreen>
+#include <QWidget>
 
 namespace velt {
 
@@ -13,6 +17,11 @@ inline void Turn() {
     QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     loop.exec();
   }
+}
+
+// What the window has painted so far.
+inline QImage OnScreen(const QWidget& window) {
+  return window.screen()->grabWindow(window.winId()).toImage();
 }
 
 }  // namespace velt
