@@ -28,6 +28,7 @@ void AnalysisTick::Timer1_Timer() {
 
   DisplayControls& form = parts_.displayForm;
   if (reading.freqDetectText) form.lblFreqDetect.caption = *reading.freqDetectText;
+  form.lblFreqDetect.stale = reading.silent;
   form.Smeter.topTwips = -reading.smeterLevelTwips;
   dominantFrequencyHz_ = reading.dominantFrequencyHz;
   if (reading.displayChanged) form.Scope.frame = form.Scope.frame + 1;

@@ -2,19 +2,16 @@
 
 namespace velt {
 
-std::vector<Control*> Form::TakeChanged() {
-  std::vector<Control*> taken;
+void Form::TakeChanged(std::vector<Control*>& taken) {
+  taken.clear();
   taken.swap(changed_);
   for (Control* control : taken) control->listed_ = false;
-  return taken;
 }
 
 void Control::Touch() {
   if (listed_) return;
   listed_ = true;
-  const bool first = form_.changed_.empty();
   form_.changed_.push_back(this);
-  if (first) form_.wake.Raise();
 }
 
 }  // namespace velt

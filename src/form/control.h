@@ -19,11 +19,9 @@ class Form {
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
 
-  // The first control was marked since the list was last taken.
-  Event<> wake;
-
-  // The controls that changed since the last call, each once.
-  std::vector<Control*> TakeChanged();
+  // Puts the controls that changed since the last call into `taken`, each once, in place of what it
+  // held.
+  void TakeChanged(std::vector<Control*>& taken);
 
  private:
   friend class Control;

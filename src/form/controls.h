@@ -27,6 +27,27 @@ struct Label : Control {
   }
 };
 
+// A label that shows what a rig reports.
+struct RigLabel : Label {
+  explicit RigLabel(Form& form, std::string text = {})
+      : Label(form, std::move(text)), stale(*this, false) {}
+  Property<bool> stale;  // the text is the last one of a link that is lost or stopped
+};
+
+// The title of controls that stand together.
+struct Frame : Control {
+  explicit Frame(Form& form, std::string text = {})
+      : Control(form), caption(*this, std::move(text)) {}
+  Property<std::string> caption;
+};
+
+// A lamp that tells how something stands.
+enum class LampColour { Grey, Green, Amber };
+struct Lamp : Control {
+  explicit Lamp(Form& form) : Control(form), colour(*this, LampColour::Grey) {}
+  Property<LampColour> colour;
+};
+
 struct Button : Control {
   explicit Button(Form& form, std::string text = {})
       : Control(form), caption(*this, std::move(text)) {}
@@ -66,6 +87,9 @@ struct OptionButton : Control {
   void UserPick() {
     if (enabled) value = true;
   }
+  void UserPress(int button) const {
+    if (enabled) mouseDown.Raise(button);
+  }
 };
 
 struct SliderControl : Control {
@@ -90,6 +114,9 @@ struct ListBox : Control {
   Property<std::string> text;   // of an editable list; raises nothing
   void UserPick(int32_t index) {
     if (enabled) listIndex = index;
+  }
+  void UserText(const std::string& typed) {
+    if (enabled) text = typed;
   }
 };
 

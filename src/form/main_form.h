@@ -12,6 +12,13 @@ namespace velt {
 
 inline constexpr int32_t kTwipsPerPixel = 15;
 
+// In twips.
+struct WindowSize {
+  int32_t width = 0;
+  int32_t height = 0;
+  bool operator==(const WindowSize&) const = default;
+};
+
 // The window itself. Position and size are those of its content, in twips.
 struct WindowFrame : Control {
   explicit WindowFrame(Form& form);
@@ -20,19 +27,14 @@ struct WindowFrame : Control {
   Property<int32_t> topTwips;
   Property<int32_t> widthTwips;   // a change raises Resize
   Property<int32_t> heightTwips;  // a change raises Resize
-  Property<bool> placed;          // false: the desktop chooses the position
+  Property<WindowSize> least;     // what the user may size it to while it is sizeable
+  Property<WindowSize> most;
+  Property<bool> placed;  // false: the desktop chooses the position
   Property<bool> minimised;
   Property<bool> sizeable;  // sizeable border; else fixed single
   Property<bool> topMost;
   // 0xFFRRGGBB, or 0 for the desktop's own button face.
   Property<uint32_t> faceColour;
-};
-
-// A label that shows what the rig reports.
-struct RigLabel : Label {
-  explicit RigLabel(Form& form, std::string text = {})
-      : Label(form, std::move(text)), stale(*this, false) {}
-  Property<bool> stale;  // the text is the last one of a link that is lost or stopped
 };
 
 struct RigControls {
@@ -87,7 +89,7 @@ struct DisplayControls {
   SliderControl Slider;   // level
   SliderControl Slider2;  // waterfall gain
   MeterPicture Smeter;
-  Label lblFreqDetect;
+  RigLabel lblFreqDetect;  // stale: there is no sound that could have a peak
   CheckBox chkSpecMode;  // waterfall instead of spectrum
   CheckBox chkExpand;    // expanded rig control panel
   Image picScales;       // the strip under the display

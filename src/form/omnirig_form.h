@@ -28,12 +28,14 @@ struct OmniRigForm : Form {
   ControlArray<OptionButton> optVFO;  // what a frequency goes to: 0 current, 1 A, 2 B, 3 B then A
   ListBox Combo1;                     // modes
   Button Command1;                    // closes
-  Label Label8;                       // the rig's status text
-  Label Label3;                       // current frequency in Hz
-  Label Label4;                       // VFO A in Hz
-  Label Label10;                      // VFO B in Hz
-  Label Label6;                       // mode
+  Frame frmReport;                    // around what the rig reports
+  RigLabel Label8;                    // the rig's status text
+  RigLabel Label3;                    // current frequency in Hz
+  RigLabel Label4;                    // VFO A in Hz
+  RigLabel Label10;                   // VFO B in Hz
+  RigLabel Label6;                    // mode
   Label lblLink;                      // how the link stands
+  Lamp lampLink;                      // the same at a glance
   TextBox txtAddress1;                // "HOST:PORT" of rig 1's server
   TextBox txtAddress2;                // and of rig 2's
   Button cmdApplyAddresses;           // enabled while a typed address is not in use yet

@@ -87,7 +87,7 @@ void OmniRigDialog::Connect() {
 
 void OmniRigDialog::Open() {
   if (parts_.form.Window.visible) return;
-  opening.Raise();
+  lowered_ = parts_.onTop.Lower();
   ShowSettings();
   ShowChoices();
   Refresh();
@@ -99,15 +99,15 @@ void OmniRigDialog::Close() {
   if (!parts_.form.Window.visible) return;
   parts_.form.Window.visible = false;
   tick_.Cancel();
-  closed.Raise();
+  lowered_.reset();
 }
 
 void OmniRigDialog::Refresh() {
   parts_.form.cmdStartStop.caption = parts_.link.On() ? "Stop" : "Start";
-  parts_.form.lblLink.caption = LinkText(parts_.link.Link());
   parts_.form.Combo1.enabled = parts_.rig.Linked();
   ShowStatus();
   ShowParams();
+  ShowLink(parts_.link.Link());
 }
 
 void OmniRigDialog::cmdStartStop_Click() {
@@ -195,6 +195,23 @@ void OmniRigDialog::ShowSettings() {
   parts_.form.cmdApplyAddresses.enabled = false;
   parts_.form.txtLimit.text = std::to_string(parts_.guard.LimitMinutes());
   parts_.form.lblLimitMessage.caption = "";
+}
+
+void OmniRigDialog::ShowLink(const RigLink& link) {
+  const bool linked = link.state == RigLink::State::Linked;
+  const bool off = link.state == RigLink::State::Off;
+  parts_.form.lblLink.caption = LinkText(link);
+  parts_.form.lampLink.colour = linked ? LampColour::Green
+                                : off  ? LampColour::Grey
+                                       : LampColour::Amber;
+  for (RigLabel* value :
+       {&parts_.form.Label3, &parts_.form.Label4, &parts_.form.Label10, &parts_.form.Label6}) {
+    value->stale = !linked;
+  }
+  // A rig that does not answer is told by its status, which holds until the link is stopped.
+  parts_.form.Label8.stale = off;
+  const bool lastKnown = !linked && !parts_.form.Label8.caption.Get().empty();
+  parts_.form.frmReport.caption = lastKnown ? "Transceiver (last known values)" : "Transceiver";
 }
 
 void OmniRigDialog::ShowStatus() {

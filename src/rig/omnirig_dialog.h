@@ -8,6 +8,7 @@
 #include <string>
 
 #include "form/omnirig_form.h"
+#include "platform/on_top.h"
 #include "ports/omnirig.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
@@ -33,6 +34,7 @@ class OmniRigDialog {
     const EngineState& engine;
     TransmitGuard& guard;
     RigState& state;
+    OnTop& onTop;
     Prompts& prompts;
     Scheduler& scheduler;
   };
@@ -40,8 +42,6 @@ class OmniRigDialog {
 
   // Something that is kept between runs was changed: rig, VFO, addresses or limit.
   Event<> settingsChanged;
-  Event<> opening;
-  Event<> closed;
 
   // Shows the dialog; nothing when it is open.
   void Open();
@@ -63,6 +63,7 @@ class OmniRigDialog {
   void Connect();
   void ShowChoices();
   void ShowSettings();
+  void ShowLink(const RigLink& link);
   void ShowStatus();
   void ShowParams();
   bool ApplyAddresses();
@@ -73,6 +74,7 @@ class OmniRigDialog {
 
   Parts parts_;
   Scheduler::Handle tick_;
+  OnTop::Lowered lowered_;  // while it is open
   Connections connections_;
 };
 

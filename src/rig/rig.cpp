@@ -40,6 +40,7 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
               .engine = engine,
               .guard = guard,
               .state = state,
+              .onTop = parts.onTop,
               .prompts = ports.prompts,
               .scheduler = ports.scheduler}),
       menus({.form = parts.form,

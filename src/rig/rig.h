@@ -5,6 +5,7 @@
 #include "dialogs/notices.h"
 #include "form/main_form.h"
 #include "form/omnirig_form.h"
+#include "platform/on_top.h"
 #include "ports/clock.h"
 #include "ports/guardian.h"
 #include "ports/omnirig.h"
@@ -30,6 +31,7 @@ class Rig {
     OmniRigForm& dialogForm;
     MessageLine& messages;
     Notices& notices;
+    OnTop& onTop;
   };
   struct Ports {
     IOmniRigX& server;

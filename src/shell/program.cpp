@@ -11,9 +11,14 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                              .files = ports.files,
                              .launcher = ports.launcher,
                              .clock = ports.clock}),
+      onTop(platform),
       messages(form),
       notices(form),
-      rig({.form = form, .dialogForm = catForm, .messages = messages, .notices = notices},
+      rig({.form = form,
+           .dialogForm = catForm,
+           .messages = messages,
+           .notices = notices,
+           .onTop = onTop},
           {.server = ports.server,
            .prompts = ports.prompts,
            .scheduler = ports.scheduler,
@@ -43,7 +48,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .engine = rig.engine}),
       layout(form, display),
       settings({.form = form,
-                .platform = platform,
+                .onTop = onTop,
                 .installation = installation,
                 .display = display,
                 .capture = capture,
@@ -88,9 +93,6 @@ Program::Program(const Ports& ports, RunSetup runSetup)
               TimerDriver(form.tmrCheckZOKA, ports.scheduler),
               TimerDriver(form.QuitTimer, ports.scheduler)} {
   connections_ += rig.dialog.settingsChanged.Listen([this] { settings.KeepRigAddresses(); });
-  connections_ += rig.dialog.opening.Listen([this] { platform.KeepOnTop(0); });
-  connections_ +=
-      rig.dialog.closed.Listen([this] { platform.KeepOnTop(form.mnusettings[0].checked ? 1 : 0); });
 }
 
 }  // namespace velt

@@ -11,6 +11,7 @@
 #include "form/main_form.h"
 #include "form/omnirig_form.h"
 #include "platform/installation.h"
+#include "platform/on_top.h"
 #include "platform/platform_helpers.h"
 #include "platform/timer_driver.h"
 #include "presets/band_menu.h"
@@ -55,6 +56,7 @@ class Program {
   Installation installation;
   CarriedSettings carried;
   PlatformHelpers platform;
+  OnTop onTop;
   MessageLine messages;
   Notices notices;
   Rig rig;

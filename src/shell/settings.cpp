@@ -173,6 +173,9 @@ Settings::Settings(const Parts& parts, const Ports& ports,
   // What was loaded is saved again unless it was changed: a run without a rig may never apply it.
   connections_ += to_.form.chkExpand.value.changed.Listen(
       [this] { to_.carried.expander = to_.form.chkExpand.value; });
+  // "UseLines" may tick the item too, which is no wish of the user's.
+  connections_ += to_.form.mnusettings[0].clicked.Listen(
+      [this] { to_.carried.onTop = to_.form.mnusettings[0].checked; });
 }
 
 void Settings::LoadRegistryStuff() {
@@ -257,11 +260,11 @@ std::vector<Settings::Row> Settings::WindowRows() {
        SingleFrom(window.topTwips)},
       {"OnTop", Always("1"),
        [this, &menu](const std::string& text) {
-         const bool onTop = Whole(text).value_or(0) != 0;
-         to_.platform.KeepOnTop(onTop ? 1 : 0);
-         if (onTop) menu[0].checked = true;
+         to_.carried.onTop = Whole(text).value_or(0) != 0;
+         to_.onTop.Load(to_.carried.onTop);
+         if (to_.carried.onTop) menu[0].checked = true;
        },
-       [&menu] { return std::string(menu[0].checked ? "1" : "0"); }},
+       [this] { return std::string(to_.carried.onTop ? "1" : "0"); }},
       {"UseLines", Always("1"),
        [this, &menu](const std::string& text) {
          const int32_t value = Whole(text).value_or(0);

@@ -12,7 +12,7 @@
 #include "display/main_display.h"
 #include "form/main_form.h"
 #include "platform/installation.h"
-#include "platform/platform_helpers.h"
+#include "platform/on_top.h"
 #include "ports/omnirig.h"
 #include "ports/settings_store.h"
 #include "rig/rig_state.h"
@@ -25,6 +25,7 @@ namespace velt {
 struct CarriedSettings {
   std::string version;  // of the program that wrote the settings; empty at the first start
   int32_t expander = 1;
+  bool onTop = true;  // as loaded, unless the user clicked the item
   int32_t recSampleRateHz = 44100;
   float oscilloscopeTimeBase = 2.0F;
   // Where the servers of rig 1 and 2 are; empty: not set up, the default holds.
@@ -35,7 +36,7 @@ class Settings {
  public:
   struct Parts {
     Main& form;
-    PlatformHelpers& platform;
+    OnTop& onTop;
     const Installation& installation;
     MainDisplay& display;
     Capture& capture;

@@ -6,6 +6,10 @@ namespace velt {
 
 WindowLayout::WindowLayout(Main& form, MainDisplay& display)
     : form_(form), display_(display), rules_(PlaceRules(form)) {
+  form_.Window.least = WindowSize{WindowLimits::kMinWidth, WindowLimits::kMinHeight};
+  form_.Window.most = WindowSize{WindowLimits::kMaxWidth, WindowLimits::kMaxHeight};
+  form_.Window.widthTwips = WindowLimits::kMaxWidth;
+  form_.Window.heightTwips = WindowLimits::kMaxHeight;
   connections_ += form_.Window.widthTwips.changed.Listen([this] { Form_Resize(); });
   connections_ += form_.Window.heightTwips.changed.Listen([this] { Form_Resize(); });
   connections_ += form_.Window.minimised.changed.Listen([this] { Form_Resize(); });
@@ -37,14 +41,16 @@ bool WindowLayout::CorrectSize() {
   }
   auto& width = form_.Window.widthTwips;
   auto& height = form_.Window.heightTwips;
-  if (width < WindowLimits::kMinWidth) {
-    width = WindowLimits::kMinWidth;
-  } else if (width > WindowLimits::kMaxWidth) {
-    width = WindowLimits::kMaxWidth;
-  } else if (height > WindowLimits::kMaxHeight) {
-    height = WindowLimits::kMaxHeight;
-  } else if (height < WindowLimits::kMinHeight) {
-    height = WindowLimits::kMinHeight;
+  const WindowSize least = form_.Window.least;
+  const WindowSize most = form_.Window.most;
+  if (width < least.width) {
+    width = least.width;
+  } else if (width > most.width) {
+    width = most.width;
+  } else if (height > most.height) {
+    height = most.height;
+  } else if (height < least.height) {
+    height = least.height;
   } else {
     return false;
   }

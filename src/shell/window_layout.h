@@ -9,6 +9,7 @@
 
 namespace velt {
 
+// What the form's least and most sizes are at a start.
 struct WindowLimits {
   static constexpr int32_t kMinWidth = 5000;  // twips
   static constexpr int32_t kMaxWidth = 8385;

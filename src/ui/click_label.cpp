@@ -15,6 +15,12 @@ ClickLabel::ClickLabel(QWidget* parent) : QAbstractButton(parent) {
   setCursor(Qt::PointingHandCursor);
 }
 
+// Each "&" of the text is shown.
+void ClickLabel::SetText(const QString& plain) {
+  const QString marked = QString(plain).replace("&", "&&");
+  if (text() != marked) setText(marked);
+}
+
 void ClickLabel::SetAlignment(Qt::Alignment alignment) {
   alignment_ = alignment;
   update();

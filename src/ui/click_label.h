@@ -9,6 +9,7 @@ class ClickLabel : public QAbstractButton {
  public:
   explicit ClickLabel(QWidget* parent);
 
+  void SetText(const QString& plain);
   void SetAlignment(Qt::Alignment alignment);
   // Greyed, because the text is not current any more.
   void SetStale(bool stale);

@@ -6,23 +6,13 @@
 
 #include "form/main_form.h"
 #include "spectrum/raster.h"
-#include "ui/form_mirror.h"
-
-class QAbstractButton;
-class QRadioButton;
-class QSlider;
-class QToolButton;
+#include "ui/form_binder.h"
 
 namespace velt {
 
-class ClickLabel;
-class MeterWidget;
-class ScaleStrip;
-class ScopeWidget;
-class SymbolButton;
-
 class MainWindow : public QWidget {
  public:
+  // `picture` gives what the analysis drew last.
   MainWindow(Main& form, std::function<const Raster&()> picture);
 
   // The window is being closed; `cancel` is set when it has to stay for now.
@@ -31,7 +21,7 @@ class MainWindow : public QWidget {
   void FocusScope();
 
   // Brings every widget in step with the form now, for a picture of the window.
-  void SyncNow() { mirror_.Sync(); }
+  void SyncNow() { binder_.Sync(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -41,27 +31,17 @@ class MainWindow : public QWidget {
 
  private:
   void BindTopRow();
-  void BindDisplay();
+  void BindDisplay(std::function<const Raster&()> picture);
   void BindMessages();
-  void BindWindow();
-  // For a Button or an Image: both are clicked and have no picture here.
-  template <class C>
-  void BindMenuButton(C& control, QToolButton* widget);
-  void BindLabel(Label& label, ClickLabel* widget);
-  void BindRigLabel(RigLabel& label, ClickLabel* widget);
-  void BindTransmitButton(int32_t index, const char* toolTip);
-  void BindSlider(SliderControl& slider, QSlider* widget);
-  QToolButton* MakeMenuButton(const char* text, const char* toolTip, const char* accessibleName);
-  ClickLabel* MakeLabel(int pixelSize, bool bold, const char* toolTip, const char* accessibleName);
+  ClickLabel* MakeLabel(int pixelSize, bool bold);
+  ClickLabel* MakePassiveLabel(int pixelSize, bool bold, Qt::Alignment alignment);
   void ShowWindowState();
   void ShowFaceColour();
 
   Main& form_;
-  std::function<const Raster&()> picture_;
-  FormMirror mirror_;
+  FormBinder binder_;
   ScopeWidget* scope_ = nullptr;
   uint32_t shownFace_ = 0;
-  QPalette desktopPalette_;
 };
 
 }  // namespace velt

@@ -10,10 +10,13 @@ MeterWidget::MeterWidget(QWidget* parent) : QWidget(parent) {
 }
 
 void MeterWidget::SetLevel(int pixels) {
-  const int capped = std::clamp(pixels, 0, std::max(0, height() - 2));
-  if (capped == level_) return;
-  level_ = capped;
-  update();
+  const int before = Shown();
+  level_ = pixels;
+  if (Shown() != before) update();
+}
+
+int MeterWidget::Shown() const {
+  return std::clamp(level_, 0, std::max(0, height() - 2));
 }
 
 void MeterWidget::paintEvent(QPaintEvent*) {
@@ -24,8 +27,9 @@ void MeterWidget::paintEvent(QPaintEvent*) {
   // Green for the lower two thirds, amber and red above.
   const int amber = inside.height() * 2 / 3;
   const int red = inside.height() * 7 / 8;
+  const int level = Shown();
   const auto band = [&](int from, int to, const QColor& colour) {
-    const int top = std::min(to, level_);
+    const int top = std::min(to, level);
     if (top <= from) return;
     painter.fillRect(inside.left(), inside.bottom() + 1 - top, inside.width(), top - from, colour);
   };

@@ -16,6 +16,8 @@ class MeterWidget : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  int Shown() const;
+
   int level_ = 0;
 };
 

@@ -6,19 +6,18 @@
 #include <QWidget>
 #include <functional>
 
-#include "form/main_form.h"
+#include "form/controls.h"
 #include "spectrum/raster.h"
 
 namespace velt {
 
 class ScopeWidget : public QWidget {
  public:
-  ScopeWidget(const ScopeControl& scope, std::function<const Raster&()> picture, QWidget* parent);
+  // `picture` gives what the analysis drew last; it is asked whenever the widget paints itself.
+  ScopeWidget(std::function<const Raster&()> picture, QWidget* parent);
 
-  // A new picture is there.
-  void ShowFrame();
-  // Lines or colours changed.
-  void ShowLines();
+  // Shows the control's lines and colours, and its picture when there is a new one.
+  void Follow(const ScopeControl& control);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -26,12 +25,25 @@ class ScopeWidget : public QWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  static void Collect(const std::vector<ScopeLine>& lines, QVector<QRect>& rects);
+  // Lines of one colour, and the rectangles that they are made of.
+  class Lines {
+   public:
+    // False when they were these already.
+    bool Set(const std::vector<ScopeLine>& lines, uint32_t colour);
+    void Paint(QPainter& painter) const;
 
-  const ScopeControl& scope_;
+   private:
+    std::vector<ScopeLine> lines_;
+    QVector<QRect> rects_;
+    uint32_t colour_ = 0;
+  };
+
   std::function<const Raster&()> picture_;
-  QVector<QRect> grid_;
-  QVector<QRect> markers_;
+  uint32_t frame_ = 0;
+  uint32_t back_ = 0;
+  Lines vertical_;
+  Lines horizontal_;
+  Lines markers_;
 };
 
 }  // namespace velt

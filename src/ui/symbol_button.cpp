@@ -12,7 +12,8 @@ SymbolButton::SymbolButton(Symbol symbol, QWidget* parent) : QToolButton(parent)
   setFocusPolicy(Qt::TabFocus);
 }
 
-void SymbolButton::SetSymbol(Symbol symbol) {
+void SymbolButton::SetSymbol(std::string_view tag) {
+  const Symbol symbol = tag == "Play" ? Symbol::Play : tag == "Stop" ? Symbol::Stop : symbol_;
   if (symbol_ == symbol) return;
   symbol_ = symbol;
   update();
@@ -22,6 +23,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
   QStylePainter painter(this);
   QStyleOptionToolButton option;
   initStyleOption(&option);
+  option.text.clear();  // the symbol stands for it
   painter.drawComplexControl(QStyle::CC_ToolButton, option);
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF box = QRectF(rect().center() - QPointF(5.5, 5.5), QSizeF(12, 12));

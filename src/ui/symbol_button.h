@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QToolButton>
+#include <string_view>
 
 namespace velt {
 
@@ -10,7 +11,8 @@ class SymbolButton : public QToolButton {
   enum class Symbol { Play, Stop, Waterfall };
 
   SymbolButton(Symbol symbol, QWidget* parent);
-  void SetSymbol(Symbol symbol);
+  // The symbol that a tag names: "Play" or "Stop"; others change nothing.
+  void SetSymbol(std::string_view tag);
 
  protected:
   void paintEvent(QPaintEvent* event) override;

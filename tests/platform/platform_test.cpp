@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/installation.h"
+#include "platform/on_top.h"
 #include "platform/platform_helpers.h"
 #include "support/doubles.h"
 
@@ -66,6 +67,25 @@ TEST(Installation, FindsTheEngineAndItsVersion) {
       {"", true}, {"2.9.9", true}, {"x", true}, {"3.0.0", false}, {"9", false}};
   for (const auto& [text, below] : versions) {
     EXPECT_EQ(IsVersionBelow3(text), below) << text;
+  }
+}
+
+TEST(OnTop, TheLastDialogThatClosesPutsBackWhatWasLoaded) {
+  for (const bool loaded : {true, false}) {
+    ProgramFixture f;
+    OnTop& onTop = f.program->onTop;
+    const Property<bool>& topMost = f.Form().Window.topMost;
+    OnTop::Lowered first = onTop.Lower();
+    onTop.Load(loaded);  // while a dialog is open already
+    EXPECT_FALSE(topMost);
+    first.reset();
+    EXPECT_EQ(topMost, loaded);
+    first = onTop.Lower();
+    OnTop::Lowered second = onTop.Lower();
+    first.reset();
+    EXPECT_FALSE(topMost);
+    second = OnTop::Lowered();
+    EXPECT_EQ(topMost, loaded);
   }
 }
 

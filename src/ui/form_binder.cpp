@@ -1,0 +1,323 @@
+#include "ui/form_binder.h"
+
+#include <QAbstractEventDispatcher>
+#include <QAction>
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QToolButton>
+
+#include "ui/click_label.h"
+#include "ui/lamp_widget.h"
+#include "ui/meter_widget.h"
+#include "ui/press_button.h"
+#include "ui/qt_text.h"
+#include "ui/scope_widget.h"
+#include "ui/symbol_button.h"
+#include "ui/text_binding.h"
+
+namespace velt {
+namespace {
+
+// Changes that showing a change brings about are shown too, but not without an end in one turn.
+constexpr int kMostRounds = 8;
+
+// A text for a widget that takes "&" as a mark: each "&" of it is shown, and the letter acts.
+QString Marked(const std::string& caption, QChar accessKey) {
+  QString text = PlainCaption(caption).replace("&", "&&");
+  const qsizetype at = accessKey.isNull() ? -1 : text.indexOf(accessKey);
+  if (at >= 0) text.insert(at, '&');
+  return text;
+}
+
+void ShowName(QWidget* widget, const QString& name, const QString& shown) {
+  const QString spoken = QString(name).replace("%1", shown);
+  if (widget->accessibleName() != spoken) widget->setAccessibleName(spoken);
+}
+
+void ShowCaption(const std::string& caption, QAbstractButton* widget, const Words& words) {
+  const QString text = Marked(caption, words.accessKey);
+  if (widget->text() != text) widget->setText(text);
+  ShowName(widget, words.name, PlainCaption(caption));
+}
+
+void ShowChecked(bool checked, QAbstractButton* widget) {
+  const QSignalBlocker quiet(widget);
+  widget->setChecked(checked);
+}
+
+QStringList ListOf(const std::vector<std::string>& texts) {
+  QStringList list;
+  for (const std::string& text : texts) list.append(ToQt(text));
+  return list;
+}
+
+}  // namespace
+
+FormBinder::FormBinder(Form& form, Places places) : form_(form), places_(places) {
+  // Before the loop waits, everything that ran in this turn has run to its end.
+  connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+          [this] { Sync(); });
+}
+
+FormBinder::~FormBinder() = default;
+
+void FormBinder::Watch(const Control& control, std::function<void()> show) {
+  show();
+  shows_[&control].push_back(std::move(show));
+}
+
+void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& words) {
+  ShowName(widget, words.name, {});
+  Watch(control, [this, &control, widget, own = words.toolTip] {
+    const Rectangle& place = control.place.Get();
+    bool shown = control.visible;
+    if (places_ == Places::OfForm) {
+      const QRect wanted(place.left, place.top, place.width, place.height);
+      if (widget->geometry() != wanted) widget->setGeometry(wanted);
+      shown = shown && !wanted.isEmpty();
+    }
+    if (widget->isHidden() == shown) widget->setVisible(shown);
+    if (widget->isEnabled() != control.enabled) widget->setEnabled(control.enabled);
+    const QString toolTip = control.toolTip.Get().empty() ? own : ToQt(control.toolTip.Get());
+    if (widget->toolTip() != toolTip) widget->setToolTip(toolTip);
+  });
+}
+
+ClickLabel* FormBinder::Bind(const Label& control, ClickLabel* widget, const Words& words) {
+  connect(widget, &ClickLabel::clicked, this, [&control] { control.Click(); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    const QString text = ToQt(control.caption.Get());
+    widget->SetText(text);
+    ShowName(widget, words.name, text);
+  });
+  return widget;
+}
+
+ClickLabel* FormBinder::Bind(const RigLabel& control, ClickLabel* widget, const Words& words) {
+  Bind(static_cast<const Label&>(control), widget, words);
+  Watch(control, [&control, widget] { widget->SetStale(control.stale); });
+  return widget;
+}
+
+// Texts from outside are never taken as markup.
+QLabel* FormBinder::Bind(const Label& control, QLabel* widget, const Words& words) {
+  widget->setTextFormat(Qt::PlainText);
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    const std::string& caption = control.caption.Get();
+    const QString text = caption.empty() ? words.unknown : ToQt(caption);
+    if (widget->text() != text) widget->setText(text);
+    ShowName(widget, words.name, text);
+  });
+  return widget;
+}
+
+QLabel* FormBinder::Bind(const RigLabel& control, QLabel* widget, const Words& words) {
+  Bind(static_cast<const Label&>(control), widget, words);
+  Watch(control, [&control, widget] {
+    widget->setForegroundRole(control.stale ? QPalette::PlaceholderText : QPalette::WindowText);
+  });
+  return widget;
+}
+
+QGroupBox* FormBinder::Bind(const Frame& control, QGroupBox* widget) {
+  Mirror(control, widget, {});
+  Watch(control, [&control, widget] {
+    const QString title = Marked(control.caption, {});
+    if (widget->title() != title) widget->setTitle(title);
+  });
+  return widget;
+}
+
+LampWidget* FormBinder::Bind(const Lamp& control, LampWidget* widget, const Words& words) {
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget] { widget->SetColour(control.colour); });
+  return widget;
+}
+
+QAbstractButton* FormBinder::Bind(const Button& control, QAbstractButton* widget,
+                                  const Words& words) {
+  connect(widget, &QAbstractButton::clicked, this, [&control] { control.Click(); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] { ShowCaption(control.caption, widget, words); });
+  return widget;
+}
+
+QAbstractButton* FormBinder::Bind(const Image& control, QAbstractButton* widget,
+                                  const Words& words) {
+  connect(widget, &QAbstractButton::clicked, this, [&control] { control.Click(); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] { ShowCaption(control.tag, widget, words); });
+  return widget;
+}
+
+SymbolButton* FormBinder::Bind(const Image& control, SymbolButton* widget, const Words& words) {
+  Bind(control, static_cast<QAbstractButton*>(widget), words);
+  Watch(control, [&control, widget] { widget->SetSymbol(control.tag.Get()); });
+  return widget;
+}
+
+QAbstractButton* FormBinder::Bind(CheckBox& control, QAbstractButton* widget, const Words& words) {
+  widget->setCheckable(true);
+  connect(widget, &QAbstractButton::toggled, this,
+          [&control](bool checked) { control.UserPick(checked); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    ShowCaption(control.caption, widget, words);
+    ShowChecked(control.value != 0, widget);
+  });
+  return widget;
+}
+
+QAbstractButton* FormBinder::Bind(OptionButton& control, QAbstractButton* widget,
+                                  QButtonGroup& group, const Words& words) {
+  widget->setCheckable(true);
+  group.addButton(widget);
+  connect(widget, &QAbstractButton::toggled, this, [&control](bool checked) {
+    if (checked) control.UserPick();
+  });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, &group, words] {
+    ShowCaption(control.caption, widget, words);
+    // An exclusive group keeps its last button checked.
+    group.setExclusive(false);
+    ShowChecked(control.value, widget);
+    group.setExclusive(true);
+  });
+  return widget;
+}
+
+PressButton* FormBinder::Bind(const OptionButton& control, PressButton* widget,
+                              const Words& words) {
+  connect(widget, &PressButton::pressed, this, [&control] { control.UserPress(1); });
+  connect(widget, &PressButton::customContextMenuRequested, this,
+          [&control] { control.UserPress(2); });
+  // By a screen reader, which turns the button over.
+  connect(widget, &PressButton::toggled, this, [&control, widget] {
+    ShowChecked(control.value, widget);
+    control.UserPress(1);
+  });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    ShowCaption(control.caption, widget, words);
+    ShowChecked(control.value, widget);
+  });
+  return widget;
+}
+
+QComboBox* FormBinder::Bind(ListBox& control, QComboBox* widget, const Words& words) {
+  connect(widget, &QComboBox::activated, this, [&control](int index) { control.UserPick(index); });
+  if (widget->isEditable()) {
+    connect(widget->lineEdit(), &QLineEdit::textEdited, this,
+            [&control](const QString& typed) { control.UserText(FromQt(typed)); });
+  }
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, shown = std::vector<std::string>()]() mutable {
+    const QSignalBlocker quiet(widget);
+    if (shown != control.items.Get()) {
+      shown = control.items;
+      widget->clear();
+      widget->addItems(ListOf(shown));
+    }
+    if (widget->currentIndex() != control.listIndex) widget->setCurrentIndex(control.listIndex);
+    if (!widget->isEditable()) return;
+    const QString text = ToQt(control.text.Get());
+    if (widget->currentText() != text) widget->setEditText(text);
+  });
+  return widget;
+}
+
+QListWidget* FormBinder::Bind(ListBox& control, QListWidget* widget, const Words& words) {
+  connect(widget, &QListWidget::currentRowChanged, this,
+          [&control](int index) { control.UserPick(index); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, shown = std::vector<std::string>()]() mutable {
+    const QSignalBlocker quiet(widget);
+    if (shown != control.items.Get()) {
+      shown = control.items;
+      widget->clear();
+      widget->addItems(ListOf(shown));
+    }
+    if (widget->currentRow() != control.listIndex) widget->setCurrentRow(control.listIndex);
+  });
+  return widget;
+}
+
+QLineEdit* FormBinder::Bind(TextBox& control, QLineEdit* widget, const Words& words,
+                            Typing typing) {
+  auto* text = new TextBinding(control, *widget, typing, this);
+  texts_.push_back(text);
+  Mirror(control, widget, words);
+  Watch(control, [text] { text->Show(); });
+  return widget;
+}
+
+QSlider* FormBinder::Bind(SliderControl& control, QSlider* widget, const Words& words) {
+  widget->setRange(control.minimum, control.maximum);
+  connect(widget, &QSlider::valueChanged, this, [&control](int value) { control.UserPick(value); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget] {
+    const QSignalBlocker quiet(widget);
+    widget->setValue(control.value);
+  });
+  return widget;
+}
+
+QAction* FormBinder::Bind(const MenuItem& control, QAction* action) {
+  action->setCheckable(true);
+  const auto show = [&control, action] {
+    action->setText(ToQt(control.caption.Get()));
+    action->setChecked(control.checked);
+    action->setEnabled(control.enabled);
+    action->setVisible(control.visible);
+  };
+  connect(action, &QAction::triggered, this, [&control, show] {
+    control.Click();
+    show();  // triggering has turned the mark over
+  });
+  Watch(control, show);
+  return action;
+}
+
+MeterWidget* FormBinder::Bind(const MeterPicture& control, MeterWidget* widget,
+                              const Words& words) {
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget] { widget->SetLevel(-control.topTwips / kTwipsPerPixel); });
+  return widget;
+}
+
+ScopeWidget* FormBinder::Bind(const ScopeControl& control, ScopeWidget* widget,
+                              const Words& words) {
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget] { widget->Follow(control); });
+  return widget;
+}
+
+void FormBinder::Sync() {
+  // Taken out, as what is shown may call this again.
+  std::vector<Control*> changed = std::move(spare_);
+  for (int round = 0; round < kMostRounds; ++round) {
+    form_.TakeChanged(changed);
+    if (changed.empty()) break;
+    for (const Control* control : changed) {
+      const auto found = shows_.find(control);
+      if (found == shows_.end()) continue;
+      for (const auto& show : found->second) show();
+    }
+  }
+  if (!changed.empty()) QAbstractEventDispatcher::instance()->wakeUp();
+  spare_ = std::move(changed);
+}
+
+void FormBinder::DropTyping() {
+  for (TextBinding* text : texts_) text->DropTyping();
+}
+
+}  // namespace velt

@@ -1,0 +1,241 @@
+// The main window over its form and layout: every control that it shows, in both directions, found
+// by its accessible name.
+#include "ui/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QTest>
+
+#include "shell/window_layout.h"
+#include "ui/turn.h"
+
+namespace velt {
+namespace {
+
+struct MainWindowTest : testing::Test {
+  MainWindowTest() {
+    layout.resizeDisplay = [this](int width, int height) { raster = Raster(width, height); };
+    layout.Form_Resize();
+    form.imgStartStop.toolTip = "Start";
+    window.show();
+    Turn();
+    QApplication::setActiveWindow(&window);
+  }
+  // The widget of that accessible name; what follows it is what the widget shows.
+  QWidget& Find(const QString& name) {
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+      const QString spoken = widget->accessibleName();
+      if (spoken == name || spoken.startsWith(name + ": ")) return *widget;
+    }
+    ADD_FAILURE() << "no " << name.toStdString();
+    return window;
+  }
+
+  Main form;
+  DisplayOptions options{form, form};
+  WindowLayout layout{form, options};
+  Raster raster;
+  int painted = 0;
+  MainWindow window{form, [this]() -> const Raster& {
+                      ++painted;
+                      return raster;
+                    }};
+};
+
+// Around every pixel that differs.
+QRect Difference(const QImage& a, const QImage& b) {
+  if (a.size() != b.size()) return a.rect();
+  QRect difference;
+  for (int y = 0; y < a.height(); ++y) {
+    for (int x = 0; x < a.width(); ++x) {
+      if (a.pixel(x, y) != b.pixel(x, y)) difference |= QRect(x, y, 1, 1);
+    }
+  }
+  return difference;
+}
+
+TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
+  struct Row {
+    const char* name;
+    std::function<void()> change;
+    QRgb seen = 0;  // somewhere in it afterwards
+  };
+  constexpr QRgb kGreen = 0xFF00FF00;
+  std::vector<Row> rows{
+      {"Options menu", [&] { form.cmdOptions.caption = "O"; }},
+      {"File menu", [&] { form.Image2.tag = "F"; }},
+      {"CAT configuration", [&] { form.Image3.tag = "C"; }},
+      {"Start or stop the spectrum analyzer", [&] { form.imgStartStop.tag = "Stop"; }, 0xFFCF3A32},
+      {"Transceiver frequency", [&] { form.lblFrequency.caption = "7.100.00"; }, 0xFF000000},
+      {"Transceiver frequency", [&] { form.lblFrequency.stale = true; }},
+      {"Modulation mode", [&] { form.lblMode.caption = "USB"; }},
+      {"Modulation mode", [&] { form.lblMode.stale = true; }},
+      {"Transmit or receive", [&] { form.lblTRXMode.caption = "TX"; }, 0xFFC82020},
+      {"Transmit or receive", [&] { form.lblTRXMode.stale = true; }},
+      {"Transmit", [&] { form.optTXRX[0].value = true; }},
+      {"Receive", [&] { form.optTXRX[1].value = false; }},
+      {"Dominant frequency", [&] { form.lblFreqDetect.caption = "6001Hz"; }},
+      {"Waterfall", [&] { form.chkSpecMode.value = 1; }},
+      {"Level of the spectrum", [&] { form.Slider.Set(90); }},
+      {"Gain of the waterfall", [&] { form.Slider2.Set(5); }},
+      {"S-meter", [&] { form.Smeter.topTwips = -40 * kTwipsPerPixel; }, 0xFF35C45A},
+      {"Spectrum display",
+       [&] {
+         raster.SetPixel(5, 5, Colour::FromArgb(kGreen));
+         form.Scope.frame = 7;
+       },
+       kGreen},
+      {"Spectrum display", [&] { form.Scope.gridColour = 0xFF123456; }, 0xFF123456},
+      {"Spectrum display", [&] { form.Scope.verticalGrid = {}; }},
+      {"Spectrum display", [&] { form.Scope.horizontalGrid = {}; }},
+      {"Spectrum display",
+       [&] {
+         form.Scope.markers = {{9, 0, 9, 50}};
+         form.Scope.markerColour = 0xFF654321;
+       },
+       0xFF654321},
+      {"Spectrum display", [&] { form.Scope.markerColour = 0xFF224466; }, 0xFF224466},
+      {"Where modes are sent to", [&] { form.Label3.caption = "Velt Mode"; }},
+      {"Message",
+       [&] {
+         form.lblMessage.caption = "Hello";
+         form.lblMessage.visible = true;
+       }},
+      {"Notice, click to dismiss",
+       [&] {
+         form.lblNotice.caption = "Sound lost";
+         form.lblNotice.visible = true;
+       },
+       0xFFFFD45E},
+  };
+  for (auto& [index, label] : form.lblScales) {
+    rows.push_back({"Frequency scale", [l = label.get()] { l->caption = "#"; }});
+    rows.push_back({"Frequency scale", [l = label.get()] { l->visible = false; }});
+  }
+  form.lblMode.enabled = true;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    const Row& row = rows[i];
+    const QWidget& widget = Find(row.name);
+    const QImage before = OnScreen(window);
+    row.change();
+    Turn();
+    const QImage after = OnScreen(window);
+    const QRect seen = Difference(before, after);
+    EXPECT_TRUE(!seen.isEmpty() && widget.geometry().contains(seen)) << i << " " << row.name;
+    if (row.seen == 0) continue;
+    bool found = false;
+    for (int y = seen.top(); y <= seen.bottom(); ++y) {
+      for (int x = seen.left(); x <= seen.right(); ++x) {
+        found = found || after.pixel(x, y) == row.seen;
+      }
+    }
+    EXPECT_TRUE(found) << i << " " << row.name;
+  }
+}
+
+TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
+  std::string heard;
+  Connections connections;
+  const auto hear = [&](Event<>& event, const char* what) {
+    connections += event.Listen([&heard, what] { heard = what; });
+  };
+  struct Row {
+    const char* name;
+    Event<>& event;
+    Qt::Key key = Qt::Key_Space;
+  };
+  form.lblNotice.visible = true;
+  Turn();
+  const Row rows[] = {{"Options menu", form.cmdOptions.clicked},
+                      {"File menu", form.Image2.clicked},
+                      {"CAT configuration", form.Image3.clicked},
+                      {"Start or stop the spectrum analyzer", form.imgStartStop.clicked},
+                      {"Transceiver frequency", form.lblFrequency.clicked},
+                      {"Modulation mode", form.lblMode.clicked},
+                      {"Transmit or receive", form.lblTRXMode.clicked},
+                      {"Waterfall", form.chkSpecMode.value.changed},
+                      {"Level of the spectrum", form.Slider.value.changed, Qt::Key_Up},
+                      {"Gain of the waterfall", form.Slider2.value.changed, Qt::Key_Up},
+                      {"Notice, click to dismiss", form.lblNotice.clicked}};
+  for (const Row& row : rows) hear(row.event, row.name);
+  for (auto& [index, option] : form.optTXRX) {
+    connections += option->mouseDown.Listen([&heard, i = index](int mouseButton) {
+      heard = std::to_string(i) + " pressed " + std::to_string(mouseButton);
+    });
+  }
+  for (const Row& row : rows) {
+    QWidget& widget = Find(row.name);
+    EXPECT_NE(widget.focusPolicy() & Qt::TabFocus, 0) << row.name;
+    EXPECT_FALSE(widget.toolTip().isEmpty()) << row.name;
+    QTest::keyClick(&widget, row.key);
+    EXPECT_EQ(heard, row.name);
+  }
+  QTest::mousePress(&Find("Transmit"), Qt::LeftButton);
+  EXPECT_EQ(heard, "0 pressed 1");
+  QTest::keyClick(&Find("Receive"), Qt::Key_Space);
+  EXPECT_EQ(heard, "1 pressed 1");
+  window.FocusScope();
+  EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
+}
+
+TEST_F(MainWindowTest, TheWindowItselfFollowsItsFrameAndTellsIt) {
+  WindowFrame& frame = form.Window;
+  EXPECT_EQ(window.minimumSize(), QSize(559, 164));
+  EXPECT_EQ(window.maximumSize(), QSize(559, 164));
+  frame.sizeable = true;
+  frame.least = WindowSize{3000, 1500};
+  frame.most = WindowSize{13140, 3000};
+  frame.caption = "VELT-SA - Rig X";
+  frame.topMost = true;
+  frame.faceColour = 0xFF203040;
+  Turn();
+  EXPECT_EQ(window.windowTitle(), "VELT-SA - Rig X");
+  EXPECT_EQ(window.minimumSize(), QSize(200, 100));
+  EXPECT_EQ(window.maximumSize(), QSize(876, 200));
+  EXPECT_TRUE(window.windowHandle()->flags() & Qt::WindowStaysOnTopHint);
+  EXPECT_EQ(OnScreen(window).pixel(1, 1), 0xFF203040);
+  frame.faceColour = 0;
+  frame.widthTwips = 6000;
+  frame.heightTwips = 1800;
+  Turn();
+  EXPECT_EQ(window.size(), QSize(400, 120));
+  EXPECT_EQ(OnScreen(window).pixel(1, 1), QApplication::palette().color(QPalette::Window).rgb());
+
+  window.resize(450, 130);  // by the user
+  EXPECT_EQ(frame.widthTwips, 450 * kTwipsPerPixel);
+  EXPECT_EQ(frame.heightTwips, 130 * kTwipsPerPixel);
+  window.move(30, 40);
+  EXPECT_EQ(frame.leftTwips, 30 * kTwipsPerPixel);
+  EXPECT_EQ(frame.topTwips, 40 * kTwipsPerPixel);
+  window.showMinimized();
+  EXPECT_TRUE(frame.minimised);
+  painted = 0;
+  form.Scope.frame = 1;
+  Turn();
+  EXPECT_EQ(painted, 0);
+  window.showNormal();
+  Turn();
+  EXPECT_FALSE(frame.minimised);
+  EXPECT_GT(painted, 0);
+
+  bool stays = true;
+  const Connection closing = window.closing.Listen([&](bool& cancel) { cancel = stays; });
+  EXPECT_FALSE(window.close());
+  stays = false;
+  EXPECT_TRUE(window.close());
+}
+
+TEST(MainWindow, StandsWhereItStoodLast) {
+  Main form;
+  form.Window.leftTwips = 300;
+  form.Window.topTwips = 600;
+  form.Window.placed = true;
+  const Raster raster;
+  MainWindow window(form, [&raster]() -> const Raster& { return raster; });
+  EXPECT_EQ(window.pos(), QPoint(20, 40));
+}
+
+}  // namespace
+}  // namespace velt
