@@ -90,9 +90,9 @@ struct DisplayControls {
   SliderControl Slider2;  // waterfall gain
   MeterPicture Smeter;
   RigLabel lblFreqDetect;  // stale: there is no sound that could have a peak
-  CheckBox chkSpecMode;  // waterfall instead of spectrum
-  CheckBox chkExpand;    // expanded rig control panel
-  Image picScales;       // the strip under the display
+  CheckBox chkSpecMode;    // waterfall instead of spectrum
+  CheckBox chkExpand;      // expanded rig control panel
+  Image picScales;         // the strip under the display
   ControlArray<Label> lblScales;
   MenuItem mnuzokamode;
   ControlArray<MenuItem> mnuzokamodes;

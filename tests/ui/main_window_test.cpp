@@ -8,16 +8,16 @@
 #include <QApplication>
 #include <QTest>
 
-#include "shell/window_layout.h"
+#include "support/doubles.h"
 #include "ui/turn.h"
 
 namespace velt {
 namespace {
 
-struct MainWindowTest : testing::Test {
+struct MainWindowTest : testing::Test, ProgramFixture {
   MainWindowTest() {
-    layout.resizeDisplay = [this](int width, int height) { raster = Raster(width, height); };
-    layout.Form_Resize();
+    program->layout.Form_Resize();
+    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight);
     form.imgStartStop.toolTip = "Start";
     window.show();
     Turn();
@@ -33,9 +33,7 @@ struct MainWindowTest : testing::Test {
     return window;
   }
 
-  Main form;
-  DisplayOptions options{form, form};
-  WindowLayout layout{form, options};
+  Main& form = program->form;
   Raster raster;
   int painted = 0;
   MainWindow window{form, [this]() -> const Raster& {
@@ -137,7 +135,7 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
 
 TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   std::string heard;
-  Connections connections;
+
   const auto hear = [&](Event<>& event, const char* what) {
     connections += event.Listen([&heard, what] { heard = what; });
   };
