@@ -1,12 +1,16 @@
 #include "ui/main_window.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSlider>
+#include <QStyle>
 #include <QToolButton>
 #include <QWindow>
 
 #include "ui/click_label.h"
 #include "ui/meter_widget.h"
+#include "ui/on_screen.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/scale_strip.h"
@@ -162,7 +166,7 @@ void MainWindow::ShowWindowState() {
     setFixedSize(wanted);
   }
   if (frame.placed && !isVisible()) {
-    move(frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel);
+    MoveOnScreen({frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel}, wanted);
   }
   if (windowHandle() != nullptr) {
     windowHandle()->setFlag(Qt::WindowStaysOnTopHint, frame.topMost);
@@ -170,6 +174,16 @@ void MainWindow::ShowWindowState() {
     setWindowFlag(Qt::WindowStaysOnTopHint, frame.topMost);
   }
   ShowFaceColour();
+}
+
+// A place that was saved may be beyond every screen by now.
+void MainWindow::MoveOnScreen(QPoint place, QSize content) {
+  const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  QVector<QRect> screens;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    screens.push_back(screen->availableGeometry());
+  }
+  move(BroughtOnScreen({place, content + QSize(0, titleBar)}, screens).topLeft());
 }
 
 void MainWindow::ShowFaceColour() {

@@ -175,6 +175,43 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
   }
 }
 
+TEST(Shutdown, SettingsThatCannotBeSavedAreAskedAboutWhileSomebodyIsThere) {
+  enum class Then { TryAgain, CloseAnyway, SystemEnds };
+  for (const Then then : {Then::TryAgain, Then::CloseAnyway, Then::SystemEnds}) {
+    ProgramFixture f;
+    f.Start();
+    f.store.error = ENOSPC;
+    f.prompts.asked.clear();
+    EXPECT_FALSE(f.Close());
+    f.scheduler.RunPosted();
+    ASSERT_EQ(f.prompts.asked.size(), 1U);
+    EXPECT_EQ(f.prompts.asked[0].text, "The settings could not be saved: No space left on device.");
+    EXPECT_EQ(f.prompts.asked[0].yes + f.prompts.asked[0].no, "Try againClose anyway");
+    EXPECT_FALSE(f.ended);
+    if (then == Then::TryAgain) {
+      f.prompts.answer(true);  // and it fails again
+      EXPECT_EQ(f.prompts.asked.size(), 2U);
+      f.store.error = 0;
+      f.prompts.answer(true);
+    } else if (then == Then::CloseAnyway) {
+      f.prompts.answer(false);
+    } else {
+      f.Close(Shutdown::ClosedBy::System);
+    }
+    f.scheduler.RunPosted();
+    EXPECT_TRUE(f.ended);
+    EXPECT_EQ(f.Stored("EXE") == "VELT-SA.exe", true);
+  }
+  ProgramFixture f;
+  f.Start();
+  f.store.error = ENOSPC;
+  f.prompts.asked.clear();
+  f.Close(Shutdown::ClosedBy::System);
+  f.scheduler.RunPosted();
+  EXPECT_TRUE(f.ended);
+  EXPECT_TRUE(f.prompts.asked.empty());
+}
+
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   Sequence f(true);
   f.Reachable(true);

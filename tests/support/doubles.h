@@ -222,9 +222,10 @@ class FakeSleepLock : public SleepLock {
 class FakeStore : public MemoryStore {
  public:
   std::function<void()> committed = [] {};
+  int error = 0;
   int Commit() override {
     committed();
-    return MemoryStore::Commit();
+    return error != 0 ? error : MemoryStore::Commit();
   }
 };
 
@@ -307,9 +308,9 @@ struct ProgramFixture {
     Form().imgStartStop.Click();
     scheduler.RunPosted();
   }
-  bool Close() {
+  bool Close(Shutdown::ClosedBy by = Shutdown::ClosedBy::User) {
     bool cancel = false;
-    program->shutdown.Form_Unload(cancel);
+    program->shutdown.Form_Unload(cancel, by);
     return !cancel;
   }
   std::string Stored(const std::string& key) {

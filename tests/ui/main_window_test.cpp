@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include "support/doubles.h"
+#include "ui/on_screen.h"
 #include "ui/turn.h"
 
 namespace velt {
@@ -52,6 +53,24 @@ QRect Difference(const QImage& a, const QImage& b) {
     }
   }
   return difference;
+}
+
+TEST(OnScreen, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
+  const QRect left(0, 0, 1280, 900), right(1280, 100, 800, 600);
+  struct Row {
+    QPoint from, to;
+  };
+  for (const Row& row : {Row{{100, 100}, {100, 100}},
+                         {{1262, 100}, {1280, 100}},  // 18 pixels show
+                         {{700, -40}, {700, 0}},
+                         {{4000, 357}, {1521, 357}},
+                         {{143165576, 143165576}, {1521, 504}},
+                         {{-5000, 300}, {0, 300}}}) {
+    EXPECT_EQ(BroughtOnScreen({row.from, QSize(559, 196)}, {left, right}).topLeft(), row.to)
+        << row.from.x();
+  }
+  EXPECT_EQ(BroughtOnScreen({5000, 0, 2000, 50}, {left}).topLeft(), QPoint(0, 0));
+  EXPECT_EQ(BroughtOnScreen({5000, 0, 200, 50}, {}).topLeft(), QPoint(5000, 0));
 }
 
 TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
