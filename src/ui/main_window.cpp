@@ -4,7 +4,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QSlider>
-#include <QStyle>
 #include <QToolButton>
 #include <QWindow>
 
@@ -178,12 +177,13 @@ void MainWindow::ShowWindowState() {
 
 // A place that was saved may be beyond every screen by now.
 void MainWindow::MoveOnScreen(QPoint place, QSize content) {
-  const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  // The desktop's frame is not known before the window is shown; most are smaller.
+  constexpr QSize kFrame(16, 40);
   QVector<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
     screens.push_back(screen->availableGeometry());
   }
-  move(BroughtOnScreen({place, content + QSize(0, titleBar)}, screens).topLeft());
+  move(BroughtOnScreen({place, content + kFrame}, screens).topLeft());
 }
 
 void MainWindow::ShowFaceColour() {
