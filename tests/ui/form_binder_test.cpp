@@ -347,9 +347,19 @@ TEST_F(FormBinderTest, AFieldBeingEditedIsLeftAlone) {
   EXPECT_EQ(patient.text.Get(), "1");
   typedWidget->setFocus();
   EXPECT_EQ(heard, "patient 15");
+  heard = "";
+  patient.text = "16";  // by the program, as soon as the typing is over
+  Turn();
+  EXPECT_EQ(patientWidget->text(), "16");
+  patientWidget->setFocus();
+  typedWidget->setFocus();
+  EXPECT_EQ(heard, "");  // nothing was typed
   QTest::keyClicks(patientWidget, "0");
   binder.DropTyping();
-  EXPECT_EQ(patientWidget->text(), "15");
+  EXPECT_EQ(patientWidget->text(), "16");
+  patient.text = "17";
+  Turn();
+  EXPECT_EQ(patientWidget->text(), "17");
 }
 
 TEST_F(FormBinderTest, WhatAShownChangeBringsAboutIsShownInTheSameTurn) {
