@@ -131,10 +131,10 @@ void MainWindow::BindMessages() {
                {"Where modes are sent to: %1", "Where modes are sent to"});
   binder_.Bind(form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight),
                {"Message: %1", "Messages"});
+  // The last one, so that it lies over the display.
   auto* notice = binder_.Bind(form_.lblNotice, MakeLabel(kTextPixels, true),
                               {"Notice, click to dismiss: %1", "A notice; click to dismiss it"});
   notice->SetFill(QColor(0xFF, 0xD4, 0x5E), QColor(0x20, 0x18, 0x00));
-  notice->raise();
 }
 
 ClickLabel* MainWindow::MakeLabel(int pixelSize, bool bold) {

@@ -131,7 +131,10 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
     rows.push_back({"Frequency scale", [l = label.get()] { l->caption = "#"; }});
     rows.push_back({"Frequency scale", [l = label.get()] { l->visible = false; }});
   }
-  form.lblMode.enabled = true;
+  const Rectangle scales = form.picScales.place;
+  EXPECT_TRUE(Find("Frequency scale")
+                  .geometry()
+                  .contains(QRect(scales.left, scales.top, scales.width, scales.height)));
   for (size_t i = 0; i < rows.size(); ++i) {
     const Row& row = rows[i];
     const QWidget& widget = Find(row.name);
@@ -193,6 +196,9 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   EXPECT_EQ(heard, "0 pressed 1");
   QTest::keyClick(&Find("Receive"), Qt::Key_Space);
   EXPECT_EQ(heard, "1 pressed 1");
+  for (const char* name : {"Dominant frequency", "Where modes are sent to", "Message"}) {
+    EXPECT_EQ(Find(name).cursor().shape(), Qt::ArrowCursor) << name;  // nothing to click
+  }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
 }
@@ -249,9 +255,11 @@ TEST(MainWindow, StandsWhereItStoodLast) {
   form.Window.leftTwips = 300;
   form.Window.topTwips = 600;
   form.Window.placed = true;
+  form.Window.topMost = true;
   const Raster raster;
   MainWindow window(form, [&raster]() -> const Raster& { return raster; });
   EXPECT_EQ(window.pos(), QPoint(20, 40));
+  EXPECT_TRUE(window.windowFlags() & Qt::WindowStaysOnTopHint);
 }
 
 }  // namespace
