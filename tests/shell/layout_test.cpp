@@ -46,6 +46,11 @@ TEST(WindowLayout, SnapsToItsLimitsOnlyWhileTheSizeIsRemembered) {
   window.heightTwips = 3000;
   EXPECT_EQ(window.widthTwips, 8385);
   EXPECT_EQ(window.heightTwips, 2460);
+  window.panelShown = true;
+  window.widthTwips = 14000;
+  EXPECT_EQ(window.widthTwips, 13140);
+  window.panelShown = false;
+  EXPECT_EQ(window.widthTwips, 8385);
   window.widthTwips = 4000;
   window.heightTwips = 1499;
   EXPECT_EQ(window.widthTwips, 5000);
