@@ -57,7 +57,7 @@ class LinuxAdapters : public Adapters {
       auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian));
       if (!options.logFile.empty()) process->SetLogFile(PathText(options.logFile));
       guardian_ = std::move(process);
-      sleepLock_ = std::make_unique<LogindSleepLock>(log_);
+      sleepLock_ = std::make_unique<LogindSleepLock>(scheduler_, log_);
     }
     if (options.KeepsInMemory()) {
       settings_ = std::make_unique<MemoryStore>();

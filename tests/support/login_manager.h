@@ -21,6 +21,7 @@ class MessageBus {
   ~MessageBus();
 
   static std::string Address();
+  void Kill() { process_->Kill(); }
   void Freeze() { process_->Signal(ProcessSignal::Stop); }
 
  private:
