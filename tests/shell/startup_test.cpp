@@ -136,7 +136,27 @@ TEST(Startup, WhatAFirstRunWithoutARigNeverAppliedIsNotLost) {
   ProgramFixture f;
   f.Start();
   f.Close();
-  EXPECT_EQ(f.Stored("Expander"), "1");
+  EXPECT_EQ(f.Stored("Expander") + f.Stored("OnTop"), "11");
+  f.Restart();
+  f.Start();
+  f.Form().chkExpand.UserPick(true);
+  f.Form().chkExpand.UserPick(false);
+  f.Form().mnusettings[0].Click();
+  f.Close();
+  EXPECT_EQ(f.Stored("Expander") + f.Stored("OnTop"), "00");
+}
+
+TEST(Startup, WhatTheCallAsksForComesBeforeTheSettings) {
+  ProgramFixture f;
+  f.setup.startAnalyser = true;
+  f.setup.dataFolder = "/data";
+  f.Restart();
+  f.audio.answer = FakeAudioInput::Answer::Failed;
+  f.Start();
+  EXPECT_TRUE(f.files.folders.contains("/data/WAV"));
+  EXPECT_EQ(f.audio.opened, 1);
+  EXPECT_FALSE(f.audio.watching);
+  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
 }
 
 TEST(Shutdown, GoesThroughItsStepsInOrder) {
@@ -170,6 +190,7 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
     EXPECT_TRUE(f.ended);
     EXPECT_EQ(f.order, c.order);
     EXPECT_FALSE(f.rig1.Transmits());
+    EXPECT_FALSE(f.program->rig.link.On());
     f.Form().Window.widthTwips = 6000;
     EXPECT_NE(f.Form().Scope.scaleWidth, 6000 / 15) << "nothing is laid out any more";
   }
@@ -297,8 +318,9 @@ TEST(RigAtStartup, AddressesAndLimitAreKeptInTheirOwnSection) {
   f.program->settings.SaveRegistryStuff();
   EXPECT_EQ(f.store.Get("CAT", "Rig2"), "10.0.0.7:4600");
   EXPECT_EQ(f.store.Get("CAT", "Rig1"), std::nullopt);  // never set up
-  f.server.SetAddress(1, "localhost:4540");
-  f.program->settings.KeepRigAddresses();
+  f.program->rig.dialog.Open();
+  f.program->catForm.txtAddress1.UserText("localhost:4540");
+  f.program->catForm.cmdApplyAddresses.Click();
   f.program->settings.SaveRegistryStuff();
   EXPECT_EQ(f.store.Get("CAT", "Rig1"), "localhost:4540");
   // An address for one run only is used, and not kept.

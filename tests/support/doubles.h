@@ -129,10 +129,12 @@ class FakePrompts : public Prompts {
     popupClosed = nullptr;
     dismiss = nullptr;
   }
-  // Closes the open pop-up with the line of that caption chosen; with none for an empty caption.
-  void Choose(const std::string& caption) {
+  // Closes the open pop-up with the line of that caption chosen; false: it has no such line.
+  bool Choose(const std::string& caption) {
     const auto closed = std::exchange(popupClosed, nullptr);
-    closed(caption.empty() ? std::function<void()>() : Find(popup, caption));
+    const auto chosen = Find(popup, caption);
+    if (closed) closed(chosen);
+    return closed && chosen;
   }
 
  private:
