@@ -3,31 +3,27 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <map>
 
 namespace velt {
 namespace {
 
 TEST(Numbers, RoundingGoesToTheEvenNeighbourAndRefusesWhatDoesNotFit) {
-  struct Case {
-    double value;
-    std::optional<int32_t> rounded;
-  };
-  const Case cases[] = {{0.5, 0},
-                        {1.5, 2},
-                        {2.5, 2},
-                        {-0.5, 0},
-                        {-1.5, -2},
-                        {-2.5, -2},
-                        {2.4999, 2},
-                        {-2.5001, -3},
-                        {2147483647.4, 2147483647},
-                        {2147483647.5, std::nullopt},
-                        {-2147483648.5, -2147483647 - 1},
-                        {-2147483649.0, std::nullopt},
-                        {std::numeric_limits<double>::infinity(), std::nullopt},
-                        {std::numeric_limits<double>::quiet_NaN(), std::nullopt}};
-  for (const Case& c : cases) {
-    EXPECT_EQ(RoundHalfEven(c.value), c.rounded) << c.value;
+  using Limits = std::numeric_limits<double>;
+  const std::map<double, int32_t> fit = {{0.5, 0},
+                                         {1.5, 2},
+                                         {2.5, 2},
+                                         {-0.5, 0},
+                                         {-1.5, -2},
+                                         {-2.5, -2},
+                                         {2.4999, 2},
+                                         {-2.5001, -3},
+                                         {2147483647.4, INT32_MAX},
+                                         {-2147483648.5, INT32_MIN}};
+  for (const auto& [value, rounded] : fit) EXPECT_EQ(RoundHalfEven(value), rounded) << value;
+  for (const double value :
+       {2147483647.5, -2147483649.0, Limits::infinity(), Limits::quiet_NaN()}) {
+    EXPECT_EQ(RoundHalfEven(value), std::nullopt) << value;
   }
   EXPECT_EQ(RoundHalfEven16(32767.4), 32767);
   EXPECT_EQ(RoundHalfEven16(32768), std::nullopt);

@@ -15,16 +15,13 @@ struct FakeRig {
   int keyed = 0;
   int split = 0;
   std::map<std::string, std::string> instead;  // replies to lines, in place of the usual ones
+  std::map<std::string, int> errors;           // codes to answer commands of two letters with
   std::vector<std::string> lines;              // received, without line ends
 
   std::string Answer(const std::string& line) {
     lines.push_back(line);
     if (const auto own = instead.find(line); own != instead.end()) return own->second;
     const std::string value = line.size() > 3 ? line.substr(3) : "";
-    if (line.starts_with("+F ")) freq[vfo] = std::stoi(value);
-    if (line.starts_with("+V ")) vfo = value;
-    if (line.starts_with("+M ")) mode = value.substr(0, value.find(' '));
-    if (line.starts_with("+T ")) keyed = std::stoi(value);
     const std::map<std::string, std::string> replies = {
         {"+f", "get_freq:\nFrequency: " + std::to_string(freq[vfo])},
         {"+m", "get_mode:\nMode: " + mode + "\nPassband: 2400"},
@@ -41,7 +38,20 @@ struct FakeRig {
         {"+\\get_powerstat", "get_powerstat:\nPower Status: 1"},
         {"+\\dump_caps", "dump_caps:\nModel name:\tDummy\nMfg name:\tHamlib"}};
     const auto reply = replies.find(line.starts_with("+\\") ? line : line.substr(0, 2));
-    return reply == replies.end() ? "unknown" : Done(reply->second);
+    if (reply == replies.end()) return "unknown";
+    if (const auto code = errors.find(line.substr(0, 2)); code != errors.end()) {
+      const std::string echo = reply->second.substr(0, reply->second.find('\n'));
+      return echo + "\nRPRT " + std::to_string(code->second) + "\n";
+    }
+    if (line.starts_with("+F ")) freq[vfo] = std::stoi(value);
+    if (line.starts_with("+V ")) vfo = value;
+    if (line.starts_with("+M ")) mode = value.substr(0, value.find(' '));
+    if (line.starts_with("+T ")) keyed = std::stoi(value);
+    return Done(reply->second);
+  }
+  void BeUsual() {
+    instead.clear();
+    errors.clear();
   }
 
   static std::string Done(const std::string& text) { return text + "\nRPRT 0\n"; }

@@ -54,6 +54,7 @@ class DummyRig {
     for (int tries = 0; tries < 5 && !Start(); ++tries) port_ = FreePort();
   }
 
+  uint16_t Port() const { return port_; }
   std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
   // Whether it has come up, on the same port as ever. Unless it can be keyed it refuses that.
   bool Start(bool canBeKeyed = true) {

@@ -113,49 +113,36 @@ TEST_F(SoundFileTest, AFileThatCannotBeUsedGivesOneClearLine) {
 TEST_F(SoundFileTest, UnfinishedAndCutOffFilesAreReadAsFarAsTheyGo) {
   WriteRamp("w.wav", kWav16, 44100, 3 * kBlockSamples + 100);
   const std::string whole = folder.Read("w.wav");
+  const std::string note("LIST\6\0\0\0note. \0", 15);  // no sound
   const std::string unfinished = "the recording was never finished";
   const auto length = static_cast<uint32_t>(whole.size());
   struct Case {
     uint32_t dataSize;
-    size_t bytes;  // of the file that are there
+    std::string bytes;
     std::string warning;
   };
-  for (const Case& c : {Case{0, length - 1, unfinished}, Case{UINT32_MAX, length, unfinished},
-                        Case{0x7FFFF000, length, unfinished},
-                        Case{length - 44, length - 1024, "1024 bytes of sound are missing"},
-                        Case{1024, length, "longer than its header says"}}) {
-    std::string bytes = whole.substr(0, c.bytes);
-    std::memcpy(&bytes[40], &c.dataSize, 4);
-    folder.Write("w.wav", bytes);
+  for (const Case& c :
+       {Case{0, whole.substr(0, length - 1), unfinished}, Case{UINT32_MAX, whole, unfinished},
+        Case{0x7FFFF000, whole, unfinished},
+        Case{length - 44, whole.substr(0, length - 1024), "1024 bytes of sound are missing"},
+        Case{length - 44, whole + note, ""}, Case{1024, whole, "longer than its header says"}}) {
+    folder.Write("w.wav", c.bytes);
+    std::fstream(folder / "w.wav", std::ios::binary | std::ios::in | std::ios::out)
+        .seekp(40)
+        .write(reinterpret_cast<const char*>(&c.dataSize), 4);
     ASSERT_EQ(Open("w.wav"), "") << c.dataSize;
-    EXPECT_EQ(ReadAll(), Ramp((c.bytes - 44) / 1024 * kBlockSamples)) << c.dataSize;
+    const size_t blocks = c.bytes.size() < length - 1 ? 2 : 3;
+    EXPECT_EQ(ReadAll(), Ramp(blocks * kBlockSamples)) << c.dataSize;
     EXPECT_NE(reader.Warning().find(c.warning), std::string::npos) << reader.Warning();
+    EXPECT_EQ(reader.Warning().empty(), c.warning.empty()) << reader.Warning();
   }
-}
-
-TEST_F(SoundFileTest, WhatFollowsTheSoundIsNoSound) {
-  WriteRamp("w.wav", kWav16, 44100, 2 * kBlockSamples);
-  const std::string whole = folder.Read("w.wav");
-  folder.Write("w.wav", whole + std::string("LIST\6\0\0\0note. \0", 15));
-  ASSERT_EQ(Open("w.wav"), "");
-  EXPECT_EQ(ReadAll(), Ramp(2 * kBlockSamples));
-  EXPECT_EQ(reader.Warning(), "");
 }
 
 TEST_F(SoundFileTest, SoundBeyondFourGigabytesIsNotLost) {
   constexpr int64_t kFrames = 2200000000;
   const std::array<int16_t, 3> last{11, -22, 33};
-  // Files of which most takes no place on the disk.
-  for (const int format : {SF_FORMAT_RF64, SF_FORMAT_W64}) {
-    SF_INFO info{0, 44100, 1, format | SF_FORMAT_PCM_16, 0, 0};
-    SNDFILE* sound = sf_open((folder / "long").c_str(), SFM_WRITE, &info);
-    sf_seek(sound, kFrames - 3, SEEK_SET);
-    sf_writef_short(sound, last.data(), 3);
-    sf_close(sound);
-    ASSERT_EQ(Open("long"), "");
-    EXPECT_EQ(reader.Info().frames, kFrames) << std::hex << format;
-  }
-  // A plain header cannot tell such a length; its writers went on all the same.
+  // A plain header cannot tell such a length; its writers went on all the same. Most of the file
+  // takes no place on the disk.
   WriteRamp("long.wav", kWav16, 44100, kBlockSamples);
   std::fstream file(folder / "long.wav", std::ios::binary | std::ios::in | std::ios::out);
   for (const uint32_t dataSize : {static_cast<uint32_t>(kFrames * 2), UINT32_MAX}) {
