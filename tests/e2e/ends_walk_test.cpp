@@ -1,7 +1,7 @@
 // Whatever ends the program, or makes it stand still, while it transmits: the rig receives.
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
+#include <algorithm>
 
 #include "adapters/rigctld/fake_rig.h"
 #include "adapters/rigctld/live_loop.h"
@@ -117,11 +117,8 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
     }
     Station station(rig.Address(), environment);
     ASSERT_TRUE(Key(station, rig));
-    QElapsedTimer since;
-    since.start();
     end.happens(station);
     EXPECT_TRUE(Answers(rig, "0", end.limit));
-    std::printf("%5lld ms: %s\n", static_cast<long long>(since.elapsed()), end.name);
     EXPECT_TRUE(station.Ends());
     EXPECT_EQ(rig.Ask("t"), "0");
     EXPECT_EQ(station.window->Said().find("may still be on"), std::string::npos);
