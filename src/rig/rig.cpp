@@ -48,6 +48,7 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
              .rig = current,
              .control = control,
              .dialog = dialog,
+             .messages = parts.messages,
              .prompts = ports.prompts}) {}
 
 }  // namespace velt

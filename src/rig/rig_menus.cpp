@@ -48,13 +48,15 @@ void RigMenus::mnuSetFreqManual_Click() {
       });
 }
 
-void RigMenus::SetFrequencyByHand(const std::string& kilohertz) {
-  const double number = LeadingNumber(kilohertz);
-  if (!(number > 10)) return;
+void RigMenus::SetFrequencyByHand(const std::string& typed) {
+  const double kilohertz = TypedKilohertz(typed);
+  if (!(kilohertz > 10)) {
+    return parts_.messages.Show("No frequency above 10 kHz in \"" + typed + "\": nothing was set");
+  }
   // What does not fit into 32 bits is as much out of range as the largest number that does.
-  const int32_t hertz = RoundHalfEven(number * 1000).value_or(INT32_MAX);
+  const int32_t hertz = RoundHalfEven(kilohertz * 1000).value_or(INT32_MAX);
   parts_.control.SetTRXFrequency(hertz, parts_.state.vfo);
-  parts_.state.bandPresetKHz = RoundHalfEven(number).value_or(parts_.state.bandPresetKHz);
+  parts_.state.bandPresetKHz = RoundHalfEven(kilohertz).value_or(parts_.state.bandPresetKHz);
 }
 
 }  // namespace velt

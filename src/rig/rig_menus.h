@@ -20,6 +20,7 @@ class RigMenus {
     const CurrentRig& rig;
     RigControl& control;
     OmniRigDialog& dialog;
+    MessageLine& messages;
     Prompts& prompts;
   };
   explicit RigMenus(const Parts& parts);

@@ -1,5 +1,7 @@
 #include "rig/shown_frequency.h"
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "text/formats.h"
@@ -17,6 +19,17 @@ std::optional<int32_t> ShownFrequencyHz(const Label& label) {
 std::optional<int32_t> ShownMegahertzInHz(const Label& label) {
   // The product of a decimal fraction and a million is not always exactly whole.
   return RoundHalfEven(LeadingNumber(label.caption.Get()) * 1e6);
+}
+
+double TypedKilohertz(const std::string& text) {
+  const std::string_view typed = Trimmed(text);
+  if (std::count(typed.begin(), typed.end(), '.') == 2) {
+    const std::optional<int32_t> tens = ParseWhole(Without(typed, '.'));
+    return tens ? *tens / 100.0 : 0.0;
+  }
+  const double number = LeadingNumberAnyLocale(typed);
+  const bool fraction = number != std::floor(number);
+  return number < 100 && fraction ? number * 1000 : number;
 }
 
 bool IsRigOffLine(const Label& label) {

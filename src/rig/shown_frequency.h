@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "form/controls.h"
 
@@ -18,6 +19,11 @@ std::optional<int32_t> ShownFrequencyHz(const Label& label);
 // The caption's leading number taken as MHz, in Hz: the tens of hertz after the second dot are not
 // in it. 0 for a text, empty when it does not fit.
 std::optional<int32_t> ShownMegahertzInHz(const Label& label);
+
+// A frequency that somebody typed, in kHz; 0 for a text. Two notations are told apart, as they
+// would be a thousand times too low: with two dots it is the window's own ("14.074.00"), and a
+// number below 100 with a fraction is in MHz ("7.0745"): no amateur band lies there in kHz.
+double TypedKilohertz(const std::string& text);
 
 bool IsRigOffLine(const Label& label);
 

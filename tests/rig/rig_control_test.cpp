@@ -87,11 +87,22 @@ TEST_F(RigControlTest, AFrequencyByHandHasToBeAboveTenKilohertz) {
     prompts.input(text);
     return writes1.Take();
   };
-  for (const char* text : {"10", "abc", "9999999999"}) EXPECT_EQ(sent(text), Texts{}) << text;
+  for (const char* text : {"10", "abc", "", "14.abc.00", "0.0005", "9999999999"}) {
+    EXPECT_EQ(sent(text), Texts{}) << text;
+    EXPECT_NE(Message(), "") << "it is told what was refused";
+  }
   EXPECT_EQ(sent(std::nullopt), Texts{});
-  EXPECT_EQ(sent("10.001"), Texts{"FreqA 10001"});
-  EXPECT_EQ(sent("7101.5 kHz"), Texts{"FreqA 7101500"});
-  EXPECT_EQ(rig.state.bandPresetKHz, 7102);
+  for (const auto& [typed, hertz] : {std::pair{"7101.5 kHz", 7101500},
+                                     {"14074", 14074000},
+                                     {"136", 136000},
+                                     {"14.074.00", 14074000},
+                                     {".475.00", 475000},
+                                     {"7.0745", 7074500},
+                                     {"50,313", 50313000},
+                                     {"99", 99000}}) {
+    EXPECT_EQ(sent(typed), Texts{"FreqA " + std::to_string(hertz)}) << typed;
+  }
+  EXPECT_EQ(rig.state.bandPresetKHz, 99);
 }
 
 TEST_F(RigDisplayTest, FrequencyAndTransmitStateFollowTheRig) {

@@ -14,6 +14,10 @@ namespace {
 
 struct PromptsTest : testing::Test {
   PromptsTest() { prompts.SetOwner(&window); }
+  void ShowWindow() {
+    window.show();
+    QApplication::setActiveWindow(&window);
+  }
   // The title of the one box that is open; "" without one.
   std::string Open() {
     Turn();
@@ -41,7 +45,7 @@ TEST_F(PromptsTest, BoxesComeOneAtATimeOnceTheWindowIsUp) {
   prompts.Ask({.title = "second", .text = "2", .yes = "Try again", .no = "Close anyway"},
               [this](bool yes) { heard += yes ? "yes;" : "no;"; });
   EXPECT_EQ(Open(), "");
-  window.show();
+  ShowWindow();
   EXPECT_EQ(Open(), "first");
   // What an answer brings up waits its turn too.
   prompts.Input({.title = "third", .prompt = "?", .initial = "14074"},
@@ -58,7 +62,7 @@ TEST_F(PromptsTest, BoxesComeOneAtATimeOnceTheWindowIsUp) {
 }
 
 TEST_F(PromptsTest, WhatIsDroppedAnswersNothingAndLaterBoxesStillCome) {
-  window.show();
+  ShowWindow();
   prompts.Tell({.title = "open", .text = "1"}, [this] { heard += "open;"; });
   prompts.Tell({.title = "waiting", .text = "2"}, [this] { heard += "waiting;"; });
   EXPECT_EQ(Open(), "open");

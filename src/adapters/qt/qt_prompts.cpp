@@ -8,9 +8,13 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <chrono>
+#include <utility>
 
 namespace velt {
 namespace {
+
+constexpr std::chrono::milliseconds kPlacingLimit{500};
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
   switch (icon) {
@@ -44,6 +48,7 @@ QtPrompts::~QtPrompts() {
 void QtPrompts::SetOwner(QWidget* owner) {
   if (owner_) owner_->removeEventFilter(this);
   owner_ = owner;
+  ownerPlaced_ = false;
   if (owner_) owner_->installEventFilter(this);
   ShowNextSoon();
 }
@@ -93,7 +98,13 @@ void QtPrompts::Input(const InputPrompt& box,
 }
 
 bool QtPrompts::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == owner_ && event->type() == QEvent::Show) ShowNextSoon();
+  if (watched == owner_ && event->type() == QEvent::Show) {
+    // A box over a window that the desktop has not placed yet would stand in the screen's corner.
+    // Not every desktop gives a new window the focus.
+    QTimer::singleShot(kPlacingLimit, this, [this] { OwnerIsPlaced(); });
+  } else if (watched == owner_ && event->type() == QEvent::WindowActivate) {
+    OwnerIsPlaced();
+  }
   return QObject::eventFilter(watched, event);
 }
 
@@ -102,12 +113,17 @@ void QtPrompts::Queue(std::function<QDialog*()> make) {
   ShowNext();
 }
 
+void QtPrompts::OwnerIsPlaced() {
+  if (std::exchange(ownerPlaced_, true)) return;
+  ShowNextSoon();
+}
+
 void QtPrompts::ShowNextSoon() {
   QTimer::singleShot(0, this, [this] { ShowNext(); });
 }
 
 void QtPrompts::ShowNext() {
-  if (shown_ || waiting_.empty() || (owner_ && !owner_->isVisible())) return;
+  if (shown_ || waiting_.empty() || (owner_ && !(owner_->isVisible() && ownerPlaced_))) return;
   const auto make = std::move(waiting_.front());
   waiting_.pop_front();
   shown_ = make();

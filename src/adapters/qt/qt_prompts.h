@@ -37,6 +37,7 @@ class QtPrompts : public QObject, public Prompts {
   bool eventFilter(QObject* watched, QEvent* event) override;
   // Makes the dialog when its turn has come.
   void Queue(std::function<QDialog*()> make);
+  void OwnerIsPlaced();
   void ShowNextSoon();
   void ShowNext();
   using Chosen = std::shared_ptr<std::function<void()>>;
@@ -45,6 +46,7 @@ class QtPrompts : public QObject, public Prompts {
   QPointer<QWidget> owner_;
   std::deque<std::function<QDialog*()>> waiting_;
   QPointer<QDialog> shown_;
+  bool ownerPlaced_ = false;  // and shown: where it stands is known
   QPointer<QMenu> menu_;
   bool menuOpen_ = false;
 };
