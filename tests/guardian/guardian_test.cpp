@@ -8,6 +8,7 @@
 #include "guardian/follow_up.h"
 #include "guardian/guardian_message.h"
 #include "guardian/holdings.h"
+#include "support/rig_recipe.h"
 
 namespace velt {
 namespace {
@@ -216,24 +217,13 @@ TEST(Holdings, AreReleasedWhenTheProgramCannot) {
   }
 }
 
-ReleaseRecipe Recipe() {
-  return {.host = "fe80::1%eth0",
-          .port = 45320,
-          .descriptor = -1,
-          .lowersLines = true,
-          .release = std::string("+T 0\n\0\xff", 7),
-          .ask = "+t\n",
-          .answerEnd = "RPRT ",
-          .accepted = "RPRT 0",
-          .tells = "PTT: ",
-          .receives = "PTT: 0"};
-}
-
 TEST(GuardianMessage, ArrivesWholeOrNotAtAll) {
   GuardianMessage hold;
   hold.kind = GuardianMessage::Kind::Hold;
   hold.ticket = 0xfedcba98;
-  hold.recipe = Recipe();
+  hold.recipe = RigRecipe(45320);
+  hold.recipe.lowersLines = true;
+  hold.recipe.release = std::string("+T 0\n\0\xff", 7);
   const std::string bytes = Encode(hold);
   const auto read = Decode(bytes);
   ASSERT_TRUE(read);
@@ -261,7 +251,7 @@ TEST(AnswerReader, UnderstandsAnswersHoweverTheyAreSplit) {
     std::string bytes;
     std::string understood;  // of each answer: accepted or not, what it tells
   };
-  const ReleaseRecipe recipe = Recipe();
+  const ReleaseRecipe recipe = RigRecipe(1);
   for (const Case& c :
        {Case{"set_ptt: 0\nRPRT 0\n", "+- "}, Case{"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
         Case{"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "}, Case{"PTT: 01\nRPRT -5\n", "-T "},

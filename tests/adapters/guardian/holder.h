@@ -1,5 +1,4 @@
-// What the tests of the guardian's process share: a recipe for the dummy rig's server, and a small
-// program that keys it.
+// A small program that keys the dummy rig's server and holds it.
 #pragma once
 
 #include <QCoreApplication>
@@ -10,19 +9,9 @@
 
 #include "adapters/guardian/guardian_process.h"
 #include "adapters/qt/qt_scheduler.h"
+#include "support/rig_recipe.h"
 
 namespace velt {
-
-inline ReleaseRecipe RigRecipe(uint16_t port) {
-  return {.host = "127.0.0.1",
-          .port = port,
-          .release = "+T 0\n",
-          .ask = "+t\n",
-          .answerEnd = "RPRT ",
-          .accepted = "RPRT 0",
-          .tells = "PTT: ",
-          .receives = "PTT: 0"};
-}
 
 // PORT LOG-FILE: in a group of processes of its own, holds what is at the port and keys it, and
 // says so. Without an answer from there it still holds.
