@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstring>
 
 #include "adapters/soundfile/sound_file_reader.h"
 #include "adapters/soundfile/wav_repair.h"
@@ -64,11 +63,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
 
   if (const auto repair = velt::FindWavRepair(file.Path())) {
-    for (const velt::BytePatch& patch : repair->patches) {
-      Require(patch.offset >= 0 && patch.offset + 4 <= static_cast<int64_t>(size),
-              "a repair lies within the file");
-      std::memcpy(bytes.data() + patch.offset, patch.bytes.data(), patch.bytes.size());
+    const int64_t offset = repair->dataSizeOffset;
+    Require(offset >= velt::WavRepair::kBeginReplaced && offset + 4 <= static_cast<int64_t>(size),
+            "a repair lies within the file");
+    for (int i = 0; i < 4; ++i) {
+      bytes[static_cast<size_t>(offset + i)] = static_cast<char>(repair->dataSize >> (8 * i));
     }
+    bytes.erase(bytes.begin(), bytes.begin() + velt::WavRepair::kBeginReplaced);
+    bytes.insert(bytes.begin(), repair->begin.begin(), repair->begin.end());
     Require(!velt::FindWavRepair(MemoryFile(bytes).Path()), "what was repaired needs no repair");
   }
   return 0;

@@ -9,6 +9,7 @@
 #include "adapters/files/memory_store.h"
 #include "adapters/guardian/guardian_process.h"
 #include "adapters/guardian/no_guardian.h"
+#include "adapters/logind/logind_sleep_lock.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
 #include "adapters/qt/qt_launcher.h"
@@ -50,11 +51,13 @@ class LinuxAdapters : public Adapters {
     if (options.demo) {
       server_ = std::make_unique<SimulatedRigServer>(scheduler_);
       guardian_ = std::make_unique<NoGuardian>();
+      sleepLock_ = std::make_unique<NoSleepLock>();
     } else {
       server_ = std::make_unique<RigctldServer>(scheduler_);
       auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian));
       if (!options.logFile.empty()) process->SetLogFile(PathText(options.logFile));
       guardian_ = std::move(process);
+      sleepLock_ = std::make_unique<LogindSleepLock>(scheduler_, log_);
     }
     if (options.KeepsInMemory()) {
       settings_ = std::make_unique<MemoryStore>();
@@ -78,7 +81,7 @@ class LinuxAdapters : public Adapters {
             .audio = *audio_,
             .server = *server_,
             .guardian = *guardian_,
-            .sleepLock = sleepLock_,
+            .sleepLock = *sleepLock_,
             .files = files_,
             .settings = *settings_,
             .system = system_,
@@ -108,7 +111,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<AudioInput> audio_;
   std::unique_ptr<IOmniRigX> server_;
   std::unique_ptr<Guardian> guardian_;
-  NoSleepLock sleepLock_;
+  std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<Prompts> prompts_;
   QtPrompts* windowPrompts_ = nullptr;

@@ -17,26 +17,30 @@ std::string InOneLine(const MessagePrompt& box) {
 
 void LoggedPrompts::Tell(const MessagePrompt& box, std::function<void()> closed) {
   log_.Write(LogLevel::Warning, "velt.prompts", InOneLine(box));
-  if (closed) dropped_ = scheduler_.After(Milliseconds(0), std::move(closed));
+  if (closed) Later(std::move(closed));
 }
 
 void LoggedPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered) {
   log_.Write(LogLevel::Warning, "velt.prompts", InOneLine(box));
   if (!answered) return;
-  dropped_ =
-      scheduler_.After(Milliseconds(0), [answered = std::move(answered)] { answered(false); });
+  Later([answered = std::move(answered)] { answered(false); });
 }
 
 void LoggedPrompts::Input(const InputPrompt&,
                           std::function<void(std::optional<std::string>)> answered) {
   if (!answered) return;
-  dropped_ = scheduler_.After(Milliseconds(0),
-                              [answered = std::move(answered)] { answered(std::nullopt); });
+  Later([answered = std::move(answered)] { answered(std::nullopt); });
 }
 
 bool LoggedPrompts::Popup(const std::vector<PopupItem>&,
                           std::function<void(std::function<void()>)>) {
   return false;
+}
+
+void LoggedPrompts::Later(std::function<void()> f) {
+  scheduler_.Post([weak = std::weak_ptr(open_), f = std::move(f)] {
+    if (weak.lock()) f();
+  });
 }
 
 }  // namespace velt

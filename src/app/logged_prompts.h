@@ -2,6 +2,8 @@
 // with no.
 #pragma once
 
+#include <memory>
+
 #include "ports/log.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
@@ -18,12 +20,14 @@ class LoggedPrompts : public Prompts {
              std::function<void(std::optional<std::string>)> answered) override;
   bool Popup(const std::vector<PopupItem>& items,
              std::function<void(std::function<void()>)> closed) override;
-  void DropAll() override { dropped_ = Scheduler::Handle(); }
+  void DropAll() override { open_ = std::make_shared<char>(); }
 
  private:
+  void Later(std::function<void()> f);
+
   Scheduler& scheduler_;
   Log& log_;
-  Scheduler::Handle dropped_;
+  std::shared_ptr<char> open_ = std::make_shared<char>();  // what waits is dropped with it
 };
 
 }  // namespace velt

@@ -85,8 +85,8 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
   Connections connections;
-  connections +=
-      window.closing.Listen([&program](bool& cancel) { program.shutdown.Form_Unload(cancel); });
+  connections += window.closing.Listen(
+      [&program](bool& cancel) { program.shutdown.Form_Unload(cancel, Shutdown::ClosedBy::User); });
   connections += program.form.Scope.focusWanted.Listen([&window] { window.FocusScope(); });
 
   int exitCode = 0;
@@ -94,7 +94,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   // Every way of asking the program to end closes the window.
   const auto close = [&program] {
     bool cancel = false;
-    program.shutdown.Form_Unload(cancel);
+    program.shutdown.Form_Unload(cancel, Shutdown::ClosedBy::System);
   };
   adapters->WatchForEnd(close);
 

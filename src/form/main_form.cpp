@@ -11,6 +11,7 @@ WindowFrame::WindowFrame(Form& form)
       heightTwips(*this, 0),
       least(*this, {}),
       most(*this, {}),
+      panelShown(*this, false),
       placed(*this, false),
       minimised(*this, false),
       sizeable(*this, false),

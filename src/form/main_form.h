@@ -29,7 +29,8 @@ struct WindowFrame : Control {
   Property<int32_t> heightTwips;  // a change raises Resize
   Property<WindowSize> least;     // what the user may size it to while it is sizeable
   Property<WindowSize> most;
-  Property<bool> placed;  // false: the desktop chooses the position
+  Property<bool> panelShown;  // the expanded panel stands beside the display
+  Property<bool> placed;      // false: the desktop chooses the position
   Property<bool> minimised;
   Property<bool> sizeable;  // sizeable border; else fixed single
   Property<bool> topMost;

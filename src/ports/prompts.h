@@ -15,6 +15,9 @@ struct MessagePrompt {
   std::string title;
   std::string text;
   BoxIcon icon = BoxIcon::Information;
+  // What the two answers of a question are called; empty: Yes and No.
+  std::string yes = {};
+  std::string no = {};
 };
 
 struct InputPrompt {
@@ -33,6 +36,8 @@ struct PopupItem {
   std::vector<PopupItem> items;
 };
 
+// Boxes are shown one at a time, in the order in which they were asked for, over the program's
+// window once that is up.
 class Prompts {
  public:
   virtual ~Prompts() = default;
@@ -53,7 +58,7 @@ class Prompts {
   virtual bool Popup(const std::vector<PopupItem>& items,
                      std::function<void(std::function<void()> chosen)> closed) = 0;
 
-  // Closes whatever is open; no continuation runs any more.
+  // Closes whatever is open or waits; no continuation of theirs runs any more.
   virtual void DropAll() = 0;
 };
 

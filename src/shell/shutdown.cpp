@@ -1,6 +1,7 @@
 #include "shell/shutdown.h"
 
 #include "rig/shown_frequency.h"
+#include "text/error_text.h"
 
 namespace velt {
 
@@ -9,9 +10,15 @@ Shutdown::Shutdown(const Parts& parts, const Ports& ports) : parts_(parts), port
   connections_ += parts_.form.mnucloseme.clicked.Listen([this] { mnucloseme_Click(); });
 }
 
-void Shutdown::Form_Unload(bool& cancel) {
+void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
+  closedBy_ = closedBy;
   if (unloading_) {
     cancel = !ended_;
+    if (asking_ && closedBy == ClosedBy::System) {
+      asking_ = false;
+      ports_.prompts.DropAll();
+      Unload(cancel);
+    }
     return;
   }
   unloading_ = true;
@@ -23,16 +30,40 @@ void Shutdown::Form_Unload(bool& cancel) {
     cancel = true;
     restored_ = ports_.scheduler.After(kRestoreTime, [this] {
       bool later = false;
-      Unload(later);
+      SaveAndUnload(later);
     });
     return;
   }
-  Unload(cancel);
+  SaveAndUnload(cancel);
+}
+
+void Shutdown::SaveAndUnload(bool& cancel) {
+  const int error = parts_.settings.SaveRegistryStuff();
+  if (error == 0 || closedBy_ == ClosedBy::System) return Unload(cancel);
+  cancel = true;
+  AskAboutSettings(error);
+}
+
+void Shutdown::AskAboutSettings(int error) {
+  asking_ = true;
+  ports_.prompts.Ask({.title = "VELT-SA",
+                      .text = "The settings could not be saved: " + ErrorText(error) + ".",
+                      .icon = BoxIcon::Exclamation,
+                      .yes = "Try again",
+                      .no = "Close anyway"},
+                     [this](bool again) {
+                       asking_ = false;
+                       bool later = false;
+                       if (again) {
+                         SaveAndUnload(later);
+                       } else {
+                         Unload(later);
+                       }
+                     });
 }
 
 void Shutdown::Unload(bool& cancel) {
   Main& form = parts_.form;
-  parts_.settings.SaveRegistryStuff();
   parts_.rig.link.StopOmniRig();
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {

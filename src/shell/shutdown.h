@@ -34,9 +34,15 @@ class Shutdown {
   // The loop is to end; once.
   Event<> ended;
 
-  // The window is being closed, or the desktop's session ends. Sets `cancel` when the window stays
-  // for one more tick. A second call while shutting down does nothing but cancel.
-  void Form_Unload(bool& cancel);
+  enum class ClosedBy {
+    User,    // there is somebody who can be asked
+    System,  // a signal, the end of the session or of a run without a window
+  };
+
+  // The program is to end. Sets `cancel` when the window stays for one more tick, or while the user
+  // is asked what to do about settings that could not be saved. A second call while shutting down
+  // does nothing but cancel; one by the system answers that question.
+  void Form_Unload(bool& cancel, ClosedBy closedBy);
 
   // Ends at once: nothing is saved, the engine and the rig's link are left alone. What this
   // program keyed is released all the same.
@@ -47,13 +53,17 @@ class Shutdown {
   bool Quitting() const { return quitting_; }
 
  private:
+  void SaveAndUnload(bool& cancel);
+  void AskAboutSettings(int error);
   void Unload(bool& cancel);
   void End();
 
   static constexpr Milliseconds kRestoreTime{200};
   Parts parts_;
   Ports ports_;
+  ClosedBy closedBy_ = ClosedBy::User;
   bool unloading_ = false;
+  bool asking_ = false;
   bool quitting_ = false;
   bool ended_ = false;
   Scheduler::Handle restored_;

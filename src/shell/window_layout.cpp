@@ -6,14 +6,23 @@ namespace velt {
 
 WindowLayout::WindowLayout(Main& form, MainDisplay& display)
     : form_(form), display_(display), rules_(PlaceRules(form)) {
-  form_.Window.least = WindowSize{WindowLimits::kMinWidth, WindowLimits::kMinHeight};
-  form_.Window.most = WindowSize{WindowLimits::kMaxWidth, WindowLimits::kMaxHeight};
+  SetLimits();
   form_.Window.widthTwips = WindowLimits::kMaxWidth;
   form_.Window.heightTwips = WindowLimits::kMaxHeight;
   connections_ += form_.Window.widthTwips.changed.Listen([this] { Form_Resize(); });
   connections_ += form_.Window.heightTwips.changed.Listen([this] { Form_Resize(); });
   connections_ += form_.Window.minimised.changed.Listen([this] { Form_Resize(); });
   connections_ += form_.Window.sizeable.changed.Listen([this] { Form_Resize(); });
+  connections_ += form_.Window.panelShown.changed.Listen([this] {
+    SetLimits();
+    Form_Resize();
+  });
+}
+
+void WindowLayout::SetLimits() {
+  const int32_t panel = form_.Window.panelShown ? WindowLimits::kPanelWidth : 0;
+  form_.Window.least = WindowSize{WindowLimits::kMinWidth, WindowLimits::kMinHeight};
+  form_.Window.most = WindowSize{WindowLimits::kMaxWidth + panel, WindowLimits::kMaxHeight};
 }
 
 void WindowLayout::Form_Resize() {

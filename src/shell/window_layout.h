@@ -9,10 +9,11 @@
 
 namespace velt {
 
-// What the form's least and most sizes are at a start.
+// What the window's least and most sizes are made from.
 struct WindowLimits {
   static constexpr int32_t kMinWidth = 5000;  // twips
   static constexpr int32_t kMaxWidth = 8385;
+  static constexpr int32_t kPanelWidth = 4755;
   static constexpr int32_t kMinHeight = 1500;
   static constexpr int32_t kMaxHeight = 2460;
   static constexpr int32_t kSavedHeightDefault = 2430;
@@ -40,6 +41,7 @@ class WindowLayout {
   bool quitting = false;
 
  private:
+  void SetLimits();
   bool CorrectSize();
 
   Main& form_;

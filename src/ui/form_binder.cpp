@@ -288,6 +288,7 @@ QAction* FormBinder::Bind(const MenuItem& control, QAction* action) {
 
 MeterWidget* FormBinder::Bind(const MeterPicture& control, MeterWidget* widget,
                               const Words& words) {
+  live_.push_back(widget);
   Mirror(control, widget, words);
   Watch(control, [&control, widget] { widget->SetLevel(-control.topTwips / kTwipsPerPixel); });
   return widget;
@@ -295,6 +296,7 @@ MeterWidget* FormBinder::Bind(const MeterPicture& control, MeterWidget* widget,
 
 ScopeWidget* FormBinder::Bind(const ScopeControl& control, ScopeWidget* widget,
                               const Words& words) {
+  live_.push_back(widget);
   Mirror(control, widget, words);
   Watch(control, [&control, widget] { widget->Follow(control); });
   return widget;
@@ -314,6 +316,7 @@ void FormBinder::Sync() {
   }
   if (!changed.empty()) QAbstractEventDispatcher::instance()->wakeUp();
   spare_ = std::move(changed);
+  LiveWidget::PaintChanged(live_);
 }
 
 void FormBinder::DropTyping() {

@@ -27,6 +27,7 @@ namespace velt {
 
 class ClickLabel;
 class LampWidget;
+class LiveWidget;
 class MeterWidget;
 class PressButton;
 class ScopeWidget;
@@ -104,6 +105,7 @@ class FormBinder : public QObject {
   std::unordered_map<const Control*, std::vector<std::function<void()>>> shows_;
   std::vector<Control*> spare_;
   std::vector<TextBinding*> texts_;
+  std::vector<LiveWidget*> live_;
 };
 
 }  // namespace velt

@@ -1,12 +1,15 @@
 #include "ui/main_window.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSlider>
 #include <QToolButton>
 #include <QWindow>
 
 #include "ui/click_label.h"
 #include "ui/meter_widget.h"
+#include "ui/on_screen.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/scale_strip.h"
@@ -128,10 +131,10 @@ void MainWindow::BindMessages() {
                {"Where modes are sent to: %1", "Where modes are sent to"});
   binder_.Bind(form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight),
                {"Message: %1", "Messages"});
+  // The last one, so that it lies over the display.
   auto* notice = binder_.Bind(form_.lblNotice, MakeLabel(kTextPixels, true),
                               {"Notice, click to dismiss: %1", "A notice; click to dismiss it"});
   notice->SetFill(QColor(0xFF, 0xD4, 0x5E), QColor(0x20, 0x18, 0x00));
-  notice->raise();
 }
 
 ClickLabel* MainWindow::MakeLabel(int pixelSize, bool bold) {
@@ -162,7 +165,7 @@ void MainWindow::ShowWindowState() {
     setFixedSize(wanted);
   }
   if (frame.placed && !isVisible()) {
-    move(frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel);
+    MoveOnScreen({frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel}, wanted);
   }
   if (windowHandle() != nullptr) {
     windowHandle()->setFlag(Qt::WindowStaysOnTopHint, frame.topMost);
@@ -170,6 +173,17 @@ void MainWindow::ShowWindowState() {
     setWindowFlag(Qt::WindowStaysOnTopHint, frame.topMost);
   }
   ShowFaceColour();
+}
+
+// A place that was saved may be beyond every screen by now.
+void MainWindow::MoveOnScreen(QPoint place, QSize content) {
+  // The desktop's frame is not known before the window is shown; most are smaller.
+  constexpr QSize kFrame(16, 40);
+  QVector<QRect> screens;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    screens.push_back(screen->availableGeometry());
+  }
+  move(BroughtOnScreen({place, content + kFrame}, screens).topLeft());
 }
 
 void MainWindow::ShowFaceColour() {

@@ -36,6 +36,7 @@ class MainWindow : public QWidget {
   ClickLabel* MakeLabel(int pixelSize, bool bold);
   ClickLabel* MakePassiveLabel(int pixelSize, bool bold, Qt::Alignment alignment);
   void ShowWindowState();
+  void MoveOnScreen(QPoint place, QSize content);
   void ShowFaceColour();
 
   Main& form_;

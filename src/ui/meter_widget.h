@@ -1,11 +1,11 @@
 // The S-meter: a bar that rises in its frame.
 #pragma once
 
-#include <QWidget>
+#include "ui/live_widget.h"
 
 namespace velt {
 
-class MeterWidget : public QWidget {
+class MeterWidget : public LiveWidget {
  public:
   explicit MeterWidget(QWidget* parent);
 
@@ -13,7 +13,7 @@ class MeterWidget : public QWidget {
   void SetLevel(int pixels);
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
+  void Paint(Canvas& canvas) override;
 
  private:
   int Shown() const;

@@ -1,14 +1,12 @@
 #include "ui/scope_widget.h"
 
-#include <QImage>
-#include <QPainter>
+#include <QPalette>
 #include <algorithm>
 
 namespace velt {
 
 ScopeWidget::ScopeWidget(std::function<const Raster&()> picture, QWidget* parent)
-    : QWidget(parent), picture_(std::move(picture)) {
-  setAttribute(Qt::WA_OpaquePaintEvent);
+    : LiveWidget(parent), picture_(std::move(picture)) {
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
 }
@@ -20,7 +18,7 @@ void ScopeWidget::Follow(const ScopeControl& control) {
   changed |= vertical_.Set(control.verticalGrid, control.gridColour);
   changed |= horizontal_.Set(control.horizontalGrid, control.gridColour);
   changed |= markers_.Set(control.markers, control.markerColour);
-  if (changed) update();
+  if (changed) Changed();
 }
 
 bool ScopeWidget::Lines::Set(const std::vector<ScopeLine>& lines, uint32_t colour) {
@@ -42,30 +40,22 @@ bool ScopeWidget::Lines::Set(const std::vector<ScopeLine>& lines, uint32_t colou
   return true;
 }
 
-void ScopeWidget::Lines::Paint(QPainter& painter) const {
-  painter.setBrush(QColor::fromRgb(colour_));
-  painter.drawRects(rects_);
+void ScopeWidget::Lines::Paint(Canvas& canvas) const {
+  for (const QRect& rect : rects_) canvas.Fill(rect, colour_);
 }
 
-void ScopeWidget::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  const Raster& raster = picture_();
-  if (raster.Width() < width() || raster.Height() < height()) {
-    painter.fillRect(rect(), QColor::fromRgb(back_));
-  }
-  if (raster.Width() > 0 && raster.Height() > 0) {
-    // Lives for this paint only: it looks at the raster's own memory.
-    const QImage image(reinterpret_cast<const uchar*>(raster.Pixels().data()), raster.Width(),
-                       raster.Height(), qsizetype{4} * raster.Width(), QImage::Format_RGB32);
-    painter.drawImage(0, 0, image);
-  }
-  painter.setPen(Qt::NoPen);
-  for (const Lines* lines : {&vertical_, &horizontal_, &markers_}) lines->Paint(painter);
-  if (hasFocus()) {
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  }
+void ScopeWidget::Paint(Canvas& canvas) {
+  const Raster& picture = picture_();
+  if (picture.Width() < width() || picture.Height() < height()) canvas.Fill(canvas.Area(), back_);
+  canvas.Draw(picture);
+  for (const Lines* lines : {&vertical_, &horizontal_, &markers_}) lines->Paint(canvas);
+  if (!hasFocus()) return;
+  const QRgb ring = palette().color(QPalette::Highlight).rgb();
+  const QRect area = canvas.Area();
+  canvas.Fill({0, 0, area.width(), 1}, ring);
+  canvas.Fill({0, area.bottom(), area.width(), 1}, ring);
+  canvas.Fill({0, 0, 1, area.height()}, ring);
+  canvas.Fill({area.right(), 0, 1, area.height()}, ring);
 }
 
 void ScopeWidget::focusInEvent(QFocusEvent* event) {

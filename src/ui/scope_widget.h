@@ -3,15 +3,15 @@
 
 #include <QRect>
 #include <QVector>
-#include <QWidget>
 #include <functional>
 
 #include "form/controls.h"
 #include "spectrum/raster.h"
+#include "ui/live_widget.h"
 
 namespace velt {
 
-class ScopeWidget : public QWidget {
+class ScopeWidget : public LiveWidget {
  public:
   // `picture` gives what the analysis drew last; it is asked whenever the widget paints itself.
   ScopeWidget(std::function<const Raster&()> picture, QWidget* parent);
@@ -20,7 +20,7 @@ class ScopeWidget : public QWidget {
   void Follow(const ScopeControl& control);
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
+  void Paint(Canvas& canvas) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
@@ -30,7 +30,7 @@ class ScopeWidget : public QWidget {
    public:
     // False when they were these already.
     bool Set(const std::vector<ScopeLine>& lines, uint32_t colour);
-    void Paint(QPainter& painter) const;
+    void Paint(Canvas& canvas) const;
 
    private:
     std::vector<ScopeLine> lines_;

@@ -1,7 +1,5 @@
 #include "ui/text_binding.h"
 
-#include <QSignalBlocker>
-
 #include "ui/qt_text.h"
 
 namespace velt {
@@ -25,27 +23,20 @@ TextBinding::TextBinding(TextBox& box, QLineEdit& edit, Typing typing, QObject* 
 }
 
 void TextBinding::Show() {
-  const QString text = ToQt(box_.text.Get());
-  if (text == shown_ || pause_.isActive()) return;
-  shown_ = text;
-  DropTyping();
+  if (!pause_.isActive()) DropTyping();
 }
 
 void TextBinding::DropTyping() {
   pause_.stop();
   const QString text = ToQt(box_.text.Get());
-  if (edit_.text() == text) return;
-  const QSignalBlocker quiet(edit_);
-  edit_.setText(text);
+  // Setting the same text would move the cursor.
+  if (edit_.text() != text) edit_.setText(text);
 }
 
 void TextBinding::Take() {
   pause_.stop();
   const std::string typed = FromQt(edit_.text());
-  if (typed == box_.text.Get()) return;
-  box_.UserText(typed);
-  // More may be typed before the form is shown again, and is not to be replaced by this.
-  if (box_.text.Get() == typed) shown_ = edit_.text();
+  if (typed != box_.text.Get()) box_.UserText(typed);
 }
 
 }  // namespace velt

@@ -1,5 +1,4 @@
-// Binds a text box to a line edit: what is being typed is left alone until the program has another
-// text to show.
+// Binds a text box to a line edit, and leaves alone what is being typed.
 #pragma once
 
 #include <QLineEdit>
@@ -22,8 +21,7 @@ class TextBinding : public QObject {
 
   TextBox& box_;
   QLineEdit& edit_;
-  QString shown_;  // what the form said last, whatever was typed since
-  QTimer pause_;
+  QTimer pause_;  // runs while something is typed that the form has not got
 };
 
 }  // namespace velt

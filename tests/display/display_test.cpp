@@ -84,6 +84,10 @@ TEST(DisplayOptions, FollowMenusSlidersAndCheckBox) {
   EXPECT_EQ(form.lblFreqDetect.caption.Get(), "");
   EXPECT_FALSE(form.lblFreqDetect.visible);
   EXPECT_FALSE(analysis.dominantPeak);
+  EXPECT_FALSE(analysis.oscillosMode);
+  form.mnusettings[2].checked = true;  // takes effect with the next start
+  f.StartCapture();
+  EXPECT_TRUE(analysis.oscillosMode);
 }
 
 }  // namespace

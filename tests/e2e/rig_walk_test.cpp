@@ -83,26 +83,5 @@ TEST_F(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
   EXPECT_TRUE(window->Program().Running());
 }
 
-TEST_F(RigWalk, EveryKindOfEndReleasesTheTransmitter) {
-  const std::vector<std::function<void(WindowDriver&)>> ends{
-      [](WindowDriver& window) { window.Program().Signal(ProcessSignal::Terminate); },
-      [](WindowDriver& window) { window.Program().Signal(ProcessSignal::Crash); },
-      [](WindowDriver& window) { window.Close(); },
-      [](WindowDriver& window) {
-        window.Click(window.form.Image2.place);
-        window.Press({"Up", "Return"});  // "Close VELT-SA " is the last item
-      },
-  };
-  for (size_t i = 0; i < ends.size(); ++i) {
-    const auto window = Start();
-    EXPECT_TRUE(WaitUntil([&] { return rig.Ask("t") == "0"; }, seconds(5)));
-    EXPECT_TRUE(ShowsFrequency(*window, "145.000.00"));
-    ASSERT_TRUE(Key(*window)) << i;
-    ends[i](*window);
-    EXPECT_TRUE(Has("t", "0")) << i;
-    EXPECT_TRUE(window->Program().WaitForEnd(seconds(5))) << i;
-  }
-}
-
 }  // namespace
 }  // namespace velt

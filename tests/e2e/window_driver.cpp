@@ -48,12 +48,13 @@ WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
     : environment_(std::move(environment)) {
   std::vector<std::string> command{VELT_PROGRAM};
   command.insert(command.end(), arguments.begin(), arguments.end());
-  program_ = std::make_unique<Process>(
-      command, Process::Options{.environment = environment_, .output = folder_.Path() / "output"});
+  program_ =
+      std::make_unique<Process>(command, Process::Options{.environment = environment_,
+                                                          .output = folder_.Path() / "output",
+                                                          .ownGroup = true});
   const bool found = WaitUntil(
       [this] {
-        window_ =
-            Output({"xdotool", "search", "--onlyvisible", "--name", "^VELT-SA"}, environment_);
+        window_ = Search("^VELT-SA");
         window_.resize(std::min(window_.size(), window_.find('\n')));
         return !window_.empty();
       },
@@ -64,6 +65,11 @@ WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
 std::string WindowDriver::Tool(std::vector<std::string> arguments) const {
   arguments.insert(arguments.begin(), "xdotool");
   return Output(arguments, environment_);
+}
+
+std::string WindowDriver::Search(const std::string& title) const {
+  return Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()),
+               "--name", title});
 }
 
 void WindowDriver::ClickAt(QPoint point) const {
@@ -97,7 +103,7 @@ QImage WindowDriver::Picture() const {
 }
 
 bool WindowDriver::HasWindow(const std::string& title) const {
-  return !Tool({"search", "--onlyvisible", "--name", "^" + title + "$"}).empty();
+  return !Search("^" + title + "$").empty();
 }
 
 bool WindowDriver::WaitForWindow(const std::string& title) const {

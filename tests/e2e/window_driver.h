@@ -34,7 +34,8 @@ class WindowDriver {
   void ClickAt(QPoint point) const;
   void Press(const std::vector<std::string>& keys) const;  // keysyms, to the window with the focus
   void Type(const std::string& text) const;
-  void Close();  // as the window manager does it
+  void Close();                                               // as the window manager does it
+  void KillClient() const { Tool({"windowkill", window_}); }  // as a user does whom it annoys
 
   QImage Picture() const;
   // Waits until a window of that title is there.
@@ -59,6 +60,8 @@ class WindowDriver {
  private:
   bool HasWindow(const std::string& title) const;
   std::string Tool(std::vector<std::string> arguments) const;
+  // The program's visible windows whose titles match.
+  std::string Search(const std::string& title) const;
 
   TempFolder folder_;
   std::vector<std::string> environment_;

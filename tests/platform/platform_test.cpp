@@ -86,6 +86,10 @@ TEST(OnTop, TheLastDialogThatClosesPutsBackWhatWasLoaded) {
     EXPECT_FALSE(topMost);
     second = OnTop::Lowered();
     EXPECT_EQ(topMost, loaded);
+    f.program->rig.dialog.Open();
+    EXPECT_FALSE(topMost);
+    f.program->rig.dialog.Close();
+    EXPECT_EQ(topMost, loaded);
   }
 }
 

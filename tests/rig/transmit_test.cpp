@@ -98,14 +98,17 @@ TEST_F(TransmitTest, LeavingWhatWasKeyedReleasesItThereAndNowhereElse) {
 }
 
 TEST_F(TransmitTest, WhatWasNotKeyedHereIsReleasedByTheOperatorOnly) {
-  On();
-  Pass(seconds(10));
-  rig1.Key(false);  // ended at the rig itself: the next transmission is somebody else's
-  Pass(seconds(5));
-  rig1.Key(true);
-  Pass(seconds(2));
-  writes1.Take();
-  Pass(minutes(11));
+  for (const Milliseconds span : {Milliseconds(100), Milliseconds(10000)}) {
+    On();
+    Pass(span);
+    rig1.Key(false);  // ended at the rig itself: the next transmission is somebody else's
+    Pass(seconds(5));
+    rig1.Key(true);
+    Pass(seconds(2));
+    writes1.Take();
+    Pass(minutes(11));
+    EXPECT_EQ(writes1.Take(), Texts{});
+  }
   rig.ptt.PTT_OFF(TransmitOwner::Engine);
   rig.ptt.PTT_OFF(TransmitOwner::Player);
   EXPECT_EQ(writes1.Take(), Texts{});
@@ -165,7 +168,7 @@ TEST_F(TransmitTest, ALinkLostAtAnyMomentNeverLeavesARigKeyed) {
         rig1.IgnoreReleases(false);
         writes1.Take();
         rig1.ComeBack();
-        Pass(Milliseconds(250));
+        scheduler.RunPosted();
         ASSERT_FALSE(Transmits()) << checks << " checks, away " << away << ' ' << releasing;
         EXPECT_EQ(writes1.Take().front(), "RX");
         Pass(seconds(5));
@@ -268,6 +271,8 @@ TEST_F(TransmitTest, WhatEndsATransmissionIsTold) {
     EXPECT_TRUE(guardian.held.empty()) << told;
     EXPECT_EQ(WritesAfter([this] { Pass(seconds(15)); }), Texts{}) << told;
   }
+  guardian.told.Raise({.kind = GuardianNews::Kind::FollowUpFailed});
+  EXPECT_EQ(Notice(), TransmitGuard::kMayStillBeOn);
 }
 
 TEST_F(TransmitTest, NothingIsKeyedThatNothingWouldRelease) {

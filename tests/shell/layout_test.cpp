@@ -39,13 +39,18 @@ TEST(WindowLayout, SnapsToItsLimitsOnlyWhileTheSizeIsRemembered) {
   WindowFrame& window = f.Form().Window;
   window.widthTwips = 9000;
   EXPECT_EQ(window.widthTwips, 9000);
-  window.widthTwips = 8385;
   f.Form().mnusettings[3].Click();
   EXPECT_TRUE(window.sizeable);
+  EXPECT_EQ(window.widthTwips, 8385);
   window.widthTwips = 9000;
   window.heightTwips = 3000;
   EXPECT_EQ(window.widthTwips, 8385);
   EXPECT_EQ(window.heightTwips, 2460);
+  window.panelShown = true;
+  window.widthTwips = 14000;
+  EXPECT_EQ(window.widthTwips, 13140);
+  window.panelShown = false;
+  EXPECT_EQ(window.widthTwips, 8385);
   window.widthTwips = 4000;
   window.heightTwips = 1499;
   EXPECT_EQ(window.widthTwips, 5000);
@@ -112,6 +117,43 @@ TEST(Menus, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
   EXPECT_TRUE(f.audio.open);
   EXPECT_EQ(focused, 1);
   EXPECT_EQ(f.audio.opened, 2);
+  for (const int side : {0, 1}) f.Form().optTXRX[side].UserPress(1);
+  EXPECT_EQ(focused, 3);
+}
+
+TEST(Menus, EachLineReachesWhatItNames) {
+  ProgramFixture f;
+  f.Reachable(true);
+  f.Start();
+  Main& form = f.Form();
+  form.lblMode.enabled = form.mnuArduinoFreq.enabled = true;
+  const auto dialogOpens = [&f] {
+    const bool opened = f.program->catForm.Window.visible;
+    f.program->rig.dialog.Close();
+    return opened;
+  };
+  struct Row {
+    const Event<>& opener;
+    std::string line;
+    std::function<bool()> reached;
+  };
+  for (const Row& row :
+       {Row{form.cmdOptions.clicked, form.mnunorig.caption, dialogOpens},
+        {form.cmdOptions.clicked, form.mnuOmniRigStatus.caption, dialogOpens},
+        {form.cmdOptions.clicked, form.mnuArduinoFreq.caption,
+         [&] { return form.mnuArduinoFreq.checked.Get(); }},
+        {form.cmdOptions.clicked, form.mnusettings[2].caption,
+         [&] { return f.program->display.options.analysis.oscillosMode; }},
+        {form.cmdOptions.clicked, form.mnuexit.caption, [] { return true; }},
+        {form.lblMode.clicked, "LSB",
+         [&] { return f.prompts.popup.at(1).checked && f.rig1.Mode() == PM_SSB_L; }},
+        {form.lblTRXMode.clicked, "&TX", [&] { return f.rig1.Transmits(); }},
+        {form.lblTRXMode.clicked, "&RX", [&] { return !f.rig1.Transmits(); }}}) {
+    row.opener.Raise();
+    EXPECT_TRUE(f.prompts.Choose(row.line)) << row.line;
+    f.scheduler.RunPosted();
+    EXPECT_TRUE(row.reached()) << row.line;
+  }
 }
 
 }  // namespace

@@ -136,7 +136,27 @@ TEST(Startup, WhatAFirstRunWithoutARigNeverAppliedIsNotLost) {
   ProgramFixture f;
   f.Start();
   f.Close();
-  EXPECT_EQ(f.Stored("Expander"), "1");
+  EXPECT_EQ(f.Stored("Expander") + f.Stored("OnTop"), "11");
+  f.Restart();
+  f.Start();
+  f.Form().chkExpand.UserPick(true);
+  f.Form().chkExpand.UserPick(false);
+  f.Form().mnusettings[0].Click();
+  f.Close();
+  EXPECT_EQ(f.Stored("Expander") + f.Stored("OnTop"), "00");
+}
+
+TEST(Startup, WhatTheCallAsksForComesBeforeTheSettings) {
+  ProgramFixture f;
+  f.setup.startAnalyser = true;
+  f.setup.dataFolder = "/data";
+  f.Restart();
+  f.audio.answer = FakeAudioInput::Answer::Failed;
+  f.Start();
+  EXPECT_TRUE(f.files.folders.contains("/data/WAV"));
+  EXPECT_EQ(f.audio.opened, 1);
+  EXPECT_FALSE(f.audio.watching);
+  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
 }
 
 TEST(Shutdown, GoesThroughItsStepsInOrder) {
@@ -170,9 +190,47 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
     EXPECT_TRUE(f.ended);
     EXPECT_EQ(f.order, c.order);
     EXPECT_FALSE(f.rig1.Transmits());
+    EXPECT_FALSE(f.program->rig.link.On());
     f.Form().Window.widthTwips = 6000;
     EXPECT_NE(f.Form().Scope.scaleWidth, 6000 / 15) << "nothing is laid out any more";
   }
+}
+
+TEST(Shutdown, SettingsThatCannotBeSavedAreAskedAboutWhileSomebodyIsThere) {
+  enum class Then { TryAgain, CloseAnyway, SystemEnds };
+  for (const Then then : {Then::TryAgain, Then::CloseAnyway, Then::SystemEnds}) {
+    ProgramFixture f;
+    f.Start();
+    f.store.error = ENOSPC;
+    f.prompts.asked.clear();
+    EXPECT_FALSE(f.Close());
+    f.scheduler.RunPosted();
+    ASSERT_EQ(f.prompts.asked.size(), 1U);
+    EXPECT_EQ(f.prompts.asked[0].text, "The settings could not be saved: No space left on device.");
+    EXPECT_EQ(f.prompts.asked[0].yes + f.prompts.asked[0].no, "Try againClose anyway");
+    EXPECT_FALSE(f.ended);
+    if (then == Then::TryAgain) {
+      f.prompts.answer(true);  // and it fails again
+      EXPECT_EQ(f.prompts.asked.size(), 2U);
+      f.store.error = 0;
+      f.prompts.answer(true);
+    } else if (then == Then::CloseAnyway) {
+      f.prompts.answer(false);
+    } else {
+      f.Close(Shutdown::ClosedBy::System);
+    }
+    f.scheduler.RunPosted();
+    EXPECT_TRUE(f.ended);
+    EXPECT_EQ(f.Stored("EXE") == "VELT-SA.exe", true);
+  }
+  ProgramFixture f;
+  f.Start();
+  f.store.error = ENOSPC;
+  f.prompts.asked.clear();
+  f.Close(Shutdown::ClosedBy::System);
+  f.scheduler.RunPosted();
+  EXPECT_TRUE(f.ended);
+  EXPECT_TRUE(f.prompts.asked.empty());
 }
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
@@ -260,8 +318,9 @@ TEST(RigAtStartup, AddressesAndLimitAreKeptInTheirOwnSection) {
   f.program->settings.SaveRegistryStuff();
   EXPECT_EQ(f.store.Get("CAT", "Rig2"), "10.0.0.7:4600");
   EXPECT_EQ(f.store.Get("CAT", "Rig1"), std::nullopt);  // never set up
-  f.server.SetAddress(1, "localhost:4540");
-  f.program->settings.KeepRigAddresses();
+  f.program->rig.dialog.Open();
+  f.program->catForm.txtAddress1.UserText("localhost:4540");
+  f.program->catForm.cmdApplyAddresses.Click();
   f.program->settings.SaveRegistryStuff();
   EXPECT_EQ(f.store.Get("CAT", "Rig1"), "localhost:4540");
   // An address for one run only is used, and not kept.

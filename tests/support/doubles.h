@@ -129,10 +129,12 @@ class FakePrompts : public Prompts {
     popupClosed = nullptr;
     dismiss = nullptr;
   }
-  // Closes the open pop-up with the line of that caption chosen; with none for an empty caption.
-  void Choose(const std::string& caption) {
+  // Closes the open pop-up with the line of that caption chosen; false: it has no such line.
+  bool Choose(const std::string& caption) {
     const auto closed = std::exchange(popupClosed, nullptr);
-    closed(caption.empty() ? std::function<void()>() : Find(popup, caption));
+    const auto chosen = Find(popup, caption);
+    if (closed) closed(chosen);
+    return closed && chosen;
   }
 
  private:
@@ -222,9 +224,10 @@ class FakeSleepLock : public SleepLock {
 class FakeStore : public MemoryStore {
  public:
   std::function<void()> committed = [] {};
+  int error = 0;
   int Commit() override {
     committed();
-    return MemoryStore::Commit();
+    return error != 0 ? error : MemoryStore::Commit();
   }
 };
 
@@ -307,9 +310,9 @@ struct ProgramFixture {
     Form().imgStartStop.Click();
     scheduler.RunPosted();
   }
-  bool Close() {
+  bool Close(Shutdown::ClosedBy by = Shutdown::ClosedBy::User) {
     bool cancel = false;
-    program->shutdown.Form_Unload(cancel);
+    program->shutdown.Form_Unload(cancel, by);
     return !cancel;
   }
   std::string Stored(const std::string& key) {

@@ -25,6 +25,10 @@ int NumberOf(ProcessSignal signal) {
       return SIGHUP;
     case ProcessSignal::Quit:
       return SIGQUIT;
+    case ProcessSignal::User:
+      return SIGUSR1;
+    case ProcessSignal::Alarm:
+      return SIGALRM;
     case ProcessSignal::Crash:
       return SIGSEGV;
     case ProcessSignal::Kill:
@@ -74,7 +78,8 @@ std::string ReadText(const std::filesystem::path& file) {
   return text.str();
 }
 
-Process::Process(const std::vector<std::string>& command, const Options& options) {
+Process::Process(const std::vector<std::string>& command, const Options& options)
+    : ownGroup_(options.ownGroup) {
   // Everything that allocates comes before the fork: another thread may hold the allocator's lock.
   std::vector<std::string> commandTexts = command;
   const std::vector<char*> arguments = Pointers(commandTexts);
@@ -83,11 +88,16 @@ Process::Process(const std::vector<std::string>& command, const Options& options
   const pid_t parent = getpid();
   id_ = fork();
   if (id_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
-  if (id_ > 0) return;
+  if (id_ > 0) {
+    // On both sides, as either may be the first to need it.
+    if (ownGroup_) setpgid(static_cast<pid_t>(id_), 0);
+    return;
+  }
 
   // A test that is killed takes its programs with it.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(127);
+  if (options.ownGroup) setpgid(0, 0);
   const auto openAs = [](int descriptor, const char* path) {
     const int opened = open(path, O_WRONLY | O_CREAT | O_APPEND, 0600);
     if (opened < 0 || (opened != descriptor && dup2(opened, descriptor) < 0)) _exit(127);
@@ -121,6 +131,28 @@ void Process::Signal(ProcessSignal signal) {
 void Process::Kill() {
   Signal(ProcessSignal::Kill);
   WaitForEnd(std::chrono::seconds(5));
+}
+
+void Process::KillGroup() {
+  if (!ownGroup_) throw std::logic_error("it is in the test's own group");
+  if (Running()) kill(-static_cast<pid_t>(id_), SIGKILL);
+}
+
+int64_t GuardianOf(int64_t program) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream stat(entry.path() / "stat");
+    int64_t id = 0, itsParent = 0;
+    std::string name, state;
+    stat >> id >> name >> state >> itsParent;
+    if (stat && itsParent == program && name == "(velt-guardian)" && state != "Z") return id;
+  }
+  return 0;
+}
+
+bool IsAlive(int64_t process) {
+  std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
+  std::string id, name, state;
+  return stat >> id >> name >> state && state != "Z";
 }
 
 }  // namespace velt

@@ -22,7 +22,18 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 std::string ReadText(const std::filesystem::path& file);
 
 // What a program can be made to do from outside.
-enum class ProcessSignal { Terminate, Interrupt, HangUp, Quit, Crash, Kill, Stop, Continue };
+enum class ProcessSignal {
+  Terminate,
+  Interrupt,
+  HangUp,
+  Quit,
+  User,
+  Alarm,
+  Crash,
+  Kill,
+  Stop,
+  Continue,
+};
 
 // A started program. The destructor ends it: Terminate, and Kill when it has not gone after 2 s.
 class Process {
@@ -31,6 +42,7 @@ class Process {
     std::vector<std::string> environment = {};        // "NAME=value", beside or over the test's own
     std::filesystem::path output = "/dev/null";       // receives standard output and error
     std::map<int, std::filesystem::path> files = {};  // further descriptors, opened for writing
+    bool ownGroup = false;                            // leads a group of processes
   };
 
   // Throws std::system_error when there can be no new process. A program that cannot be run ends
@@ -43,6 +55,7 @@ class Process {
   bool Running();
   void Signal(ProcessSignal signal);  // nothing happens once the program has ended
   void Kill();                        // returns when the program has ended
+  void KillGroup();                   // all of the group that it leads
   bool WaitForEnd(std::chrono::milliseconds limit) {
     return WaitUntil([this] { return !Running(); }, limit);
   }
@@ -52,7 +65,13 @@ class Process {
 
  private:
   int64_t id_ = -1;
+  bool ownGroup_ = false;
   std::optional<int> exitCode_;
 };
+
+// The guardian that a program has, 0 for none.
+int64_t GuardianOf(int64_t program);
+
+bool IsAlive(int64_t process);
 
 }  // namespace velt

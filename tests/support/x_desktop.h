@@ -13,6 +13,7 @@ class XDesktop {
   // Returns when the window manager is up; throws std::runtime_error after 10 s without.
   explicit XDesktop(const std::string& screen = "1280x900x24");
 
+  void Kill() { server_->Kill(); }
   void Freeze() { server_->Signal(ProcessSignal::Stop); }
   const std::string& Display() const { return display_; }  // ":7"
   std::vector<std::string> Environment() const { return {"DISPLAY=" + display_}; }

@@ -88,7 +88,7 @@ struct FormBinderTest : testing::Test {
   QAbstractButton* firstWidget =
       binder.Bind(first, new QRadioButton(&window), group, {"%1", "own"});
   QAbstractButton* secondWidget =
-      binder.Bind(second, new QRadioButton(&window), group, {"%1", "own"});
+      binder.Bind(second, new QPushButton(&window), group, {"%1", "own"});
   PressButton* pressedWidget = binder.Bind(pressed, new PressButton(&window), {"%1", "own"});
   QComboBox* choiceWidget = binder.Bind(choice, new ChoiceBox(&window), {"Choice", "own"});
   QComboBox* editableWidget = binder.Bind(editable, MakeEditable(), {"Editable", "own"});
@@ -188,6 +188,8 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
        [&] { return secondWidget->isChecked() && !firstWidget->isChecked(); }},
       {"no option", [&] { second.value = false; }, [&] { return !secondWidget->isChecked(); }},
       {"press button", [&] { pressed.value = true; }, [&] { return pressedWidget->isChecked(); }},
+      {"its caption", [&] { pressed.caption = "20m"; },
+       [&] { return pressedWidget->text() == "20m"; }},
       {"choice", [&] { choice.listIndex = 1; },
        [&] { return choiceWidget->currentText() == "USB"; }},
       {"choice's items",
@@ -204,7 +206,7 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
        [&] { return listWidget->count() == 3 && listWidget->currentRow() == 1; }},
       {"list", [&] { list.listIndex = 2; }, [&] { return listWidget->currentRow() == 2; }},
       {"text", [&] { typed.text = "host"; }, [&] { return typedWidget->text() == "host"; }},
-      {"slider", [&] { slider.Set(40); }, [&] { return sliderWidget->value() == 40; }},
+      {"slider", [&] { slider.Set(100); }, [&] { return sliderWidget->value() == 100; }},
       {"menu", [&] { menu.caption = "&More"; }, [&] { return action->text() == "&More"; }},
       {"menu's mark", [&] { menu.checked = true; }, [&] { return action->isChecked(); }},
       {"menu off", [&] { menu.enabled = false; }, [&] { return !action->isEnabled(); }},
@@ -345,9 +347,19 @@ TEST_F(FormBinderTest, AFieldBeingEditedIsLeftAlone) {
   EXPECT_EQ(patient.text.Get(), "1");
   typedWidget->setFocus();
   EXPECT_EQ(heard, "patient 15");
+  heard = "";
+  patient.text = "16";  // by the program, as soon as the typing is over
+  Turn();
+  EXPECT_EQ(patientWidget->text(), "16");
+  patientWidget->setFocus();
+  typedWidget->setFocus();
+  EXPECT_EQ(heard, "");  // nothing was typed
   QTest::keyClicks(patientWidget, "0");
   binder.DropTyping();
-  EXPECT_EQ(patientWidget->text(), "15");
+  EXPECT_EQ(patientWidget->text(), "16");
+  patient.text = "17";
+  Turn();
+  EXPECT_EQ(patientWidget->text(), "17");
 }
 
 TEST_F(FormBinderTest, WhatAShownChangeBringsAboutIsShownInTheSameTurn) {

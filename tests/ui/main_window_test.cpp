@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include "support/doubles.h"
+#include "ui/on_screen.h"
 #include "ui/turn.h"
 
 namespace velt {
@@ -52,6 +53,24 @@ QRect Difference(const QImage& a, const QImage& b) {
     }
   }
   return difference;
+}
+
+TEST(OnScreen, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
+  const QRect left(0, 0, 1280, 900), right(1280, 100, 800, 600);
+  struct Row {
+    QPoint from, to;
+  };
+  for (const Row& row : {Row{{100, 100}, {100, 100}},
+                         {{1262, 100}, {1280, 100}},  // 18 pixels show
+                         {{700, -40}, {700, 0}},
+                         {{4000, 357}, {1521, 357}},
+                         {{143165576, 143165576}, {1521, 504}},
+                         {{-5000, 300}, {0, 300}}}) {
+    EXPECT_EQ(BroughtOnScreen({row.from, QSize(559, 196)}, {left, right}).topLeft(), row.to)
+        << row.from.x();
+  }
+  EXPECT_EQ(BroughtOnScreen({5000, 0, 2000, 50}, {left}).topLeft(), QPoint(0, 0));
+  EXPECT_EQ(BroughtOnScreen({5000, 0, 200, 50}, {}).topLeft(), QPoint(5000, 0));
 }
 
 TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
@@ -112,7 +131,10 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
     rows.push_back({"Frequency scale", [l = label.get()] { l->caption = "#"; }});
     rows.push_back({"Frequency scale", [l = label.get()] { l->visible = false; }});
   }
-  form.lblMode.enabled = true;
+  const Rectangle scales = form.picScales.place;
+  EXPECT_TRUE(Find("Frequency scale")
+                  .geometry()
+                  .contains(QRect(scales.left, scales.top, scales.width, scales.height)));
   for (size_t i = 0; i < rows.size(); ++i) {
     const Row& row = rows[i];
     const QWidget& widget = Find(row.name);
@@ -174,6 +196,9 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   EXPECT_EQ(heard, "0 pressed 1");
   QTest::keyClick(&Find("Receive"), Qt::Key_Space);
   EXPECT_EQ(heard, "1 pressed 1");
+  for (const char* name : {"Dominant frequency", "Where modes are sent to", "Message"}) {
+    EXPECT_EQ(Find(name).cursor().shape(), Qt::ArrowCursor) << name;  // nothing to click
+  }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
 }
@@ -230,9 +255,11 @@ TEST(MainWindow, StandsWhereItStoodLast) {
   form.Window.leftTwips = 300;
   form.Window.topTwips = 600;
   form.Window.placed = true;
+  form.Window.topMost = true;
   const Raster raster;
   MainWindow window(form, [&raster]() -> const Raster& { return raster; });
   EXPECT_EQ(window.pos(), QPoint(20, 40));
+  EXPECT_TRUE(window.windowFlags() & Qt::WindowStaysOnTopHint);
 }
 
 }  // namespace

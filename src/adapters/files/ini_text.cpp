@@ -116,9 +116,7 @@ std::optional<IniText> IniText::Parse(std::string_view bytes) {
   // Editors of other systems put the mark in front; it says nothing here.
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
   IniText ini;
-  if (const size_t first = bytes.find('\n'); first > 0 && bytes[first - 1] == '\r') {
-    ini.lineEnd_ = "\r\n";
-  }
+  if (bytes.substr(0, bytes.find('\n')).ends_with('\r')) ini.lineEnd_ = "\r\n";
   while (!bytes.empty()) {
     const size_t end = bytes.find('\n');
     std::string_view line = bytes.substr(0, end);

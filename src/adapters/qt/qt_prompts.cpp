@@ -2,9 +2,11 @@
 
 #include <QAction>
 #include <QCursor>
+#include <QEvent>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 
 namespace velt {
@@ -24,10 +26,11 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-QMessageBox* MakeBox(const MessagePrompt& box, QMessageBox::StandardButtons buttons,
-                     QWidget* owner) {
-  auto* made = new QMessageBox(IconOf(box.icon), QString::fromStdString(box.title),
-                               QString::fromStdString(box.text), buttons, owner);
+QMessageBox* MakeBox(const MessagePrompt& box, QWidget* owner) {
+  auto* made = new QMessageBox(owner);
+  made->setIcon(IconOf(box.icon));
+  made->setWindowTitle(QString::fromStdString(box.title));
+  made->setText(QString::fromStdString(box.text));
   made->setTextFormat(Qt::PlainText);
   return made;
 }
@@ -38,46 +41,83 @@ QtPrompts::~QtPrompts() {
   DropAll();
 }
 
+void QtPrompts::SetOwner(QWidget* owner) {
+  if (owner_) owner_->removeEventFilter(this);
+  owner_ = owner;
+  if (owner_) owner_->installEventFilter(this);
+  ShowNextSoon();
+}
+
 void QtPrompts::Tell(const MessagePrompt& box, std::function<void()> closed) {
-  QMessageBox* made = MakeBox(box, QMessageBox::Ok, owner_);
-  QObject::connect(made, &QDialog::finished, made, [closed = std::move(closed)](int) {
-    if (closed) closed();
+  Queue([this, box, closed = std::move(closed)] {
+    QMessageBox* made = MakeBox(box, owner_);
+    made->setStandardButtons(QMessageBox::Ok);
+    QObject::connect(made, &QDialog::finished, made, [closed](int) {
+      if (closed) closed();
+    });
+    return made;
   });
-  Show(made);
 }
 
 void QtPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered) {
-  QMessageBox* made = MakeBox(box, QMessageBox::Yes | QMessageBox::No, owner_);
-  QObject::connect(made, &QDialog::finished, made, [answered = std::move(answered)](int result) {
-    if (answered) answered(result == QMessageBox::Yes);
+  Queue([this, box, answered = std::move(answered)] {
+    QMessageBox* made = MakeBox(box, owner_);
+    made->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    made->setEscapeButton(QMessageBox::No);
+    if (!box.yes.empty()) made->button(QMessageBox::Yes)->setText(QString::fromStdString(box.yes));
+    if (!box.no.empty()) made->button(QMessageBox::No)->setText(QString::fromStdString(box.no));
+    QObject::connect(made, &QDialog::finished, made, [answered](int result) {
+      if (answered) answered(result == QMessageBox::Yes);
+    });
+    return made;
   });
-  Show(made);
 }
 
 void QtPrompts::Input(const InputPrompt& box,
                       std::function<void(std::optional<std::string>)> answered) {
-  auto* dialog = new QInputDialog(owner_);
-  dialog->setWindowTitle(QString::fromStdString(box.title));
-  dialog->setLabelText(QString::fromStdString(box.prompt));
-  dialog->setTextValue(QString::fromStdString(box.initial));
-  QObject::connect(dialog, &QDialog::finished, dialog,
-                   [dialog, answered = std::move(answered)](int result) {
-                     if (!answered) return;
-                     if (result == QDialog::Accepted) {
-                       answered(dialog->textValue().toStdString());
-                     } else {
-                       answered(std::nullopt);
-                     }
-                   });
-  Show(dialog);
+  Queue([this, box, answered = std::move(answered)] {
+    auto* dialog = new QInputDialog(owner_);
+    dialog->setWindowTitle(QString::fromStdString(box.title));
+    dialog->setLabelText(QString::fromStdString(box.prompt));
+    dialog->setTextValue(QString::fromStdString(box.initial));
+    QObject::connect(dialog, &QDialog::finished, dialog, [dialog, answered](int result) {
+      if (!answered) return;
+      if (result == QDialog::Accepted) {
+        answered(dialog->textValue().toStdString());
+      } else {
+        answered(std::nullopt);
+      }
+    });
+    return dialog;
+  });
 }
 
-void QtPrompts::Show(QDialog* dialog) {
-  open_.removeAll(QPointer<QWidget>());
-  open_.append(dialog);
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setWindowModality(Qt::WindowModal);
-  dialog->open();
+bool QtPrompts::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == owner_ && event->type() == QEvent::Show) ShowNextSoon();
+  return QObject::eventFilter(watched, event);
+}
+
+void QtPrompts::Queue(std::function<QDialog*()> make) {
+  waiting_.push_back(std::move(make));
+  ShowNext();
+}
+
+void QtPrompts::ShowNextSoon() {
+  QTimer::singleShot(0, this, [this] { ShowNext(); });
+}
+
+void QtPrompts::ShowNext() {
+  if (shown_ || waiting_.empty() || (owner_ && !owner_->isVisible())) return;
+  const auto make = std::move(waiting_.front());
+  waiting_.pop_front();
+  shown_ = make();
+  shown_->setAttribute(Qt::WA_DeleteOnClose);
+  shown_->setWindowModality(Qt::WindowModal);
+  QObject::connect(shown_, &QDialog::finished, this, [this] {
+    shown_.clear();
+    ShowNextSoon();
+  });
+  shown_->open();
 }
 
 bool QtPrompts::Popup(const std::vector<PopupItem>& items,
@@ -125,14 +165,13 @@ void QtPrompts::Fill(QMenu& menu, const std::vector<PopupItem>& items, const Cho
 }
 
 void QtPrompts::DropAll() {
-  const auto open = open_;
-  open_.clear();
-  // Not deleted at once: one of them may be the sender of what is running now.
-  for (const auto& window : open) {
-    if (!window) continue;
-    window->disconnect();
-    window->hide();
-    window->deleteLater();
+  waiting_.clear();
+  // Not deleted at once: it may be the sender of what is running now.
+  if (shown_) {
+    shown_->disconnect();
+    shown_->hide();
+    shown_->deleteLater();
+    shown_.clear();
   }
   if (menu_) {
     menu_->disconnect();

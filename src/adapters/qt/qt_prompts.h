@@ -1,10 +1,14 @@
 // Message boxes, input boxes and pop-up menus as Qt windows that do not block.
+//
+// Two window-modal boxes over one window were seen to block each other for ever, so a box waits
+// until the one before is gone.
 #pragma once
 
 #include <QDialog>
-#include <QList>
 #include <QPointer>
 #include <QWidget>
+#include <deque>
+#include <functional>
 #include <memory>
 
 #include "ports/prompts.h"
@@ -13,12 +17,13 @@ class QMenu;
 
 namespace velt {
 
-class QtPrompts : public Prompts {
+class QtPrompts : public QObject, public Prompts {
  public:
   ~QtPrompts() override;
 
-  // The window that boxes belong to; they stand by themselves while there is none.
-  void SetOwner(QWidget* owner) { owner_ = owner; }
+  // The window that boxes belong to; they stand by themselves while there is none, and wait while
+  // it is not shown.
+  void SetOwner(QWidget* owner);
 
   void Tell(const MessagePrompt& box, std::function<void()> closed) override;
   void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override;
@@ -29,12 +34,17 @@ class QtPrompts : public Prompts {
   void DropAll() override;
 
  private:
-  void Show(QDialog* dialog);
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  // Makes the dialog when its turn has come.
+  void Queue(std::function<QDialog*()> make);
+  void ShowNextSoon();
+  void ShowNext();
   using Chosen = std::shared_ptr<std::function<void()>>;
   static void Fill(QMenu& menu, const std::vector<PopupItem>& items, const Chosen& chosen);
 
   QPointer<QWidget> owner_;
-  QList<QPointer<QWidget>> open_;
+  std::deque<std::function<QDialog*()>> waiting_;
+  QPointer<QDialog> shown_;
   QPointer<QMenu> menu_;
   bool menuOpen_ = false;
 };

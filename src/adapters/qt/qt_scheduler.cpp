@@ -1,46 +1,59 @@
 #include "adapters/qt/qt_scheduler.h"
 
 #include <QMetaObject>
-#include <QPointer>
-#include <QTimer>
+#include <algorithm>
+#include <limits>
 
 namespace velt {
+namespace {
+
+// Qt's longest; what is due later is waited for again.
+constexpr int64_t kLongestMs = std::numeric_limits<int>::max();
+
+}  // namespace
 
 SteadyTime QtScheduler::Now() const {
   return std::chrono::steady_clock::now();
 }
 
 void QtScheduler::Post(std::function<void()> f) {
-  QMetaObject::invokeMethod(&context_, std::move(f), Qt::QueuedConnection);
+  QMetaObject::invokeMethod(this, std::move(f), Qt::QueuedConnection);
 }
 
 Scheduler::Handle QtScheduler::After(Milliseconds delay, std::function<void()> f) {
-  // The timer lives as long as the handle. Deleting is left to the loop, as a continuation may drop
-  // its own handle while the timer is still delivering it.
-  struct Pending {
-    QPointer<QTimer> timer;
-    std::function<void()> f;
-    ~Pending() {
-      if (!timer) return;
-      timer->stop();
-      timer->disconnect();
-      timer->deleteLater();
-    }
-  };
-  auto pending = std::make_shared<Pending>();
-  pending->f = std::move(f);
-  pending->timer = new QTimer(&context_);
-  pending->timer->setSingleShot(true);
-  pending->timer->setTimerType(Qt::PreciseTimer);
-  std::weak_ptr<Pending> weak = pending;
-  QObject::connect(pending->timer, &QTimer::timeout, &context_, [weak] {
-    if (const auto alive = weak.lock()) {
-      const auto run = std::move(alive->f);
-      run();
-    }
-  });
-  pending->timer->start(delay);
-  return Handle(std::move(pending));
+  auto run = std::make_shared<std::function<void()>>(std::move(f));
+  const SteadyTime due = Now() + delay;
+  const auto place = std::ranges::upper_bound(pending_, due, {}, &Pending::due);
+  pending_.insert(place, {due, run});
+  Arm();
+  return Handle(std::move(run));
+}
+
+void QtScheduler::timerEvent(QTimerEvent*) {
+  timer_.stop();
+  // What is asked for meanwhile has its turn later.
+  const SteadyTime now = Now();
+  while (!pending_.empty() && pending_.front().due <= now) {
+    const auto pending = pending_.front().run.lock();
+    pending_.erase(pending_.begin());
+    if (!pending) continue;
+    const auto run = std::move(*pending);
+    run();
+  }
+  Arm();
+}
+
+void QtScheduler::Arm() {
+  while (!pending_.empty() && pending_.front().run.expired()) pending_.erase(pending_.begin());
+  if (pending_.empty()) {
+    timer_.stop();
+    return;
+  }
+  const SteadyTime due = pending_.front().due;
+  if (timer_.isActive() && armedFor_ == due) return;
+  armedFor_ = due;
+  const auto wait = std::chrono::ceil<Milliseconds>(due - Now()).count();
+  timer_.start(static_cast<int>(std::clamp<int64_t>(wait, 0, kLongestMs)), Qt::PreciseTimer, this);
 }
 
 }  // namespace velt

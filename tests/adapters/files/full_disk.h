@@ -9,6 +9,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 namespace velt {
 
@@ -38,7 +39,7 @@ class FullDisk {
       return;
     }
     std::ofstream filler(folder_ / "filler", std::ios::binary);
-    while (filler.put('x').flush()) {
+    while (filler << std::string(4096, 'x') << std::flush) {
     }
   }
   void Free() {

@@ -9,7 +9,6 @@
 #include <QElapsedTimer>
 #include <algorithm>
 #include <csignal>
-#include <fstream>
 #include <set>
 
 #include "adapters/guardian/holder.h"
@@ -19,24 +18,6 @@ namespace velt {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The guardian that the process has, 0 for none.
-pid_t GuardianOf(pid_t parent) {
-  for (const auto& entry : fs::directory_iterator("/proc")) {
-    std::ifstream stat(entry.path() / "stat");
-    pid_t id = 0, itsParent = 0;
-    std::string name, state;
-    stat >> id >> name >> state >> itsParent;
-    if (stat && itsParent == parent && name == "(velt-guardian)" && state != "Z") return id;
-  }
-  return 0;
-}
-
-bool IsAlive(pid_t process) {
-  std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
-  std::string id, name, state;
-  return stat >> id >> name >> state && state != "Z";
-}
 
 uint16_t PortOf(const DummyRig& rig) {
   return static_cast<uint16_t>(std::stoi(rig.Address().substr(rig.Address().find(':') + 1)));
@@ -53,7 +34,7 @@ struct Holder {
                 {.output = folder / "output"}) {
     EXPECT_TRUE(WaitUntil([this] { return folder.Read("output").starts_with("holds"); },
                           std::chrono::seconds(10)));
-    guardian = GuardianOf(process.Id());
+    guardian = static_cast<pid_t>(GuardianOf(process.Id()));
     EXPECT_NE(guardian, 0);
   }
   bool GuardianEnds() const {
@@ -274,7 +255,7 @@ TEST_F(GuardianProcessTest, IsReplacedAndHoldsAgain) {
       return Count(GuardianNews::Kind::Back) == back;
     }));
     EXPECT_NE(GuardianOf(::getpid()), now);
-    now = GuardianOf(::getpid());
+    now = static_cast<pid_t>(GuardianOf(::getpid()));
   }
   EXPECT_EQ(rig.Ask("t"), "1");
   guardian.reset();
@@ -330,7 +311,7 @@ TEST(TheProgramsGuardian, HasNothingOfTheProgramAndEndsWithIt) {
   const std::vector<std::string> environment{
       "HOME=" + home.Path().string(), "DISPLAY=", "XDG_CONFIG_HOME=", "PULSE_SERVER=unix:/nowhere"};
   Process program({VELT_PROGRAM, "--headless", "--seconds", "60"}, {.environment = environment});
-  pid_t guardian = 0;
+  int64_t guardian = 0;
   ASSERT_TRUE(WaitUntil([&] { return (guardian = GuardianOf(program.Id())) != 0; },
                         std::chrono::seconds(10)));
   const fs::path folder = "/proc/" + std::to_string(guardian);
@@ -346,7 +327,7 @@ TEST(TheProgramsGuardian, HasNothingOfTheProgramAndEndsWithIt) {
         return open() == std::set<std::string>{"2", "3"};
       },
       std::chrono::seconds(2)));
-  EXPECT_EQ(::getsid(guardian), guardian);
+  EXPECT_EQ(::getsid(static_cast<pid_t>(guardian)), guardian);
   EXPECT_NE(ReadText(folder / "cmdline").find("--guardian"), std::string::npos);
   program.Kill();
   EXPECT_TRUE(WaitUntil([&] { return !IsAlive(guardian); }, std::chrono::seconds(2)));
