@@ -18,6 +18,7 @@ struct MessagePrompt {
   // What the two answers of a question are called; empty: Yes and No.
   std::string yes = {};
   std::string no = {};
+  bool dismissedMeansYes = false;  // a question closed without an answer; else it means no
 };
 
 struct InputPrompt {

@@ -69,13 +69,14 @@ void PttSafety::TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& o
 void PttSafety::TickReleasing(SteadyTime now, const Keyer::Report& report, bool linkIsBack,
                               Orders& orders) {
   const bool late = now - releasingSince_ >= kRepeatFor;
+  if (!report.linked) AlarmLinkLost(orders);
   if (linkIsBack) {
     Released(now);
     orders.release = true;
   } else if (ReceivesFor(kReceiveAfterRelease, now)) {
     Finish(orders);
   } else if (late) {
-    orders.raiseAlarm = !std::exchange(alarm_, true);
+    if (!std::exchange(alarm_, true)) orders.raiseAlarm = true;
   } else if (report.reachable && !receivesSince_ && now - lastSent_ >= kRepeatEvery) {
     lastSent_ = now;
     orders.release = true;
@@ -86,7 +87,11 @@ void PttSafety::End(SteadyTime now, Cause cause, Orders& orders) {
   Released(now);
   orders.release = true;
   orders.ended = cause;
-  if (cause == Cause::LinkLost) orders.raiseAlarm = !std::exchange(alarm_, true);
+  if (cause == Cause::LinkLost) AlarmLinkLost(orders);
+}
+
+void PttSafety::AlarmLinkLost(Orders& orders) {
+  orders.raiseAlarm = orders.linkLost = !std::exchange(alarm_, true);
 }
 
 void PttSafety::Finish(Orders& orders) {

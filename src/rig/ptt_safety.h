@@ -36,6 +36,7 @@ class PttSafety {
     bool release = false;       // send the release now
     Cause ended = Cause::None;  // the transmission has just ended, and not by a release from here
     bool raiseAlarm = false;    // "the transmitter may still be on"
+    bool linkLost = false;      // and this is why nobody knows
     bool endAlarm = false;
     bool done = false;  // it is not held any more
   };
@@ -64,6 +65,7 @@ class PttSafety {
   void TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& orders);
   void TickReleasing(SteadyTime now, const Keyer::Report& report, bool linkIsBack, Orders& orders);
   void End(SteadyTime now, Cause cause, Orders& orders);
+  void AlarmLinkLost(Orders& orders);
   void Finish(Orders& orders);
   bool ReceivesFor(Milliseconds span, SteadyTime now) const;
 

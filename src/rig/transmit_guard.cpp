@@ -34,6 +34,7 @@ bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
     return false;
   }
   watch.wishes.insert(owner);
+  ++watch.keysSent;
   watch.safety.Keyed(parts_.clock.Elapsed());
   parts_.sleepLock.Hold();
   KeepChecking();
@@ -64,6 +65,7 @@ void TransmitGuard::Leave(Keyer& keyer) {
   watch.wishes.clear();
   if (!watch.safety.Holds()) return;
   if (wanted) watch.keyer.ReleaseNow(Milliseconds(0));
+  watch.keysSent = 0;
   if (watch.safety.HandOver()) parts_.notices.Over(NoticeKind::Transmitter);
   if (watch.ticket != 0) parts_.guardian.Follow(std::exchange(watch.ticket, 0));
   if (!HoldsAny()) parts_.sleepLock.LetGo();
@@ -106,8 +108,8 @@ void TransmitGuard::CheckWatch(Watch& watch) {
   if (orders.release) watch.keyer.Release();
   if (orders.done) Finished(watch);
   if (orders.raiseAlarm) {
-    const bool lost = orders.ended == PttSafety::Cause::LinkLost;
-    parts_.notices.Raise(NoticeKind::Transmitter, lost ? kLostWhileKeyed : kMayStillBeOn);
+    parts_.notices.Raise(NoticeKind::Transmitter,
+                         orders.linkLost ? kLostWhileKeyed : kMayStillBeOn);
   }
   if (orders.endAlarm) parts_.notices.Over(NoticeKind::Transmitter);
   if (orders.ended == PttSafety::Cause::None) return;
@@ -124,11 +126,16 @@ void TransmitGuard::SendRelease(Watch& watch) {
   watch.safety.Released(parts_.clock.Elapsed());
 }
 
-// Followed up all the same: a transmitter may refuse a second key because it is on.
 void TransmitGuard::Refused(Watch& watch) {
   if (watch.wishes.empty()) return;
   watch.wishes.clear();
   SendRelease(watch);
+  // Followed up all the same: a transmitter may refuse a second key because it is on. But one that
+  // refused the first and tells nothing, as it may have no way to be keyed, would never confirm.
+  if (watch.keysSent == 1 && watch.keyer.Look().transmitter == TxReport::Untold) {
+    if (watch.safety.HandOver()) parts_.notices.Over(NoticeKind::Transmitter);
+    Finished(watch);
+  }
   Tell(Cause::Refused);
   ended.Raise(watch.keyer, Cause::Refused);
 }
@@ -146,6 +153,7 @@ void TransmitGuard::EndAll(Cause cause) {
 }
 
 void TransmitGuard::Finished(Watch& watch) {
+  watch.keysSent = 0;
   if (watch.ticket != 0) parts_.guardian.Forget(std::exchange(watch.ticket, 0));
   if (!HoldsAny()) parts_.sleepLock.LetGo();
 }

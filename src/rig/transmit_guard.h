@@ -28,7 +28,8 @@ class TransmitGuard {
  public:
   static constexpr Milliseconds kCheckEvery{250};
   static constexpr Milliseconds kReleaseNowLimit{500};
-  static constexpr const char* kMayStillBeOn = "The transmitter may still be on";
+  static constexpr const char* kMayStillBeOn =
+      "The transmitter may still be on: switch it off at the radio";
   static constexpr const char* kLostWhileKeyed =
       "Link lost while transmitting. The radio may still transmit: switch it off there";
 
@@ -90,6 +91,7 @@ class TransmitGuard {
     PttSafety safety = {};
     std::set<TransmitOwner> wishes = {};
     uint32_t ticket = 0;  // the guardian's; 0 while it is not held
+    int keysSent = 0;     // since it is held
     Connections connections = {};
   };
 

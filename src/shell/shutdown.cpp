@@ -50,7 +50,8 @@ void Shutdown::AskAboutSettings(int error) {
                       .text = "The settings could not be saved: " + ErrorText(error) + ".",
                       .icon = BoxIcon::Exclamation,
                       .yes = "Try again",
-                      .no = "Close anyway"},
+                      .no = "Close anyway",
+                      .dismissedMeansYes = true},
                      [this](bool again) {
                        asking_ = false;
                        bool later = false;

@@ -21,7 +21,7 @@ class GuardianProcess : public Guardian {
   // At most this often a new one is started.
   static constexpr Milliseconds kRespawnEvery{1000};
   // One that does not answer a beat for so long is replaced.
-  static constexpr Milliseconds kAnswerLimit{5000};
+  static constexpr Milliseconds kAnswerLimit{2000};
 
   // With the guardian that was started at the beginning of the run; without one it is started now.
   // Needs the application's event loop.

@@ -68,7 +68,7 @@ void QtPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered
   Queue([this, box, answered = std::move(answered)] {
     QMessageBox* made = MakeBox(box, owner_);
     made->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    made->setEscapeButton(QMessageBox::No);
+    made->setEscapeButton(box.dismissedMeansYes ? QMessageBox::Yes : QMessageBox::No);
     if (!box.yes.empty()) made->button(QMessageBox::Yes)->setText(QString::fromStdString(box.yes));
     if (!box.no.empty()) made->button(QMessageBox::No)->setText(QString::fromStdString(box.no));
     QObject::connect(made, &QDialog::finished, made, [answered](int result) {

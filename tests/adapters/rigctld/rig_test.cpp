@@ -97,6 +97,16 @@ TEST(WriteQueue, ReleaseWaitsForTheWayBackAndSurvivesABreak) {
       EXPECT_EQ(Drain(queue), breaks ? broken : held) << sentBefore;
     }
   }
+  WriteQueue queue;
+  queue.PutRelease();
+  queue.Next();
+  queue.Interrupt();
+  EXPECT_EQ(Drain(queue), Lines{"+T 0"}) << "a release under way goes again";
+  queue.Put(RigProperty::FreqB, 7);
+  for (int i = 0; i < 3; ++i) queue.Answered(*queue.Next(), CurrentVfo("VFOA"));
+  queue.PutRelease();
+  EXPECT_EQ(Drain(queue, "VFOA", "+V VFOA"), (Lines{"+V VFOA", "+T 0", "+V VFOA", "+V VFOA"}))
+      << "nor does it wait for a way back that is refused";
 }
 
 enum class Mood { Answers, Accepts, Refuses, Unreachable };
@@ -247,6 +257,16 @@ TEST_F(RigTest, AnOldValueDoesNotComeBackForASecondAndTheRealOneIsShown) {
   }
 }
 
+TEST_F(RigTest, AWriteForAVfoThatWasLeftMeanwhileHoldsNothingUp) {
+  OpenAndSettle();
+  peer.vfo = "VFOB";
+  while (peer.lines.empty() || peer.lines.back() != "+v") Pass(1);
+  ASSERT_TRUE(rig.SetFreq(7010000));
+  Pass(5000);
+  EXPECT_EQ(rig.FreqA(), 14074000);
+  EXPECT_TRUE(rig.Freq() == 7010000 && rig.FreqB() == 7010000);
+}
+
 TEST_F(RigTest, WhatIsNoFrequencyIsToldAsNone) {
   OpenAndSettle();
   for (const std::string bad : {"0", "9", "-7074000", "nan", "", "2147483648", "1e300"}) {
@@ -321,7 +341,8 @@ TEST_F(RigTest, EveryReleaseIsSentWhateverBecameOfTheOneBefore) {
     rig.SetTx(PM_RX);
     Pass(500);
   }
-  EXPECT_TRUE(rig.ReleaseAccepted()) << "though the next is on its way";
+  rig.SetTx(PM_RX);
+  EXPECT_TRUE(rig.ReleaseAccepted()) << "though the next are on their way";
   EXPECT_GE(Count("+T 0"), 20 + 2);
 }
 
@@ -390,6 +411,10 @@ TEST_F(RigTest, RetriesForEverEverSlowerAndCountsDown) {
   Pass(3000);
   EXPECT_EQ(rig.Link().retryInSeconds, 5);
   EXPECT_EQ(statusEvents, 3);
+  const int before = channel.attempts;
+  rig.SetTx(PM_RX);
+  Pass(1001);
+  EXPECT_EQ(channel.attempts, before + 1) << "a release does not wait that long";
   channel.mood = Mood::Answers;
   Pass(10000);
   EXPECT_EQ(rig.Link().state, State::Linked);
@@ -449,8 +474,9 @@ TEST_F(RigTest, IsNotRespondingOnlyAfterSeveralFailures) {
   Pass(2000);
   ExpectLink(State::Silent, Cause::RigOff, "Rig is turned off");
   peer.BeUsual();
-  Pass(1500);
-  EXPECT_EQ(rig.StatusStr(), "On-line");
+  while (rig.StatusStr() != "On-line") Pass(1);
+  Pass(200);
+  EXPECT_EQ(rig.Transmitter(), TxReport::Receives) << "everything is asked at once";
 }
 
 TEST_F(RigTest, LivesWithAServerThatDoesNotAnswerACommand) {
