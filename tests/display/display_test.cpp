@@ -61,6 +61,8 @@ TEST(DisplayOptions, FollowMenusSlidersAndCheckBox) {
   f.Start();
   Main& form = f.Form();
   const AnalysisSettings& analysis = f.program->display.options.analysis;
+  const WaterPalette& palette = f.program->display.options.palette;
+  EXPECT_NE(palette[100].Argb(), palette[400].Argb());
   form.Slider.UserPick(15);
   EXPECT_EQ(analysis.spectrumDivisor, 150);
   form.Slider.UserPick(1);

@@ -40,6 +40,12 @@ TEST_F(TransmitTest, KeyingMovesToTheShownFrequencyAndBackAfterTheRelease) {
   rig1.Tune(3600000);
   EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
   EXPECT_EQ(WritesAfter([this] { Pass(seconds(3)); }), Texts{});
+  rig.link.SelectRig(2);
+  scheduler.RunPosted();
+  On();
+  EXPECT_TRUE(rig2.Transmits());
+  Off();
+  EXPECT_FALSE(rig2.Transmits());
 }
 
 TEST_F(TransmitTest, HoweverOftenItIsPressedTheRigComesBackToItsOwnFrequency) {

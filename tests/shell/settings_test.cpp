@@ -58,6 +58,7 @@ TEST(Settings, EveryKeyComesBackAsItWasSaved) {
   EXPECT_EQ(f.Stored("Path"), "/opt/velt");
   EXPECT_EQ(f.Form().Window.widthTwips, 6000);
   EXPECT_EQ(f.Form().Window.heightTwips, 1800);
+  EXPECT_EQ(f.program->display.options.analysis.spectrumDivisor, 33 * 7);
   EXPECT_TRUE(f.Form().Window.placed);
 }
 

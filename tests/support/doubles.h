@@ -128,6 +128,7 @@ class FakePrompts : public Prompts {
   void DropAll() override {
     popupClosed = nullptr;
     dismiss = nullptr;
+    answer = nullptr;
   }
   // Closes the open pop-up with the line of that caption chosen; false: it has no such line.
   bool Choose(const std::string& caption) {

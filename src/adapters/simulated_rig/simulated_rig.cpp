@@ -125,8 +125,8 @@ void SimulatedRig::Lose() {
 
 void SimulatedRig::CountDown() {
   link_.retryInSeconds = link_.retryInSeconds > 1 ? link_.retryInSeconds - 1 : kRetrySeconds;
+  // No event: a link that is still lost is no news.
   countdown_ = scheduler_.After(Milliseconds(1000), [this] { CountDown(); });
-  statusChanged.Raise();
 }
 
 void SimulatedRig::Close() {
