@@ -74,7 +74,8 @@ void FormBinder::Watch(const Control& control, std::function<void()> show) {
 
 void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& words) {
   ShowName(widget, words.name, {});
-  Watch(control, [this, &control, widget, own = words.toolTip] {
+  widget->setToolTip(words.toolTip);
+  Watch(control, [this, &control, widget, own = words.toolTip, told = std::string()]() mutable {
     const Rectangle& place = control.place.Get();
     bool shown = control.visible;
     if (places_ == Places::OfForm) {
@@ -84,8 +85,9 @@ void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& wo
     }
     if (widget->isHidden() == shown) widget->setVisible(shown);
     if (widget->isEnabled() != control.enabled) widget->setEnabled(control.enabled);
-    const QString toolTip = control.toolTip.Get().empty() ? own : ToQt(control.toolTip.Get());
-    if (widget->toolTip() != toolTip) widget->setToolTip(toolTip);
+    if (control.toolTip.Get() == told) return;
+    told = control.toolTip;
+    widget->setToolTip(told.empty() ? own : ToQt(told));
   });
 }
 

@@ -70,7 +70,7 @@ QRect LiveWidget::PaintInto(QBackingStore& store) {
 
 void LiveWidget::PaintChanged(const std::vector<LiveWidget*>& widgets) {
   QBackingStore* store = nullptr;
-  QRegion painted;
+  QRect painted;
   for (LiveWidget* widget : widgets) {
     if (!std::exchange(widget->changed_, false)) continue;
     if (!widget->CanPaintNow()) {

@@ -155,6 +155,24 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
   }
 }
 
+TEST_F(MainWindowTest, ANoticeStaysOverANewPictureOfTheDisplay) {
+  constexpr QRgb kRed = 0xFFFF0000;
+  const QRect notice = Find("Notice, click to dismiss").geometry();
+  const QPoint in = notice.topLeft() + QPoint(2, 2);
+  const QPoint below = in + QPoint(0, notice.height());
+  for (const bool shown : {false, true, false}) {
+    form.lblNotice.visible = shown;
+    Turn();
+    raster = Raster(raster.Width(), raster.Height(), Colour::FromArgb(kRed + form.Scope.frame));
+    form.Scope.frame = form.Scope.frame + 1;
+    form.Scope.verticalGrid = {};
+    Turn();
+    const QImage seen = OnScreen(window);
+    EXPECT_EQ(seen.pixel(below), raster.Pixels()[0]);
+    EXPECT_EQ(seen.pixel(in), shown ? 0xFFFFD45E : raster.Pixels()[0]);
+  }
+}
+
 TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   std::string heard;
 

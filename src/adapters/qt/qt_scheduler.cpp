@@ -8,7 +8,7 @@ namespace velt {
 namespace {
 
 // Qt's longest; what is due later is waited for again.
-constexpr int64_t kLongestMs = std::numeric_limits<int>::max();
+constexpr Milliseconds kLongest{std::numeric_limits<int>::max()};
 
 }  // namespace
 
@@ -25,14 +25,15 @@ Scheduler::Handle QtScheduler::After(Milliseconds delay, std::function<void()> f
   const SteadyTime due = Now() + delay;
   const auto place = std::ranges::upper_bound(pending_, due, {}, &Pending::due);
   pending_.insert(place, {due, run});
-  Arm();
+  if (!running_) Arm();
   return Handle(std::move(run));
 }
 
 void QtScheduler::timerEvent(QTimerEvent*) {
-  timer_.stop();
   // What is asked for meanwhile has its turn later.
   const SteadyTime now = Now();
+  fires_ += period_;
+  running_ = true;
   while (!pending_.empty() && pending_.front().due <= now) {
     const auto pending = pending_.front().run.lock();
     pending_.erase(pending_.begin());
@@ -40,6 +41,7 @@ void QtScheduler::timerEvent(QTimerEvent*) {
     const auto run = std::move(*pending);
     run();
   }
+  running_ = false;
   Arm();
 }
 
@@ -50,10 +52,12 @@ void QtScheduler::Arm() {
     return;
   }
   const SteadyTime due = pending_.front().due;
-  if (timer_.isActive() && armedFor_ == due) return;
-  armedFor_ = due;
-  const auto wait = std::chrono::ceil<Milliseconds>(due - Now()).count();
-  timer_.start(static_cast<int>(std::clamp<int64_t>(wait, 0, kLongestMs)), Qt::PreciseTimer, this);
+  const SteadyTime now = Now();
+  // Something that comes back with the same period finds the timer running as it needs it.
+  if (timer_.isActive() && fires_ > now && fires_ >= due && fires_ - due < Milliseconds(1)) return;
+  period_ = std::clamp(std::chrono::ceil<Milliseconds>(due - now), Milliseconds(0), kLongest);
+  fires_ = now + period_;
+  timer_.start(static_cast<int>(period_.count()), Qt::PreciseTimer, this);
 }
 
 }  // namespace velt

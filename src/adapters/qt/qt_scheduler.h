@@ -28,7 +28,9 @@ class QtScheduler : public Scheduler, private QObject {
 
   std::vector<Pending> pending_;  // the first due first, equal ones as they were asked for
   QBasicTimer timer_;
-  SteadyTime armedFor_{};
+  Milliseconds period_{0};
+  SteadyTime fires_{};  // the timer, next
+  bool running_ = false;
 };
 
 }  // namespace velt
