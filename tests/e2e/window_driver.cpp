@@ -115,7 +115,8 @@ bool WindowDriver::Dismiss(const std::string& title) const {
   return WaitUntil(
       [&] {
         Press({"Escape"});
-        return !HasWindow(title);
+        // A click that comes before the window manager is done with the box may be lost.
+        return !HasWindow(title) && Tool({"getactivewindow"}).starts_with(window_);
       },
       std::chrono::seconds(5));
 }
