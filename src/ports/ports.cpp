@@ -1,6 +1,7 @@
 // Compiles every interface by itself, so that each header stands alone.
 #include "ports/audio_input.h"
 #include "ports/clock.h"
+#include "ports/engine_window.h"
 #include "ports/files.h"
 #include "ports/guardian.h"
 #include "ports/instance_lock.h"
@@ -9,5 +10,6 @@
 #include "ports/omnirig.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "ports/serial_port.h"
 #include "ports/settings_store.h"
 #include "ports/system_info.h"
