@@ -86,6 +86,11 @@ bool TransmitGuard::Holds(const Keyer& keyer) const {
   });
 }
 
+bool TransmitGuard::Wanted() const {
+  return std::any_of(watches_.begin(), watches_.end(),
+                     [](const Watch& watch) { return !watch.wishes.empty(); });
+}
+
 void TransmitGuard::SetLimitMinutes(int32_t minutes) {
   for (Watch& watch : watches_) watch.safety.SetLimitMinutes(minutes);
   limitMinutes_ = std::clamp(minutes, PttSafety::kLeastLimitMinutes, PttSafety::kMostLimitMinutes);

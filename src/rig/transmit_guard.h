@@ -82,6 +82,9 @@ class TransmitGuard {
   // Keyed from here and not yet known to be released.
   bool Holds(const Keyer& keyer) const;
 
+  // Somebody wants a transmitter keyed.
+  bool Wanted() const;
+
   void SetLimitMinutes(int32_t minutes);  // 1 to 60, others are moved inside
   int32_t LimitMinutes() const { return limitMinutes_; }
 
