@@ -47,7 +47,7 @@ bool WatchedFile::Look() {
   // Settling shows what stands behind the last line end.
   const bool tailShown = settles && content_ && !content_->empty() && content_->back() != '\n' &&
                          content_->back() != '\r';
-  return !same || rewritten || tailShown;
+  return !same || (rewritten && content_) || tailShown;
 }
 
 FieldReader WatchedFile::Reader() const {
