@@ -3,7 +3,8 @@
 namespace velt {
 
 Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions questions)
-    : display(parts.form, state, engine, current),
+    : statusFile({.form = parts.form, .installation = parts.installation}, ports.files),
+      display(parts.form, state, engine, current),
       guard({.messages = parts.messages,
              .notices = parts.notices,
              .scheduler = ports.scheduler,
@@ -23,6 +24,15 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
            .display = display,
            .guard = guard,
            .server = ports.server}),
+      poller({.form = parts.form,
+              .installation = parts.installation,
+              .state = state,
+              .engine = engine,
+              .control = control,
+              .ptt = ptt,
+              .guard = guard,
+              .statusFile = statusFile},
+             {.files = ports.files, .window = ports.engineWindow, .clock = ports.clock}),
       link({.form = parts.form,
             .state = state,
             .rig = current,
@@ -49,6 +59,9 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
              .control = control,
              .dialog = dialog,
              .messages = parts.messages,
-             .prompts = ports.prompts}) {}
+             .prompts = ports.prompts}) {
+  connections_ += display.frequencyShown.Listen(
+      [this](int32_t frequencyHz) { statusFile.WriteStatusRX(frequencyHz); });
+}
 
 }  // namespace velt

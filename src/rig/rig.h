@@ -5,8 +5,11 @@
 #include "dialogs/notices.h"
 #include "form/main_form.h"
 #include "form/omnirig_form.h"
+#include "platform/installation.h"
 #include "platform/on_top.h"
 #include "ports/clock.h"
+#include "ports/engine_window.h"
+#include "ports/files.h"
 #include "ports/guardian.h"
 #include "ports/omnirig.h"
 #include "ports/prompts.h"
@@ -20,6 +23,8 @@
 #include "rig/rig_display.h"
 #include "rig/rig_menus.h"
 #include "rig/rig_state.h"
+#include "rig/status_file.h"
+#include "rig/status_poller.h"
 #include "rig/transmit_guard.h"
 
 namespace velt {
@@ -32,6 +37,7 @@ class Rig {
     MessageLine& messages;
     Notices& notices;
     OnTop& onTop;
+    const Installation& installation;
   };
   struct Ports {
     IOmniRigX& server;
@@ -40,6 +46,8 @@ class Rig {
     const Clock& clock;
     Guardian& guardian;
     SleepLock& sleepLock;
+    EngineWindow& engineWindow;
+    Files& files;
   };
 
   Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions questions);
@@ -47,13 +55,18 @@ class Rig {
   RigState state;
   EngineState engine;
   CurrentRig current;
+  StatusFile statusFile;
   RigDisplay display;
   TransmitGuard guard;
   RigControl control;
   Ptt ptt;
+  StatusPoller poller;
   OmniRigLink link;
   OmniRigDialog dialog;
   RigMenus menus;
+
+ private:
+  Connections connections_;
 };
 
 }  // namespace velt
