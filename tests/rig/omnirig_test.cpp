@@ -78,44 +78,5 @@ TEST_F(OmniRigTest, ALostLinkKeepsTheLastValuesAsStaleAndAStoppedOneKnowsNothing
   EXPECT_FALSE(form.mnuSetFreqManual.enabled);
 }
 
-TEST_F(OmniRigTest, RigVfoAndModeHoldForTheMainWindowAtOnce) {
-  Link();
-  rig.dialog.Open();
-  dialogForm.Option2.UserPick();
-  scheduler.RunPosted();
-  EXPECT_EQ(Frequency(), "14.250.00");
-  dialogForm.optVFO[1].UserPick();
-  EXPECT_EQ(rig.state.vfo, 1);
-  EXPECT_FALSE(dialogForm.optVFO[0].value || dialogForm.Option1.value);
-  dialogForm.Option1.UserPick();
-  int index = 0;
-  for (const int32_t mode : {PM_SSB_L, PM_SSB_U, PM_CW_U, PM_AM, PM_FM}) {
-    EXPECT_EQ(WritesAfter([&] { dialogForm.Combo1.UserPick(index++); }),
-              Texts{"Mode " + std::to_string(mode)});
-  }
-}
-
-TEST_F(OmniRigTest, ABadAddressOrLimitLosesNothing) {
-  rig.dialog.Open();
-  dialogForm.txtAddress1.UserText(" radio.local:4532 ");
-  dialogForm.txtAddress2.UserText("nonsense");
-  dialogForm.Command1.Click();
-  EXPECT_EQ(server.Address(1) + " " + server.Address(2), "radio.local:4532 127.0.0.1:4534");
-  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(),
-            "Rig 2: \"nonsense\" is no address. Use HOST:PORT, for example 127.0.0.1:4532");
-  EXPECT_TRUE(dialogForm.Window.visible);
-  dialogForm.txtAddress2.UserText("10.0.0.2:4534");
-  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(), "");
-  dialogForm.Command1.Click();
-  EXPECT_FALSE(dialogForm.Window.visible);
-  for (const auto& [typed, minutes] :
-       {std::pair{"0", 10}, {"1", 1}, {"60", 60}, {"61", 60}, {"", 60}, {"5.5", 60}, {" 7 ", 7}}) {
-    dialogForm.txtLimit.UserText(typed);
-    EXPECT_EQ(rig.guard.LimitMinutes(), minutes) << typed;
-    const bool taken = dialogForm.lblLimitMessage.caption.Get().empty();
-    EXPECT_EQ(taken, minutes == std::atoi(typed)) << typed;
-  }
-}
-
 }  // namespace
 }  // namespace velt

@@ -136,6 +136,12 @@ TEST_F(RigControlTest, WindowAndDialogNameModesTheirOwnWay) {
     dialog.push_back(dialogForm.Label6.caption);
   }
   EXPECT_EQ(window, (Texts{"AM", "FM", "LSB", "USB", "CWu", "CWl", "drm", "drm"}));
+  for (int index = 0; index < 5; ++index) dialogForm.Combo1.UserPick(index);
+  Texts chosen;
+  for (const int32_t mode : {PM_SSB_L, PM_SSB_U, PM_CW_U, PM_AM, PM_FM}) {
+    chosen.push_back("Mode " + std::to_string(mode));
+  }
+  EXPECT_EQ(writes1.Take(), chosen);
   EXPECT_EQ(dialog, (Texts{"AM", "FM", "LSB", "USB", "CW LSB", "CW USB", "Other", "drm"}));
 }
 

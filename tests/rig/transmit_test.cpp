@@ -200,17 +200,20 @@ TEST_F(TransmitTest, AfterALostLinkATunedRigStaysWhereItIs) {
 }
 
 TEST_F(TransmitTest, TheLimitEndsATransmissionAsTheReceiveButtonWould) {
-  for (const auto& [wanted, held] : {std::pair{10, 10}, {2, 2}, {0, 1}, {60, 60}, {61, 60}}) {
-    rig.guard.SetLimitMinutes(wanted);
-    const seconds asleep(wanted % 4 * 15);  // counts too
+  int held = 10;
+  for (const char* typed : {"2", "0", "1", "60", "61", "", "5.5", " 7 "}) {
+    SCOPED_TRACE(typed);
+    dialogForm.txtLimit.UserText(typed);
+    if (dialogForm.lblLimitMessage.caption.Get().empty()) held = std::atoi(typed);
+    const seconds asleep(held % 2 * 30);  // counts too
     On();
     Pass(minutes(held) - Milliseconds(500) - asleep);
     clock.slept += asleep;
-    EXPECT_TRUE(Transmits()) << wanted;
+    EXPECT_TRUE(Transmits());
     On();  // keying what is keyed does not lengthen it
     Message();
     Pass(seconds(1));
-    EXPECT_FALSE(Transmits()) << wanted;
+    EXPECT_FALSE(Transmits());
     EXPECT_EQ(Notice(),
               "Transmission ended: it reached the limit of " + std::to_string(held) + " min");
     EXPECT_EQ(Message(), Notice());
@@ -218,6 +221,7 @@ TEST_F(TransmitTest, TheLimitEndsATransmissionAsTheReceiveButtonWould) {
     Pass(seconds(2));
     EXPECT_EQ(Left(), "");
   }
+  EXPECT_EQ(held, 7) << "the last that was a limit";
 }
 
 // The rig takes commands and ignores them, or its server cannot reach it: the release goes out

@@ -56,6 +56,7 @@ TEST_F(SettingsTest, EveryKeyHasItsDefaultAndComesBackAsItWasSaved) {
   EXPECT_TRUE(Form().Window.topMost);
   StartWith(other + " Version=3.0.9");
   ExpectSaved(other + always);
+  EXPECT_FALSE(Form().Window.topMost);
   EXPECT_EQ(Form().Window.widthTwips, 6000);
   EXPECT_EQ(Form().Window.heightTwips, 1800);
   EXPECT_EQ(program->display.options.analysis.spectrumDivisor, 33 * 7);
@@ -77,6 +78,7 @@ TEST_F(SettingsTest, BadValuesMeetTheirChecks) {
         {"OscillosMode=true", "OscillosMode=True"},
         {"OscillosMode=-1", "OscillosMode=True"},
         {"OscillosMode=nonsense", "OscillosMode=False"},
+        {"UseLines=0 OnTop=0", "UseLines=0 OnTop=0"},
         // The menu colour of old versions is not taken over.
         {"MenuColor=255 Version=2.9.0", "MenuColor=-2147483633"},
         {"MenuColor=255", "MenuColor=-2147483633"},
@@ -98,13 +100,6 @@ TEST_F(SettingsTest, TheDesktopPlacesTheWindowOnlyWhenBothPlacesAreNegative) {
     StartWith(stored);
     EXPECT_EQ(Form().Window.placed, placed) << stored;
   }
-}
-
-TEST_F(SettingsTest, LinesInsteadOfBarsCheckStayOnTop) {
-  StartWith("UseLines=0 OnTop=0");
-  EXPECT_TRUE(Form().mnusettings[0].checked && !Form().mnusettings[1].checked);
-  EXPECT_FALSE(Form().Window.topMost || program->display.options.analysis.useLines);
-  ExpectSaved("UseLines=0 OnTop=0");
 }
 
 }  // namespace
