@@ -120,7 +120,7 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
     EXPECT_TRUE(row.reached()) << row.line;
   }
   form.lblMode.clicked.Raise();
-  EXPECT_TRUE(prompts.popup.at(1).checked);
+  EXPECT_TRUE(prompts.popup.at(0).checked);
 }
 
 }  // namespace
