@@ -5,6 +5,11 @@ namespace {
 
 struct RigControlTest : RigFixture {
   RigControlTest() { Link(); }
+  static Texts Modes(const std::vector<int32_t>& modes) {
+    Texts sent;
+    for (const int32_t mode : modes) sent.push_back("Mode " + std::to_string(mode));
+    return sent;
+  }
 };
 
 TEST_F(RigControlTest, FrequenciesGoToTheVfoLessTheOffset) {
@@ -55,26 +60,24 @@ TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
 
 TEST_F(RigControlTest, ModesAreMappedBySourceAndSidebandFlag) {
   form.mnuModModes[3].Click();
-  EXPECT_EQ(writes1.Take(), Texts{"Mode 8388608"});
+  EXPECT_EQ(writes1.Take(), Modes({PM_CW_U}));
   constexpr int32_t kU = PM_SSB_U, kL = PM_SSB_L, kCwU = PM_CW_U, kCwL = PM_CW_L;
-  const Texts texts = {"USB", "LSB", "CW-USB", "CW-LSB", "CW", "FM", "AM", "DIG", "DRM"};
   struct Case {
     const char* inverted;
     bool fromLabel;
-    std::vector<int32_t> modes;  // 0: nothing is sent
+    std::vector<int32_t> sent;  // but nothing for DRM, nor for CW unless it is the label's
   };
-  for (const Case& c : {Case{"off", false, {kU, kL, kCwU, kCwL, 0, PM_FM, PM_AM, PM_DIG_U, 0}},
-                        {" On ", false, {kL, kU, kCwL, kCwU, 0, PM_FM, PM_AM, PM_DIG_U, 0}},
-                        {"off", true, {kL, kU, kCwU, kCwU, kCwU, PM_FM, PM_AM, PM_DIG_U, 0}},
-                        {" On ", true, {kU, kL, kCwL, kCwL, kCwL, PM_FM, PM_AM, PM_DIG_U, 0}}}) {
+  for (const Case& c : {Case{"off", false, {kU, kL, kCwU, kCwL, PM_FM, PM_AM, PM_DIG_U}},
+                        {" On ", false, {kL, kU, kCwL, kCwU, PM_FM, PM_AM, PM_DIG_U}},
+                        {"off", true, {kL, kU, kCwU, kCwU, kCwU, PM_FM, PM_AM, PM_DIG_U}},
+                        {" On ", true, {kU, kL, kCwL, kCwL, kCwL, PM_FM, PM_AM, PM_DIG_U}}}) {
     rig.state.invertedSideband = c.inverted;
-    for (size_t i = 0; i < texts.size(); ++i) {
-      form.lblMode.caption = texts[i];
-      rig.control.SetModulationMode(c.fromLabel ? "" : texts[i]);
-      const int32_t mode = c.modes.at(i);
-      const Texts sent(mode == 0 ? 0 : 1, "Mode " + std::to_string(mode));
-      EXPECT_EQ(writes1.Take(), sent) << texts[i] << c.inverted << c.fromLabel;
+    for (const std::string text :
+         {"USB", "LSB", "DRM", "CW-USB", "CW-LSB", "CW", "FM", "AM", "DIG"}) {
+      form.lblMode.caption = text;
+      rig.control.SetModulationMode(c.fromLabel ? "" : text);
     }
+    EXPECT_EQ(writes1.Take(), Modes(c.sent)) << c.inverted << c.fromLabel;
   }
 }
 
@@ -100,28 +103,24 @@ TEST_F(RigControlTest, TheShownFrequencyAndTransmitStateFollowTheRig) {
   rig.engine.scaleOffset = 5;
   int32_t told = 0;
   connections += rig.display.frequencyShown.Listen([&](int32_t hz) { told = hz; });
-  struct Case {
-    int32_t rx, tx;
-    int16_t offsetKHz;
-    const char *shown, *trx;
-    int32_t real, anchor;
-  };
-  for (const Case& c : {Case{7100000, 0, 0, "7.100.00", "RX", 7100000, 7100005},
-                        {14250000, 2, 0, "14.250.00", "RX", 14250000, 14250005},
-                        {14250000, 3, 0, "..", "TX", 3, 8},
-                        {7100000, 7105000, 2, "7.107.00", "TX", 7105000, 7107005},
-                        {7100000, 0, 33, "7.067.46", "RX", 7100000, 7067469},
-                        {0, 0, 2, "RigOffLine", "RX", 0, 2005}}) {
-    rig.state.offsetKHz = c.offsetKHz;
-    rig1.Tune(c.rx);
-    rig1.Split(c.tx);
-    rig1.Key(c.tx != 0);
+  // Frequencies of receiver and transmitter, the offset in kHz; what is shown and told, and the
+  // anchor of the scale.
+  for (const auto& [rx, tx, offsetKHz, expected] :
+       {std::tuple{7100000, 0, 0, "7.100.00 RX 7100000 7100005"},
+        {14250000, 2, 0, "14.250.00 RX 14250000 14250005"},
+        {14250000, 3, 0, ".. TX 3 8"},
+        {7100000, 7105000, 2, "7.107.00 TX 7105000 7107005"},
+        {7100000, 0, 33, "7.067.46 RX 7100000 7067469"},
+        {0, 0, 2, "RigOffLine RX 0 2005"}}) {
+    rig.state.offsetKHz = static_cast<int16_t>(offsetKHz);
+    rig1.Tune(rx);
+    rig1.Split(tx);
+    rig1.Key(tx != 0);
     Pass(std::chrono::seconds(1));
-    EXPECT_EQ(form.lblFrequencyExpand.caption.Get(), c.shown);
-    EXPECT_EQ(form.lblTRXMode.caption.Get(), c.trx) << c.shown;
-    EXPECT_EQ(rig.state.scaleAnchorHz, c.anchor) << c.shown;
-    EXPECT_EQ(told, c.real) << c.shown;
-    EXPECT_EQ(form.mnunorig.checked, c.real == 0);
+    EXPECT_EQ(form.lblFrequencyExpand.caption.Get() + " " + form.lblTRXMode.caption.Get() + " " +
+                  std::to_string(told) + " " + std::to_string(rig.state.scaleAnchorHz),
+              expected);
+    EXPECT_EQ(form.mnunorig.checked, told == 0);
   }
 }
 
@@ -137,11 +136,7 @@ TEST_F(RigControlTest, WindowAndDialogNameModesTheirOwnWay) {
   }
   EXPECT_EQ(window, (Texts{"AM", "FM", "LSB", "USB", "CWu", "CWl", "drm", "drm"}));
   for (int index = 0; index < 5; ++index) dialogForm.Combo1.UserPick(index);
-  Texts chosen;
-  for (const int32_t mode : {PM_SSB_L, PM_SSB_U, PM_CW_U, PM_AM, PM_FM}) {
-    chosen.push_back("Mode " + std::to_string(mode));
-  }
-  EXPECT_EQ(writes1.Take(), chosen);
+  EXPECT_EQ(writes1.Take(), Modes({PM_SSB_L, PM_SSB_U, PM_CW_U, PM_AM, PM_FM}));
   EXPECT_EQ(dialog, (Texts{"AM", "FM", "LSB", "USB", "CW LSB", "CW USB", "Other", "drm"}));
 }
 

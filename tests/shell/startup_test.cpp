@@ -178,32 +178,29 @@ TEST(Startup, AddressesAndLimitAreKeptInTheirOwnSection) {
 }
 
 TEST(Shutdown, GoesThroughItsStepsInOrder) {
-  struct Case {
-    bool rigUp, capturing;
-    std::string order;
-  };
-  for (const Case& c : {Case{true, false, "save close-engine last-14074000 "},
-                        {false, false, "save close-engine OFF "},
-                        {true, true, "release save close-engine last-14074000 stop-capture "}}) {
+  for (const auto& [rigUp, capturing, order] :
+       {std::tuple{true, false, "save close-engine last-14074000 "},
+        {false, false, "save close-engine OFF "},
+        {true, true, "release save close-engine last-14074000 stop-capture "}}) {
     Sequence f(true);
-    f.Reachable(c.rigUp);
+    f.Reachable(rigUp);
     f.watching += f.rig1.written.Listen([&f](const std::string& what) {
       if (what == "RX") f.order += "release ";
     });
     f.Start();
-    if (c.capturing) f.StartCapture();
-    if (c.capturing) f.Key();
+    if (capturing) f.StartCapture();
+    if (capturing) f.Key();
     f.program->rig.dialog.Open();
     f.Form().lblFrequency.Click();  // a menu is open
     f.order.clear();
     for (int request = 0; request < 2; ++request) {  // nothing is done twice
-      EXPECT_EQ(f.Close(), !c.capturing);
-      EXPECT_EQ(f.order, c.order);
+      EXPECT_EQ(f.Close(), !capturing);
+      EXPECT_EQ(f.order, order);
     }
     EXPECT_FALSE(f.program->catForm.Window.visible || f.prompts.popupClosed || f.ended);
     f.scheduler.Advance(Milliseconds(5));
     EXPECT_TRUE(f.ended);
-    EXPECT_EQ(f.order, c.order);
+    EXPECT_EQ(f.order, order);
     EXPECT_FALSE(f.rig1.Transmits() || f.program->rig.link.On());
     const int laidOut = f.Form().Scope.scaleWidth;
     f.Form().Window.widthTwips = 6000;
