@@ -59,8 +59,6 @@ TEST_F(OmniRigTest, AnotherRigCanBeChosenWhileTheFirstIsBeingOpened) {
 TEST_F(OmniRigTest, ALostLinkKeepsTheLastValuesAsStaleAndAStoppedOneKnowsNothing) {
   Start();
   Link();
-  const std::string status = "Transceiver Frequency. Click to set TRX. RIG STATUS: ";
-  EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "On-line");
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Simulated rig");
   rig1.Vanish();
   scheduler.RunPosted();
@@ -69,13 +67,27 @@ TEST_F(OmniRigTest, ALostLinkKeepsTheLastValuesAsStaleAndAStoppedOneKnowsNothing
        {&form.lblFrequency, &form.lblFrequencyExpand, &form.lblMode, &form.lblTRXMode}) {
     EXPECT_TRUE(label->stale);
   }
-  EXPECT_EQ(form.lblFrequency.toolTip.Get(), status + "Port is not available");
+  EXPECT_EQ(form.lblFrequency.toolTip.Get(),
+            "Transceiver Frequency. Click to set TRX. RIG STATUS: Port is not available");
   dialogForm.cmdStartStop.Click();
   EXPECT_EQ(Frequency() + form.lblMode.caption.Get(), "RigOffLineN/A");
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA");
   EXPECT_EQ(dialogForm.Label8.caption.Get(), "");
   form.mnuRig.Click();
   EXPECT_FALSE(form.mnuSetFreqManual.enabled);
+}
+
+TEST_F(OmniRigTest, ABadAddressKeepsTheGoodOneAndTheDialog) {
+  rig.dialog.Open();
+  dialogForm.txtAddress1.UserText(" radio.local:4532 ");
+  dialogForm.txtAddress2.UserText("nonsense");
+  dialogForm.Command1.Click();
+  EXPECT_EQ(server.Address(1) + " " + server.Address(2), "radio.local:4532 127.0.0.1:4534");
+  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(),
+            "Rig 2: \"nonsense\" is no address. Use HOST:PORT, for example 127.0.0.1:4532");
+  EXPECT_TRUE(dialogForm.Window.visible);
+  dialogForm.txtAddress2.UserText("10.0.0.2:4534");
+  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(), "");
 }
 
 }  // namespace

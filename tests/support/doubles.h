@@ -15,8 +15,8 @@
 
 namespace velt {
 
-class FakeAudioInput : public AudioInput {
- public:
+struct FakeAudioInput : AudioInput {
+  Scheduler& scheduler;
   bool opens = true;  // else it fails to
   TakeResult result = TakeResult::Block;
   std::vector<int16_t> samples = std::vector<int16_t>(kBlockSamples);
@@ -25,7 +25,7 @@ class FakeAudioInput : public AudioInput {
   std::vector<std::string> opened;  // the devices, as they were asked for
   std::string source = "usb";       // what opens
 
-  explicit FakeAudioInput(Scheduler& scheduler) : scheduler_(scheduler) {}
+  explicit FakeAudioInput(Scheduler& of) : scheduler(of) {}
   std::vector<AudioDevice> Devices() const override { return {}; }
   void Open(const std::string& name) override {
     opened.push_back(name);
@@ -43,15 +43,11 @@ class FakeAudioInput : public AudioInput {
   void Close() override { open = watching = false; }
   void WatchForReturn() override { watching = true; }
   void Tell(AudioEvent::Kind kind, const std::string& text) {
-    scheduler_.Post([this, kind, text] { happened.Raise({kind, text, "The " + text}); });
+    scheduler.Post([this, kind, text] { happened.Raise({kind, text, "The " + text}); });
   }
-
- private:
-  Scheduler& scheduler_;
 };
 
-class FakeFiles : public Files {
- public:
+struct FakeFiles : Files {
   std::map<std::filesystem::path, std::string> files;
   std::set<std::filesystem::path> folders;
   std::set<std::filesystem::path> unmakable;
@@ -70,8 +66,7 @@ class FakeFiles : public Files {
   }
 };
 
-class FakePrompts : public Prompts {
- public:
+struct FakePrompts : Prompts {
   using Chosen = std::function<void()>;
   using Typed = std::function<void(std::optional<std::string>)>;
   std::vector<MessagePrompt> told;
@@ -105,7 +100,6 @@ class FakePrompts : public Prompts {
     return closed && chosen;
   }
 
- private:
   static Chosen Find(const std::vector<PopupItem>& items, const std::string& caption) {
     for (const PopupItem& item : items) {
       if (item.caption == caption) return item.choose;
@@ -115,8 +109,7 @@ class FakePrompts : public Prompts {
   }
 };
 
-class FakeSystem : public SystemInfo {
- public:
+struct FakeSystem : SystemInfo {
   std::optional<SystemVersion> Version() const override { return SystemVersion{5, 1, ""}; }
   std::string SystemFolder() const override { return "/windows"; }
   std::string SpecialFolder(int32_t identifier) const override {
@@ -127,59 +120,48 @@ class FakeSystem : public SystemInfo {
   }
 };
 
-class FakeLauncher : public Launcher {
- public:
+struct FakeLauncher : Launcher {
   std::vector<std::string> opened;
   void OpenDocument(const std::string& target) override { opened.push_back(target); }
 };
 
-class FakeLock : public InstanceLock {
- public:
+struct FakeLock : InstanceLock {
   bool alone = true;
   bool TryHold() override { return alone; }
 };
 
-class FakeLog : public Log {
- public:
+struct FakeLog : Log {
   std::vector<std::string> lines;
   void Write(LogLevel, const char*, std::string_view text) override { lines.emplace_back(text); }
 };
 
-class FakeClock : public Clock {
- public:
-  explicit FakeClock(const Scheduler& scheduler) : scheduler_(scheduler) {}
+struct FakeClock : Clock {
+  const Scheduler& scheduler;
+  explicit FakeClock(const Scheduler& of) : scheduler(of) {}
   Milliseconds slept{0};  // while the scheduler's time stood still
   LocalTime Now() const override { return {2026, 3, 7, 9, 5, 1}; }
-  SteadyTime Elapsed() const override { return scheduler_.Now() + slept; }
-
- private:
-  const Scheduler& scheduler_;
+  SteadyTime Elapsed() const override { return scheduler.Now() + slept; }
 };
 
-class FakeGuardian : public Guardian {
- public:
+struct FakeGuardian : Guardian {
   bool present = true;
   std::set<uint32_t> held;
   size_t followed = 0;
   int beats = 0;
-  uint32_t Hold(const ReleaseRecipe&) override { return present ? *held.insert(++last_).first : 0; }
+  uint32_t last = 0;
+  uint32_t Hold(const ReleaseRecipe&) override { return present ? *held.insert(++last).first : 0; }
   void Forget(uint32_t ticket) override { held.erase(ticket); }
   void Follow(uint32_t ticket) override { followed += held.erase(ticket); }
   void Beat() override { ++beats; }
-
- private:
-  uint32_t last_ = 0;
 };
 
-class FakeSleepLock : public SleepLock {
- public:
+struct FakeSleepLock : SleepLock {
   bool held = false;
   void Hold() override { held = true; }
   void LetGo() override { held = false; }
 };
 
-class FakeStore : public MemoryStore {
- public:
+struct FakeStore : MemoryStore {
   std::function<int()> commit = [] { return 0; };
   int Commit() override { return commit(); }
 };
