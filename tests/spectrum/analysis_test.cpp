@@ -126,9 +126,7 @@ TEST_F(AnalysisTicks, TheLastOfEqualColumnsIsThePeakAndALowerOneIsShownLater) {
     ASSERT_EQ(lower.dominantFrequencyHz, 4304);
   }
   EXPECT_EQ(TextFor(Tone(100)), "4304Hz");
-}
-
-TEST_F(AnalysisTicks, ABlockOfZerosAloneIsSilent) {
+  // Zeros alone are silent.
   Block block{};
   EXPECT_TRUE(Tick(block).silent);
   block.back() = -1;
@@ -154,14 +152,12 @@ TEST(WaterPalette, SchemesAndBrightness) {
     int entry;
     uint32_t argb;
   };
-  const Case cases[] = {
-      {0, 10, 254, 0xFF890A89}, {0, 0, 255, 0xFFFF003F},   {0, 0, 400, 0xFFFF9164},
-      {1, 0, 509, 0xFFFEFEFE},  {1, -20, 30, 0xFF000000},  {2, 5, 101, 0xFF6A3737},
-      {3, 5, 101, 0xFF376A37},  {4, 5, 101, 0xFF37376A},   {4, 300, 0, 0xFFFFFFFF},
-      {5, 0, 0, 0xFF000000},    {5, 300, 131, 0xFF0000FF}, {5, 0, 65, 0xFF0000B4},
-      {5, 0, 262, 0xFF00FF00},  {5, 0, 393, 0xFFFF0000},   {5, 0, 330, 0xFFB8B100},
-  };
-  for (const Case& c : cases) {
+  for (const Case& c :
+       {Case{0, 10, 254, 0xFF890A89}, Case{0, 0, 255, 0xFFFF003F}, Case{0, 0, 400, 0xFFFF9164},
+        Case{1, 0, 509, 0xFFFEFEFE}, Case{1, -20, 30, 0xFF000000}, Case{2, 5, 101, 0xFF6A3737},
+        Case{3, 5, 101, 0xFF376A37}, Case{4, 5, 101, 0xFF37376A}, Case{4, 300, 0, 0xFFFFFFFF},
+        Case{5, 0, 0, 0xFF000000}, Case{5, 300, 131, 0xFF0000FF}, Case{5, 0, 65, 0xFF0000B4},
+        Case{5, 0, 262, 0xFF00FF00}, Case{5, 0, 393, 0xFFFF0000}, Case{5, 0, 330, 0xFFB8B100}}) {
     WaterPalette palette;
     palette.InitWaterColor(c.scheme, c.clearity);
     palette.InitWaterColor(6, 100);  // an unknown scheme changes nothing
@@ -169,7 +165,7 @@ TEST(WaterPalette, SchemesAndBrightness) {
   }
 }
 
-TEST(DerivedSettings, DivisorScaleAndLevel) {
+TEST(DerivedSettings, DivisorAndLevel) {
   EXPECT_EQ(SpectrumDivisor(15, 100, 10), 150);
   EXPECT_EQ(SpectrumDivisor(0, 100, 10), 1);
   EXPECT_EQ(SpectrumDivisor(32768, 100, 10), 1) << "the position wraps in 16 bits";
