@@ -1,58 +1,56 @@
-// The program as a user calls it, without any display, with a home of its own.
+// The program as a user calls it, without any display, in a home of its own.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <string>
-#include <vector>
+#include <filesystem>
 
+#include "app/words.h"
 #include "support/process.h"
 #include "support/pulse_server.h"
 
 namespace velt {
 
+namespace fs = std::filesystem;
+
+// Program and test work in the same folder.
 struct CommandLine : testing::Test {
-  TempFolder folder;
+  const TempFolder folder;
+
+  CommandLine() { fs::current_path(folder.Path()); }
+  ~CommandLine() override { fs::current_path("/"); }
 
   struct Result {
     int exitCode;
     std::string said;
-    auto Lines() const { return std::count(said.begin(), said.end(), '\n'); }
     bool Says(const std::string& text) const { return said.find(text) != std::string::npos; }
+    bool IsOneLineWith(const std::string& text) const {
+      return std::ranges::count(said, '\n') == 1 && Says(text);
+    }
   };
 
-  Process::Options Surroundings() const {
+  // `environment` is over the usual one: of equal names the first counts.
+  Process Start(const std::string& call, const std::string& environment = "",
+                const std::map<int, fs::path>& files = {}) const {
     const std::string home = folder.Path().string();
-    return {.environment = {"HOME=" + home, "XDG_RUNTIME_DIR=" + home, "XDG_CONFIG_HOME=" + home,
-                            "DISPLAY=", "WAYLAND_DISPLAY=", "PULSE_SERVER=unix:/nowhere"},
-            .output = folder.Path() / "output"};
-  }
-  Process::Options With(const std::vector<std::string>& environment) const {
-    Process::Options options = Surroundings();
-    // Of equal names the first counts.
-    options.environment.insert(options.environment.begin(), environment.begin(), environment.end());
-    return options;
-  }
-  std::unique_ptr<Process> Start(std::vector<std::string> arguments,
-                                 const Process::Options& surroundings) const {
-    arguments.insert(arguments.begin(), VELT_PROGRAM);
-    std::filesystem::remove(surroundings.output);  // a process appends
-    return std::make_unique<Process>(arguments, surroundings);
+    fs::remove("output");  // a process appends
+    return Process(Words(VELT_PROGRAM " " + call),
+                   {.environment = Words(environment + " HOME=" + home +
+                                         " XDG_RUNTIME_DIR=" + home + " XDG_CONFIG_HOME=" + home +
+                                         " DISPLAY= WAYLAND_DISPLAY= PULSE_SERVER=unix:/nowhere"),
+                    .output = "output",
+                    .files = files});
   }
   Result End(Process& process) const {
     const bool ended = process.WaitForEnd(std::chrono::seconds(20));
-    return {ended ? process.ExitCode().value_or(-1) : -1, ReadText(folder.Path() / "output")};
+    return {ended ? process.ExitCode().value_or(-1) : -1, folder.Read("output")};
   }
-  Result Call(const std::vector<std::string>& arguments) const {
-    return Call(arguments, Surroundings());
+  Result Call(const std::string& call, const std::string& environment = "",
+              const std::map<int, fs::path>& files = {}) const {
+    Process process = Start(call, environment, files);
+    return End(process);
   }
-  Result Call(const std::vector<std::string>& arguments,
-              const Process::Options& surroundings) const {
-    return End(*Start(arguments, surroundings));
-  }
-  std::string Path(const std::string& name) const { return (folder.Path() / name).string(); }
 };
 
 }  // namespace velt
