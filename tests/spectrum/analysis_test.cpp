@@ -87,7 +87,7 @@ TEST(AnalysisTest, EveryModeAndStyleGivesTheObviousPicture) {
     s.meterSensitivity = one(4.0F, 0.01F, 1000.0F);
     s.oscillosSensitivity = one(1.0F, 3.0F, 1e15F);
     // Some for longer than a shown peak is held.
-    ASSERT_NO_FATAL_FAILURE(Compare(s, random, round % 10 == 1 ? 50 : 6)) << round;
+    ASSERT_NO_FATAL_FAILURE(Compare(s, random, round % 25 == 1 ? 24 : 6)) << round;
   }
 }
 
