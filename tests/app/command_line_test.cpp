@@ -1,9 +1,59 @@
-// The program's command line as a user calls it, without any display.
-#include "app/program_call.h"
+// The program's command line as a user calls it, without any display, in a home of its own.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "adapters/files/full_disk.h"
+#include "app/words.h"
+#include "support/process.h"
+#include "support/pulse_server.h"
 #include "support/x_desktop.h"
 
 namespace velt {
 namespace {
+
+namespace fs = std::filesystem;
+
+// Program and test work in the same folder.
+struct CommandLine : testing::Test {
+  const TempFolder folder;
+
+  CommandLine() { fs::current_path(folder.Path()); }
+  ~CommandLine() override { fs::current_path("/"); }
+
+  struct Result {
+    int exitCode;
+    std::string said;
+    bool Says(const std::string& text) const { return said.find(text) != std::string::npos; }
+    bool IsOneLineWith(const std::string& text) const {
+      return std::ranges::count(said, '\n') == 1 && Says(text);
+    }
+  };
+
+  // `environment` is over the usual one: of equal names the first counts.
+  Process Start(const std::string& call, const std::string& environment = "",
+                const std::map<int, fs::path>& files = {}) const {
+    const std::string home = folder.Path().string();
+    fs::remove("output");  // a process appends
+    return Process(Words(VELT_PROGRAM " " + call),
+                   {.environment = Words(environment + " HOME=" + home +
+                                         " XDG_RUNTIME_DIR=" + home + " XDG_CONFIG_HOME=" + home +
+                                         " DISPLAY= WAYLAND_DISPLAY= PULSE_SERVER=unix:/nowhere"),
+                    .output = "output",
+                    .files = files});
+  }
+  Result End(Process& process) const {
+    const bool ended = process.WaitForEnd(std::chrono::seconds(20));
+    return {ended ? process.ExitCode().value_or(-1) : -1, folder.Read("output")};
+  }
+  Result Call(const std::string& call, const std::string& environment = "",
+              const std::map<int, fs::path>& files = {}) const {
+    Process process = Start(call, environment, files);
+    return End(process);
+  }
+};
 
 TEST_F(CommandLine, AnalysesATone) {
   WriteToneFile("tone.wav", 3000, 2.0);
@@ -110,6 +160,66 @@ TEST_F(CommandLine, NamesAreTheBytesThatWereGivenAndAHeadlessRunSavesItsSettings
   EXPECT_NE(folder.Read("caf\xe9/VELT-SA.ini").find("Version=3.0.0"), std::string::npos);
   EXPECT_EQ(folder.Read("caf\xe9-window.png").substr(1, 3), "PNG");
   EXPECT_TRUE(Call("--analyse none\xe9.wav").Says("none\xe9.wav: no such file"));
+}
+
+TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
+  WriteToneFile("tone.wav", 1000, 0.1);
+  const std::string sound = folder.Read("tone.wav");
+  fs::create_symlink("tone.wav", "link.wav");
+  fs::create_hard_link("tone.wav", "second.wav");
+  fs::create_symlink("later.txt", "later-link");  // nothing there yet
+  fs::create_directory("sub");
+  for (const char* call :
+       {"--analyse tone.wav --csv tone.wav", "--analyse tone.wav --image link.wav",
+        "--analyse link.wav --csv second.wav", "--analyse tone.wav --csv x --image sub/../x",
+        "--analyse tone.wav --csv later-link --image later.txt",
+        "--headless --seconds 1 --input tone.wav --screenshot second.wav",
+        "--headless --seconds 1 --input tone.wav --log sub/../tone.wav"}) {
+    const Result result = Call(call);
+    EXPECT_EQ(result.exitCode, 2) << call;
+    EXPECT_TRUE(result.IsOneLineWith("would write over")) << result.said;
+    EXPECT_EQ(folder.Read("tone.wav"), sound) << call;
+  }
+  EXPECT_EQ(Call("--analyse tone.wav --csv other.csv").exitCode, 0);
+}
+
+TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
+  WriteToneFile("tone.wav", 1000, 1.0);
+  const FullDisk disk;
+  const TempFolder results;
+  for (const std::string call : {"--analyse tone.wav --csv ", "--analyse tone.wav --image ",
+                                 "--headless --demo --seconds 1 --screenshot "}) {
+    results.Write("o", "old");
+    disk.Fill();
+    EXPECT_EQ(Call(call + (results / "o").string()).exitCode, 1) << call;
+    disk.Free();
+    EXPECT_EQ(results.Read("o"), "old");
+    EXPECT_EQ(results.Entries(), 1) << call;
+  }
+}
+
+TEST_F(CommandLine, WhatIsNoRegularFileIsWrittenStraight) {
+  WriteToneFile("tone.wav", 1000, 0.1);
+  fs::create_symlink("/dev/null", "null");
+  EXPECT_EQ(Call("--analyse tone.wav --image null").exitCode, 0);
+  EXPECT_TRUE(fs::is_character_file("null"));
+  // Standard output is a file here; lines and summary stand in it one after the other.
+  const Result result = Call("--analyse tone.wav --csv /dev/stdout");
+  EXPECT_TRUE(result.said.starts_with("1,")) << result.said;
+  EXPECT_TRUE(result.Says("\n8,") && result.Says("\nDuration: 0.100 s")) << result.said;
+}
+
+TEST_F(CommandLine, AnInterruptedAnalysisLeavesNothing) {
+  // An hour of silence that takes no place on the disk.
+  WriteToneFile("long.wav", 1000, 0.1);
+  fs::resize_file("long.wav", uintmax_t{3600} * 44100 * 2);
+  const TempFolder results;
+  Process process = Start("--analyse long.wav --csv " + (results / "o.csv").string());
+  ASSERT_TRUE(WaitUntil([&] { return results.Entries() == 1; }, std::chrono::seconds(10)));
+  process.Signal(ProcessSignal::Terminate);
+  const Result result = End(process);
+  EXPECT_EQ(result.exitCode, 1) << result.said;
+  EXPECT_EQ(results.Entries(), 0);
 }
 
 }  // namespace

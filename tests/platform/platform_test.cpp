@@ -5,28 +5,10 @@
 
 #include "platform/installation.h"
 #include "platform/on_top.h"
-#include "platform/platform_helpers.h"
 #include "support/doubles.h"
 
 namespace velt {
 namespace {
-
-TEST(PlatformHelpers, StampOpenAndFindFiles) {
-  ProgramFixture f;
-  PlatformHelpers& helpers = f.program->platform;
-  EXPECT_EQ(helpers.DateStamp(), "26-03-07");
-  f.files.files["/a"] = "x";
-  f.files.folders.insert("/b");
-  EXPECT_TRUE(helpers.FileExists("/a"));
-  EXPECT_FALSE(helpers.FileExists("/b") || helpers.FileExists(""));
-  std::string url;
-  helpers.OpenURL(url);
-  EXPECT_FALSE(url.empty());
-  helpers.SendMailToAuthor({1, 2, 3});
-  ASSERT_EQ(f.launcher.opened.size(), 2U);
-  EXPECT_EQ(f.launcher.opened[0], url);
-  EXPECT_TRUE(f.launcher.opened[1].ends_with("v123")) << f.launcher.opened[1];
-}
 
 TEST(Installation, FindsTheEngineAndItsVersion) {
   FakeFiles files;

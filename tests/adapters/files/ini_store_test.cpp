@@ -1,13 +1,18 @@
 #include "adapters/files/ini_store.h"
 
 #include <gtest/gtest.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <functional>
 #include <set>
+#include <stdexcept>
 
 #include "adapters/files/disk_files.h"
 #include "adapters/files/full_disk.h"
-#include "adapters/files/killed_child.h"
 #include "support/temp_folder.h"
 
 namespace velt {
@@ -177,6 +182,31 @@ TEST_F(IniStoreTest, OfADamagedFileAndItsGoodBackupNothingIsLostWhateverFails) {
     EXPECT_EQ(folder.Read("s.ini.damaged"), kDamaged) << failing;
     EXPECT_FALSE(files.IsFile(folder / "s.ini.damaged.2")) << failing;
   }
+}
+
+// Runs the work in a child process and kills it before or after one of its system calls, the
+// number counting these stops from 0. False when it came to its end before.
+bool KilledAtStop(int number, const std::function<void()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    ::raise(SIGSTOP);
+    work();
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL);
+  for (int stop = 0; stop <= number && !WIFEXITED(status); ++stop) {
+    if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0) {
+      throw std::runtime_error("the child process cannot be followed");
+    }
+    ::waitpid(child, &status, 0);
+  }
+  if (WIFEXITED(status)) return false;
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
+  return true;
 }
 
 TEST_F(IniStoreTest, KilledAtAnyMomentNothingIsLost) {

@@ -6,7 +6,6 @@
 #include <csignal>
 #include <ctime>
 
-#include "adapters/system/linux_system_info.h"
 #include "adapters/system/local_clock.h"
 #include "adapters/system/posix_instance_lock.h"
 #include "support/temp_folder.h"
@@ -37,23 +36,14 @@ TEST(PosixInstanceLock, OneHolderWhateverItHasStartedWhereThereIsAFolder) {
   EXPECT_TRUE(third.TryHold() && fourth.TryHold());
 }
 
-TEST(LinuxSystemInfo, VersionIsThatOfTheKernel) {
-  const auto version = LinuxSystemInfo::VersionIn("6.10.0-18-amd64");
-  EXPECT_TRUE(version && version->major == 6 && version->minor == 10);
-  for (const char* release : {"", "6.", "6.x", "v6.1", "-6.1", "99999999999.1"}) {
-    EXPECT_FALSE(LinuxSystemInfo::VersionIn(release)) << release;
-  }
-}
-
 TEST(LocalClock, TellsTheTimeOfTheUsersZone) {
   ::setenv("TZ", "VLT-13:30", 1);
   ::tzset();
   const std::time_t shifted = std::time(nullptr) + (13 * 60 + 30) * 60;
-  const std::tm expected = *std::gmtime(&shifted);
+  const std::tm* expected = std::gmtime(&shifted);
   const LocalTime now = LocalClock().Now();
-  EXPECT_EQ(now.year * 100 + now.month, (1900 + expected.tm_year) * 100 + 1 + expected.tm_mon);
-  EXPECT_EQ(now.day * 100 + now.hour, expected.tm_mday * 100 + expected.tm_hour);
-  EXPECT_EQ(now.minute, expected.tm_min);
+  EXPECT_EQ(now.year * 100 + now.month, (1900 + expected->tm_year) * 100 + 1 + expected->tm_mon);
+  EXPECT_EQ(now.day * 100 + now.hour, expected->tm_mday * 100 + expected->tm_hour);
 }
 
 }  // namespace
