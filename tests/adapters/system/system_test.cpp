@@ -3,10 +3,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
-#include <ctime>
+#include <optional>
 
-#include "adapters/system/local_clock.h"
 #include "adapters/system/posix_instance_lock.h"
 #include "support/temp_folder.h"
 
@@ -34,16 +34,6 @@ TEST(PosixInstanceLock, OneHolderWhateverItHasStartedWhereThereIsAFolder) {
   ::setenv("XDG_CACHE_HOME", (folder / "cache/velt-sa.lock/below").c_str(), 1);
   PosixInstanceLock third, fourth;
   EXPECT_TRUE(third.TryHold() && fourth.TryHold());
-}
-
-TEST(LocalClock, TellsTheTimeOfTheUsersZone) {
-  ::setenv("TZ", "VLT-13:30", 1);
-  ::tzset();
-  const std::time_t shifted = std::time(nullptr) + (13 * 60 + 30) * 60;
-  const std::tm* expected = std::gmtime(&shifted);
-  const LocalTime now = LocalClock().Now();
-  EXPECT_EQ(now.year * 100 + now.month, (1900 + expected->tm_year) * 100 + 1 + expected->tm_mon);
-  EXPECT_EQ(now.day * 100 + now.hour, expected->tm_mday * 100 + expected->tm_hour);
 }
 
 }  // namespace
