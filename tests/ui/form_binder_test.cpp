@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QTest>
 
 #include "ui/choice_box.h"
@@ -19,11 +19,10 @@ namespace {
 
 struct FormBinderTest : testing::Test {
   FormBinderTest() {
-    for (Control* control : std::vector<Control*>{&pressed, &choice, &list, &typed, &patient}) {
+    for (Control* control : std::vector<Control*>{&pressed, &choice, &typed, &patient}) {
       control->place = Rectangle{1, 1, 60, 22};
     }
-    for (ListBox* box : {&choice, &list}) box->items = {"LSB", "USB"};
-    list.listIndex = 1;
+    choice.items = {"LSB", "USB"};
     window.show();
     QApplication::setActiveWindow(&window);
     Turn();
@@ -35,15 +34,14 @@ struct FormBinderTest : testing::Test {
   Form form;
   Label label{form};
   OptionButton pressed{form, "TX"};
-  ListBox choice{form}, list{form};
+  ListBox choice{form};
   TextBox typed{form}, patient{form};
 
   QWidget window;
   FormBinder binder{form, FormBinder::Places::OfForm};
   ClickLabel* labelWidget = binder.Bind(label, new ClickLabel(&window), {"Frequency %1"});
   PressButton* pressedWidget = binder.Bind(pressed, new PressButton(&window), {"%1"});
-  QComboBox* choiceWidget = binder.Bind(choice, new ChoiceBox(&window), {});
-  QListWidget* listWidget = binder.Bind(list, new QListWidget(&window), {"List", "own"});
+  QComboBox* choiceWidget = binder.Bind(choice, new ChoiceBox(&window), {"Choice", "own"});
   QLineEdit* typedWidget = binder.Bind(typed, new QLineEdit(&window), {});
   QLineEdit* patientWidget = binder.Bind(patient, new QLineEdit(&window), {}, Typing::WhenOver);
   std::string heard;
@@ -56,27 +54,25 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
     std::function<void()> set;
     std::function<bool()> shown;
   };
-  EXPECT_EQ(listWidget->toolTip(), "own");
+  EXPECT_EQ(choiceWidget->toolTip(), "own");
   const Row rows[] = {
       {"place",
        [&] {
-         list.place = Rectangle{3, 4, 14, 14};
+         choice.place = Rectangle{3, 4, 14, 14};
        },
-       [&] { return listWidget->geometry() == QRect(3, 4, 14, 14); }},
-      {"tool tip", [&] { list.toolTip = "told"; }, [&] { return listWidget->toolTip() == "told"; }},
-      {"own again", [&] { list.toolTip = ""; }, [&] { return listWidget->toolTip() == "own"; }},
-      {"off", [&] { list.enabled = false; }, [&] { return !listWidget->isEnabled(); }},
-      {"hidden", [&] { list.visible = false; }, [&] { return !listWidget->isVisible(); }},
-      {"shown", [&] { list.visible = true; }, [&] { return listWidget->isVisible(); }},
-      {"no room", [&] { list.place = Rectangle{}; }, [&] { return !listWidget->isVisible(); }},
-      {"items", [&] { list.items = std::vector<std::string>(3, "a"); },
-       [&] { return listWidget->count() == 3 && listWidget->currentRow() == 1; }},
-      {"list", [&] { list.listIndex = 2; }, [&] { return listWidget->currentRow() == 2; }},
+       [&] { return choiceWidget->geometry() == QRect(3, 4, 14, 14); }},
+      {"tool tip", [&] { choice.toolTip = "told"; },
+       [&] { return choiceWidget->toolTip() == "told"; }},
+      {"own again", [&] { choice.toolTip = ""; }, [&] { return choiceWidget->toolTip() == "own"; }},
+      {"off", [&] { choice.enabled = false; }, [&] { return !choiceWidget->isEnabled(); }},
+      {"hidden", [&] { choice.visible = false; }, [&] { return !choiceWidget->isVisible(); }},
+      {"shown", [&] { choice.visible = true; }, [&] { return choiceWidget->isVisible(); }},
+      {"no room", [&] { choice.place = Rectangle{}; }, [&] { return !choiceWidget->isVisible(); }},
+      {"index", [&] { choice.listIndex = 1; }, [&] { return choiceWidget->currentIndex() == 1; }},
+      {"items", [&] { choice.items = std::vector<std::string>(3, "a"); },
+       [&] { return choiceWidget->count() == 3 && choiceWidget->currentIndex() == 1; }},
       {"label", [&] { label.caption = "A & B"; },
-       [&] {
-         return labelWidget->accessibleName() == "Frequency A & B" &&
-                labelWidget->text() == "A && B";
-       }},
+       [&] { return labelWidget->accessibleName() == "Frequency A & B"; }},
   };
   for (const Row& row : rows) {
     row.set();
@@ -84,7 +80,7 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
     Turn();
     EXPECT_TRUE(row.shown()) << row.what;
   }
-  EXPECT_EQ(list.listIndex, 2);  // what was shown did not come back as the user's
+  EXPECT_EQ(choice.listIndex, 1);  // what was shown did not come back as the user's
 }
 
 TEST_F(FormBinderTest, APressActsAndAButtonShowsWhatCameOfIt) {
@@ -111,8 +107,6 @@ TEST_F(FormBinderTest, APressActsAndAButtonShowsWhatCameOfIt) {
 }
 
 TEST_F(FormBinderTest, AChoiceTakesNeitherWheelNorArrowKeys) {
-  QTest::keyClick(listWidget, Qt::Key_Up);
-  EXPECT_EQ(list.listIndex, 0);
   QWheelEvent wheel({5, 5}, {5, 5}, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false);
   QApplication::sendEvent(choiceWidget, &wheel);
   QTest::keyClick(choiceWidget, Qt::Key_Down);
@@ -134,14 +128,10 @@ TEST_F(FormBinderTest, AFieldBeingEditedIsLeftAlone) {
   EXPECT_EQ(patientWidget->text(), "1");
   EXPECT_EQ(heard, "typed radio");
   EXPECT_TRUE(QTest::qWaitFor([this] { return heard == "patient 1"; }, 3000));
-  QTest::keyClicks(patientWidget, "5");
-  typedWidget->setFocus();
-  EXPECT_EQ(heard, "patient 15");
   heard = "";
   patient.text = "16";  // by the program, as soon as the typing is over
   Turn();
   EXPECT_EQ(patientWidget->text(), "16");
-  patientWidget->setFocus();
   typedWidget->setFocus();
   EXPECT_EQ(heard, "");  // nothing was typed
 }
@@ -149,11 +139,11 @@ TEST_F(FormBinderTest, AFieldBeingEditedIsLeftAlone) {
 TEST_F(FormBinderTest, WhatAShownChangeBringsAboutIsShownInTheSameTurn) {
   binder.Watch(label, [this] { typed.text = label.caption; });
   int rounds = 0;
-  binder.Watch(list, [this, &rounds] {
+  binder.Watch(choice, [this, &rounds] {
     ++rounds;
-    list.Touch();  // without an end
+    choice.Touch();  // without an end
   });
-  list.Touch();
+  choice.Touch();
   label.caption = "new";
   binder.Sync();
   EXPECT_EQ(typedWidget->text(), "new");
