@@ -5,6 +5,7 @@
 #include "adapters/rigctld/live_loop.h"
 #include "e2e/window_driver.h"
 #include "support/login_manager.h"
+#include "support/pulse_server.h"
 #include "support/x_desktop.h"
 
 namespace velt {
@@ -58,8 +59,9 @@ class Station : public WindowDriver {
 };
 
 TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
+  const PulseServer sound;  // no sound, no choice of modes
   DummyRig rig;
-  Station station(rig);
+  Station station(rig, {sound.Environment().front()});
   EXPECT_TRUE(station.ShowsFrequency("145.000.00"));
   rig.Ask("F 7074000");
   EXPECT_TRUE(station.ShowsFrequency("7.074.00"));
@@ -70,6 +72,8 @@ TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
   station.Press({"Return"});
   EXPECT_TRUE(station.Has("f", "14250000", seconds(5)));
   EXPECT_TRUE(station.ShowsFrequency("14.250.00"));
+  station.Click(station.form.imgStartStop);
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "FM"));
   station.Choose(station.form.lblMode, {"Down"});
   EXPECT_TRUE(station.Has("m", "LSB", seconds(5)));
   EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "LSB"));

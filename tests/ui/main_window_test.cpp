@@ -71,6 +71,10 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
       {"Spectrum display", [&] { form.Scope.gridColour = 0xFF123456; }},
       {"Spectrum display", [&] { form.Scope.verticalGrid = {}; }},
       {"Spectrum display", [&] { form.Scope.horizontalGrid = {}; }},
+      {"Spectrum display",
+       [&] {
+         form.Scope.markers = std::vector<ScopeLine>{{9, 0, 9, 50}};
+       }},
       {"Spectrum display", [&] { form.Scope.markerColour = 0xFF654321; }},
       {"Where modes are sent to", [&] { form.Label3.caption = "Velt Mode"; }},
       {"Message", [&] { form.lblMessage.caption = "Hello"; }},
@@ -80,7 +84,6 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
     rows.push_back({"Frequency scale", [l = label.get()] { l->caption = "#"; }});
   }
   form.lblMessage.visible = true;
-  form.Scope.markers = {{9, 0, 9, 50}};
   Turn();
   EXPECT_EQ(Find("Frequency scale").y(), form.picScales.place.Get().top);
   for (size_t i = 0; i < rows.size(); ++i) {
