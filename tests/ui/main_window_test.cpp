@@ -52,7 +52,7 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
     const char* name;
     std::function<void()> change;
   };
-  std::vector<Row> rows{
+  const Row rows[] = {
       {"Options menu", [&] { form.cmdOptions.caption = "O"; }},
       {"File menu", [&] { form.Image2.tag = "F"; }},
       {"CAT configuration", [&] { form.Image3.tag = "C"; }},
@@ -76,26 +76,24 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
          form.Scope.markers = std::vector<ScopeLine>{{9, 0, 9, 50}};
        }},
       {"Spectrum display", [&] { form.Scope.markerColour = 0xFF654321; }},
+      {"Frequency scale", [&] { form.lblScales[0].caption = "#"; }},
       {"Where modes are sent to", [&] { form.Label3.caption = "Velt Mode"; }},
       {"Message", [&] { form.lblMessage.caption = "Hello"; }},
       {"Notice, click to dismiss", [&] { form.lblNotice.visible = true; }},
   };
-  for (auto& [index, label] : form.lblScales) {
-    rows.push_back({"Frequency scale", [l = label.get()] { l->caption = "#"; }});
-  }
   form.lblMessage.visible = true;
   Turn();
   EXPECT_EQ(Find("Frequency scale").y(), form.picScales.place.Get().top);
-  for (size_t i = 0; i < rows.size(); ++i) {
-    const Row& row = rows[i];
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
     const QRect place = Find(row.name).geometry();
     const QImage before = OnScreen(window);
     row.change();
     Turn();
     QImage after = OnScreen(window);
-    EXPECT_NE(before.copy(place), after.copy(place)) << i << " " << row.name;
+    EXPECT_NE(before.copy(place), after.copy(place));
     QPainter(&after).drawImage(place.topLeft(), before.copy(place));
-    EXPECT_EQ(before, after) << i << " " << row.name << " is all that changes";
+    EXPECT_EQ(before, after) << "nothing else changes";
   }
   const QPoint state = Find("Transmit or receive").geometry().topLeft();
   EXPECT_EQ(OnScreen(window).pixel(state), 0xFFC82020) << "a keyed transmitter is red";
