@@ -73,6 +73,7 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgainUntilAResetForgetsTheSettings)
   }
 
   WindowDriver reset({"/RESET"}, {}, home);
+  ASSERT_TRUE(reset.WaitForWindow("VELT-SA"));
   reset.Press({"Return"});
   EXPECT_TRUE(reset.Program().WaitForEnd(seconds(5)));
   EXPECT_EQ(reset.Settings(), "");

@@ -47,8 +47,8 @@ WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
   program_ = std::make_unique<Process>(
       command, Process::Options{
                    .environment = environment_, .output = folder_ / "output", .ownGroup = true});
-  if (!WaitForWindow("VELT-SA.*")) throw std::runtime_error("no window: " + Said());
-  window_ = Search("^VELT-SA");
+  const auto found = [this] { return !(window_ = Search("VELT-SA.*")).empty(); };
+  if (!WaitUntil(found, seconds(10))) throw std::runtime_error("no window: " + Said());
   window_.resize(window_.find('\n'));
 }
 
@@ -59,7 +59,7 @@ std::string WindowDriver::Tool(std::vector<std::string> arguments) const {
 
 std::string WindowDriver::Search(const std::string& title) const {
   return Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()),
-               "--name", title});
+               "--name", "^" + title + "$"});
 }
 
 void WindowDriver::Click(const Control& control) const {
@@ -90,14 +90,18 @@ QImage WindowDriver::Picture() const {
 }
 
 bool WindowDriver::WaitForWindow(const std::string& title) const {
-  return WaitUntil([&] { return !Search("^" + title + "$").empty(); }, seconds(10));
+  const auto active = [&] {
+    const std::string window = Search(title);
+    return !window.empty() && window == Tool({"getactivewindow"});
+  };
+  return WaitUntil(active, seconds(10));
 }
 
 bool WindowDriver::Dismiss(const std::string& title) const {
   const auto dismissed = [&] {
     Press({"Escape"});
     // A click that comes before the window manager is done with the box may be lost.
-    return Search("^" + title + "$").empty() && Tool({"getactivewindow"}).starts_with(window_);
+    return Search(title).empty() && Tool({"getactivewindow"}).starts_with(window_);
   };
   return WaitForWindow(title) && WaitUntil(dismissed, seconds(5));
 }

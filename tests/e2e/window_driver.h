@@ -38,7 +38,7 @@ class WindowDriver {
   void KillClient() const { Tool({"windowkill", window_}); }  // as a user does whom it annoys
 
   QImage Picture() const;
-  // Waits until a window of that title is there.
+  // Waits until a window of that title is there and gets what is typed.
   bool WaitForWindow(const std::string& title) const;
   // Closes the box of that title, which has to come up, and waits until it is gone.
   bool Dismiss(const std::string& title) const;
