@@ -1,32 +1,12 @@
 #include "support/pulse_server.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <fstream>
 #include <numbers>
 #include <stdexcept>
 
 namespace velt {
-namespace {
-
-bool TakesConnections(const std::filesystem::path& socketPath) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
-  const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const bool connected =
-      connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  close(client);
-  return connected;
-}
-
-}  // namespace
-
 PulseServer::PulseServer(Sound sound) : sound_(sound) {
   std::filesystem::create_directory(folder_.Path() / "home");
   Restart();
@@ -48,6 +28,7 @@ void PulseServer::ExportEnvironment() const {
 void PulseServer::Restart() {
   process_.reset();
   const std::filesystem::path socketPath = folder_.Path() / "pulse.sock";
+  std::filesystem::remove(socketPath);  // of one that was killed
   std::vector<std::string> command = {
       "pulseaudio",
       "-n",
@@ -65,7 +46,7 @@ void PulseServer::Restart() {
   }
   process_ = std::make_unique<Process>(
       command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
-  if (!WaitUntil([&] { return TakesConnections(socketPath); }, std::chrono::seconds(5))) {
+  if (!WaitUntil([&] { return exists(socketPath); }, std::chrono::seconds(5))) {
     throw std::runtime_error("pulseaudio: " + ReadText(folder_.Path() / "pulseaudio.log"));
   }
 }
@@ -83,14 +64,14 @@ std::string PulseServer::Pactl(const std::vector<std::string>& arguments) {
   return text;
 }
 
-std::string PulseServer::LoadModule(const std::vector<std::string>& nameAndArguments) {
+void PulseServer::LoadModule(const std::vector<std::string>& nameAndArguments) {
   std::vector<std::string> arguments = {"load-module"};
   arguments.insert(arguments.end(), nameAndArguments.begin(), nameAndArguments.end());
-  return Pactl(arguments);
+  Pactl(arguments);
 }
 
 std::unique_ptr<Process> PulseServer::PlayTone(double frequencyHz) {
-  const auto file = folder_.Path() / ("tone" + std::to_string(++toneCount_) + ".wav");
+  const auto file = folder_.Path() / "tone.wav";
   WriteToneFile(file, frequencyHz, 60);
   return std::make_unique<Process>(
       std::vector<std::string>{"paplay", "--latency-msec=50", "--device=test", file.string()},
