@@ -27,18 +27,10 @@ std::string MessageBus::Address() {
 }
 
 MessageBus::MessageBus() {
-  Folder().Write(
-      "bus.conf",
-      "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-      "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
-      "<busconfig><listen>" +
-          Address() +
-          "</listen><policy context=\"default\"><allow own=\"*\"/>"
-          "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/></policy></busconfig>");
   std::filesystem::remove(Folder() / "up");
   process_ = std::make_unique<Process>(
-      std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile", "--print-address=3",
-                               "--config-file=" + (Folder() / "bus.conf").string()},
+      std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                               "--print-address=3", "--address=" + Address()},
       Process::Options{.output = Folder() / "log", .files = {{3, Folder() / "up"}}});
   // It says where it is once it listens there.
   if (!WaitUntil([] { return ReadText(Folder() / "up").ends_with('\n'); },

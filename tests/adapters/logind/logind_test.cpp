@@ -17,10 +17,17 @@ struct LogindTest : testing::Test {
   QtScheduler scheduler;
   FakeLog log;
   std::unique_ptr<LogindSleepLock> lock;
+  Connection connection;
+  int sleeps = 0;
   LogindTest() {
     EnsureLoop();
     ::setenv("DBUS_SYSTEM_BUS_ADDRESS", MessageBus::Address().c_str(), 1);
     lock = std::make_unique<LogindSleepLock>(scheduler, log);
+    connection = lock->goingToSleep.Listen([this] { ++sleeps; });
+  }
+  bool HearsOfSleep(LoginManager& manager) {
+    manager.GoToSleep();
+    return LoopUntil([&] { return sleeps > 0; });
   }
   static bool Becomes(const LoginManager& manager, bool locked,
                       std::chrono::milliseconds limit = std::chrono::seconds(8)) {
@@ -30,8 +37,6 @@ struct LogindTest : testing::Test {
 
 TEST_F(LogindTest, TheLockIsHeldForAsLongAsItIsWanted) {
   LoginManager manager;
-  int sleeps = 0;
-  const Connection connection = lock->goingToSleep.Listen([&] { ++sleeps; });
   for (size_t round = 1; round <= 2; ++round) {
     lock->Hold();
     lock->Hold();
@@ -39,8 +44,7 @@ TEST_F(LogindTest, TheLockIsHeldForAsLongAsItIsWanted) {
     EXPECT_EQ(manager.asked,
               std::vector<std::string>(round, "sleep|VELT-SA|A transmitter is keyed|delay"));
     manager.GoToSleep(false);
-    manager.GoToSleep();
-    EXPECT_TRUE(LoopUntil([&] { return sleeps > 0; }));
+    EXPECT_TRUE(HearsOfSleep(manager));
     EXPECT_EQ(std::exchange(sleeps, 0), 1);
     EXPECT_TRUE(manager.Locked()) << "until what has to be done is done";
     lock->LetGo();
@@ -54,6 +58,9 @@ TEST_F(LogindTest, TheLockOutlivesTheBusAndEndsWithItsOwner) {
     LoginManager manager;
     lock->Hold();
     ASSERT_TRUE(Becomes(manager, true)) << bus;
+    // What was sent before, the lock, has come too.
+    EXPECT_TRUE(HearsOfSleep(manager));
+    sleeps = 0;
     manager.bus.Kill();
     EXPECT_FALSE(Becomes(manager, false, std::chrono::milliseconds(100)));
     bus == 1 ? lock->LetGo() : lock.reset();

@@ -24,7 +24,6 @@ struct Bench {
   virtual bool Until(const std::function<bool()>& condition) = 0;
   virtual void Vanish() = 0;
   virtual void ComeBack() = 0;  // doing what it did
-  virtual void RefuseKeys() = 0;
   virtual void Key() = 0;
   virtual bool Transmits() = 0;
 };
@@ -46,11 +45,6 @@ struct RealBench : Bench {
     peer.Start();
     if (keyed) Key();
   }
-  void RefuseKeys() override {
-    peer.Kill();
-    EXPECT_TRUE(Until([this] { return server.Rig2().Link().state != State::Linked; }));
-    peer.Start(false);
-  }
   void Key() override { peer.Ask("T 1"); }
   bool Transmits() override { return peer.Ask("t") == "1"; }
 };
@@ -67,7 +61,6 @@ struct SimulatedBench : Bench {
   }
   void Vanish() override { rig.Vanish(); }
   void ComeBack() override { rig.ComeBack(); }
-  void RefuseKeys() override { rig.RefuseKeys(true); }
   void Key() override { rig.Key(true); }
   bool Transmits() override { return rig.Transmits(); }
 };
@@ -80,7 +73,6 @@ struct RigContract : testing::TestWithParam<std::unique_ptr<Bench> (*)()> {
   bool calling = false;
   int32_t params = 0;
   int statuses = 0;
-  int refusals = 0;
   std::optional<bool> reached;
   Connections connections;
 
@@ -92,10 +84,6 @@ struct RigContract : testing::TestWithParam<std::unique_ptr<Bench> (*)()> {
     connections += server.statusChanged.Listen([this](int32_t number) {
       EXPECT_TRUE(!calling && number == 2);
       ++statuses;
-    });
-    connections += server.keyRefused.Listen([this](int32_t number) {
-      EXPECT_TRUE(!calling && number == 2);
-      ++refusals;
     });
     EXPECT_FALSE(rig.SetFreq(7000000) || rig.SetTx(PM_TX)) << "not open";
     Open();
@@ -169,17 +157,6 @@ TEST_P(RigContract, TheTransmitterIsAsItTells) {
   EXPECT_TRUE(rig.ReleaseAccepted());
   server.ReleaseNow(2, 500);
   EXPECT_TRUE(Until([&] { return Tells(TxReport::Receives); }));
-  EXPECT_EQ(refusals, 0);
-}
-
-TEST_P(RigContract, ARefusedKeyIsTold) {
-  bench.RefuseKeys();
-  ASSERT_TRUE(Until([&] { return rig.Link().state == State::Linked; }));
-  calling = true;
-  ASSERT_TRUE(rig.SetTx(PM_TX));
-  calling = false;
-  EXPECT_TRUE(Until([&] { return refusals == 1; }));
-  EXPECT_FALSE(bench.Transmits());
 }
 
 TEST_P(RigContract, AfterALostLinkTheReleaseComesFirst) {
