@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 namespace velt {
+
 PulseServer::PulseServer(Sound sound) : sound_(sound) {
   std::filesystem::create_directory(folder_.Path() / "home");
   Restart();
@@ -27,26 +28,23 @@ void PulseServer::ExportEnvironment() const {
 
 void PulseServer::Restart() {
   process_.reset();
-  const std::filesystem::path socketPath = folder_.Path() / "pulse.sock";
-  std::filesystem::remove(socketPath);  // of one that was killed
-  std::vector<std::string> command = {
-      "pulseaudio",
-      "-n",
-      "--daemonize=no",
-      "--use-pid-file=no",
-      "--exit-idle-time=-1",
-      "--disallow-exit",
-      "--high-priority=no",
-      "--realtime=no",
-      "-L",
-      "module-native-protocol-unix socket=" + socketPath.string() + " auth-anonymous=1"};
-  if (sound_ == Sound::NullSink) {
-    // With rewinds the first block would take 2 s.
-    command.insert(command.end(), {"-L", "module-null-sink sink_name=test rate=44100 norewinds=1"});
-  }
+  std::vector<std::string> command = {"pulseaudio",          "-n",
+                                      "--daemonize=no",      "--use-pid-file=no",
+                                      "--exit-idle-time=-1", "--disallow-exit",
+                                      "--high-priority=no",  "--realtime=no"};
+  const auto load = [&](const std::string& module) {
+    command.insert(command.end(), {"-L", module});
+  };
+  load("module-native-protocol-unix auth-anonymous=1 socket=" + (folder_ / "pulse.sock").string());
+  // With rewinds the first block would take 2 s.
+  if (sound_ == Sound::NullSink) load("module-null-sink sink_name=test rate=44100 norewinds=1");
   process_ = std::make_unique<Process>(
       command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
-  if (!WaitUntil([&] { return exists(socketPath); }, std::chrono::seconds(5))) {
+  const auto answers = [this] {
+    Process client({"pactl", "info"}, {.environment = Environment()});
+    return client.WaitForEnd(std::chrono::seconds(5)) && client.ExitCode() == 0;
+  };
+  if (!WaitUntil(answers, std::chrono::seconds(5))) {
     throw std::runtime_error("pulseaudio: " + ReadText(folder_.Path() / "pulseaudio.log"));
   }
 }

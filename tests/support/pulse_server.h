@@ -12,7 +12,7 @@ class PulseServer {
  public:
   enum class Sound { NullSink, None };
 
-  // Returns when the server can be connected to; throws std::runtime_error after 5 s without.
+  // Returns when the server answers; throws std::runtime_error after 5 s without.
   explicit PulseServer(Sound sound = Sound::NullSink);
 
   // What a client needs to find this server ("NAME=value").

@@ -231,7 +231,7 @@ TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
   for (const bool ends : {false, true}) {
     input->Open("");
     // The event is on its way.
-    ASSERT_TRUE(WaitUntil([this] { return Take() == TakeResult::NotYet; }, 1s));
+    ASSERT_TRUE(WaitUntil([this] { return Take() == TakeResult::NotYet; }, 5s));
     ends ? input.reset() : input->Close();
     scheduler.RunPosted();
     EXPECT_EQ(events, std::vector<std::string>());

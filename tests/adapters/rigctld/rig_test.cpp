@@ -187,16 +187,6 @@ TEST_F(RigTest, FollowsTheRigWithinHalfASecond) {
   EXPECT_EQ(After(300).GetTxFrequency(), 3573000);
 }
 
-TEST_F(RigTest, WritesGoAheadOfPollsWhichNeverPileUp) {
-  channel.delay = Milliseconds(400);
-  OpenAndSettle();
-  for (int32_t hz = 7000000; hz < 7000100; ++hz) ASSERT_TRUE(rig.SetFreq(hz));
-  Pass(900);
-  EXPECT_EQ(peer.lines.front().substr(0, 2), "+F");
-  EXPECT_LE(peer.Writes().size(), 2u);
-  EXPECT_EQ(peer.freq["VFOA"], 7000099);
-}
-
 TEST_F(RigTest, AnOldValueDoesNotComeBackForASecondAndTheRealOneIsShown) {
   for (const auto& [delay, b] : {std::pair{10, false}, {300, false}, {10, true}, {300, true}}) {
     channel.delay = Milliseconds(delay);
