@@ -11,6 +11,7 @@
 #include "adapters/files/memory_store.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "shell/program.h"
+#include "support/fake_engine_window.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -168,6 +169,16 @@ class FakeLauncher : public Launcher {
  public:
   std::vector<std::string> opened;
   void OpenDocument(const std::string& target) override { opened.push_back(target); }
+
+  // Documents to be started, with the command for want of a program; answered by the test.
+  std::vector<std::string> started;
+  std::function<void(Start)> answer;
+  void StartDocument(const std::filesystem::path& document, const std::vector<std::string>& command,
+                     std::function<void(Start)> told) override {
+    started.push_back(document.string());
+    for (const std::string& word : command) started.back() += " " + word;
+    answer = std::move(told);
+  }
 };
 
 class FakeLock : public InstanceLock {
@@ -255,6 +266,7 @@ struct ProgramFixture {
   RigWrites writes1{rig1}, writes2{rig2};
   FakeGuardian guardian;
   FakeSleepLock sleepLock;
+  FakeEngineWindow engineWindow{scheduler};
   FakeFiles files;
   FakeStore store;
   FakeSystem system;
@@ -288,6 +300,7 @@ struct ProgramFixture {
                                                        .server = server,
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,
+                                                       .engineWindow = engineWindow,
                                                        .files = files,
                                                        .settings = store,
                                                        .system = system,
