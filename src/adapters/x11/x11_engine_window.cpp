@@ -32,7 +32,8 @@ uint32_t X11EngineWindow::Find(const std::string& title) const {
 
 void X11EngineWindow::Activate(uint32_t window, Done done) {
   if (activation_) Activated(false);
-  if (!windows_ || windows_->Active() == window) return Later(std::move(done), windows_.has_value());
+  if (!windows_ || window == 0) return Later(std::move(done), false);
+  if (windows_->Active() == window) return Later(std::move(done), true);
   activation_ = Activation{window, std::move(done)};
   limit_ = scheduler_.After(kActivationLimit, [this] { Activated(false); });
   windows_->Activate(window);
@@ -45,7 +46,7 @@ void X11EngineWindow::Activated(bool ok) {
 
 // What is the active window by now, and which keys are down: both are asked in one go.
 void X11EngineWindow::SendKeys(uint32_t window, const std::string& keys, Done done) {
-  if (!windows_ || !keys_->Works() || !ReadKeys(keys)) return Later(std::move(done), false);
+  if (!windows_ || window == 0 || !keys_->Works() || !ReadKeys(keys)) return Later(std::move(done), false);
   windows_->LookAtActive([this, window, keys, done = std::move(done)] {
     if (windows_->Active() != window) return done(false);
     Type(keys, done);

@@ -95,8 +95,8 @@ struct X11EngineWindowTest : testing::TestWithParam<XDesktop::Manager> {
 };
 INSTANTIATE_TEST_SUITE_P(Managers, X11EngineWindowTest,
                          testing::Values(XDesktop::Manager::Openbox, XDesktop::Manager::None),
-                         [](const auto& info) {
-                           return info.param == XDesktop::Manager::None ? "None" : "Openbox";
+                         [](const auto& manager) {
+                           return manager.param == XDesktop::Manager::None ? "None" : "Openbox";
                          });
 
 TEST_P(X11EngineWindowTest, EveryChordArrivesInOrderAndNowhereElse) {

@@ -95,7 +95,8 @@ public class VeltEngine {
     private boolean take(KeyEvent event) {
         String key = KeyEvent.getKeyText(event.getKeyCode());
         boolean modifier = switch (event.getKeyCode()) {
-            case KeyEvent.VK_CONTROL, KeyEvent.VK_SHIFT, KeyEvent.VK_ALT, KeyEvent.VK_META -> true;
+            case KeyEvent.VK_CONTROL, KeyEvent.VK_SHIFT, KeyEvent.VK_ALT, KeyEvent.VK_META,
+                    KeyEvent.VK_WINDOWS, KeyEvent.VK_ALT_GRAPH -> true;
             default -> false;
         };
         if (event.getID() == KeyEvent.KEY_RELEASED) held.remove(key);
@@ -128,13 +129,17 @@ public class VeltEngine {
         List<String> lines;
         try {
             lines = Files.readAllLines(REQUESTS);
-            Files.delete(REQUESTS);
         } catch (IOException later) {
             return;
         }
         for (String line : lines) {
             String[] words = line.split(" ", 2);
             doRequest(words[0], words.length > 1 ? words[1] : "");
+        }
+        try {
+            Files.delete(REQUESTS);
+        } catch (IOException gone) {
+            log("cannot remove " + REQUESTS + ": " + gone);
         }
     }
 
