@@ -4,6 +4,11 @@
 #include <utility>
 
 namespace velt {
+namespace {
+
+constexpr int kMostRepeats = 3;
+
+}  // namespace
 
 KeyRunner::KeyRunner(const Parts& parts, const Ports& ports) : parts_(parts), ports_(ports) {}
 
@@ -25,6 +30,7 @@ void KeyRunner::Next() {
     if (ports_.scheduler.Now() - next.since > kLongestWait) continue;
     script_ = std::move(next.script);
     step_ = 0;
+    repeats_ = 0;
     running_ = true;
     return Step();
   }
@@ -38,8 +44,13 @@ void KeyRunner::Step() {
 }
 
 void KeyRunner::Take(const ActivateStep&, uint32_t window) {
+  Activate(window);
+}
+
+void KeyRunner::Activate(uint32_t window) {
   ports_.window.Activate(window, [this, alive = std::weak_ptr(alive_)](bool ok) {
-    if (!alive.expired()) Continue(ok, "its window does not come to the front");
+    if (alive.expired()) return;
+    ok ? Step() : Fail("its window does not come to the front");
   });
 }
 
@@ -49,12 +60,17 @@ void KeyRunner::Take(const PauseStep& pause, uint32_t) {
 
 void KeyRunner::Take(const ChordStep& chord, uint32_t window) {
   ports_.window.SendKeys(window, chord.keys, [this, alive = std::weak_ptr(alive_)](bool ok) {
-    if (!alive.expired()) Continue(ok, "another window has the keyboard");
+    if (alive.expired()) return;
+    ok ? Step() : TypeAgain();
   });
 }
 
-void KeyRunner::Continue(bool ok, const char* problem) {
-  ok ? Step() : Fail(problem);
+// Nothing was typed: another window took the keyboard meanwhile.
+void KeyRunner::TypeAgain() {
+  const uint32_t window = parts_.installation.DetectVELTWindow(ports_.window);
+  if (window == 0 || ++repeats_ > kMostRepeats) return Fail("another window has the keyboard");
+  --step_;
+  Activate(window);
 }
 
 void KeyRunner::Fail(const char* problem) {

@@ -29,7 +29,7 @@ class KeyRunner {
   KeyRunner(const Parts& parts, const Ports& ports);
 
   // Its turn comes when those before it are done. A script ends, and the user is told, when the
-  // window is gone, does not come to the front or does not take the keys.
+  // window is gone, does not come to the front or loses the keyboard again and again.
   void Run(KeyScript script);
 
   // The same, in place of all that waits for its turn: receive does not stand behind anything.
@@ -48,7 +48,8 @@ class KeyRunner {
   void Take(const ActivateStep&, uint32_t window);
   void Take(const PauseStep& pause, uint32_t window);
   void Take(const ChordStep& chord, uint32_t window);
-  void Continue(bool ok, const char* problem);
+  void TypeAgain();
+  void Activate(uint32_t window);
   void Fail(const char* problem);
 
   Parts parts_;
@@ -56,6 +57,7 @@ class KeyRunner {
   std::deque<Waiting> waiting_;
   KeyScript script_;
   size_t step_ = 0;
+  int repeats_ = 0;  // of chords that another window would have got
   bool running_ = false;
   Scheduler::Handle pause_;
   std::shared_ptr<char> alive_ = std::make_shared<char>();

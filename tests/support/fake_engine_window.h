@@ -14,6 +14,7 @@ class FakeEngineWindow : public EngineWindow {
  public:
   std::map<std::string, uint32_t> windows;  // by title
   bool obeys = true;                        // whether a window comes to the front and takes keys
+  int intrusions = 0;                       // how often another window will have the keyboard
   std::string unavailable;
   std::vector<std::string> did;  // "up 1", "(^s)", "close 1"
 
@@ -28,8 +29,9 @@ class FakeEngineWindow : public EngineWindow {
     Answer(std::move(done));
   }
   void SendKeys(uint32_t, const std::string& keys, Done done) override {
-    if (obeys) did.push_back(keys);
-    Answer(std::move(done));
+    const bool taken = obeys && intrusions-- <= 0;
+    if (taken) did.push_back(keys);
+    scheduler_.Post([done = std::move(done), taken] { done(taken); });
   }
   void Close(uint32_t window) override { did.push_back("close " + std::to_string(window)); }
 

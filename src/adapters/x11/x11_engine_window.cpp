@@ -33,14 +33,23 @@ uint32_t X11EngineWindow::Find(const std::string& title) const {
 void X11EngineWindow::Activate(uint32_t window, Done done) {
   if (activation_) Activated(false);
   if (!windows_ || window == 0) return Later(std::move(done), false);
-  if (windows_->Active() == window) return Later(std::move(done), true);
   activation_ = Activation{window, std::move(done)};
   limit_ = scheduler_.After(kActivationLimit, [this] { Activated(false); });
+  if (windows_->Active() == window) {
+    quiet_ = scheduler_.After(kQuiet, [this] { IsActiveStill(); });
+  }
   windows_->Activate(window);
+}
+
+void X11EngineWindow::IsActiveStill() {
+  windows_->LookAtActive([this] {
+    if (activation_ && windows_->Active() == activation_->window) Activated(true);
+  });
 }
 
 void X11EngineWindow::Activated(bool ok) {
   limit_.Cancel();
+  quiet_.Cancel();
   Later(std::exchange(activation_, std::nullopt)->done, ok);
 }
 

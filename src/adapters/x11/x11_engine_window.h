@@ -17,6 +17,9 @@ namespace velt {
 class X11EngineWindow : public EngineWindow {
  public:
   static constexpr Milliseconds kActivationLimit{1000};
+  // How long a window that is the active one has to stay so. A click into another window makes that
+  // one active, which is told a little later than the click.
+  static constexpr Milliseconds kQuiet{20};
 
   // `display`: the X server that this program's own windows are on, which answers; empty: what the
   // session says.
@@ -35,6 +38,7 @@ class X11EngineWindow : public EngineWindow {
   };
 
   void Activated(bool ok);
+  void IsActiveStill();
   void Type(const std::string& keys, const Done& done);
   void Later(Done done, bool ok);
 
@@ -44,6 +48,7 @@ class X11EngineWindow : public EngineWindow {
   std::optional<ChordSender> keys_;
   std::optional<Activation> activation_;
   Scheduler::Handle limit_;
+  Scheduler::Handle quiet_;
   std::shared_ptr<char> alive_ = std::make_shared<char>();
   Connections connections_;
 };
