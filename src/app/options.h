@@ -42,6 +42,7 @@ struct Options {
   std::array<std::string, 2> rigAddresses;  // of rig 1 and 2; empty: as set up
   std::filesystem::path dataFolder;
   std::filesystem::path engineFolder;
+  std::string engineTitle;  // of its window; empty: its version text
   std::filesystem::path logFile;
   int seconds = 0;                   // of a headless run
   std::filesystem::path screenshot;  // written at the end of a headless run

@@ -66,6 +66,7 @@ void Shutdown::AskAboutSettings(int error) {
 void Shutdown::Unload(bool& cancel) {
   Main& form = parts_.form;
   parts_.rig.link.StopOmniRig();
+  parts_.engine.quitting = true;
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {
     lastFrequency.Raise(parts_.rig.state.RealRigFrequency);

@@ -11,6 +11,7 @@
 #include "adapters/files/memory_store.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "shell/program.h"
+#include "support/fake_engine_window.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -51,6 +52,7 @@ struct FakeFiles : Files {
   std::map<std::filesystem::path, std::string> files;
   std::set<std::filesystem::path> folders;
   std::set<std::filesystem::path> unmakable;
+  bool writable = true;
 
   bool IsFile(const std::filesystem::path& path) const override { return files.contains(path); }
   bool IsFolder(const std::filesystem::path& path) const override { return folders.contains(path); }
@@ -144,6 +146,16 @@ struct FakeSystem : SystemInfo {
 struct FakeLauncher : Launcher {
   std::vector<std::string> opened;
   void OpenDocument(const std::string& target) override { opened.push_back(target); }
+
+  // Documents to be started, with the command for want of a program; answered by the test.
+  std::vector<std::string> started;
+  std::function<void(Start)> answer;
+  void StartDocument(const std::filesystem::path& document, const std::vector<std::string>& command,
+                     std::function<void(Start)> told) override {
+    started.push_back(document.string());
+    for (const std::string& word : command) started.back() += " " + word;
+    answer = std::move(told);
+  }
 };
 
 struct FakeLock : InstanceLock {
@@ -210,6 +222,7 @@ struct ProgramFixture {
   RigWrites writes1{rig1}, writes2{rig2};
   FakeGuardian guardian;
   FakeSleepLock sleepLock;
+  FakeEngineWindow engineWindow{scheduler};
   FakeFiles files;
   FakeStore store;
   FakeSystem system;
@@ -243,6 +256,7 @@ struct ProgramFixture {
                                                        .server = server,
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,
+                                                       .engineWindow = engineWindow,
                                                        .files = files,
                                                        .settings = store,
                                                        .system = system,
