@@ -5,14 +5,21 @@
 #include "dialogs/notices.h"
 #include "form/main_form.h"
 #include "form/omnirig_form.h"
+#include "platform/installation.h"
 #include "platform/on_top.h"
 #include "ports/clock.h"
+#include "ports/files.h"
 #include "ports/guardian.h"
 #include "ports/omnirig.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "ports/serial_port.h"
 #include "ports/sleep_lock.h"
+#include "rig/arduino_counter.h"
+#include "rig/arduino_keyer.h"
+#include "rig/arduino_port.h"
 #include "rig/current_rig.h"
+#include "rig/line_keyer.h"
 #include "rig/omnirig_dialog.h"
 #include "rig/omnirig_link.h"
 #include "rig/ptt.h"
@@ -20,6 +27,7 @@
 #include "rig/rig_display.h"
 #include "rig/rig_menus.h"
 #include "rig/rig_state.h"
+#include "rig/serial_setup.h"
 #include "rig/transmit_guard.h"
 
 namespace velt {
@@ -32,6 +40,7 @@ class Rig {
     MessageLine& messages;
     Notices& notices;
     OnTop& onTop;
+    const Installation& installation;
   };
   struct Ports {
     IOmniRigX& server;
@@ -40,6 +49,8 @@ class Rig {
     const Clock& clock;
     Guardian& guardian;
     SleepLock& sleepLock;
+    SerialPort& serial;
+    const Files& files;
   };
 
   Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions questions);
@@ -50,7 +61,12 @@ class Rig {
   RigDisplay display;
   TransmitGuard guard;
   RigControl control;
+  ArduinoPort arduino;
+  LineKeyer lineKeyer;
+  ArduinoKeyer arduinoKeyer;
+  ArduinoCounter counter;
   Ptt ptt;
+  SerialSetup serial;
   OmniRigLink link;
   OmniRigDialog dialog;
   RigMenus menus;

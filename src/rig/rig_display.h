@@ -23,6 +23,9 @@ class RigDisplay {
   // rig object.
   void ShowRigParams();
 
+  // The rig's frequency, or a counter's in its place; the scale's anchor follows.
+  void TakeFrequency(int32_t frequencyHz);
+
   // Puts the rig's status into the tool tip of lblFrequency and marks the labels as stale or not.
   // Nothing without a rig object.
   void ShowRigStatus();

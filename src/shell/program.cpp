@@ -18,13 +18,16 @@ Program::Program(const Ports& ports, RunSetup runSetup)
            .dialogForm = catForm,
            .messages = messages,
            .notices = notices,
-           .onTop = onTop},
+           .onTop = onTop,
+           .installation = installation},
           {.server = ports.server,
            .prompts = ports.prompts,
            .scheduler = ports.scheduler,
            .clock = ports.clock,
            .guardian = ports.guardian,
-           .sleepLock = ports.sleepLock},
+           .sleepLock = ports.sleepLock,
+           .serial = ports.serial,
+           .files = ports.files},
           setup.questions),
       commands({.form = form, .scope = form.Scope, .control = rig.control, .ptt = rig.ptt}),
       bandMenu(form, presets, rig.control, rig.state),
@@ -73,6 +76,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .layout = layout,
                .link = rig.link,
                .rigDisplay = rig.display,
+               .serial = rig.serial,
                .reporter = reporter},
               {.files = ports.files,
                .lock = ports.lock,
@@ -93,6 +97,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
               TimerDriver(form.tmrCheckZOKA, ports.scheduler),
               TimerDriver(form.QuitTimer, ports.scheduler)} {
   connections_ += rig.dialog.settingsChanged.Listen([this] { settings.KeepRigAddresses(); });
+  connections_ += startup.rigOffLine.Listen([this] { rig.counter.Offer(); });
 }
 
 }  // namespace velt

@@ -37,6 +37,7 @@ class Program {
     IOmniRigX& server;
     Guardian& guardian;
     SleepLock& sleepLock;
+    SerialPort& serial;
     Files& files;
     SettingsStore& settings;
     SystemInfo& system;

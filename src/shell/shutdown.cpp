@@ -68,13 +68,16 @@ void Shutdown::Unload(bool& cancel) {
   parts_.rig.link.StopOmniRig();
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {
-    lastFrequency.Raise(parts_.rig.state.RealRigFrequency);
+    lastFrequency.Raise(form.tmrFreqcount.enabled ? parts_.rig.counter.LastCountHz()
+                                                  : parts_.rig.state.RealRigFrequency);
   }
   const std::string& shown = form.lblFrequency.caption;
   if (shown == "RigOffLine" || shown == "N/A") {
     form.lblTRXMode.caption = "OFF";
     rigOff.Raise();
   }
+  form.tmrFreqcount.enabled = false;
+  parts_.rig.serial.Close();
   quitting_ = true;
   parts_.layout.quitting = true;
   if (parts_.capture.DeviceOpen()) {

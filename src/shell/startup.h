@@ -12,6 +12,7 @@
 #include "ports/scheduler.h"
 #include "rig/omnirig_link.h"
 #include "rig/rig_display.h"
+#include "rig/serial_setup.h"
 #include "shell/rig_reporter.h"
 #include "shell/run_setup.h"
 #include "shell/settings.h"
@@ -38,6 +39,7 @@ class Startup {
     WindowLayout& layout;
     OmniRigLink& link;
     RigDisplay& rigDisplay;
+    SerialSetup& serial;
     RigReporter& reporter;
   };
   struct Ports {
@@ -60,6 +62,7 @@ class Startup {
   void Form_Load();
   void MakeFolders();
   void PrepareEngine();
+  void ReadSerialSetup();
   void StartAnalyserIfWanted();
   void LinkRig();
   void RigAnswered(bool online);

@@ -1,0 +1,78 @@
+// The Arduino that counts the rig's frequency and takes the rig's place where there is no CAT link.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "form/main_form.h"
+#include "ports/scheduler.h"
+#include "rig/arduino_port.h"
+#include "rig/count_reader.h"
+#include "rig/rig_display.h"
+#include "rig/rig_state.h"
+
+namespace velt {
+
+// As the frequency label shows it. Format 0: plain Hz ("7100000"); 1: tens of Hz in groups, with
+// leading zeros ("007.100.00"); 2: MHz ("7.100.00").
+std::string CountText(int64_t frequencyHz, int16_t format);
+
+class ArduinoCounter {
+ public:
+  // A frequency that is older is drawn as stale.
+  static constexpr Milliseconds kFreshFor{5000};
+
+  struct Parts {
+    RigControls& form;
+    RigState& state;
+    RigDisplay& display;
+    ArduinoPort& port;
+    const Scheduler& scheduler;
+  };
+  explicit ArduinoCounter(const Parts& parts);
+
+  // A frequency in Hz is to be written into the engine's status file: every third count, if it
+  // differs from the last one written.
+  Event<int32_t> statusWanted;
+
+  // The rig is off line: with method "ARDUINO" the counter can take its place, and does if its menu
+  // item is checked.
+  void Offer();
+
+  // The PTT method may have changed.
+  void FollowMethod();
+
+  // Shows the newest count, "Com error" while the port cannot be had.
+  void tmrFreqcount_Timer();
+
+  // The text for a count, and with every third one a word to the engine; empty for what is none.
+  std::string FormatDisplay(const std::string& text);
+
+  int32_t LastCountHz() const { return lastCountHz_; }
+
+ private:
+  // What is added to a count, and how it is shown.
+  static constexpr int64_t kFirstOffsetHz = 0;
+  static constexpr int64_t kSecondOffsetHz = 0;
+  static constexpr int16_t kDisplayFormat = 1;
+  static constexpr Milliseconds kPause{150};
+
+  void Hear(std::string_view text);
+  void FollowOpening();
+  void Begin();
+  void Show(const std::string& count);
+  void MarkStale(bool stale);
+
+  Parts parts_;
+  CountReader reader_;
+  uint32_t opening_ = 0;  // that the reader follows
+  SteadyTime lastHeard_;
+  SteadyTime lastShown_;
+  bool offered_ = false;
+  int32_t lastCountHz_ = 0;
+  int32_t lastWritten_ = 0;
+  int16_t writeTurn_ = 0;
+  Connections connections_;
+};
+
+}  // namespace velt
