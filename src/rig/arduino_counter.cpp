@@ -91,7 +91,7 @@ std::string ArduinoCounter::FormatDisplay(const std::string& text) {
   const int32_t toWrite = Clamped(frequencyHz);
   if (toWrite != lastWritten_ && writeTurn_ == 0) {
     lastWritten_ = toWrite;
-    statusWanted.Raise(toWrite);
+    parts_.statusFile.WriteStatusRX(toWrite);
   }
   writeTurn_ = static_cast<int16_t>((writeTurn_ + 1) % 3);
   lastCountHz_ = toWrite;

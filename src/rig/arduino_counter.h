@@ -10,6 +10,7 @@
 #include "rig/count_reader.h"
 #include "rig/rig_display.h"
 #include "rig/rig_state.h"
+#include "rig/status_file.h"
 
 namespace velt {
 
@@ -27,13 +28,10 @@ class ArduinoCounter {
     RigState& state;
     RigDisplay& display;
     ArduinoPort& port;
+    StatusFile& statusFile;
     const Scheduler& scheduler;
   };
   explicit ArduinoCounter(const Parts& parts);
-
-  // A frequency in Hz is to be written into the engine's status file: every third count, if it
-  // differs from the last one written.
-  Event<int32_t> statusWanted;
 
   // The rig is off line: with method "ARDUINO" the counter can take its place, and does if its menu
   // item is checked.
@@ -45,7 +43,8 @@ class ArduinoCounter {
   // Shows the newest count, "Com error" while the port cannot be had.
   void tmrFreqcount_Timer();
 
-  // The text for a count, and with every third one a word to the engine; empty for what is none.
+  // The text for a count; empty for what is none. The engine is told every third one, if it differs
+  // from what it was told last.
   std::string FormatDisplay(const std::string& text);
 
   int32_t LastCountHz() const { return lastCountHz_; }

@@ -118,14 +118,14 @@ void Ptt::TransmissionEnded(const Keyer& keyer, TransmitGuard::Cause cause) {
 // transmission ends.
 void Ptt::BackToReceive() {
   const bool linkInUse =
-      std::ranges::any_of(cat_, [this](const auto& keyer) { return parts_.guard.IsWanted(keyer); });
+      std::ranges::any_of(cat_, [this](const auto& keyer) { return parts_.guard.Wanted(keyer); });
   const auto shift = linkInUse ? std::nullopt : std::exchange(keyedWith_, std::nullopt);
   if (!linkInUse && (shift || parts_.state.pttMethod == "NONE")) {
     parts_.form.lblTRXMode.caption = "RX";
     if (shift) parts_.control.SetTRXShift(shift->kHz, false, shift->vfo);
     parts_.display.ShowRigParams();
   }
-  if (!parts_.guard.IsAnyWanted()) SelectButton(1);
+  if (!parts_.guard.Wanted()) SelectButton(1);
 }
 
 void Ptt::SelectButton(int32_t index) {

@@ -28,6 +28,7 @@
 #include "rig/rig_menus.h"
 #include "rig/rig_state.h"
 #include "rig/serial_setup.h"
+#include "rig/status_file.h"
 #include "rig/transmit_guard.h"
 
 namespace velt {
@@ -50,7 +51,7 @@ class Rig {
     Guardian& guardian;
     SleepLock& sleepLock;
     SerialPort& serial;
-    const Files& files;
+    Files& files;
   };
 
   Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions questions);
@@ -61,6 +62,7 @@ class Rig {
   RigDisplay display;
   TransmitGuard guard;
   RigControl control;
+  StatusFile statusFile;
   ArduinoPort arduino;
   LineKeyer lineKeyer;
   ArduinoKeyer arduinoKeyer;

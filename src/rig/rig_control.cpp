@@ -91,6 +91,10 @@ std::string RigControl::SetModulationMode(const std::string& modulatie) {
   return text;
 }
 
+void RigControl::SendMode(int32_t mode) {
+  if (!Blocked() && !RefusedWithoutLink()) parts_.rig->SetMode(mode);
+}
+
 bool RigControl::RefusedWithoutLink() const {
   if (parts_.rig.Linked()) return false;
   parts_.messages.Show("No link to the rig: nothing was sent");

@@ -48,6 +48,9 @@ class RigControl {
   // lblMode, which goes out with the opposite sideband sense. Returns the text that was used.
   std::string SetModulationMode(const std::string& modulatie = {});
 
+  // Sends a mode by its number, PM_..., as it is.
+  void SendMode(int32_t mode);
+
   // Tells the user when a write cannot reach the rig now.
   bool RefusedWithoutLink() const;
 

@@ -1,18 +1,21 @@
 #include "rig/serial_setup.h"
 
+#include "platform/watched_file.h"
+
 namespace velt {
 
-SerialSetup::SerialSetup(const Parts& parts) : parts_(parts) {}
+SerialSetup::SerialSetup(const Parts& parts, const Ports& ports) : parts_(parts), ports_(ports) {}
 
 void SerialSetup::ReadRS232() {
-  const FileContent file = parts_.files.Read(parts_.installation.engineFolder / "RS232.cfg");
-  const SerialConfig config = file.error == 0 ? ReadSerialConfig(file.bytes) : SerialConfig();
+  WatchedFile file(ports_.files, ports_.clock, parts_.installation.engineFolder / "RS232.cfg");
+  file.Look();
+  const SerialConfig config = file.IsThere() ? ReadSerialConfig(file.Bytes()) : SerialConfig();
   if (config != config_) Apply(config);
 }
 
 void SerialSetup::Close() {
   parts_.arduino.Use(false);
-  parts_.port.Close();
+  ports_.port.Close();
 }
 
 void SerialSetup::Apply(const SerialConfig& config) {
@@ -23,10 +26,10 @@ void SerialSetup::Apply(const SerialConfig& config) {
   const bool byLines = config.UsesPort() && config.pttMethod == "COM";
   parts_.lines.SetLines(byLines && config.raisesDtr, byLines && config.raisesRts);
   if (config.UsesPort()) {
-    parts_.port.SetCommPort(config.portNumber);
-    parts_.port.SetSettings(config.settings);
-    parts_.port.SetDTREnable(config.raisesDtr);
-    parts_.port.SetRTSEnable(config.raisesRts);
+    ports_.port.SetCommPort(config.portNumber);
+    ports_.port.SetSettings(config.settings);
+    ports_.port.SetDTREnable(config.raisesDtr);
+    ports_.port.SetRTSEnable(config.raisesRts);
     if (config.pttMethod == "ARDUINO") parts_.arduino.Use(true);
   }
   parts_.counter.FollowMethod();

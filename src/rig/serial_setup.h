@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/installation.h"
+#include "ports/clock.h"
 #include "ports/files.h"
 #include "ports/serial_port.h"
 #include "rig/arduino_counter.h"
@@ -17,15 +18,18 @@ class SerialSetup {
  public:
   struct Parts {
     RigState& state;
-    SerialPort& port;
     LineKeyer& lines;
     ArduinoPort& arduino;
     ArduinoCounter& counter;
     Ptt& ptt;
     const Installation& installation;
-    const Files& files;
   };
-  explicit SerialSetup(const Parts& parts);
+  struct Ports {
+    SerialPort& port;
+    const Files& files;
+    const Clock& clock;
+  };
+  SerialSetup(const Parts& parts, const Ports& ports);
 
   // Reads the file and applies it; without one the method is "NONE". What was set up before stays
   // untouched when nothing has changed, and else is released first, the way it was keyed.
@@ -38,6 +42,7 @@ class SerialSetup {
   void Apply(const SerialConfig& config);
 
   Parts parts_;
+  Ports ports_;
   SerialConfig config_;
 };
 

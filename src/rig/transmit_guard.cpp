@@ -86,13 +86,13 @@ bool TransmitGuard::Holds(const Keyer& keyer) const {
   });
 }
 
-bool TransmitGuard::IsWanted(const Keyer& keyer) const {
+bool TransmitGuard::Wanted(const Keyer& keyer) const {
   return std::any_of(watches_.begin(), watches_.end(), [&keyer](const Watch& watch) {
     return &watch.keyer == &keyer && !watch.wishes.empty();
   });
 }
 
-bool TransmitGuard::IsAnyWanted() const {
+bool TransmitGuard::Wanted() const {
   return std::any_of(watches_.begin(), watches_.end(),
                      [](const Watch& watch) { return !watch.wishes.empty(); });
 }

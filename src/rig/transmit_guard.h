@@ -82,9 +82,9 @@ class TransmitGuard {
   // Keyed from here and not yet known to be released.
   bool Holds(const Keyer& keyer) const;
 
-  // Somebody wants it keyed; or anything at all.
-  bool IsWanted(const Keyer& keyer) const;
-  bool IsAnyWanted() const;
+  // Somebody wants a transmitter keyed; or this one.
+  bool Wanted() const;
+  bool Wanted(const Keyer& keyer) const;
 
   void SetLimitMinutes(int32_t minutes);  // 1 to 60, others are moved inside
   int32_t LimitMinutes() const { return limitMinutes_; }

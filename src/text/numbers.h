@@ -36,6 +36,10 @@ double LeadingNumberAnyLocale(std::string_view text);
 // stands in it or it does not fit into 32 bits.
 std::optional<int32_t> ParseWhole(std::string_view text);
 
+// The whole text as a number with "." as decimal sign, an optional sign and exponent; empty when
+// anything else stands in it or it is not finite.
+std::optional<double> ParseNumber(std::string_view text);
+
 // Text without blanks, tabs and line ends at both ends.
 std::string_view Trimmed(std::string_view text);
 

@@ -78,6 +78,23 @@ class FakeFiles : public Files {
     files[path] = bytes;
     return 0;
   }
+  int Publish(const std::filesystem::path& path, std::string_view bytes) override {
+    return Replace(path, bytes, false);
+  }
+  int ReplaceIfSame(const std::filesystem::path& path, std::string_view expected,
+                    std::string_view bytes) override {
+    return Read(path).bytes == expected ? Replace(path, bytes, false) : EAGAIN;
+  }
+  // Tells different contents apart.
+  std::optional<FileStamp> Stamp(const std::filesystem::path& path) const override {
+    const auto found = files.find(path);
+    if (found == files.end()) return std::nullopt;
+    return FileStamp{found->second.size(),
+                     static_cast<int64_t>(std::hash<std::string>()(found->second)), 1};
+  }
+  std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
+    return {};
+  }
   int Remove(const std::filesystem::path& path) override {
     return files.erase(path) == 1 ? 0 : ENOENT;
   }

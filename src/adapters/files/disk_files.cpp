@@ -1,5 +1,6 @@
 #include "adapters/files/disk_files.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -33,6 +34,59 @@ int DiskFiles::Replace(const fs::path& path, std::string_view bytes, bool backup
   if (error == 0) error = file.Write(bytes);
   if (error == 0) error = file.PutInPlace(backup);
   return error;
+}
+
+int DiskFiles::Publish(const fs::path& path, std::string_view bytes) {
+  fs::path target = path;
+  SpareFile file;
+  struct stat before {};
+  int error = FollowLinks(target);
+  if (error != 0) return error;
+  const bool replaces = ::stat(target.c_str(), &before) == 0;
+  if (replaces && !S_ISREG(before.st_mode)) return S_ISDIR(before.st_mode) ? EISDIR : EINVAL;
+  error = file.Create(FolderOf(target), replaces ? &before : nullptr);
+  if (error == 0) error = file.Write(bytes);
+  if (error == 0) error = file.Finish(SpareFile::Flush::No);
+  return error == 0 ? file.RenameOver(target) : error;
+}
+
+int DiskFiles::ReplaceIfSame(const fs::path& path, std::string_view expected,
+                             std::string_view bytes) {
+  fs::path target = path;
+  SpareFile file;
+  struct stat before {};
+  int error = FollowLinks(target);
+  if (error == 0) error = ErrorOf(::stat(target.c_str(), &before));
+  if (error == 0 && Read(target).bytes != expected) error = EAGAIN;
+  if (error == 0) error = file.Create(FolderOf(target), &before);
+  if (error == 0) error = file.Write(bytes);
+  if (error == 0) error = file.Finish(SpareFile::Flush::No);
+  if (error != 0) return error;
+  error = file.Exchange(target);
+  if (error == EINVAL || error == ENOSYS) return file.RenameOver(target);
+  // Whoever had the old file open may have written into it up to now, or while it is put back.
+  if (error != 0 || Read(file.Name()).bytes == expected) return error;
+  error = file.Exchange(target);
+  return error == 0 ? EAGAIN : error;
+}
+
+std::optional<FileStamp> DiskFiles::Stamp(const fs::path& path) const {
+  struct stat found {};
+  if (::stat(path.c_str(), &found) != 0) return std::nullopt;
+  if (!S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode)) return std::nullopt;
+  constexpr int64_t kNsOfSecond = 1'000'000'000;
+  return FileStamp{static_cast<uint64_t>(found.st_size),
+                   found.st_mtim.tv_sec * kNsOfSecond + found.st_mtim.tv_nsec, found.st_ino};
+}
+
+std::vector<fs::path> DiskFiles::Names(const fs::path& folder) const {
+  std::vector<fs::path> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    names.push_back(entry->path().filename());
+  }
+  return names;
 }
 
 int DiskFiles::Remove(const fs::path& path) {

@@ -20,6 +20,16 @@ class DiskFiles : public Files {
   // removed.
   int Replace(const std::filesystem::path& path, std::string_view bytes, bool backup) override;
 
+  int Publish(const std::filesystem::path& path, std::string_view bytes) override;
+
+  // The old and the new file exchange names, where the disk can do that; elsewhere the old one is
+  // compared and replaced.
+  int ReplaceIfSame(const std::filesystem::path& path, std::string_view expected,
+                    std::string_view bytes) override;
+
+  std::optional<FileStamp> Stamp(const std::filesystem::path& path) const override;
+  std::vector<std::filesystem::path> Names(const std::filesystem::path& folder) const override;
+
   // A file or a symbolic link itself; ENOENT when there is none.
   int Remove(const std::filesystem::path& path) override;
 

@@ -98,8 +98,8 @@ int SpareFile::Write(std::string_view bytes) {
   return 0;
 }
 
-int SpareFile::Finish() {
-  const int error = ErrorOf(::fsync(file_.Get()));
+int SpareFile::Finish(Flush flush) {
+  const int error = flush == Flush::Yes ? ErrorOf(::fsync(file_.Get())) : 0;
   const int closeError = file_.Close();
   return error != 0 ? error : closeError;
 }
@@ -108,6 +108,10 @@ int SpareFile::Link(const fs::path& existing, const fs::path& folder) {
   return CreateUnderSpareName(folder, name_, [&existing](const fs::path& name) {
     return ErrorOf(::link(existing.c_str(), name.c_str()));
   });
+}
+
+int SpareFile::Exchange(const fs::path& target) {
+  return ErrorOf(::renameat2(AT_FDCWD, name_.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE));
 }
 
 int SpareFile::RenameOver(const fs::path& target) {

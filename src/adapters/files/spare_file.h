@@ -22,8 +22,10 @@ class SpareFile {
   // A new, empty file, with the rights and the owner of `like` when there is one.
   int Create(const std::filesystem::path& folder, const struct stat* like);
   int Write(std::string_view bytes);
-  // The file is complete: only now it may be renamed.
-  int Finish();
+  // The file is complete: only now it may be renamed. With `Flush::No` it may be lost when the
+  // machine stops right afterwards.
+  enum class Flush { No, Yes };
+  int Finish(Flush flush = Flush::Yes);
 
   // Instead of a new file a second name of one that exists; complete at once.
   int Link(const std::filesystem::path& existing, const std::filesystem::path& folder);
@@ -31,6 +33,11 @@ class SpareFile {
   // Within its folder, or at least its disk.
   int RenameOver(const std::filesystem::path& target);
   int RenameWithoutReplacing(const std::filesystem::path& target);
+  // This file gets the target's name, and what had it gets the spare one. EINVAL or ENOSYS where
+  // the disk cannot do that.
+  int Exchange(const std::filesystem::path& target);
+  // What has the spare name now.
+  const std::filesystem::path& Name() const { return name_; }
 
  private:
   FileDescriptor file_;
