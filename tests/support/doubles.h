@@ -11,6 +11,7 @@
 #include "adapters/files/memory_store.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "shell/program.h"
+#include "support/fake_serial_port.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -272,6 +273,7 @@ struct ProgramFixture {
   RigWrites writes1{rig1}, writes2{rig2};
   FakeGuardian guardian;
   FakeSleepLock sleepLock;
+  FakeSerialPort serialPort{scheduler};
   FakeFiles files;
   FakeStore store;
   FakeSystem system;
@@ -305,6 +307,7 @@ struct ProgramFixture {
                                                        .server = server,
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,
+                                                       .serial = serialPort,
                                                        .files = files,
                                                        .settings = store,
                                                        .system = system,
