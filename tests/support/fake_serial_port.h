@@ -32,7 +32,8 @@ class FakeSerialPort : public SerialPort {
   void HangUp(int error = 0) {
     openError = error;
     if (!open_) return;
-    scheduler_.Post([this] {
+    scheduler_.Post([this, opening = openings_] {
+      if (!open_ || openings_ != opening) return;
       Close();
       failed.Raise(EIO);
     });
@@ -49,6 +50,7 @@ class FakeSerialPort : public SerialPort {
     device = "COM" + std::to_string(number_) + " " + settings_;
     See("open");
     open_ = true;
+    ++openings_;
     if (dtr_) See("DTR up");
     if (rts_) See("RTS up");
     return 0;
@@ -100,6 +102,7 @@ class FakeSerialPort : public SerialPort {
   bool dtr_ = false;
   bool rts_ = false;
   bool open_ = false;
+  int openings_ = 0;
   size_t waiting_ = 0;
   std::string input_;
   std::vector<std::string> seen_;
