@@ -1,10 +1,12 @@
 #include "adapters/serial/qt_serial_port.h"
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <QString>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <utility>
@@ -57,6 +59,19 @@ void HangUpOnClose(int descriptor) {
   if (::tcgetattr(descriptor, &settings) != 0) return;
   settings.c_cflag |= HUPCL;
   ::tcsetattr(descriptor, TCSANOW, &settings);
+}
+
+// Closes it as it is. Qt would first bring back the speed that it found, and what was written last
+// would leave at that one, or be garbled on its way.
+void CloseAsItIs(QSerialPort& device) {
+  const int descriptor = static_cast<int>(device.handle());
+  ::ioctl(descriptor, TIOCNXCL);
+  const int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+  if (nothing >= 0) {
+    ::dup3(nothing, descriptor, O_CLOEXEC);
+    ::close(nothing);
+  }
+  device.close();
 }
 
 }  // namespace
@@ -112,7 +127,7 @@ void QtSerialPort::Close() {
   // Closing would wait for what a stuck device does not take.
   const bool stuck = scheduler_.Now() - lastOutput_ > kStuckAfter && OutBufferCount() > 0;
   if (stuck) ::tcflush(device_->handle(), TCOFLUSH);
-  device_->close();
+  CloseAsItIs(*device_);
   // It may be one of its own signals that led here.
   device_.release()->deleteLater();
 }

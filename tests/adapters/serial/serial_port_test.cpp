@@ -170,6 +170,26 @@ TEST_F(SystemPort, TakesTheSettingsThatMakeSense) {
   }
 }
 
+// The last letter leaves at the speed that it was written for, and so does the guardian's.
+TEST_F(SystemPort, ClosingKeepsTheSpeed) {
+  const auto speed = [this] {
+    const int device = ::open(line.Path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    termios now{};
+    ::tcgetattr(device, &now);
+    ::close(device);
+    return ::cfgetospeed(&now);
+  };
+  ASSERT_NE(speed(), static_cast<speed_t>(B4800));
+  port.SetSettings("4800,N,8,1");
+  ASSERT_EQ(port.Open(), 0);
+  port.Output("R");
+  port.Close();
+  EXPECT_TRUE(line.IsClosed());
+  EXPECT_EQ(speed(), static_cast<speed_t>(B4800));
+  EXPECT_EQ(line.Heard(), "R");
+  ASSERT_EQ(port.Open(), 0) << "not locked";
+}
+
 // Somebody who was started beside this program, and one that it started, find no open port.
 TEST_F(SystemPort, IsNotInherited) {
   ASSERT_EQ(port.Open(), 0);
