@@ -22,20 +22,6 @@ int32_t Clamped(int64_t value) {
 
 }  // namespace
 
-std::string CountText(int64_t frequencyHz, int16_t format) {
-  if (format == 0) return std::to_string(frequencyHz);
-  if (format == 2) {
-    std::string megahertz = FixedText(static_cast<double>(frequencyHz) / 1e6, 5);
-    return megahertz.insert(megahertz.size() - 2, ".");
-  }
-  std::string tens = std::to_string(std::abs(frequencyHz) / 10);
-  constexpr size_t kPlaces = 8;
-  if (tens.size() < kPlaces) tens.insert(0, kPlaces - tens.size(), '0');
-  tens.insert(tens.size() - 2, ".");
-  tens.insert(tens.size() - 6, ".");
-  return frequencyHz < 0 ? "-" + tens : tens;
-}
-
 ArduinoCounter::ArduinoCounter(const Parts& parts) : parts_(parts) {
   connections_ += parts_.port.received.Listen([this](std::string_view text) { Hear(text); });
   connections_ += parts_.form.tmrFreqcount.enabled.changed.Listen([this] { Begin(); });

@@ -14,10 +14,6 @@
 
 namespace velt {
 
-// As the frequency label shows it. Format 0: plain Hz ("7100000"); 1: tens of Hz in groups, with
-// leading zeros ("007.100.00"); 2: MHz ("7.100.00").
-std::string CountText(int64_t frequencyHz, int16_t format);
-
 class ArduinoCounter {
  public:
   // A frequency that is older is drawn as stale.

@@ -2,6 +2,7 @@
 #include "rig/count_reader.h"
 #include "rig/shown_frequency.h"
 #include "rig_fixture.h"
+#include "text/formats.h"
 
 namespace velt {
 namespace {
@@ -321,7 +322,7 @@ TEST(CountReader, ShowsNoPieceOfANumber) {
 TEST(CountText, IsWhatTheLabelShows) {
   struct Case {
     int64_t hertz;
-    int16_t format;
+    int format;
     std::string text;
   };
   for (const Case& c : {Case{7100000, 0, "7100000"},
