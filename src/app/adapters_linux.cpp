@@ -18,6 +18,8 @@
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/rigctld_server.h"
 #include "adapters/rigctld/server_address.h"
+#include "adapters/serial/no_serial_port.h"
+#include "adapters/serial/qt_serial_port.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "adapters/soundfile/repeated_file.h"
 #include "adapters/system/home_folder.h"
@@ -74,6 +76,12 @@ class LinuxAdapters : public Adapters {
     } else {
       engineWindow_ = std::make_unique<NoEngineWindow>(scheduler_);
     }
+    if (options.demo) {
+      serial_ = std::make_unique<NoSerialPort>();
+    } else {
+      serial_ =
+          std::make_unique<QtSerialPort>(scheduler_, DeviceNames(*settings_, options.serialPort));
+    }
     if (options.windowless) {
       prompts_ = std::make_unique<LoggedPrompts>(scheduler_, log_);
     } else {
@@ -91,6 +99,7 @@ class LinuxAdapters : public Adapters {
             .guardian = *guardian_,
             .sleepLock = *sleepLock_,
             .engineWindow = *engineWindow_,
+            .serial = *serial_,
             .files = files_,
             .settings = *settings_,
             .system = system_,
@@ -123,6 +132,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
   std::unique_ptr<SettingsStore> settings_;
+  std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<Prompts> prompts_;
   QtPrompts* windowPrompts_ = nullptr;
   std::unique_ptr<SignalWatcher> signals_;

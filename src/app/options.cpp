@@ -18,6 +18,7 @@ constexpr KnownOption kKnown[] = {
     {"list-audio-devices", nullptr, "List the sources of the sound server and end."},
     {"rig1", "HOST:PORT", "Where rig 1's CAT server is (default 127.0.0.1:4532)."},
     {"rig2", "HOST:PORT", "Where rig 2's CAT server is (default 127.0.0.1:4534)."},
+    {"serial-port", "PATH", "The device of the engine's COM port, whatever its number."},
     {"data-folder", "DIR", "Keep data and settings in this folder."},
     {"engine-folder", "DIR", "Look for the engine in this folder."},
     {"engine-title", "TEXT", "Find the engine's window by this title."},
@@ -66,7 +67,8 @@ constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode", "precis
                                           "slider", "waterfall", "size"};
 constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};
 constexpr const char* kNotAnalysing[] = {
-    "demo", "input", "audio-device", "headless", "list-audio-devices", "rig1", "rig2"};
+    "demo", "input", "audio-device", "headless", "list-audio-devices",
+    "rig1", "rig2",  "serial-port"};
 
 // Whether an argument that is no option asks to delete all settings. It has to be meant: the name
 // of a file does not ask for it, nor does "preset", in which the word does not begin.
@@ -205,6 +207,7 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   options.input = TextPath(arguments.Value("input"));
   options.audioDevice = arguments.Value("audio-device");
   options.rigAddresses = {checker.Address("rig1"), checker.Address("rig2")};
+  options.serialPort = TextPath(arguments.Value("serial-port"));
   options.engineFolder = TextPath(arguments.Value("engine-folder"));
   options.engineTitle = arguments.Value("engine-title");
   options.logFile = TextPath(arguments.Value("log"));

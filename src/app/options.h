@@ -40,6 +40,7 @@ struct Options {
   std::filesystem::path input;  // sound file instead of the sound server
   std::string audioDevice;
   std::array<std::string, 2> rigAddresses;  // of rig 1 and 2; empty: as set up
+  std::filesystem::path serialPort;         // device of every COM port; empty: as set up
   std::filesystem::path dataFolder;
   std::filesystem::path engineFolder;
   std::string engineTitle;  // of its window; empty: its version text

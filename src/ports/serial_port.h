@@ -25,14 +25,17 @@ class SerialPort {
   // adapter knows. `settings`: baud, parity letter N, O or E, data bits, stop bits: "9600,N,8,1".
   virtual void SetCommPort(int16_t number) = 0;
   virtual void SetSettings(const std::string& settings) = 0;
-  // Whether the lines are raised while the port is open.
+  // Whether the lines are raised while the port is open; an open port follows at once. A device
+  // without such lines does nothing.
   virtual void SetDTREnable(bool on) = 0;
   virtual void SetRTSEnable(bool on) = 0;
 
-  // Opens it with the lines as wanted. Returns 0, or the system's error number; EINVAL for settings
-  // that nobody understands. An open port stays as it is.
+  // Opens it with the lines as wanted; the system may have raised both for a moment before. When
+  // the last one who has the device open is gone, it lowers them. Returns 0, or the system's error
+  // number; EINVAL for settings that nobody understands. An open port stays as it is.
   virtual int Open() = 0;
-  // Lowers both lines before, so that nothing that they key stays on.
+  // Lowers both lines before, so that nothing that they key stays on. What was written goes out
+  // still, unless the device has not taken it for a while.
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
 
@@ -40,8 +43,9 @@ class SerialPort {
   virtual void Output(std::string_view bytes) = 0;
   virtual size_t OutBufferCount() const = 0;
 
+  // What has come in, read from the device already or not. Much of it that nobody takes is dropped.
   virtual size_t InBufferCount() const = 0;
-  // The oldest `count` bytes that came in, or as many as there are.
+  // The oldest `count` bytes that came in, or as many as have been read from the device.
   virtual std::string Input(size_t count) = 0;
 
   // Of the open device, for duplicates; -1 while closed.

@@ -1,7 +1,9 @@
 // Keys one transmitter one way: over the CAT link of a rig, by lines of a serial port, ...
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <string>
 
 #include "event/event.h"
 #include "ports/guardian.h"
@@ -26,6 +28,12 @@ class Keyer {
   // What Look() tells may be something else now.
   Event<> heard;
 
+  // To be called before the recipe is asked for: what has to stand for it, such as an open port, is
+  // made, and nothing is keyed by it. Empty, or why it cannot be keyed.
+  virtual std::string Prepare() { return {}; }
+  // Takes Prepare back: the key does not follow.
+  virtual void GiveUp() {}
+
   // False when it is refused at once; nothing was sent then.
   virtual bool Key() = 0;
   // Without a connection it goes first once there is one again.
@@ -36,6 +44,11 @@ class Keyer {
   virtual Report Look() const = 0;
   // What the guardian needs; empty when it cannot be keyed now.
   virtual std::optional<ReleaseRecipe> Recipe() const = 0;
+  // Recipes are good for the connection that they were asked for at.
+  virtual uint32_t Connection() const { return 0; }
+
+  // Whether a lost link is taken up again by itself.
+  virtual bool ComesBack() const { return true; }
 };
 
 }  // namespace velt

@@ -1,5 +1,6 @@
 #include "rig/ptt.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velt {
@@ -7,38 +8,52 @@ namespace velt {
 Ptt::Ptt(const Parts& parts)
     : parts_(parts), cat_{CatKeyer(parts.server, 1), CatKeyer(parts.server, 2)} {
   for (CatKeyer& keyer : cat_) parts_.guard.Add(keyer);
+  parts_.guard.Add(parts_.lines);
+  parts_.guard.Add(parts_.arduino);
   connections_ += parts_.guard.ended.Listen(
       [this](const Keyer& keyer, TransmitGuard::Cause cause) { TransmissionEnded(keyer, cause); });
 }
 
 void Ptt::PTT_ON(TransmitOwner owner) {
-  if (parts_.state.pttMethod == "NONE" && KeyByLink(owner)) {
+  Keyer* keyer = KeyerFor(owner);
+  const bool byLink = keyer == nullptr || IsByLink(*keyer);
+  if (byLink ? KeyByLink(owner, keyer) : parts_.guard.Key(owner, *keyer)) {
     SelectButton(0);
-  } else {
+  } else if (keyer == nullptr || !parts_.guard.Holds(*keyer)) {
     // What is on already stays selected.
-    const CatKeyer* inUse = KeyerInUse();
-    if (inUse == nullptr || !parts_.guard.Holds(*inUse)) SelectButton(1);
+    SelectButton(1);
   }
 }
 
 void Ptt::PTT_OFF(TransmitOwner owner) {
-  if (owner != TransmitOwner::Operator) {
-    if (!parts_.guard.Release(owner)) return;
-  } else {
-    CatKeyer* inUse = KeyerInUse();
-    // What this program keyed is released even over a lost link: once it is back, before all else.
-    // What others keyed is not: by then it may be another transmission.
-    const bool sendable = inUse != nullptr && inUse->Look().reachable;
-    const bool held = inUse != nullptr && parts_.guard.Holds(*inUse);
-    if (!sendable && !held) parts_.control.RefusedWithoutLink();
-    parts_.guard.ReleaseAll(sendable ? inUse : nullptr);
+  if (owner == TransmitOwner::Operator) {
+    ReleaseByOperator();
+  } else if (!parts_.guard.Release(owner)) {
+    return;
   }
   BackToReceive();
 }
 
+void Ptt::ReleaseByOperator() {
+  Keyer* inUse = KeyerFor(TransmitOwner::Operator);
+  if (inUse != nullptr && !IsByLink(*inUse)) {
+    parts_.guard.ReleaseAll(inUse);
+    if (!inUse->Look().reachable) {
+      parts_.messages.Show("The serial port is not there: nothing was sent");
+    }
+    return;
+  }
+  // What this program keyed is released even over a lost link: once it is back, before all else.
+  // What others keyed is not: by then it may be another transmission.
+  const bool sendable = inUse != nullptr && inUse->Look().reachable;
+  const bool held = inUse != nullptr && parts_.guard.Holds(*inUse);
+  if (!sendable && !held) parts_.control.RefusedWithoutLink();
+  parts_.guard.ReleaseAll(sendable ? inUse : nullptr);
+}
+
 void Ptt::LeaveRig(bool closing) {
   for (CatKeyer& keyer : cat_) {
-    if (closing || &keyer == KeyerInUse()) LeaveServer(keyer.RigNumber());
+    if (closing || &keyer == RigInUse()) LeaveServer(keyer.RigNumber());
   }
   parts_.control.RestoreNow();
 }
@@ -46,21 +61,42 @@ void Ptt::LeaveRig(bool closing) {
 void Ptt::LeaveServer(int32_t rigNumber) {
   CatKeyer& keyer = cat_.at(rigNumber == 2 ? 1 : 0);
   if (!parts_.guard.Holds(keyer)) return;
-  const bool inUse = &keyer == KeyerInUse();
+  const bool inUse = &keyer == RigInUse();
   parts_.guard.Leave(keyer);
   if (!inUse) return;
   parts_.control.RestoreNow();
   BackToReceive();
 }
 
+void Ptt::LeaveSerialPort() {
+  bool left = false;
+  for (Keyer* keyer : std::initializer_list<Keyer*>{&parts_.lines, &parts_.arduino}) {
+    if (!parts_.guard.Holds(*keyer)) continue;
+    parts_.guard.Leave(*keyer);
+    left = true;
+  }
+  if (left) BackToReceive();
+}
+
 // Null without a rig object.
-CatKeyer* Ptt::KeyerInUse() {
+CatKeyer* Ptt::RigInUse() {
   const int32_t number = parts_.rig.Number();
   return number == 1 || number == 2 ? &cat_.at(static_cast<size_t>(number) - 1) : nullptr;
 }
 
-bool Ptt::KeyByLink(TransmitOwner owner) {
-  CatKeyer* keyer = KeyerInUse();
+// Null where there is none.
+Keyer* Ptt::KeyerFor(TransmitOwner owner) {
+  const std::string& method = parts_.state.pttMethod;
+  if (owner == TransmitOwner::Player || method == "NONE") return RigInUse();
+  if (method == "COM") return &parts_.lines;
+  return method == "ARDUINO" ? &parts_.arduino : nullptr;
+}
+
+bool Ptt::IsByLink(const Keyer& keyer) const {
+  return &keyer != &parts_.lines && &keyer != &parts_.arduino;
+}
+
+bool Ptt::KeyByLink(TransmitOwner owner, Keyer* keyer) {
   if (parts_.control.RefusedWithoutLink() || keyer == nullptr) return false;
   if (!parts_.guard.Key(owner, *keyer)) return false;
   parts_.form.lblTRXMode.caption = "TX";
@@ -71,19 +107,25 @@ bool Ptt::KeyByLink(TransmitOwner owner) {
 }
 
 void Ptt::TransmissionEnded(const Keyer& keyer, TransmitGuard::Cause cause) {
-  if (&keyer != KeyerInUse()) return;
+  const bool byLink = IsByLink(keyer);
+  if (byLink && &keyer != RigInUse()) return;
   // A rig that never transmitted has nothing to settle before it is moved back.
-  if (cause == TransmitGuard::Cause::Refused) parts_.control.RestoreNow();
+  if (byLink && cause == TransmitGuard::Cause::Refused) parts_.control.RestoreNow();
   BackToReceive();
 }
 
+// Only what nobody wants keyed any more: the player's rig may transmit on when the serial port's
+// transmission ends.
 void Ptt::BackToReceive() {
-  parts_.form.lblTRXMode.caption = "RX";
-  if (const auto shift = std::exchange(keyedWith_, std::nullopt)) {
-    parts_.control.SetTRXShift(shift->kHz, false, shift->vfo);
+  const bool linkInUse =
+      std::ranges::any_of(cat_, [this](const auto& keyer) { return parts_.guard.Wanted(keyer); });
+  const auto shift = linkInUse ? std::nullopt : std::exchange(keyedWith_, std::nullopt);
+  if (!linkInUse && (shift || parts_.state.pttMethod == "NONE")) {
+    parts_.form.lblTRXMode.caption = "RX";
+    if (shift) parts_.control.SetTRXShift(shift->kHz, false, shift->vfo);
+    parts_.display.ShowRigParams();
   }
-  parts_.display.ShowRigParams();
-  SelectButton(1);
+  if (!parts_.guard.Wanted()) SelectButton(1);
 }
 
 void Ptt::SelectButton(int32_t index) {

@@ -4,7 +4,7 @@ namespace velt {
 
 Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions questions)
     : statusFile({.form = parts.form, .installation = parts.installation}, ports.files),
-      display(parts.form, state, engine, current),
+      display(parts.form, state, engine, current, statusFile),
       guard({.messages = parts.messages,
              .notices = parts.notices,
              .scheduler = ports.scheduler,
@@ -17,13 +17,25 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
                .display = display,
                .messages = parts.messages,
                .scheduler = ports.scheduler}),
+      arduino(ports.serial, ports.scheduler),
+      lineKeyer(ports.serial),
+      arduinoKeyer(arduino, ports.scheduler),
+      counter({.form = parts.form,
+               .state = state,
+               .display = display,
+               .port = arduino,
+               .statusFile = statusFile,
+               .scheduler = ports.scheduler}),
       ptt({.form = parts.form,
            .state = state,
            .rig = current,
            .control = control,
            .display = display,
            .guard = guard,
-           .server = ports.server}),
+           .messages = parts.messages,
+           .server = ports.server,
+           .lines = lineKeyer,
+           .arduino = arduinoKeyer}),
       poller({.form = parts.form,
               .installation = parts.installation,
               .state = state,
@@ -31,8 +43,16 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
               .control = control,
               .ptt = ptt,
               .guard = guard,
-              .statusFile = statusFile},
+              .statusFile = statusFile,
+              .counter = counter},
              {.files = ports.files, .window = ports.engineWindow, .clock = ports.clock}),
+      serial({.state = state,
+              .lines = lineKeyer,
+              .arduino = arduino,
+              .counter = counter,
+              .ptt = ptt,
+              .installation = parts.installation},
+             {.port = ports.serial, .files = ports.files, .clock = ports.clock}),
       link({.form = parts.form,
             .state = state,
             .rig = current,
@@ -59,9 +79,6 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
              .control = control,
              .dialog = dialog,
              .messages = parts.messages,
-             .prompts = ports.prompts}) {
-  connections_ += display.frequencyShown.Listen(
-      [this](int32_t frequencyHz) { statusFile.WriteStatusRX(frequencyHz); });
-}
+             .prompts = ports.prompts}) {}
 
 }  // namespace velt

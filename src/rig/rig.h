@@ -14,8 +14,13 @@
 #include "ports/omnirig.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "ports/serial_port.h"
 #include "ports/sleep_lock.h"
+#include "rig/arduino_counter.h"
+#include "rig/arduino_keyer.h"
+#include "rig/arduino_port.h"
 #include "rig/current_rig.h"
+#include "rig/line_keyer.h"
 #include "rig/omnirig_dialog.h"
 #include "rig/omnirig_link.h"
 #include "rig/ptt.h"
@@ -23,6 +28,7 @@
 #include "rig/rig_display.h"
 #include "rig/rig_menus.h"
 #include "rig/rig_state.h"
+#include "rig/serial_setup.h"
 #include "rig/status_file.h"
 #include "rig/status_poller.h"
 #include "rig/transmit_guard.h"
@@ -47,6 +53,7 @@ class Rig {
     Guardian& guardian;
     SleepLock& sleepLock;
     EngineWindow& engineWindow;
+    SerialPort& serial;
     Files& files;
   };
 
@@ -59,14 +66,16 @@ class Rig {
   RigDisplay display;
   TransmitGuard guard;
   RigControl control;
+  ArduinoPort arduino;
+  LineKeyer lineKeyer;
+  ArduinoKeyer arduinoKeyer;
+  ArduinoCounter counter;
   Ptt ptt;
   StatusPoller poller;
+  SerialSetup serial;
   OmniRigLink link;
   OmniRigDialog dialog;
   RigMenus menus;
-
- private:
-  Connections connections_;
 };
 
 }  // namespace velt

@@ -18,8 +18,8 @@ int32_t Clamped(int64_t value) {
 }  // namespace
 
 RigDisplay::RigDisplay(RigControls& form, RigState& state, const EngineState& engine,
-                       const CurrentRig& rig)
-    : form_(form), state_(state), engine_(engine), rig_(rig) {
+                       const CurrentRig& rig, StatusFile& statusFile)
+    : form_(form), state_(state), engine_(engine), rig_(rig), statusFile_(statusFile) {
   connections_ += form_.lblFrequency.caption.changed.Listen([this] { lblFrequency_Change(); });
 }
 
@@ -28,18 +28,23 @@ void RigDisplay::ShowRigParams() {
   const bool transmits = rig_->GetTxFrequency() > 2;
   form_.lblTRXMode.caption = transmits ? "TX" : "RX";
   const int32_t frequency = transmits ? rig_->GetTxFrequency() : rig_->GetRxFrequency();
-  state_.RealRigFrequency = frequency;
-
   const bool offLine = frequency < 1 && rig_->GetTxFrequency() < 1;
-  form_.lblFrequency.caption = offLine ? kRigOffLine : FrequencyToShow(frequency);
+  // A rig that is off leaves the label to the counter.
+  if (!offLine || !form_.tmrFreqcount.enabled) {
+    TakeFrequency(frequency);
+    form_.lblFrequency.caption = offLine ? kRigOffLine : FrequencyToShow(frequency);
+  }
   form_.lblTRXMode.enabled = !offLine;
   form_.mnunorig.checked = offLine;
-
-  state_.scaleAnchorHz = Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
-                                 engine_.scaleOffset + state_.RealRigFrequency);
-  if (!form_.tmrFreqcount.enabled) frequencyShown.Raise(state_.RealRigFrequency);
+  if (!form_.tmrFreqcount.enabled) statusFile_.WriteStatusRX(state_.RealRigFrequency);
   ShowMode();
   MarkStale(rig_->Link().stale);
+}
+
+void RigDisplay::TakeFrequency(int32_t frequencyHz) {
+  state_.RealRigFrequency = frequencyHz;
+  state_.scaleAnchorHz = Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
+                                 engine_.scaleOffset + state_.RealRigFrequency);
 }
 
 void RigDisplay::ShowRigStatus() {

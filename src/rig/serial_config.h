@@ -17,6 +17,8 @@ struct SerialConfig {
 
   // The port is there to be used: the file was whole, names a port, and the method is not "NONE".
   bool UsesPort() const { return complete && portNumber >= 1 && pttMethod != "NONE"; }
+
+  bool operator==(const SerialConfig&) const = default;
 };
 
 // Of a text that ends too soon, or holds something that is no number, what stands before it; such a

@@ -20,15 +20,15 @@ void TransmitGuard::Add(Keyer& keyer) {
 
 bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
   Watch& watch = Of(keyer);
-  const bool guarded = watch.ticket != 0;
-  if (!guarded) {
-    const auto recipe = keyer.Recipe();
-    watch.ticket = recipe ? parts_.guardian.Hold(*recipe) : 0;
-    if (recipe && watch.ticket == 0) {
-      parts_.messages.Show("Not keyed: nothing would release the transmitter after a crash");
-    }
+  if (const std::string problem = keyer.Prepare(); !problem.empty()) {
+    parts_.messages.Show("Not keyed: " + problem);
+    return false;
   }
-  if (watch.ticket == 0) return false;
+  const bool guarded = watch.ticket != 0;
+  if (!HandToGuardian(watch)) {
+    keyer.GiveUp();
+    return false;
+  }
   if (!keyer.Key()) {
     if (!guarded) parts_.guardian.Forget(std::exchange(watch.ticket, 0));
     return false;
@@ -86,9 +86,20 @@ bool TransmitGuard::Holds(const Keyer& keyer) const {
   });
 }
 
+bool TransmitGuard::Wanted(const Keyer& keyer) const {
+  return std::any_of(watches_.begin(), watches_.end(), [&keyer](const Watch& watch) {
+    return &watch.keyer == &keyer && !watch.wishes.empty();
+  });
+}
+
 bool TransmitGuard::Wanted() const {
   return std::any_of(watches_.begin(), watches_.end(),
                      [](const Watch& watch) { return !watch.wishes.empty(); });
+}
+
+bool TransmitGuard::WantedBy(TransmitOwner owner) const {
+  return std::any_of(watches_.begin(), watches_.end(),
+                     [owner](const Watch& watch) { return watch.wishes.contains(owner); });
 }
 
 void TransmitGuard::SetLimitMinutes(int32_t minutes) {
@@ -108,7 +119,27 @@ bool TransmitGuard::HoldsAny() const {
                      [](const Watch& watch) { return watch.safety.Holds(); });
 }
 
+// False when nothing would release it. The recipe of an earlier connection is kept until the new
+// one is known to be held.
+bool TransmitGuard::HandToGuardian(Watch& watch) {
+  const uint32_t connection = watch.keyer.Connection();
+  if (watch.ticket != 0 && watch.connection == connection) return true;
+  const auto recipe = watch.keyer.Recipe();
+  if (!recipe) return false;
+  const uint32_t ticket = parts_.guardian.Hold(*recipe);
+  if (ticket == 0) {
+    parts_.messages.Show("Not keyed: nothing would release the transmitter after a crash");
+    return false;
+  }
+  if (watch.ticket != 0) parts_.guardian.Forget(watch.ticket);
+  watch.ticket = ticket;
+  watch.connection = connection;
+  return true;
+}
+
 void TransmitGuard::CheckWatch(Watch& watch) {
+  // What came back while it is held is held anew.
+  if (watch.ticket != 0) HandToGuardian(watch);
   const PttSafety::Orders orders = watch.safety.Tick(parts_.clock.Elapsed(), watch.keyer.Look());
   if (orders.release) watch.keyer.Release();
   if (orders.done) Finished(watch);
@@ -122,7 +153,7 @@ void TransmitGuard::CheckWatch(Watch& watch) {
   const Cause cause = orders.ended == PttSafety::Cause::Limit      ? Cause::Limit
                       : orders.ended == PttSafety::Cause::LinkLost ? Cause::LinkLost
                                                                    : Cause::Elsewhere;
-  Tell(cause);
+  Tell(cause, watch.keyer);
   ended.Raise(watch.keyer, cause);
 }
 
@@ -141,7 +172,7 @@ void TransmitGuard::Refused(Watch& watch) {
     if (watch.safety.HandOver()) parts_.notices.Over(NoticeKind::Transmitter);
     Finished(watch);
   }
-  Tell(Cause::Refused);
+  Tell(Cause::Refused, watch.keyer);
   ended.Raise(watch.keyer, Cause::Refused);
 }
 
@@ -152,7 +183,7 @@ void TransmitGuard::EndAll(Cause cause) {
     watch.wishes.clear();
     SendRelease(watch);
     if (!wanted) continue;
-    Tell(cause);
+    Tell(cause, watch.keyer);
     ended.Raise(watch.keyer, cause);
   }
 }
@@ -177,7 +208,7 @@ void TransmitGuard::Hear(const GuardianNews& news) {
   }
 }
 
-void TransmitGuard::Tell(Cause cause) {
+void TransmitGuard::Tell(Cause cause, const Keyer& keyer) {
   switch (cause) {
     case Cause::Limit: {
       const std::string text =
@@ -188,7 +219,9 @@ void TransmitGuard::Tell(Cause cause) {
     }
     case Cause::LinkLost:
       return parts_.messages.Show(
-          "Link lost while transmitting: the release is sent first when it is back");
+          keyer.ComesBack()
+              ? "Link lost while transmitting: the release is sent first when it is back"
+              : "The serial port was lost while transmitting");
     case Cause::Refused:
       return parts_.messages.Show("The rig refused to transmit");
     case Cause::Silence: {

@@ -82,8 +82,10 @@ class TransmitGuard {
   // Keyed from here and not yet known to be released.
   bool Holds(const Keyer& keyer) const;
 
-  // Somebody wants a transmitter keyed.
+  // Somebody wants a transmitter keyed; or this one; or `owner` does.
   bool Wanted() const;
+  bool Wanted(const Keyer& keyer) const;
+  bool WantedBy(TransmitOwner owner) const;
 
   void SetLimitMinutes(int32_t minutes);  // 1 to 60, others are moved inside
   int32_t LimitMinutes() const { return limitMinutes_; }
@@ -93,20 +95,22 @@ class TransmitGuard {
     Keyer& keyer;
     PttSafety safety = {};
     std::set<TransmitOwner> wishes = {};
-    uint32_t ticket = 0;  // the guardian's; 0 while it is not held
-    int keysSent = 0;     // since it is held
+    uint32_t ticket = 0;      // the guardian's; 0 while it is not held
+    uint32_t connection = 0;  // the ticket is good for
+    int keysSent = 0;         // since it is held
     Connections connections = {};
   };
 
   Watch& Of(const Keyer& keyer);
   bool HoldsAny() const;
+  bool HandToGuardian(Watch& watch);
   void CheckWatch(Watch& watch);
   void SendRelease(Watch& watch);
   void Refused(Watch& watch);
   void EndAll(Cause cause);
   void Finished(Watch& watch);
   void Hear(const GuardianNews& news);
-  void Tell(Cause cause);
+  void Tell(Cause cause, const Keyer& keyer);
   void KeepChecking();
 
   Parts parts_;

@@ -19,17 +19,20 @@ Program::Program(const Ports& ports, RunSetup runSetup)
            .dialogForm = catForm,
            .messages = messages,
            .notices = notices,
-           .onTop = onTop},
+           .onTop = onTop,
+           .installation = installation},
           {.server = ports.server,
            .prompts = ports.prompts,
            .scheduler = ports.scheduler,
            .clock = ports.clock,
            .guardian = ports.guardian,
-           .sleepLock = ports.sleepLock},
+           .sleepLock = ports.sleepLock,
+           .engineWindow = ports.engineWindow,
+           .serial = ports.serial,
+           .files = ports.files},
           setup.questions),
-      engineKeys(
-          {.installation = installation, .messages = messages},
-          {.window = ports.engineWindow, .scheduler = ports.scheduler, .log = ports.log}),
+      engineKeys({.installation = installation, .messages = messages},
+                 {.window = ports.engineWindow, .scheduler = ports.scheduler, .log = ports.log}),
       engine({.form = form,
               .rig = form,
               .installation = installation,
@@ -56,6 +59,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .display = form,
                .rig = form,
                .installation = installation,
+               .guard = rig.guard,
                .messages = messages,
                .notices = notices},
               {.input = ports.audio,
@@ -69,7 +73,8 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .rigForm = form,
                .capture = capture,
                .rig = rig.state,
-               .engine = rig.engine}),
+               .engine = rig.engine,
+               .statusFile = rig.statusFile}),
       layout(form, display),
       settings({.form = form,
                 .onTop = onTop,
@@ -98,19 +103,19 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .link = rig.link,
                .rigDisplay = rig.display,
                .engine = engine,
+               .serial = rig.serial,
                .reporter = reporter},
               {.files = ports.files,
                .lock = ports.lock,
                .scheduler = ports.scheduler,
                .log = ports.log}),
-      shutdown(
-          {.form = form,
-           .capture = capture,
-           .settings = settings,
-           .layout = layout,
-           .rig = rig,
-           .engine = engine},
-          {.prompts = ports.prompts, .scheduler = ports.scheduler}),
+      shutdown({.form = form,
+                .capture = capture,
+                .settings = settings,
+                .layout = layout,
+                .rig = rig,
+                .engine = engine},
+               {.prompts = ports.prompts, .scheduler = ports.scheduler}),
       menus(form),
       menuOpener(
           {.form = form, .menus = menus, .options = display.options, .prompts = ports.prompts}),
@@ -124,6 +129,14 @@ Program::Program(const Ports& ports, RunSetup runSetup)
               TimerDriver(form.QuitTimer, ports.scheduler),
               TimerDriver(messageForm.Timer1, ports.scheduler)} {
   connections_ += rig.dialog.settingsChanged.Listen([this] { settings.KeepRigAddresses(); });
+  connections_ += startup.rigOffLine.Listen([this] {
+    rig.statusFile.WriteStatusRX(0);
+    rig.counter.Offer();
+  });
+  connections_ += shutdown.lastFrequency.Listen(
+      [this](int32_t frequencyHz) { rig.statusFile.WriteStatusRX(frequencyHz); });
+  connections_ += shutdown.rigOff.Listen([this] { rig.statusFile.WriteStatusRX(kRigIsOff); });
+  connections_ += rig.poller.displayChanged.Listen([this] { layout.Form_Resize(); });
 }
 
 }  // namespace velt

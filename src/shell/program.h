@@ -42,6 +42,7 @@ class Program {
     Guardian& guardian;
     SleepLock& sleepLock;
     EngineWindow& engineWindow;
+    SerialPort& serial;
     Files& files;
     SettingsStore& settings;
     SystemInfo& system;

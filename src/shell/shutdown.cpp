@@ -22,6 +22,8 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     return;
   }
   unloading_ = true;
+  // The engine keys nothing any more.
+  parts_.form.tmrStatus.enabled = false;
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
   parts_.rig.dialog.Close();
@@ -69,13 +71,16 @@ void Shutdown::Unload(bool& cancel) {
   parts_.engine.quitting = true;
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {
-    lastFrequency.Raise(parts_.rig.state.RealRigFrequency);
+    lastFrequency.Raise(form.tmrFreqcount.enabled ? parts_.rig.counter.LastCountHz()
+                                                  : parts_.rig.state.RealRigFrequency);
   }
   const std::string& shown = form.lblFrequency.caption;
   if (shown == "RigOffLine" || shown == "N/A") {
     form.lblTRXMode.caption = "OFF";
     rigOff.Raise();
   }
+  form.tmrFreqcount.enabled = false;
+  parts_.rig.serial.Close();
   quitting_ = true;
   parts_.layout.quitting = true;
   if (parts_.capture.DeviceOpen()) {
@@ -94,6 +99,7 @@ void Shutdown::QuitTimer_Timer() {
 }
 
 void Shutdown::mnucloseme_Click() {
+  parts_.form.tmrStatus.enabled = false;
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
   unloading_ = true;

@@ -56,7 +56,7 @@ void Startup::Form_Load() {
   parts_.layout.Form_Resize();
   PrepareEngine();
 
-  next_ = ports_.scheduler.After(Milliseconds(0), [this] { StartAnalyserIfWanted(); });
+  next_ = ports_.scheduler.After(Milliseconds(0), [this] { ReadSerialSetup(); });
 }
 
 void Startup::MakeFolders() {
@@ -83,6 +83,11 @@ void Startup::PrepareEngine() {
   parts_.engine.Begin();
   if (form.mnuautos[1].checked) form.tmrCheckZOKA.enabled = true;
   if (form.mnuautos[0].checked) form.mnurunzoka.Click();
+}
+
+void Startup::ReadSerialSetup() {
+  parts_.serial.ReadRS232();
+  StartAnalyserIfWanted();
 }
 
 void Startup::StartAnalyserIfWanted() {

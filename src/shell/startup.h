@@ -13,6 +13,7 @@
 #include "ports/scheduler.h"
 #include "rig/omnirig_link.h"
 #include "rig/rig_display.h"
+#include "rig/serial_setup.h"
 #include "shell/rig_reporter.h"
 #include "shell/run_setup.h"
 #include "shell/settings.h"
@@ -40,6 +41,7 @@ class Startup {
     OmniRigLink& link;
     RigDisplay& rigDisplay;
     EngineProcess& engine;
+    SerialSetup& serial;
     RigReporter& reporter;
   };
   struct Ports {
@@ -62,6 +64,7 @@ class Startup {
   void Form_Load();
   void MakeFolders();
   void PrepareEngine();
+  void ReadSerialSetup();
   void StartAnalyserIfWanted();
   void LinkRig();
   void RigAnswered(bool online);

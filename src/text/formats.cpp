@@ -21,6 +21,20 @@ std::string FrequencyText(int32_t frequencyHz) {
   return sign + digits + "." + kilohertz + "." + tens;
 }
 
+std::string CountText(int64_t frequencyHz, int format) {
+  if (format == 0) return std::to_string(frequencyHz);
+  if (format == 2) {
+    std::string megahertz = FixedText(static_cast<double>(frequencyHz) / 1e6, 5);
+    return megahertz.insert(megahertz.size() - 2, ".");
+  }
+  std::string tens = std::to_string(std::abs(frequencyHz) / 10);
+  constexpr size_t kPlaces = 8;
+  if (tens.size() < kPlaces) tens.insert(0, kPlaces - tens.size(), '0');
+  tens.insert(tens.size() - 2, ".");
+  tens.insert(tens.size() - 6, ".");
+  return frequencyHz < 0 ? "-" + tens : tens;
+}
+
 std::string AtLeastTwoDigits(int32_t value) {
   std::string digits = std::to_string(std::abs(static_cast<int64_t>(value)));
   if (digits.size() < 2) digits.insert(0, "0");

@@ -12,6 +12,10 @@ namespace velt {
 // ".475.00" for 475000 Hz, ".." for 0). A negative value has a leading "-".
 std::string FrequencyText(int32_t frequencyHz);
 
+// A counted frequency in Hz as the frequency labels show it. Format 0: plain Hz ("7100000"); 1:
+// without its last digit, in groups with leading zeros ("007.100.00"); 2: MHz ("7.100.00").
+std::string CountText(int64_t frequencyHz, int format);
+
 // The absolute value's text with at least two digits ("07", "123").
 std::string AtLeastTwoDigits(int32_t value);
 

@@ -42,6 +42,9 @@ struct RigFixture : testing::Test, ProgramFixture {
     form.lblMessage.caption = std::string();
     return text;
   }
+  std::string Notice() const {
+    return form.lblNotice.visible ? form.lblNotice.caption.Get() : std::string();
+  }
 
   Main& form = program->form;
   OmniRigForm& dialogForm = program->catForm;

@@ -127,8 +127,12 @@ TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
     const char* line;
     Texts writes;
   };
-  const Case cases[] = {{"lsb", {"Mode LSB"}},    {" USB ", {"Mode USB"}}, {"cw-lsb", {"Mode CW-L"}},
-                        {"cw-usb", {"Mode CW-U"}}, {"rtty", {}},           {"", {}}};
+  const Case cases[] = {{"lsb", {"Mode LSB"}},
+                        {" USB ", {"Mode USB"}},
+                        {"cw-lsb", {"Mode CW-L"}},
+                        {"cw-usb", {"Mode CW-U"}},
+                        {"rtty", {}},
+                        {"", {}}};
   for (const Case& c : cases) {
     Status("USB", c.line);
     const Texts writes = WritesOf(4);
@@ -172,11 +176,11 @@ TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
   rig1.Tune(7050000);
   scheduler.Advance(seconds(1));
   EXPECT_EQ(files.files[kStatusRx], "7050000\r\nRX\r\n0\r\n");
-  Reachable(false);
   rig1.Tune(0);
   scheduler.Advance(seconds(1));
+  EXPECT_EQ(files.files[kStatusRx], "\"no-com\"\r\nRX\r\n0\r\n");
   Close();
-  EXPECT_EQ(files.files[kStatusRx].substr(0, 6), "0\r\nOFF") << files.files[kStatusRx];
+  EXPECT_EQ(files.files[kStatusRx], "0\r\nOFF\r\n0\r\n");
 }
 
 TEST(StatusPoller, WithoutAnEngineNothingIsReadOrWritten) {

@@ -12,6 +12,7 @@
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "shell/program.h"
 #include "support/fake_engine_window.h"
+#include "support/fake_serial_port.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
@@ -178,11 +179,13 @@ struct FakeClock : Clock {
 
 struct FakeGuardian : Guardian {
   bool present = true;
-  std::set<uint32_t> held;
+  std::map<uint32_t, ReleaseRecipe> held;
   size_t followed = 0;
   int beats = 0;
   uint32_t last = 0;
-  uint32_t Hold(const ReleaseRecipe&) override { return present ? *held.insert(++last).first : 0; }
+  uint32_t Hold(const ReleaseRecipe& recipe) override {
+    return present ? held.emplace(++last, recipe).first->first : 0;
+  }
   void Forget(uint32_t ticket) override { held.erase(ticket); }
   void Follow(uint32_t ticket) override { followed += held.erase(ticket); }
   void Beat() override { ++beats; }
@@ -223,6 +226,7 @@ struct ProgramFixture {
   FakeGuardian guardian;
   FakeSleepLock sleepLock;
   FakeEngineWindow engineWindow{scheduler};
+  FakeSerialPort serialPort{scheduler};
   FakeFiles files;
   FakeStore store;
   FakeSystem system;
@@ -257,6 +261,7 @@ struct ProgramFixture {
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,
                                                        .engineWindow = engineWindow,
+                                                       .serial = serialPort,
                                                        .files = files,
                                                        .settings = store,
                                                        .system = system,

@@ -1,0 +1,111 @@
+// The double of a serial port: a device that a test plays.
+#pragma once
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "ports/scheduler.h"
+#include "ports/serial_port.h"
+
+namespace velt {
+
+class FakeSerialPort : public SerialPort {
+ public:
+  explicit FakeSerialPort(Scheduler& scheduler) : scheduler_(scheduler) {}
+
+  int openError = 0;
+  bool takes = true;   // what is written; else it stays in the buffer
+  std::string device;  // that was opened last
+  // What came to the device since the last Take: "open", "DTR up", "T", "RTS down", "close".
+  std::vector<std::string> Take() { return std::exchange(seen_, {}); }
+  bool Lines() const { return open_ && (dtr_ || rts_); }
+  // Each of them at the moment when it happens.
+  Event<const std::string&> happened;
+
+  void Say(std::string_view text) {
+    if (!open_) return;
+    input_ += text;
+    scheduler_.Post([this] { received.Raise(); });
+  }
+  // The open device goes away; it can be opened again unless there is an error.
+  void HangUp(int error = 0) {
+    openError = error;
+    if (!open_) return;
+    scheduler_.Post([this, opening = openings_] {
+      if (!open_ || openings_ != opening) return;
+      Close();
+      failed.Raise(EIO);
+    });
+  }
+
+  void SetCommPort(int16_t number) override { number_ = number; }
+  void SetSettings(const std::string& settings) override { settings_ = settings; }
+  void SetDTREnable(bool on) override { Bring(dtr_, on, "DTR"); }
+  void SetRTSEnable(bool on) override { Bring(rts_, on, "RTS"); }
+  int Open() override {
+    if (open_) return 0;
+    if (settings_.find(',') == std::string::npos) return EINVAL;
+    if (openError != 0) return openError;
+    device = "COM" + std::to_string(number_) + " " + settings_;
+    See("open");
+    open_ = true;
+    ++openings_;
+    if (dtr_) See("DTR up");
+    if (rts_) See("RTS up");
+    return 0;
+  }
+  void Close() override {
+    if (!open_) return;
+    if (dtr_) See("DTR down");
+    if (rts_) See("RTS down");
+    open_ = false;
+    input_.clear();
+    waiting_ = 0;
+    See("close");
+  }
+  bool IsOpen() const override { return open_; }
+  void Output(std::string_view bytes) override {
+    if (!open_) return;
+    See(std::string(bytes));
+    waiting_ += bytes.size();
+    if (takes) scheduler_.Post([this] { Drain(); });
+  }
+  size_t OutBufferCount() const override { return waiting_; }
+  size_t InBufferCount() const override { return input_.size(); }
+  std::string Input(size_t count) override {
+    const std::string taken = input_.substr(0, count);
+    input_.erase(0, taken.size());
+    return taken;
+  }
+  int Descriptor() const override { return open_ ? 77 : -1; }
+
+ private:
+  void See(const std::string& what) {
+    seen_.push_back(what);
+    happened.Raise(what);
+  }
+  void Bring(bool& line, bool on, const std::string& name) {
+    if (line == on) return;
+    line = on;
+    if (open_) See(name + (on ? " up" : " down"));
+  }
+  void Drain() {
+    if (!takes || waiting_ == 0) return;
+    waiting_ = 0;
+    drained.Raise();
+  }
+
+  Scheduler& scheduler_;
+  int16_t number_ = 1;
+  std::string settings_ = "9600,N,8,1";
+  bool dtr_ = false;
+  bool rts_ = false;
+  bool open_ = false;
+  int openings_ = 0;
+  size_t waiting_ = 0;
+  std::string input_;
+  std::vector<std::string> seen_;
+};
+
+}  // namespace velt
