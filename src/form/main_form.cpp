@@ -120,6 +120,9 @@ ShellControls::ShellControls(Form& form)
       Image2(form, "File"),
       mnuoptions(form, "Options"),
       mnufile(form, "File"),
+      mnuscale(form, "Window Scale"),
+      mnuscales(form,
+                {{100, "100 %"}, {125, "125 %"}, {150, "150 %"}, {175, "175 %"}, {200, "200 %"}}),
       mnuexit(form, "E&xit menu"),
       mnucloseme(form, "Close VELT-SA "),
       QuitTimer(form, 1) {}

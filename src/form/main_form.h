@@ -117,6 +117,8 @@ struct ShellControls {
   Image Image2;  // opens the File menu
   MenuItem mnuoptions;
   MenuItem mnufile;
+  MenuItem mnuscale;  // of the window, in per cent of its design size
+  ControlArray<MenuItem> mnuscales;
   MenuItem mnuexit;
   MenuItem mnucloseme;
   Timer QuitTimer;

@@ -66,6 +66,7 @@ class Program {
   Capture capture;
   MainDisplay display;
   WindowLayout layout;
+  WindowScale scale;
   Settings settings;
   RigReporter reporter;
   Startup startup;

@@ -20,10 +20,15 @@ class ClickLabel : public QAbstractButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
+  // Whether a click does something.
+  bool Acts() const { return isEnabled() && !passive_; }
+  void ShowCursor();
+
   Qt::Alignment alignment_ = Qt::AlignCenter;
   bool stale_ = false;
   bool passive_ = false;

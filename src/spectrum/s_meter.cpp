@@ -1,0 +1,23 @@
+#include "spectrum/s_meter.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velt {
+namespace {
+
+constexpr double kS9Twips = 200000;
+
+}  // namespace
+
+double SUnits(int32_t levelTwips) {
+  if (levelTwips <= 0) return 0;
+  return std::max(0.0, 9 + std::log2(levelTwips / kS9Twips));
+}
+
+int SMeterBar(int32_t levelTwips, int height) {
+  const double part = std::min(SUnits(levelTwips) / kMostSUnits, 1.0);
+  return static_cast<int>(std::lround(part * std::max(height, 0)));
+}
+
+}  // namespace velt
