@@ -16,6 +16,7 @@ class Canvas {
   // Pixels are 0xFFRRGGBB, the rows `stride` pixels apart. Everything drawn is cut to `size`, in
   // pixels of the device, which `logical` pixels are spread over.
   Canvas(uint32_t* pixels, qsizetype stride, QSize size, QSize logical);
+  Canvas(uint32_t* pixels, qsizetype stride, QSize size) : Canvas(pixels, stride, size, size) {}
 
   // All of it, in pixels of the device.
   QRect Area() const { return {{}, size_}; }

@@ -34,7 +34,7 @@ void LiveWidget::paintEvent(QPaintEvent*) {
   const QTransform toDevice = painter.deviceTransform();
   const QRect place = toDevice.mapRect(rect());
   painter.drawImage(toDevice.inverted().map(QPointF(place.topLeft())),
-                    Picture(place.size(), painter.device()->devicePixelRatio()));
+                    Picture(place.size(), toDevice.m11()));
 }
 
 const QImage& LiveWidget::Picture(QSize size, qreal factor) {

@@ -108,27 +108,27 @@ void MainWindow::BindTopRow() {
   auto* transmit =
       binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
   auto* receive = binder_.Bind(form_.optTXRX[1], MakeTransmitButton(this), {"Receive", "Receive"});
-  // A keyed transmitter must not be overlooked, whoever keyed it.
-  const auto light = [this, state, transmit, receive] {
-    const RigLabel& told = form_.lblTRXMode;
-    const bool transmits = told.caption.Get() == "TX";
-    const bool receives = told.caption.Get() == "RX" && told.enabled && !told.stale;
-    state->SetFill(transmits  ? QColor(kTransmitting)
-                   : receives ? QColor(kReceiving)
-                              : QColor(),
-                   transmits || receives ? Qt::white : QColor());
-    transmit->SetLight(transmits || form_.optTXRX[0].value ? QColor(kTransmitting) : QColor());
-    receive->SetLight(form_.optTXRX[1].value && !transmits ? QColor(kReceiving) : QColor());
-  };
-  for (const Control* told : {static_cast<const Control*>(&form_.lblTRXMode),
-                              static_cast<const Control*>(&form_.optTXRX[0]),
-                              static_cast<const Control*>(&form_.optTXRX[1])}) {
-    binder_.Watch(*told, light);
-  }
+  const auto light = [=, this] { LightTransmit(*state, *transmit, *receive); };
+  binder_.Watch(form_.lblTRXMode, light);
+  for (auto& [index, option] : form_.optTXRX) binder_.Watch(*option, light);
   binder_.Bind(form_.lblFreqDetect, MakePassiveLabel(kBoldPixels, true, Qt::AlignCenter),
                {"Dominant frequency: %1", "Dominant frequency"});
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
                {"Waterfall", "Waterfall instead of the spectrum"});
+}
+
+// A keyed transmitter must not be overlooked, whoever keyed it.
+void MainWindow::LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive) {
+  const RigLabel& told = form_.lblTRXMode;
+  const bool transmits = told.caption.Get() == "TX";
+  const bool receives = told.caption.Get() == "RX" && told.enabled && !told.stale;
+  state.SetFill(transmits  ? QColor(kTransmitting)
+                : receives ? QColor(kReceiving)
+                           : QColor(),
+                transmits || receives ? Qt::white : QColor());
+  transmit.SetLight(transmits || form_.optTXRX[0].value ? QColor(kTransmitting) : QColor());
+  transmit.setAccessibleDescription(transmits ? "The transceiver transmits" : "");
+  receive.SetLight(form_.optTXRX[1].value && !transmits ? QColor(kReceiving) : QColor());
 }
 
 void MainWindow::BindDisplay(std::function<const Raster&()> picture) {
