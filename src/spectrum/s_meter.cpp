@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "text/numbers.h"
+
 namespace velt {
 namespace {
 
@@ -17,7 +19,7 @@ double SUnits(int32_t levelTwips) {
 
 int SMeterBar(int32_t levelTwips, int height) {
   const double part = std::min(SUnits(levelTwips) / kMostSUnits, 1.0);
-  return static_cast<int>(std::lround(part * std::max(height, 0)));
+  return RoundHalfEven(part * std::max(height, 0)).value_or(0);
 }
 
 }  // namespace velt

@@ -76,8 +76,7 @@ TEST(Looks, LinesAreEvenAndTheRingIsOnTheEdgeAtEveryFactor) {
         EXPECT_GT(qGray(seen.pixel(marker + beside, y)), 140) << row.factor;
       }
       // Its cap is wider than the line.
-      const int capRow = qRound(4 * row.factor);
-      const auto widths = Runs(seen, capRow, 0xFFFF0000);
+      const auto widths = Runs(seen, 3 * row.pen, 0xFFFF0000);
       EXPECT_TRUE(widths.size() == 1 && widths[0] > 3 * row.pen) << row.factor;
     }
   }
