@@ -1,17 +1,13 @@
 // What a desktop shows of the program besides its window's content.
 #include <gtest/gtest.h>
 
-#include "e2e/surroundings.h"
 #include "e2e/window_driver.h"
 
 namespace velt {
 namespace {
 
 TEST(LooksWalk, TaskBarsFindTheProgramsIconInEverySize) {
-  const TempFolder home;
-  const std::string folder = home.Path().string();
-  const std::vector<std::string> environment{"HOME=" + folder, "XDG_RUNTIME_DIR=" + folder};
-  const WindowDriver window({"--demo"}, environment);
+  const WindowDriver window({"--demo"});
   std::string found = Output({"xdotool", "search", "--onlyvisible", "--name", "^VELT-SA"}, {});
   found.resize(std::min(found.size(), found.find('\n')));
   const std::string told = Output({"xprop", "-id", found, "_NET_WM_ICON", "WM_CLASS"}, {});
