@@ -24,7 +24,7 @@ void PressButton::paintEvent(QPaintEvent* event) {
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF face = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
   painter.setPen(light_.darker(150));
-  painter.setBrush(underMouse() ? light_.lighter(115) : light_);
+  painter.setBrush(light_);
   painter.drawRoundedRect(face, 2.5, 2.5);
   if (hasFocus()) {
     painter.setPen(Qt::white);

@@ -18,7 +18,7 @@ namespace {
 struct MainWindowTest : testing::Test, ProgramFixture {
   MainWindowTest() {
     program->layout.Form_Resize();
-    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight);
+    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight, Colour(0xFFFFFF));
     form.imgStartStop.toolTip = "Start";
     window.show();
     Turn();
