@@ -1,7 +1,6 @@
 #include "ui/canvas.h"
 
 #include <algorithm>
-#include <span>
 
 namespace velt {
 namespace {
@@ -12,18 +11,27 @@ constexpr uint32_t kGreen = 0x0000FF00U;
 // A factor of 1.5 that was rounded to whole pixels counts as 1.5.
 constexpr double kRounding = 0.05;
 
-// Two components at a time, and in parts of 256: no division for each pixel.
-void Blend(std::span<uint32_t> pixels, uint32_t over) {
-  const uint32_t alpha = over >> 24;
-  const uint32_t part = alpha + (alpha >> 7);
-  const uint32_t rest = 256 - part;
-  const uint32_t redAndBlue = (over & kRedAndBlue) * part + 0x00800080U;
-  const uint32_t green = (over & kGreen) * part + 0x00008000U;
-  for (uint32_t& pixel : pixels) {
-    pixel = kOpaque | (((pixel & kRedAndBlue) * rest + redAndBlue) >> 8 & kRedAndBlue) |
-            (((pixel & kGreen) * rest + green) >> 8 & kGreen);
+// A colour that lets what is below shine through. Two components at a time, and in parts of 256:
+// no division for each pixel.
+class Glaze {
+ public:
+  explicit Glaze(uint32_t colour) {
+    const uint32_t alpha = colour >> 24;
+    const uint32_t part = alpha + (alpha >> 7);
+    rest_ = 256 - part;
+    redAndBlue_ = (colour & kRedAndBlue) * part + 0x00800080U;
+    green_ = (colour & kGreen) * part + 0x00008000U;
   }
-}
+  uint32_t Over(uint32_t pixel) const {
+    return kOpaque | (((pixel & kRedAndBlue) * rest_ + redAndBlue_) >> 8 & kRedAndBlue) |
+           (((pixel & kGreen) * rest_ + green_) >> 8 & kGreen);
+  }
+
+ private:
+  uint32_t rest_;
+  uint32_t redAndBlue_;
+  uint32_t green_;
+};
 
 }  // namespace
 
@@ -36,13 +44,16 @@ Canvas::Canvas(uint32_t* pixels, qsizetype stride, QSize size, QSize logical)
 
 void Canvas::Fill(const QRect& rect, uint32_t colour) {
   const QRect inside = rect & Area();
+  if (inside.isEmpty()) return;
   const bool opaque = colour >= kOpaque;
-  for (int y = inside.top(); y <= inside.bottom(); ++y) {
-    const std::span<uint32_t> pixels(Row(y) + inside.left(), static_cast<size_t>(inside.width()));
+  const Glaze glaze(colour);
+  const int width = inside.width();
+  uint32_t* row = Row(inside.top()) + inside.left();
+  for (int y = inside.top(); y <= inside.bottom(); ++y, row += stride_) {
     if (opaque) {
-      std::ranges::fill(pixels, colour);
+      std::fill_n(row, width, colour);
     } else {
-      Blend(pixels, colour);
+      for (int x = 0; x < width; ++x) row[x] = glaze.Over(row[x]);
     }
   }
 }
