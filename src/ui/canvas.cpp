@@ -1,6 +1,7 @@
 #include "ui/canvas.h"
 
 #include <algorithm>
+#include <span>
 
 namespace velt {
 namespace {
