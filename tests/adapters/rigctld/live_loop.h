@@ -51,13 +51,13 @@ class DummyRig {
 
   uint16_t Port() const { return port_; }
   std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
-  // Whether it has come up, on the same port as ever. Unless it can be keyed it refuses that.
-  bool Start(bool canBeKeyed = true) {
+  // Whether it has come up, on the same port as ever.
+  bool Start() {
     client_.abort();
     if (!Ask("f").empty()) return false;  // another server's
     process_ = std::make_unique<Process>(
-        std::vector<std::string>{"rigctld", "-m", "1", "-P", canBeKeyed ? "RIG" : "NONE", "-T",
-                                 "127.0.0.1", "-t", std::to_string(port_)},
+        std::vector<std::string>{"rigctld", "-m", "1", "-P", "RIG", "-T", "127.0.0.1", "-t",
+                                 std::to_string(port_)},
         Process::Options{});
     const auto decided = [this] { return !process_->Running() || !Ask("f").empty(); };
     return WaitUntil(decided, std::chrono::seconds(5)) && process_->Running();
