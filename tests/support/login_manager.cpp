@@ -54,7 +54,7 @@ void LoginManager::GoToSleep(bool begins) {
 }
 
 bool LoginManager::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
-  if (refuses || message.interface() != kInterface || message.member() != "Inhibit") return false;
+  if (message.interface() != kInterface || message.member() != "Inhibit") return false;
   QStringList arguments;
   for (const QVariant& argument : message.arguments()) arguments << argument.toString();
   asked.push_back(arguments.join('|').toStdString());

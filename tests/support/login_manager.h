@@ -27,7 +27,6 @@ class LoginManager : public QDBusVirtualObject {
   void GoToSleep(bool begins = true);
 
   std::vector<std::string> asked;  // the arguments of each call, joined by '|'
-  bool refuses = false;
   Process bus;
 
   QString introspect(const QString&) const override { return {}; }

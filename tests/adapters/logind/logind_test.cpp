@@ -63,9 +63,6 @@ TEST_F(LogindTest, WithoutAManagerThereIsALineInTheLogAndNothingIsHeldUp) {
   lock->Hold();
   EXPECT_TRUE(LoopUntil(told)) << "without a bus";
   LoginManager manager;
-  manager.refuses = true;
-  lock->Hold();
-  EXPECT_TRUE(LoopUntil(told));
   manager.bus.Signal(ProcessSignal::Stop);
   QElapsedTimer since;
   since.start();

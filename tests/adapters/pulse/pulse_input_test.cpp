@@ -80,11 +80,8 @@ struct PulseInputTest : testing::Test {
         {"source",
          {"load-module", "module-null-source", "source_name=" + name, "description=Mic-" + name}},
         {"load", {"load-module", name}},
-        {"doze", {"load-module", "module-suspend-on-idle", "timeout=0"}},
         {"unload", {"unload-module", name}},
-        {"default", {"set-default-source", name}},
-        {"suspend", {"suspend-source", name, "1"}},
-        {"resume", {"suspend-source", name, "0"}}};
+        {"default", {"set-default-source", name}}};
     if (commands.contains(verb)) server->Pactl(commands.at(verb));
     if (verb == "move") Move(name);
     if (verb == "cannot-move") {
@@ -152,12 +149,6 @@ TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
                 "source mic; open > Opened mic; default test.monitor; cannot-move test.monitor; "
                 "default mic; " +
                     micIsBack},
-           // An idle source that the server itself has put to sleep is nobody's wish.
-           Case{Sound::NullSink, "mic",
-                "source mic; doze; open > Opened mic; suspend mic > Lost "
-                "Sound source Mic-mic is suspended.; open > OpenFailed Sound source Mic-mic is "
-                "suspended.; watch > nothing in time; resume mic > Returned mic; open > Opened "
-                "mic"},
        }) {
     SCOPED_TRACE(c.steps);
     StartServer(c.sound);
@@ -194,14 +185,6 @@ TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
     scheduler.RunPosted();
     EXPECT_EQ(events, std::vector<std::string>());
   }
-  // The receiver of an event may end it.
-  StartServer();
-  listening = input->happened.Listen([this](const AudioEvent& event) {
-    input.reset();
-    events.push_back(event.text);
-  });
-  input->Open("");
-  EXPECT_EQ(Next(), "test.monitor");
 }
 
 TEST_F(PulseInputTest, ListsDevicesWithoutOpeningOne) {

@@ -82,23 +82,17 @@ TEST(WriteQueue, ReleasesFirstWritesAVfoWhereItIsAndReturns) {
   }
 }
 
-enum class Mood { Answers, Accepts, Refuses };
-
 class ScriptedChannel : public ByteChannel {
  public:
   explicit ScriptedChannel(VirtualScheduler& scheduler) : scheduler_(scheduler) {}
 
-  Mood mood = Mood::Answers;
+  bool answers = true;
   FakeRig rig;
-  int attempts = 0;
   int underWay = 0;
 
   void Connect(const ServerAddress&) override {
-    ++attempts;
     Disconnect();
-    later_.push_back(scheduler_.After(Milliseconds(1), [this] {
-      mood == Mood::Refuses ? closed.Raise(Cause::Refused) : connected.Raise();
-    }));
+    later_.push_back(scheduler_.After(Milliseconds(1), [this] { connected.Raise(); }));
   }
   bool LooksUp() const override { return false; }
   void Disconnect() override {
@@ -112,7 +106,7 @@ class ScriptedChannel : public ByteChannel {
   std::optional<ServerAddress> Peer() const override { return ServerAddress{"192.0.2.7", 1}; }
   bool SendNow(const ServerAddress&, std::string_view bytes, Milliseconds) override {
     ++underWay;
-    if (mood == Mood::Accepts) return true;
+    if (!answers) return true;
     const std::string reply = rig.Answer(std::string(bytes.substr(0, bytes.size() - 1)));
     later_.push_back(scheduler_.After(Milliseconds(10), [this, reply] {
       received.Raise(reply.substr(0, reply.size() / 2));
@@ -238,27 +232,14 @@ TEST_F(RigTest, AKeyIsRefusedOnlyForCertain) {
 TEST_F(RigTest, AReleaseThatIsNotAnsweredGoesAgainFirst) {
   ASSERT_TRUE(rig.SetTx(PM_TX) && rig.SetFreqB(7010000));
   while (peer.vfo != "VFOB") Pass(1);
-  channel.mood = Mood::Accepts;
+  channel.answers = false;
   rig.SetTx(PM_RX);
   EXPECT_EQ(After(60'000).Link().cause, Cause::NoAnswer);
-  channel.mood = Mood::Answers;
+  channel.answers = true;
   peer.lines.clear();
   Pass(3000);  // soon, however long the server has been away
   EXPECT_EQ(peer.lines.at(0), "+T 0");
   EXPECT_EQ(peer.Writes(), (Lines{"+T 0", "+V VFOA"}));
-}
-
-TEST_F(RigTest, RetriesForEverEverSlowerButForARelease) {
-  channel.mood = Mood::Refuses;
-  channel.Break();
-  EXPECT_EQ(After(60'000).Link().cause, Cause::Refused);
-  EXPECT_LT(channel.attempts, 15);
-  const int before = channel.attempts;
-  rig.SetTx(PM_RX);
-  Pass(1001);
-  EXPECT_EQ(channel.attempts, before + 1);
-  channel.mood = Mood::Answers;
-  EXPECT_EQ(After(10'000).Link().state, State::Linked);
 }
 
 TEST_F(RigTest, AForeignAnswerEndsTheConnection) {

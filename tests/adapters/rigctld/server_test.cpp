@@ -60,16 +60,14 @@ struct RigContract : testing::TestWithParam<std::unique_ptr<Bench> (*)()> {
   IOmniRigX& server = bench.Server();
   IRigX& rig = server.Rig2();
   int32_t params = 0;
-  int statuses = 0;
   std::optional<bool> reached;
-  Connections connections;
+  Connection connection;
 
   void SetUp() override {
-    connections += server.paramsChanged.Listen([this](int32_t number, int32_t bits) {
+    connection = server.paramsChanged.Listen([this](int32_t number, int32_t bits) {
       EXPECT_EQ(number, 2);
       params |= bits;
     });
-    connections += server.statusChanged.Listen([this](int32_t) { ++statuses; });
     EXPECT_FALSE(rig.SetFreq(7000000) || rig.SetTx(PM_TX)) << "not open";
     Open();
     ASSERT_TRUE(Until([&] { return rig.FreqB() > 0 && Tells(TxReport::Receives); }));
@@ -157,10 +155,10 @@ TEST_P(RigContract, IsQuietOnceClosedAndSaysWhenItCannotBeReached) {
   ExpectLink(State::Linked, RigLink::Cause::None, "On-line");
   ASSERT_TRUE(rig.SetFreq(7000000));
   server.Close();
-  params = statuses = 0;
+  params = 0;
   int turns = 0;
   EXPECT_TRUE(Until([&] { return ++turns >= 300; }));
-  EXPECT_TRUE(params == 0 && statuses == 0);
+  EXPECT_EQ(params, 0);
 }
 
 struct ServerTest : testing::Test, RealBench {
@@ -201,8 +199,6 @@ TEST_F(ServerTest, ANameIsLookedUpAndTheRecipeIsOfThePresentConnection) {
   EXPECT_FALSE(rig.Recipe());
   ASSERT_TRUE(LoopUntil([&] { return rig.RigType() == "Hamlib Dummy"; }));
   EXPECT_EQ(FieldsOf(rig.Recipe().value()), FieldsOf(RigRecipe(peer.Port())));
-  ASSERT_TRUE(server.SetAddress(2, "no-such-host.invalid:4532"));
-  EXPECT_TRUE(LoopUntil([&] { return rig.Link().cause == RigLink::Cause::HostNotFound; }));
 }
 
 TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
