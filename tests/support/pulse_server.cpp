@@ -55,9 +55,8 @@ std::string PulseServer::Pactl(const std::vector<std::string>& arguments) {
   std::filesystem::remove(output);
   Process pactl(command, {Environment(), output, {}});
   const bool ended = pactl.WaitForEnd(std::chrono::seconds(5));
-  std::string text = ReadText(output);
+  const std::string text = ReadText(output);
   if (!ended || pactl.ExitCode() != 0) throw std::runtime_error("pactl: " + text);
-  if (text.ends_with('\n')) text.pop_back();
   return text;
 }
 

@@ -23,8 +23,7 @@ class PulseServer {
   void Signal(ProcessSignal signal) { process_->Signal(signal); }
   void Restart();  // on the same socket
 
-  // What pactl prints, without its last newline. Throws std::runtime_error, with what it printed,
-  // when it fails or takes more than 5 s.
+  // What pactl prints. Throws std::runtime_error, with that, when it fails or takes more than 5 s.
   std::string Pactl(const std::vector<std::string>& arguments);
 
   // Plays a sine of half the full scale into the sink "test" for as long as the result lives, at
