@@ -1,6 +1,8 @@
 // A running event loop and the dummy rig's server for tests.
 #pragma once
 
+#include <sys/wait.h>
+
 #include <QCoreApplication>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -66,7 +68,12 @@ class DummyRig {
     client_.abort();
     process_->Kill();
   }
-  void Signal(ProcessSignal signal) { process_->Signal(signal); }
+  // Returns when a stop has reached all threads: one of them might else still answer.
+  void Signal(ProcessSignal signal) {
+    process_->Signal(signal);
+    siginfo_t stopped{};
+    if (signal == ProcessSignal::Stop) ::waitid(P_PID, process_->Id(), &stopped, WSTOPPED);
+  }
 
   // The first line of the answer to a plain command.
   std::string Ask(const std::string& command) {
