@@ -216,7 +216,7 @@ TEST_F(CommandLine, AnInterruptedAnalysisLeavesNothing) {
   const TempFolder results;
   Process process = Start("--analyse long.wav --csv " + (results / "o.csv").string());
   ASSERT_TRUE(WaitUntil([&] { return results.Entries() == 1; }, std::chrono::seconds(10)));
-  process.Signal(ProcessSignal::Terminate);
+  process.Signal(SIGTERM);
   const Result result = End(process);
   EXPECT_EQ(result.exitCode, 1) << result.said;
   EXPECT_EQ(results.Entries(), 0);

@@ -22,7 +22,7 @@ class MessageBus {
 
   static std::string Address();
   void Kill() { process_->Kill(); }
-  void Freeze() { process_->Signal(ProcessSignal::Stop); }
+  void Freeze() { process_->Signal(SIGSTOP); }
 
  private:
   std::unique_ptr<Process> process_;

@@ -20,8 +20,8 @@ class PulseServer {
   void ExportEnvironment() const;  // for a client within the test itself
 
   void Kill() { process_->Kill(); }
-  void Freeze() { process_->Signal(ProcessSignal::Stop); }
-  void Thaw() { process_->Signal(ProcessSignal::Continue); }
+  void Freeze() { process_->Signal(SIGSTOP); }
+  void Thaw() { process_->Signal(SIGCONT); }
   void Restart();  // on the same socket
 
   // What pactl prints, without its last newline. Throws std::runtime_error, with what it printed,

@@ -66,7 +66,7 @@ class DummyRig {
     client_.abort();
     process_->Kill();
   }
-  void Signal(ProcessSignal signal) { process_->Signal(signal); }
+  void Signal(int signal) { process_->Signal(signal); }
 
   // The first line of the answer to a plain command.
   std::string Ask(const std::string& command) {
