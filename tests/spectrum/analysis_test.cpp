@@ -111,18 +111,6 @@ TEST(Analysis, TheWaterfallSurvivesANewSize) {
   EXPECT_EQ(shown.Pixels().size(), 600U * 50);
 }
 
-TEST(WaterPalette, SchemesAndBrightness) {
-  using Case = std::tuple<int16_t, int16_t, int, uint32_t>;  // scheme, brightness, entry, colour
-  for (const auto& [scheme, clearity, entry, argb] :
-       {Case{0, 10, 254, 0xFF890A89}, {0, 0, 400, 0xFFFF9164}, {1, -20, 30, 0xFF000000},
-        {2, 5, 101, 0xFF6A3737}, {4, 300, 0, 0xFFFFFFFF}, {5, 0, 330, 0xFFB8B100}}) {
-    WaterPalette palette;
-    palette.InitWaterColor(scheme, clearity);
-    palette.InitWaterColor(6, 100);  // an unknown scheme changes nothing
-    EXPECT_EQ(palette[entry].Argb(), argb) << scheme << " " << entry;
-  }
-}
-
 TEST(DerivedSettings, DivisorAndLevel) {
   EXPECT_EQ(SpectrumDivisor(15, 100, 10), 150);
   EXPECT_EQ(SpectrumDivisor(0, 100, 10), 1);

@@ -71,23 +71,10 @@ TEST(Fft, EveryBitIsThatOfExtendedPrecision) {
     for (int i = 0; i < filled; ++i) {
       const double noise = level * (2 * share(random) - 1);
       const std::array kinds{noise, level * std::sin(turn * i), noise < 0 ? -32768.0 : 32767.0,
-                        random() % 256 == 0 ? noise : 0.0};
+                             random() % 256 == 0 ? noise : 0.0};
       samples[i] = static_cast<int16_t>(std::lround(kinds[block % 4]));
     }
     ASSERT_NO_FATAL_FAILURE(ExpectExtendedPrecision(samples)) << "block " << block;
-  }
-}
-
-// Blocks found by search, in which a double lands halfway between two singles though the sum it
-// stands for does not.
-TEST(Fft, DoublesThatMisleadAreDoneAgain) {
-  for (uint64_t state : {3029988u, 10082457u, 1005042323u}) {
-    Samples samples;
-    for (int16_t& sample : samples) {
-      state = state * 6364136223846793005u + 1442695040888963407u;
-      sample = static_cast<int16_t>(state >> 48);
-    }
-    ExpectExtendedPrecision(samples);
   }
 }
 
