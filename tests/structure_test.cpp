@@ -32,20 +32,10 @@ int FloorOf(const std::string& folder) {
   return floors.contains(folder) ? floors.at(folder) : -1;
 }
 
-// What stands behind that opening quote or bracket.
-Lines IncludesOf(const Lines& lines, const std::string& open) {
-  const std::regex pattern(R"(^\s*#\s*include\s*[)" + open + R"(]([^">]+))");
-  Lines includes;
-  std::smatch match;
-  for (const std::string& line : lines) {
-    if (std::regex_search(line, match, pattern)) includes.push_back(match[1]);
-  }
-  return includes;
-}
-
 Findings WrongIncludes(const Tree& tree) {
   // The window and the adapters may know more; the processors' instructions have headers too,
   // and the guardian is close to the system.
+  static const std::regex include(R"(^\s*#\s*include\s*([<"])([^">]+))");
   static const std::regex allowed(
       "[a-z]+/[a-z_]+|spectrum/[ei]mmintrin\\.h|guardian/((arpa|linux|net|netinet|sys)/"
       ")?[a-z]+\\.h");
@@ -55,19 +45,19 @@ Findings WrongIncludes(const Tree& tree) {
   for (const auto& [path, lines] : tree) {
     const std::string from = FolderOf(path);
     if (FloorOf(from) < 0) findings.insert(path + " is in a folder without a floor");
-    for (const std::string& target : IncludesOf(lines, "\"")) {
-      const std::string to = FolderOf(target);
-      if (!tree.contains(target) || (to != from && FloorOf(to) >= FloorOf(from)) ||
-          (from == "spectrum" && to != from && to != "text") ||
-          (from == "guardian" && to != from && !guardians.contains(to)) ||
-          (to == "guardian" && to != from && !aroundGuardian.contains(from))) {
-        findings.insert(path + " includes " + target);
-      }
-    }
-    for (const std::string& target : IncludesOf(lines, "<")) {
-      if (FloorOf(from) < 8 && !regex_match(from + "/" + target, allowed)) {
-        findings.insert(path + " includes <" + target + ">");
-      }
+    for (const std::string& line : lines) {
+      std::smatch match;
+      if (!std::regex_search(line, match, include)) continue;
+      const std::string target = match[2], to = FolderOf(target);
+      const bool right =
+          match[1] == "<"
+              ? FloorOf(from) >= 8 || regex_match(from + "/" + target, allowed)
+              : tree.contains(target) &&
+                    (to == from ||
+                     (FloorOf(to) < FloorOf(from) && (from != "spectrum" || to == "text") &&
+                      (from != "guardian" || guardians.contains(to)) &&
+                      (to != "guardian" || aroundGuardian.contains(from))));
+      if (!right) findings.insert(path + " includes " + target);
     }
   }
   return findings;
@@ -84,9 +74,9 @@ Findings ForbiddenWords(const Tree& tree) {
   // A connection's own abort() ends nothing but the connection.
   static const std::regex pattern(
       R"((?:\.|->)abort\s*\(|)"
-      R"(\b(QEventLoop\b|(?:exec|processEvents|u?sleep|nanosleep|msleep|sleep_for|sleep_until|waitFor\w*|)"
-      R"(exit|_exit|_Exit|quick_exit|abort|terminate|sto[ild]|stof|stoul|stol[ld]|stoull|)"
-      R"(ato[ilf]|atoll|strto\w+|sscanf|from_chars|l?l?round|l?l?rint|nearbyint)(?=\s*\()))");
+      R"(\b(QEventLoop\b|(?:exec|processEvents|u?sleep|nanosleep|msleep|sleep_for|sleep_until|)"
+      R"(waitFor\w*|exit|_exit|_Exit|quick_exit|abort|terminate|sto[ild]|stof|stoul|)"
+      R"(stol[ld]|stoull|ato[ilf]|atoll|strto\w+|sscanf|from_chars|l?l?round|l?l?rint|nearbyint)(?=\s*\()))");
   Findings findings;
   for (const auto& [path, lines] : tree) {
     for (const std::string& line : lines) {

@@ -10,18 +10,7 @@
 namespace velt {
 namespace {
 
-TEST(Installation, FindsTheEngineAndItsVersion) {
-  FakeFiles files;
-  files.files["/engine/velt.jar"] = "";
-  for (const auto& [versionFile, text] :
-       {std::pair{"", "VELT V2.5."}, {"  VELT V9.1 \r\nsecond line\n", "VELT V9.1"}}) {
-    files.files["/engine/zoka.ver"] = versionFile;
-    Installation installation;
-    installation.engineFolder = "/engine";
-    installation.DetectEngine(files);
-    EXPECT_TRUE(installation.enginePresent);
-    EXPECT_EQ(installation.engineVersionText, text);
-  }
+TEST(Installation, MenuColoursAreResetBelowVersionThree) {
   for (const char* below : {"", "2.9.9", "x"}) EXPECT_TRUE(IsVersionBelow3(below)) << below;
   for (const char* text : {"3.0.0", "9"}) EXPECT_FALSE(IsVersionBelow3(text)) << text;
 }
@@ -29,13 +18,12 @@ TEST(Installation, FindsTheEngineAndItsVersion) {
 TEST(OnTop, TheLastDialogThatClosesPutsBackWhatWasLoaded) {
   for (const bool loaded : {true, false}) {
     ProgramFixture f;
-    OnTop& onTop = f.program->onTop;
     const Property<bool>& topMost = f.Form().Window.topMost;
-    OnTop::Lowered first = onTop.Lower();
-    onTop.Load(loaded);  // while a dialog is open already
+    f.program->rig.dialog.Open();
+    f.program->onTop.Load(loaded);  // while a dialog is open already
     EXPECT_FALSE(topMost);
-    OnTop::Lowered second = onTop.Lower();
-    first.reset();
+    OnTop::Lowered second = f.program->onTop.Lower();
+    f.program->rig.dialog.Close();
     EXPECT_FALSE(topMost);
     second.reset();
     EXPECT_EQ(topMost, loaded);

@@ -55,22 +55,20 @@ TEST_F(RigControlTest, ModesAreMappedBySourceAndSidebandFlag) {
   form.mnuModModes[3].Click();
   EXPECT_EQ(writes1.Take(), Modes({PM_CW_U}));
   constexpr int32_t kU = PM_SSB_U, kL = PM_SSB_L, kCwU = PM_CW_U, kCwL = PM_CW_L;
-  struct Case {
-    const char* inverted;
-    bool fromLabel;
-    std::vector<int32_t> sent;  // but nothing for DRM, nor for CW unless it is the label's
-  };
-  for (const Case& c : {Case{"off", false, {kU, kL, kCwU, kCwL, PM_FM, PM_AM, PM_DIG_U}},
-                        {" On ", false, {kL, kU, kCwL, kCwU, PM_FM, PM_AM, PM_DIG_U}},
-                        {"off", true, {kL, kU, kCwU, kCwU, kCwU, PM_FM, PM_AM, PM_DIG_U}},
-                        {" On ", true, {kU, kL, kCwL, kCwL, kCwL, PM_FM, PM_AM, PM_DIG_U}}}) {
-    rig.state.invertedSideband = c.inverted;
+  // Nothing is sent for DRM, nor for CW unless it is the label's.
+  using Case = std::tuple<const char*, bool, std::vector<int32_t>>;
+  for (const auto& [inverted, fromLabel, sent] :
+       {Case{"off", false, {kU, kL, kCwU, kCwL, PM_FM, PM_AM, PM_DIG_U}},
+        {" On ", false, {kL, kU, kCwL, kCwU, PM_FM, PM_AM, PM_DIG_U}},
+        {"off", true, {kL, kU, kCwU, kCwU, kCwU, PM_FM, PM_AM, PM_DIG_U}},
+        {" On ", true, {kU, kL, kCwL, kCwL, kCwL, PM_FM, PM_AM, PM_DIG_U}}}) {
+    rig.state.invertedSideband = inverted;
     for (const std::string text :
          {"USB", "LSB", "DRM", "CW-USB", "CW-LSB", "CW", "FM", "AM", "DIG"}) {
       form.lblMode.caption = text;
-      rig.control.SetModulationMode(c.fromLabel ? "" : text);
+      rig.control.SetModulationMode(fromLabel ? "" : text);
     }
-    EXPECT_EQ(writes1.Take(), Modes(c.sent)) << c.inverted << c.fromLabel;
+    EXPECT_EQ(writes1.Take(), Modes(sent)) << inverted << fromLabel;
   }
 }
 

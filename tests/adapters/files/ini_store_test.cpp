@@ -25,11 +25,6 @@ constexpr const char* kGood = "[S]\nKey=good\n";
 constexpr const char* kDamaged = "[S]\nKey=ba";
 const string kEnd = "; end of the settings\n";
 
-struct CountingLog : Log {
-  void Write(LogLevel, const char*, std::string_view) override { ++lines; }
-  int lines = 0;
-};
-
 // A disk on which one operation fails: reading files with that extension, or the one of that name.
 struct FailingFiles : DiskFiles {
   FileContent Read(const fs::path& path) const override {
@@ -44,13 +39,14 @@ struct FailingFiles : DiskFiles {
   string failing = "nothing";
 };
 
-struct IniStoreTest : testing::Test {
+struct IniStoreTest : testing::Test, Log {
+  void Write(LogLevel, const char*, std::string_view) override { ++lines; }
+  int lines = 0;
   TempFolder folder{"/dev/shm"};  // where flushing takes no time
   FailingFiles files;
-  CountingLog log;
   const fs::path path = folder / "s.ini";
 
-  IniStore Open() { return {path, files, log}; }
+  IniStore Open() { return {path, files, *this}; }
   string Key() { return Open().Get("S", "Key").value_or("(none)"); }
   int SaveKey(const string& text) {
     IniStore store = Open();
@@ -116,18 +112,18 @@ TEST_F(IniStoreTest, ADamagedFileIsKeptAndTheBackupTakesItsPlace) {
     Prepare(whole);
     EXPECT_EQ(Key(), "mine");
   }
-  EXPECT_EQ(log.lines, 0);
+  EXPECT_EQ(lines, 0);
   for (const string& damaged :
        {string(), string(kDamaged), string("[S]\nKey=b\0d\n", 12), string("[S\nKey=bad\n"),
         string("[S]\nKey\n"), string("Key=bad\n"), "[S]\nKey=bad\n" + kEnd.substr(0, 9)}) {
     Prepare(damaged);
     folder.Write("s.ini.damaged", "an earlier one");
-    log.lines = 0;
+    lines = 0;
     EXPECT_EQ(Key(), "good") << damaged;
     EXPECT_EQ(folder.Read("s.ini.damaged.2"), damaged);
     EXPECT_EQ(folder.Read("s.ini.damaged"), "an earlier one");
     EXPECT_EQ(folder.Read("s.ini"), kGood + kEnd);
-    EXPECT_GE(log.lines, 1);
+    EXPECT_GE(lines, 1);
   }
   Prepare("", "rubbish");
   EXPECT_EQ(Key(), "(none)");
@@ -142,7 +138,7 @@ TEST_F(IniStoreTest, WhatCannotBeReadIsLeftAloneAndToldOnce) {
   store.Save("S", "Key", "2");
   for (int i = 0; i < 2; ++i) EXPECT_EQ(store.Commit(), EIO);
   EXPECT_EQ(store.Get("S", "Key"), "2");
-  EXPECT_EQ(log.lines, 1);
+  EXPECT_EQ(lines, 1);
   EXPECT_EQ(folder.Read("s.ini"), kGood);
 }
 
@@ -192,30 +188,26 @@ TEST_F(IniStoreTest, KilledAtAnyMomentNothingIsLost) {
   const FullDisk disk;
   const auto save = [this] { SaveKey("new"); };
   const auto reset = [this] { Open().DeleteAll(); };
-  struct Case {
-    std::function<void()> work;
-    string file;
-    bool full;
-    std::set<string> next;  // what the next start may have
-  };
-  for (const Case& c : {Case{save, "[S]\nKey=old\n" + kEnd, false, {"old", "new"}},
-                        Case{save, kDamaged, false, {"good", "new"}},
-                        Case{save, "[S]\nKey=bad\n", true, {"good", "new"}},
-                        Case{reset, "[S]\nKey=old\n" + kEnd, false, {"old", "(none)"}},
-                        Case{reset, "", true, {"good", "(none)"}}}) {
+  using Case = std::tuple<std::function<void()>, string, bool, std::set<string>>;
+  for (const auto& [work, file, full, expected] :  // what the next start may have
+       {Case{save, "[S]\nKey=old\n" + kEnd, false, {"old", "new"}},
+        Case{save, kDamaged, false, {"good", "new"}},
+        Case{save, "[S]\nKey=bad\n", true, {"good", "new"}},
+        Case{reset, "[S]\nKey=old\n" + kEnd, false, {"old", "(none)"}},
+        Case{reset, "", true, {"good", "(none)"}}}) {
     int stop = 0;
     for (bool killed = true; killed; ++stop) {
-      SCOPED_TRACE(*c.next.rbegin() + " instead of " + c.file + " at stop " + std::to_string(stop));
-      Prepare(c.file);
-      if (c.full) disk.Fill();
-      killed = KilledAtStop(stop, c.work);
+      SCOPED_TRACE(*expected.rbegin() + " instead of " + file + " at stop " + std::to_string(stop));
+      Prepare(file);
+      if (full) disk.Fill();
+      killed = KilledAtStop(stop, work);
       disk.Free();
       const string next = Key();
-      ASSERT_TRUE(c.next.contains(next)) << next;
+      ASSERT_TRUE(expected.contains(next)) << next;
       // Good settings other than those in use are still in the backup, or kept by the reset.
       const char* other = next == "(none)" ? "s.ini.before-reset" : "s.ini.bak";
       const auto kept = IniText::Parse(folder.Read(other));
-      ASSERT_TRUE(kept && (next != "(none)" || kept->Get("S", "Key") == *c.next.rbegin()));
+      ASSERT_TRUE(kept && (next != "(none)" || kept->Get("S", "Key") == *expected.rbegin()));
     }
     EXPECT_GT(stop, 5);
   }
