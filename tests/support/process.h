@@ -22,7 +22,8 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 
 std::string ReadText(const std::filesystem::path& file);
 
-// A started program, which leads a group of processes. The destructor ends it: SIGTERM, and SIGKILL when it has not gone after 2 s.
+// A started program, which leads a group of processes. The destructor ends it: SIGTERM, and SIGKILL
+// when it has not gone after 2 s.
 class Process {
  public:
   struct Options {
@@ -40,8 +41,8 @@ class Process {
 
   bool Running();
   void Signal(int signal);  // nothing happens once the program has ended
-  void Kill();                        // returns when the program has ended
-  void KillGroup();                   // all of its group
+  void Kill();              // returns when the program has ended
+  void KillGroup();         // all of its group
   bool WaitForEnd(std::chrono::milliseconds limit) {
     return WaitUntil([this] { return !Running(); }, limit);
   }
