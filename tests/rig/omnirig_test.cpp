@@ -27,6 +27,7 @@ TEST_F(OmniRigTest, AServerOutOfReachIsToldAndTriedOnUntilTheRigStarts) {
   scheduler.RunPosted();
   rig.link.StopOmniRig();
   form.Image3.Click();
+  ASSERT_TRUE(dialogForm.Window.visible);
   dialogForm.cmdStartStop.Click();
   scheduler.RunPosted();
   EXPECT_EQ(prompts.told.at(0).text, "OmniRig is not installed or has a wrong version number");
