@@ -20,7 +20,7 @@ class PulseServer {
   void ExportEnvironment() const;  // for a client within the test itself
 
   void Kill() { process_->Kill(); }
-  void Signal(ProcessSignal signal) { process_->Signal(signal); }
+  void Signal(int signal) { process_->Signal(signal); }
   void Restart();  // on the same socket
 
   // What pactl prints. Throws std::runtime_error, with that, when it fails or takes more than 5 s.

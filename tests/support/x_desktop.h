@@ -14,7 +14,7 @@ class XDesktop {
   XDesktop();
 
   void Kill() { server_->Kill(); }
-  void Freeze() { server_->Signal(ProcessSignal::Stop); }
+  void Freeze() { server_->Signal(SIGSTOP); }
   const std::string& Display() const { return display_; }  // ":7"
   std::vector<std::string> Environment() const { return {"DISPLAY=" + display_}; }
 

@@ -63,7 +63,7 @@ TEST_F(LogindTest, WithoutAManagerThereIsALineInTheLogAndNothingIsHeldUp) {
   lock->Hold();
   EXPECT_TRUE(LoopUntil(told)) << "without a bus";
   LoginManager manager;
-  manager.bus.Signal(ProcessSignal::Stop);
+  manager.bus.Signal(SIGSTOP);
   QElapsedTimer since;
   since.start();
   lock = std::make_unique<LogindSleepLock>(scheduler, log);

@@ -89,8 +89,8 @@ struct PulseInputTest : testing::Test {
     }
     if (verb == "kill") server->Kill();
     if (verb == "restart") server->Restart();
-    if (verb == "freeze") server->Signal(ProcessSignal::Stop);
-    if (verb == "thaw") server->Signal(ProcessSignal::Continue);
+    if (verb == "freeze") server->Signal(SIGSTOP);
+    if (verb == "thaw") server->Signal(SIGCONT);
     const auto start = std::chrono::steady_clock::now();
     if (verb == "open") input->Open(device);
     if (verb == "close") input->Close();
@@ -198,7 +198,7 @@ TEST_F(PulseInputTest, ListsDevicesWithoutOpeningOne) {
   };
   ASSERT_TRUE(list() && listing->devices.size() == 1U) << listing->error;
   EXPECT_EQ(listing->defaultName, "test.monitor");
-  server->Signal(ProcessSignal::Stop);
+  server->Signal(SIGSTOP);
   EXPECT_TRUE(list());
   EXPECT_EQ(listing->error, "Sound server does not answer.");
 }

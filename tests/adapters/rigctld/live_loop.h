@@ -69,10 +69,10 @@ class DummyRig {
     process_->Kill();
   }
   // Returns when a stop has reached all threads: one of them might else still answer.
-  void Signal(ProcessSignal signal) {
+  void Signal(int signal) {
     process_->Signal(signal);
     siginfo_t stopped{};
-    if (signal == ProcessSignal::Stop) ::waitid(P_PID, process_->Id(), &stopped, WSTOPPED);
+    if (signal == SIGSTOP) ::waitid(P_PID, process_->Id(), &stopped, WSTOPPED);
   }
 
   // The first line of the answer to a plain command.

@@ -203,7 +203,7 @@ TEST_F(ServerTest, ANameIsLookedUpAndTheRecipeIsOfThePresentConnection) {
 
 TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
   ASSERT_TRUE(rig.SetTx(PM_TX) && Sees("t", "1"));
-  peer.Signal(ProcessSignal::Stop);
+  peer.Signal(SIGSTOP);
   QElapsedTimer since;
   since.start();
   qint64 longest = 0;
@@ -212,11 +212,11 @@ TEST_F(ServerTest, AStoppedServerHoldsNothingUp) {
     return rig.Link().cause == RigLink::Cause::NoAnswer;
   }));
   EXPECT_LT(longest, 250);
-  peer.Signal(ProcessSignal::Continue);
+  peer.Signal(SIGCONT);
   ASSERT_TRUE(LoopUntil([&] { return rig.Link().state == State::Linked; }) && Sees("t", "1"));
-  peer.Signal(ProcessSignal::Stop);
+  peer.Signal(SIGSTOP);
   server.ReleaseNow(2, 500);
-  peer.Signal(ProcessSignal::Continue);
+  peer.Signal(SIGCONT);
   // Without the loop: the release leaves within its call, and makes a way of its own.
   const auto receives = [&] { return peer.Ask("t") == "0"; };
   EXPECT_TRUE(WaitUntil(receives, std::chrono::seconds(5)));
