@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velt {
@@ -24,7 +25,16 @@ struct MessagePrompt {
 struct InputPrompt {
   std::string title;
   std::string prompt;
-  std::string initial;
+  std::string initial;       // selected, so that typing replaces it
+  std::string example = {};  // stands below the field
+};
+
+// What a pop-up belongs to, in logical pixels of the program's window.
+struct PopupPlace {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
 };
 
 // One line of a pop-up menu. A line with items below it is a submenu; a caption of "-" separates.
@@ -38,7 +48,7 @@ struct PopupItem {
 };
 
 // Boxes are shown one at a time, in the order in which they were asked for, over the program's
-// window once that is up.
+// window once that is up, or over that of its dialogs which the user is at.
 class Prompts {
  public:
   virtual ~Prompts() = default;
@@ -58,6 +68,13 @@ class Prompts {
   // is ignored: false is returned and nothing is called.
   virtual bool Popup(const std::vector<PopupItem>& items,
                      std::function<void(std::function<void()> chosen)> closed) = 0;
+
+  // The same, below the control that opened it. When that was done by keyboard, its first line is
+  // active, and the keyboard is given back to where it was after `closed`.
+  virtual bool PopupBelow(const PopupPlace& /*opener*/, const std::vector<PopupItem>& items,
+                          std::function<void(std::function<void()> chosen)> closed) {
+    return Popup(items, std::move(closed));
+  }
 
   // Closes whatever is open or waits; no continuation of theirs runs any more.
   virtual void DropAll() = 0;

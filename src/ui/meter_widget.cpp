@@ -18,6 +18,10 @@ void MeterWidget::SetLevel(int pixels) {
   if (Shown() != before) Changed();
 }
 
+int MeterWidget::Percent() const {
+  return Shown() * 100 / std::max(1, height() - 2);
+}
+
 int MeterWidget::Shown() const {
   return std::clamp(level_, 0, std::max(0, height() - 2));
 }

@@ -12,6 +12,9 @@ class MeterWidget : public LiveWidget {
   // The bar's height in pixels; drawn no higher than the frame.
   void SetLevel(int pixels);
 
+  // How much of the frame is filled, 0 to 100.
+  int Percent() const;
+
  protected:
   void Paint(Canvas& canvas) override;
 
