@@ -176,7 +176,7 @@ void MainWindow::BindMessages() {
   binder_.Bind(form_.lblSource, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
                {.name = "Sound source: %1",
                 .toolTip = "Sound source: %1",
-                .unknown = "not listening"});
+                .unknown = "no sound"});
   binder_.Bind(form_.lampLink, new LampWidget(this, kRowLamp), {"Lamp of the link: %1"});
   binder_.Bind(form_.lblLink, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
                {"Link to the rig: %1", "Link to the rig: %1"});

@@ -53,6 +53,10 @@ TEST_F(LinkWordsTest, TheMainWindowTellsTheLinkAtAllTimes) {
   rig.link.StopOmniRig();
   EXPECT_EQ(Shown(), "stopped");
   EXPECT_TRUE(Lit(LampColour::Grey) && !Told("refused"));
+  rig.dialog.Open();
+  dialogForm.txtAddress2.UserText("10.0.0.2:4600");
+  dialogForm.cmdApplyAddresses.Click();
+  EXPECT_TRUE(Told("Rig 2 at 10.0.0.2:4600"));
 }
 
 TEST_F(LinkWordsTest, TheDialogNamesCauseAndRemedyAndKeepsTheLastValues) {
