@@ -19,8 +19,9 @@ class SpokenWidget : public QAccessibleWidget {
 
 class SpokenLabel : public QAccessibleWidget {
  public:
-  explicit SpokenLabel(ClickLabel& label)
-      : QAccessibleWidget(&label, label.SpokenRole()), label_(label) {}
+  explicit SpokenLabel(ClickLabel& label) : QAccessibleWidget(&label), label_(label) {}
+
+  QAccessible::Role role() const override { return label_.SpokenRole(); }
 
   QStringList actionNames() const override {
     QStringList names = QAccessibleWidget::actionNames();

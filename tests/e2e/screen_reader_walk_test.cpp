@@ -51,7 +51,7 @@ TEST(ScreenReaderWalk, TheWindowIsReadAndTheRigKeyedThroughIt) {
   ASSERT_TRUE(meter);
   EXPECT_EQ(meter->role, "progress bar");
   EXPECT_TRUE(WaitUntil([&] { return reader.Value(*meter) > 10; }, seconds(5)));
-  EXPECT_EQ(heardAs("Spectrum display"), "image");
+  EXPECT_EQ(heardAs("Spectrum display"), "graphic");
 
   const auto transmit = reader.Find("Transmit");
   ASSERT_TRUE(transmit);
