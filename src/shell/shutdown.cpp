@@ -106,7 +106,9 @@ void Shutdown::End() {
   if (ended_) return;
   ended_ = true;
   // Frames below still unwind, so the loop is asked in its next turn.
-  ports_.scheduler.Post([this] { ended.Raise(); });
+  ports_.scheduler.Post([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) ended.Raise();
+  });
 }
 
 }  // namespace velt

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "audio/capture.h"
 #include "form/main_form.h"
@@ -67,6 +68,7 @@ class Shutdown {
   bool quitting_ = false;
   bool ended_ = false;
   Scheduler::Handle restored_;
+  std::shared_ptr<char> alive_ = std::make_shared<char>();
   Connections connections_;
 };
 

@@ -31,6 +31,9 @@ struct RigFixture : testing::Test, ProgramFixture {
     scheduler.RunPosted();
     return writes1.Take();
   }
+  Texts WritesWithin(Milliseconds span) {
+    return WritesAfter([&] { scheduler.Advance(span); });
+  }
   void Pass(Milliseconds span) { scheduler.Advance(span); }
   std::string Frequency() const { return form.lblFrequency.caption; }
   // What the message line holds, which is emptied.
@@ -38,9 +41,6 @@ struct RigFixture : testing::Test, ProgramFixture {
     const std::string text = form.lblMessage.caption;
     form.lblMessage.caption = std::string();
     return text;
-  }
-  std::string Notice() const {
-    return form.lblNotice.visible ? form.lblNotice.caption.Get() : std::string();
   }
 
   Main& form = program->form;

@@ -4,16 +4,16 @@
 
 namespace velt {
 
-XDesktop::XDesktop(const std::string& screen) {
+XDesktop::XDesktop() {
   const auto log = folder_.Path() / "desktop.log";
   const auto number = folder_.Path() / "display";
   const auto fail = [&](const char* what) {
     throw std::runtime_error(what + (": " + ReadText(log)));
   };
-  server_ =
-      std::make_unique<Process>(std::vector<std::string>{"Xvfb", "-displayfd", "3", "-screen", "0",
-                                                         screen, "-nolisten", "tcp", "-noreset"},
-                                Process::Options{{}, log, {{3, number}}});
+  server_ = std::make_unique<Process>(
+      std::vector<std::string>{"Xvfb", "-displayfd", "3", "-screen", "0", "1280x900x24",
+                               "-nolisten", "tcp", "-noreset"},
+      Process::Options{{}, log, {{3, number}}});
   // The number is complete with its newline.
   if (!WaitUntil([&] { return ReadText(number).ends_with('\n'); }, std::chrono::seconds(10))) {
     fail("Xvfb");
@@ -21,8 +21,8 @@ XDesktop::XDesktop(const std::string& screen) {
   display_ = ":" + ReadText(number);
   display_.pop_back();
 
-  std::vector<std::string> environment = Environment();
-  environment.push_back("HOME=" + folder_.Path().string());
+  const std::vector<std::string> environment{"DISPLAY=" + display_,
+                                             "HOME=" + folder_.Path().string()};
   windowManager_ = std::make_unique<Process>(std::vector<std::string>{"openbox", "--sm-disable"},
                                              Process::Options{environment, log, {}});
   const auto managed = [&] {

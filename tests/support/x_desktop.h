@@ -11,7 +11,7 @@ namespace velt {
 class XDesktop {
  public:
   // Returns when the window manager is up; throws std::runtime_error after 10 s without.
-  explicit XDesktop(const std::string& screen = "1280x900x24");
+  XDesktop();
 
   void Kill() { server_->Kill(); }
   void Freeze() { server_->Signal(ProcessSignal::Stop); }
