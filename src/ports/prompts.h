@@ -5,7 +5,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace velt {
@@ -29,7 +28,7 @@ struct InputPrompt {
   std::string example = {};  // stands below the field
 };
 
-// What a pop-up belongs to, in logical pixels of the program's window.
+// What a pop-up belongs to, in logical pixels of the program's window. Without a size: the mouse.
 struct PopupPlace {
   int left = 0;
   int top = 0;
@@ -63,18 +62,12 @@ class Prompts {
   virtual void Input(const InputPrompt& box,
                      std::function<void(std::optional<std::string>)> answered) = 0;
 
-  // Shows a pop-up at the mouse. `closed` receives what the chosen line's `choose` was, or an
-  // empty function when nothing was chosen; the caller runs it. A second pop-up while one is open
-  // is ignored: false is returned and nothing is called.
-  virtual bool Popup(const std::vector<PopupItem>& items,
+  // Shows a pop-up below the control that opened it. When that was done by keyboard its first line
+  // is active, and the keyboard is given back to where it was after `closed`. `closed` receives
+  // what the chosen line's `choose` was, or an empty function when nothing was chosen; the caller
+  // runs it. A second pop-up while one is open is ignored: false is returned and nothing is called.
+  virtual bool Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
                      std::function<void(std::function<void()> chosen)> closed) = 0;
-
-  // The same, below the control that opened it. When that was done by keyboard, its first line is
-  // active, and the keyboard is given back to where it was after `closed`.
-  virtual bool PopupBelow(const PopupPlace& /*opener*/, const std::vector<PopupItem>& items,
-                          std::function<void(std::function<void()> chosen)> closed) {
-    return Popup(items, std::move(closed));
-  }
 
   // Closes whatever is open or waits; no continuation of theirs runs any more.
   virtual void DropAll() = 0;

@@ -116,7 +116,7 @@ void MenuOpener::lblTRXMode_Click() {
 
 void MenuOpener::Open(const Control& opener, const std::vector<MenuEntry>& menu) {
   const bool wasRunning = parts_.form.StopButton.enabled;
-  const bool opened = parts_.prompts.PopupBelow(
+  const bool opened = parts_.prompts.Popup(
       PlaceOf(opener), Menus::Lines(menu),
       [this, wasRunning](const std::function<void()>& chosen) {
         if (chosen) chosen();
@@ -127,10 +127,10 @@ void MenuOpener::Open(const Control& opener, const std::vector<MenuEntry>& menu)
 }
 
 void MenuOpener::OpenPlain(const Control& opener, const std::vector<MenuEntry>& menu) {
-  parts_.prompts.PopupBelow(PlaceOf(opener), Menus::Lines(menu),
-                            [](const std::function<void()>& chosen) {
-                              if (chosen) chosen();
-                            });
+  parts_.prompts.Popup(PlaceOf(opener), Menus::Lines(menu),
+                       [](const std::function<void()>& chosen) {
+                         if (chosen) chosen();
+                       });
 }
 
 }  // namespace velt

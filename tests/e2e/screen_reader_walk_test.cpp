@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "adapters/rigctld/live_loop.h"
-#include "e2e/surroundings.h"
 #include "e2e/window_driver.h"
+#include "support/pulse_server.h"
 #include "support/screen_reader.h"
 
 namespace velt {
@@ -14,7 +14,7 @@ using std::chrono::seconds;
 
 TEST(ScreenReaderWalk, TheWindowIsReadAndTheRigKeyedThroughIt) {
   ScreenReader reader;
-  Surroundings around;
+  PulseServer sound;
   DummyRig rig;
   const auto has = [&](const char* command, const char* answer) {
     return WaitUntil([&] { return rig.Ask(command) == answer; }, seconds(5));
@@ -29,7 +29,7 @@ TEST(ScreenReaderWalk, TheWindowIsReadAndTheRigKeyedThroughIt) {
     ASSERT_TRUE(found) << name;
     reader.Act(*found);
   };
-  std::vector<std::string> environment = around.Environment();
+  std::vector<std::string> environment = sound.Environment();
   for (const auto& entry : reader.Environment()) environment.push_back(entry);
   const WindowDriver window({"--rig1", rig.Address()}, environment);
 
@@ -43,7 +43,7 @@ TEST(ScreenReaderWalk, TheWindowIsReadAndTheRigKeyedThroughIt) {
   EXPECT_EQ(heardAs("Frequency 7.074.00"), "button menu");
   EXPECT_TRUE(reader.Hears("Mode LSB"));
 
-  const auto tone = around.sound.PlayTone(2000);
+  const auto tone = sound.PlayTone(2000);
   act("Start or stop the spectrum");
   EXPECT_EQ(heardAs("Peak 19"), "label");  // 1981 Hz: the column below
   EXPECT_EQ(heardAs("Sound source: Monitor of "), "label");

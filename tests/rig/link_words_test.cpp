@@ -22,6 +22,9 @@ TEST(LinkWords, ACommandIsOfferedForTheTypedPort) {
 
 struct LinkWordsTest : RigFixture {
   std::string Shown() const { return form.lblLink.caption; }
+  std::string Notice() const {
+    return form.lblNotice.visible ? form.lblNotice.caption.Get() : std::string();
+  }
   bool Lit(LampColour colour) const { return form.lampLink.colour == colour; }
   bool Told(const std::string& text) const {
     return form.lblLink.toolTip.Get().find(text) != std::string::npos;
@@ -57,6 +60,19 @@ TEST_F(LinkWordsTest, TheMainWindowTellsTheLinkAtAllTimes) {
   dialogForm.txtAddress2.UserText("10.0.0.2:4600");
   dialogForm.cmdApplyAddresses.Click();
   EXPECT_TRUE(Told("Rig 2 at 10.0.0.2:4600"));
+}
+
+TEST_F(LinkWordsTest, TheFrequencyBoxOpensWithWhatIsShownAndLeavesItSo) {
+  form.mnuSetFreqManual.Click();
+  EXPECT_EQ(prompts.inputAsked.initial, "");
+  Link();
+  rig1.Tune(75500);  // below 100 kHz a plain number with a fraction would be read as MHz
+  scheduler.RunPosted();
+  form.mnuSetFreqManual.Click();
+  EXPECT_EQ(prompts.inputAsked.initial, ".075.50");
+  EXPECT_FALSE(prompts.inputAsked.example.empty());
+  EXPECT_EQ(WritesAfter([this] { prompts.input(prompts.inputAsked.initial); }),
+            Texts{"Freq 75500"});
 }
 
 TEST_F(LinkWordsTest, TheDialogNamesCauseAndRemedyAndKeepsTheLastValues) {
@@ -125,11 +141,11 @@ TEST_F(LinkWordsTest, ALinkLostWhileKeyedStaysToldWhenTheLinkIsStopped) {
     scheduler.RunPosted();
     EXPECT_EQ(Notice(), TransmitGuard::kLostWhileKeyed);
     EXPECT_TRUE(form.lblNotice.urgent);
-    guardian.followed.clear();
+    guardian.followed = 0;
     rig.link.StopOmniRig();
     EXPECT_EQ(Notice(), TransmitGuard::kLostWhileKeyed);
-    ASSERT_EQ(guardian.followed.size(), 1U);
-    guardian.told.Raise({.kind = kind, .ticket = guardian.followed.front()});
+    EXPECT_EQ(guardian.followed, 1U);
+    guardian.told.Raise({.kind = kind, .ticket = guardian.last});
     EXPECT_EQ(Notice(), done ? "The sound was lost" : TransmitGuard::kMayStillBeOn);
     EXPECT_EQ(form.lblNotice.urgent, !done);
     rig1.Key(false);

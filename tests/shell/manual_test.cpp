@@ -15,7 +15,9 @@ TEST(Manual, IsOpenedFromTheProgramsFolderOrSaidToBeMissing) {
   EXPECT_EQ(f.Form().lblMessage.caption.Get(),
             "No manual found: there is no /opt/velt/Manual VELT-SA.pdf");
   f.files.files["/opt/velt/Manual VELT-SA.pdf"] = "";
-  f.Form().Image2.Click();  // from the menu
+  f.Form().Image2.Click();  // from the menu below its button
+  EXPECT_EQ(f.prompts.popupPlace.left, f.Form().Image2.place.Get().left);
+  EXPECT_EQ(f.prompts.popupPlace.height, f.Form().Image2.place.Get().height);
   EXPECT_TRUE(f.prompts.Choose("&Manual VELT-SA"));
   EXPECT_EQ(f.launcher.opened, std::vector<std::string>{"/opt/velt/Manual VELT-SA.pdf"});
 }

@@ -147,7 +147,7 @@ struct PopupTest : KeyboardTest {
   }
   void Open() {
     const Rectangle& place = form.Image2.place;
-    own.PopupBelow({place.left, place.top, place.width, place.height},
+    own.Popup({place.left, place.top, place.width, place.height},
                    {{"&One", false, true, "", [] {}, {}}, {"Two", false, true, "", [] {}, {}}},
                    [this](const std::function<void()>&) { window.FocusScope(); });
     Turn();

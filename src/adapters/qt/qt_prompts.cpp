@@ -174,28 +174,17 @@ QWidget* QtPrompts::Parent() const {
   return isDialog && active->isVisible() ? active : owner_.data();
 }
 
-bool QtPrompts::Popup(const std::vector<PopupItem>& items,
+bool QtPrompts::Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
                       std::function<void(std::function<void()>)> closed) {
-  return Open({.at = QCursor::pos()}, items, std::move(closed));
-}
-
-bool QtPrompts::PopupBelow(const PopupPlace& opener, const std::vector<PopupItem>& items,
-                           std::function<void(std::function<void()>)> closed) {
-  const QRect place(opener.left, opener.top, opener.width, opener.height);
-  // What is not shown now opened nothing at its place.
-  if (!owner_ || place.isEmpty()) return Popup(items, std::move(closed));
-  return Open({.at = owner_->mapToGlobal(place.bottomLeft() + QPoint(0, 1)),
-               .byKeyboard = !usesMouse_},
-              items, std::move(closed));
-}
-
-bool QtPrompts::Open(const Opening& opening, const std::vector<PopupItem>& items,
-                     std::function<void(std::function<void()>)> closed) {
   if (menuOpen_ || items.empty()) return false;
   menuOpen_ = true;
   auto* menu = new QMenu(owner_);
   menu_ = menu;
-  const QPointer<QWidget> focused = opening.byKeyboard ? QApplication::focusWidget() : nullptr;
+  const QRect place(opener.left, opener.top, opener.width, opener.height);
+  // What is not shown now opened nothing at its place.
+  const bool hasPlace = owner_ && !place.isEmpty();
+  const bool byKeyboard = hasPlace && !usesMouse_;
+  const QPointer<QWidget> focused = byKeyboard ? QApplication::focusWidget() : nullptr;
   auto chosen = std::make_shared<std::function<void()>>();
   Fill(*menu, items, chosen);
   // The chosen line is told after the menu has hidden itself, so the answer waits one turn.
@@ -208,8 +197,8 @@ bool QtPrompts::Open(const Opening& opening, const std::vector<PopupItem>& items
       if (focused) focused->setFocus(Qt::PopupFocusReason);
     });
   });
-  menu->popup(opening.at);
-  if (opening.byKeyboard) ActivateFirstLine(*menu);
+  menu->popup(hasPlace ? owner_->mapToGlobal(place.bottomLeft() + QPoint(0, 1)) : QCursor::pos());
+  if (byKeyboard) ActivateFirstLine(*menu);
   return true;
 }
 

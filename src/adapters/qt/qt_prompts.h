@@ -29,23 +29,14 @@ class QtPrompts : public QObject, public Prompts {
   void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override;
   void Input(const InputPrompt& box,
              std::function<void(std::optional<std::string>)> answered) override;
-  bool Popup(const std::vector<PopupItem>& items,
+  bool Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
              std::function<void(std::function<void()>)> closed) override;
-  bool PopupBelow(const PopupPlace& opener, const std::vector<PopupItem>& items,
-                  std::function<void(std::function<void()>)> closed) override;
   void DropAll() override;
 
  private:
-  struct Opening {
-    QPoint at;
-    bool byKeyboard = false;
-  };
-
   bool eventFilter(QObject* watched, QEvent* event) override;
   // What a box stands over: the dialog that the user is at, if there is one.
   QWidget* Parent() const;
-  bool Open(const Opening& opening, const std::vector<PopupItem>& items,
-            std::function<void(std::function<void()>)> closed);
   // Makes the dialog when its turn has come.
   void Queue(std::function<QDialog*()> make);
   void OwnerIsPlaced();
