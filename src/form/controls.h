@@ -114,7 +114,11 @@ struct SliderControl : Control {
 
 struct ListBox : Control {
   explicit ListBox(Form& form)
-      : Control(form), items(*this, {}), listIndex(*this, -1), inForce(*this, -1), text(*this, {}) {}
+      : Control(form),
+        items(*this, {}),
+        listIndex(*this, -1),
+        inForce(*this, -1),
+        text(*this, {}) {}
   Property<std::vector<std::string>> items;
   Property<int32_t> listIndex;  // -1: nothing chosen; a change raises Click
   Property<int32_t> inForce;    // shown while nothing is chosen; -1: none; raises nothing

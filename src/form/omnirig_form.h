@@ -39,12 +39,12 @@ struct OmniRigForm : Form {
   Label lblCause;                     // why it does not stand, and what helps
   Label lblCommand;                   // what starts a server at the chosen rig's address
   Button cmdCopyCommand;
-  TextBox txtAddress1;                // "HOST:PORT" of rig 1's server
-  TextBox txtAddress2;                // and of rig 2's
-  Button cmdApplyAddresses;           // enabled while a typed address is not in use yet
-  Label lblAddressMessage;            // what is wrong with a typed address
-  TextBox txtLimit;                   // longest transmission in minutes, 1 to 60
-  Label lblLimitMessage;              // what is wrong with it
+  TextBox txtAddress1;       // "HOST:PORT" of rig 1's server
+  TextBox txtAddress2;       // and of rig 2's
+  Button cmdApplyAddresses;  // enabled while a typed address is not in use yet
+  Label lblAddressMessage;   // what is wrong with a typed address
+  TextBox txtLimit;          // longest transmission in minutes, 1 to 60
+  Label lblLimitMessage;     // what is wrong with it
 };
 
 }  // namespace velt

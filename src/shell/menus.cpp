@@ -116,13 +116,13 @@ void MenuOpener::lblTRXMode_Click() {
 
 void MenuOpener::Open(const Control& opener, const std::vector<MenuEntry>& menu) {
   const bool wasRunning = parts_.form.StopButton.enabled;
-  const bool opened = parts_.prompts.Popup(
-      PlaceOf(opener), Menus::Lines(menu),
-      [this, wasRunning](const std::function<void()>& chosen) {
-        if (chosen) chosen();
-        if (wasRunning && parts_.form.StartButton.enabled) parts_.form.StartButton.Click();
-        parts_.form.Scope.SetFocus();
-      });
+  const bool opened = parts_.prompts.Popup(PlaceOf(opener), Menus::Lines(menu),
+                                           [this, wasRunning](const std::function<void()>& chosen) {
+                                             if (chosen) chosen();
+                                             if (wasRunning && parts_.form.StartButton.enabled)
+                                               parts_.form.StartButton.Click();
+                                             parts_.form.Scope.SetFocus();
+                                           });
   if (opened && wasRunning) parts_.form.StopButton.Click();
 }
 

@@ -97,7 +97,8 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
 }
 
 void MainWindow::BindTopRow() {
-  binder_.Bind(form_.cmdOptions, new MenuButton(this), {"Options menu", "Options menu (Alt+O)", 'O'});
+  binder_.Bind(form_.cmdOptions, new MenuButton(this),
+               {"Options menu", "Options menu (Alt+O)", 'O'});
   binder_.Bind(form_.Image2, new MenuButton(this), {"File menu", "File menu (Alt+F)", 'F'});
   BindCatButton();
   binder_.Bind(form_.imgStartStop, new SymbolButton(SymbolButton::Symbol::Play, this),
@@ -105,8 +106,7 @@ void MainWindow::BindTopRow() {
 
   binder_.Bind(form_.lblFrequency, MakeLabel(kFrequencyPixels, true),
                {"Frequency %1", "Transceiver frequency"});
-  binder_.Bind(form_.lblMode, MakeLabel(kBoldPixels, true),
-               {"Mode %1", "Modulation mode"});
+  binder_.Bind(form_.lblMode, MakeLabel(kBoldPixels, true), {"Mode %1", "Modulation mode"});
   auto* state = binder_.Bind(form_.lblTRXMode, MakeLabel(kBoldPixels, true),
                              {"State %1", "Transmit or receive state"});
   // A keyed transmitter must not be overlooked.
@@ -174,14 +174,12 @@ void MainWindow::BindMessages() {
   binder_.Bind(form_.Label3, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
                {"Where modes are sent to: %1", "Where modes are sent to"});
   binder_.Bind(form_.lblSource, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
-               {.name = "Sound source: %1",
-                .toolTip = "Sound source: %1",
-                .unknown = "no sound"});
+               {.name = "Sound source: %1", .toolTip = "Sound source: %1", .unknown = "no sound"});
   binder_.Bind(form_.lampLink, new LampWidget(this, kRowLamp), {"Lamp of the link: %1"});
   binder_.Bind(form_.lblLink, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
                {"Link to the rig: %1", "Link to the rig: %1"});
-  auto* message = binder_.Bind(form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight),
-                               {"Message: %1", "%1"});
+  auto* message = binder_.Bind(
+      form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight), {"Message: %1", "%1"});
   AlertWith(form_.lblMessage, message);
   // The last one, so that it lies over the display.
   auto* notice = binder_.Bind(form_.lblNotice, MakeLabel(kTextPixels, true),

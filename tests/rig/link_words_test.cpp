@@ -69,7 +69,7 @@ TEST_F(LinkWordsTest, TheFrequencyBoxOpensWithWhatIsShownAndLeavesItSo) {
   rig1.Tune(75500);  // below 100 kHz a plain number with a fraction would be read as MHz
   scheduler.RunPosted();
   form.mnuSetFreqManual.Click();
-  EXPECT_EQ(prompts.inputAsked.initial, ".075.50");
+  EXPECT_EQ(prompts.inputAsked.initial, ".75.50");
   EXPECT_FALSE(prompts.inputAsked.example.empty());
   EXPECT_EQ(WritesAfter([this] { prompts.input(prompts.inputAsked.initial); }),
             Texts{"Freq 75500"});

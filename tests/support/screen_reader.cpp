@@ -39,13 +39,14 @@ QVariant AskProperty(const QDBusConnection& connection, const SpokenObject& obje
 
 ScreenReader::ScreenReader() {
   const std::string address = "unix:path=" + (folder_ / "bus").string();
-  folder_.Write("bus.conf",
-                "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-                "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
-                "<busconfig><type>session</type><listen>" +
-                    address +
-                    "</listen><policy context=\"default\"><allow own=\"*\"/>"
-                    "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/></policy></busconfig>");
+  folder_.Write(
+      "bus.conf",
+      "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+      "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
+      "<busconfig><type>session</type><listen>" +
+          address +
+          "</listen><policy context=\"default\"><allow own=\"*\"/>"
+          "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/></policy></busconfig>");
   const Process::Options options{.environment = {"DBUS_SESSION_BUS_ADDRESS=" + address,
                                                  "XDG_RUNTIME_DIR=" + folder_.Path().string()},
                                  .output = folder_ / "log",
@@ -66,9 +67,9 @@ ScreenReader::ScreenReader() {
   QString found;
   WaitUntil(
       [&] {
-        found = Ask(session, {"org.a11y.Bus", "/org/a11y/bus", {}, {}}, "org.a11y.Bus",
-                    "GetAddress")
-                    .toString();
+        found =
+            Ask(session, {"org.a11y.Bus", "/org/a11y/bus", {}, {}}, "org.a11y.Bus", "GetAddress")
+                .toString();
         return !found.isEmpty();
       },
       seconds(10));
@@ -124,8 +125,7 @@ std::vector<SpokenObject> ScreenReader::Children(const SpokenObject& parent) {
     list >> child.service >> path;
     list.endStructure();
     child.path = path.path();
-    child.name =
-        AskProperty(*connection_, child, kAccessible, "Name").toString().toStdString();
+    child.name = AskProperty(*connection_, child, kAccessible, "Name").toString().toStdString();
     child.role = Ask(*connection_, child, kAccessible, "GetRoleName").toString().toStdString();
     children.push_back(child);
   }

@@ -90,8 +90,9 @@ TEST_F(KeyboardTest, WhatAUserHasToKnowStandsInTheWindow) {
   scheduler.RunPosted();
   Turn();
   const QWidget& notice = Find("Notice, click to dismiss: ");
-  EXPECT_TRUE(notice.toolTip().startsWith("The sound server went away & will not come back for "
-                                          "long. Waiting for it to come back."));
+  EXPECT_TRUE(
+      notice.toolTip().startsWith("The sound server went away & will not come back for "
+                                  "long. Waiting for it to come back."));
   EXPECT_EQ(Ground(notice), 0xFFFFD45E);
   program->notices.Raise(NoticeKind::Transmitter, "It transmits");
   Turn();
@@ -105,7 +106,8 @@ TEST_F(KeyboardTest, WhatAUserHasToKnowStandsInTheWindow) {
   EXPECT_EQ(Find("Link to the rig").accessibleName(), "Link to the rig: linked");
   EXPECT_EQ(Find("Lamp of the link").accessibleName(), "Lamp of the link: green");
   QWidget& cat = Find("CAT configuration: linked");
-  EXPECT_EQ(OnScreen(window).pixelColor(cat.geometry().topLeft() + QPoint(5, 5)), QColor("#2ea043"));
+  EXPECT_EQ(OnScreen(window).pixelColor(cat.geometry().topLeft() + QPoint(5, 5)),
+            QColor("#2ea043"));
 }
 
 TEST_F(KeyboardTest, TheDialogGroupsDigitsAndCopiesTheCommand) {
@@ -148,8 +150,8 @@ struct PopupTest : KeyboardTest {
   void Open() {
     const Rectangle& place = form.Image2.place;
     own.Popup({place.left, place.top, place.width, place.height},
-                   {{"&One", false, true, "", [] {}, {}}, {"Two", false, true, "", [] {}, {}}},
-                   [this](const std::function<void()>&) { window.FocusScope(); });
+              {{"&One", false, true, "", [] {}, {}}, {"Two", false, true, "", [] {}, {}}},
+              [this](const std::function<void()>&) { window.FocusScope(); });
     Turn();
   }
   QtPrompts own;
@@ -181,8 +183,7 @@ TEST_F(PopupTest, ABoxBelongsToTheDialogThatTheUserIsAt) {
   QApplication::setActiveWindow(&dialog);
   own.Input({.title = "Set", .prompt = "Enter", .initial = "14.074.00", .example = "For example 1"},
             {});
-  ASSERT_TRUE(
-      QTest::qWaitFor([&] { return !dialog.findChildren<QDialog*>().isEmpty(); }, 2000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !dialog.findChildren<QDialog*>().isEmpty(); }, 2000));
   const auto boxes = dialog.findChildren<QDialog*>();
   ASSERT_EQ(boxes.size(), 1);
   const auto* field = boxes.front()->findChild<QLineEdit*>();
