@@ -65,7 +65,7 @@ TEST(ScreenReaderWalk, TheWindowIsReadAndTheRigKeyedThroughIt) {
   reader.Act(*transmit);
   EXPECT_TRUE(has("t", "1"));
   rig.Kill();
-  EXPECT_EQ(heardAs("Notice, click to dismiss: Link lost while transmitting."), "alert");
+  EXPECT_EQ(heardAs("Notice, click to dismiss: Link lost while transmitting."), "alert message");
   EXPECT_TRUE(reader.Hears("Frequency 7.074.00 (last known)"));
   EXPECT_TRUE(reader.Hears("Link to the rig: reconnecting"));
 }
