@@ -9,7 +9,18 @@ Capture::Capture(const Parts& parts, const Ports& ports, std::string deviceName)
   connections_ += parts_.form.StartButton.clicked.Listen([this] { StartButton_Click(); });
   connections_ += parts_.form.StopButton.clicked.Listen([this] { StopButton_Click(); });
   connections_ += parts_.form.imgStartStop.clicked.Listen([this] { imgStartStop_Click(); });
+  parts_.form.lblListen.caption = "Press \u25B6 to listen to " + SourceToOpen();
   ShowStopped();
+}
+
+// For people.
+std::string Capture::SourceToOpen() const {
+  const std::vector<AudioDevice> known = ports_.input.Devices();
+  for (const AudioDevice& device : known) {
+    if (device.name == deviceName_) return device.description;
+  }
+  if (!deviceName_.empty()) return deviceName_;
+  return known.size() == 1 ? known.front().description : "the system's default source";
 }
 
 void Capture::InitDevices(std::function<void()> noDevices) {
@@ -36,6 +47,7 @@ void Capture::StartWhenThere() {
 void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
   device_ = Device::Opening;
+  parts_.form.lblListen.visible = false;
   parts_.form.StartButton.enabled = false;
   ports_.input.Open(device);
 }
@@ -167,6 +179,7 @@ void Capture::OpenFailed(const std::string& text) {
     return;
   }
   ShowStopped();
+  parts_.form.lblListen.visible = source_.empty();
   parts_.messages.Show(text);
   parts_.notices.Raise(NoticeKind::Sound, text);
   // The box names the handle, which is always 0 here.

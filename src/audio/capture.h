@@ -72,6 +72,7 @@ class Capture {
  private:
   enum class Device { Closed, Opening, Open };
 
+  std::string SourceToOpen() const;
   void Open(const std::string& device);
   void HandleEvent(const AudioEvent& event);
   void Opened(const AudioEvent& event);

@@ -13,6 +13,7 @@
 #include "ports/scheduler.h"
 #include "ports/sleep_lock.h"
 #include "rig/current_rig.h"
+#include "rig/link_indicator.h"
 #include "rig/omnirig_dialog.h"
 #include "rig/omnirig_link.h"
 #include "rig/ptt.h"
@@ -53,6 +54,7 @@ class Rig {
   Ptt ptt;
   OmniRigLink link;
   OmniRigDialog dialog;
+  LinkIndicator indicator;
   RigMenus menus;
 };
 

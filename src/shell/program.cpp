@@ -83,6 +83,8 @@ Program::Program(const Ports& ports, RunSetup runSetup)
       shutdown(
           {.form = form, .capture = capture, .settings = settings, .layout = layout, .rig = rig},
           {.prompts = ports.prompts, .scheduler = ports.scheduler}),
+      manual({.form = form, .installation = installation, .messages = messages},
+             {.files = ports.files, .launcher = ports.launcher}),
       menus(form),
       menuOpener(
           {.form = form, .menus = menus, .options = display.options, .prompts = ports.prompts}),

@@ -17,6 +17,7 @@
 #include "presets/band_menu.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
+#include "shell/manual.h"
 #include "shell/menus.h"
 #include "shell/rig_reporter.h"
 #include "shell/run_setup.h"
@@ -71,6 +72,7 @@ class Program {
   RigReporter reporter;
   Startup startup;
   Shutdown shutdown;
+  Manual manual;
   Menus menus;
   MenuOpener menuOpener;
 

@@ -13,6 +13,11 @@ constexpr int kBottomRow = 16;
 constexpr int kSlider = 16;
 constexpr int kMeter = 26;
 constexpr int kModeSource = 64;
+constexpr int kSource = 150;
+constexpr int kLamp = 10;
+constexpr int kLink = 118;
+constexpr int kLeastSource = 53;
+constexpr int kLeastLink = 70;
 constexpr int kSmallButton = 26;
 constexpr int kCompactButton = 24;
 constexpr int kCompactPeak = 82;
@@ -20,6 +25,30 @@ constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
 constexpr int kRoomyWidth = 540;
 constexpr int kDisplayTop = kMargin + kTopRow + kGap;
+
+// The last row: what is always told, and the message. Narrow windows leave out where modes are sent
+// to and give what is short as little as it needs.
+struct LastRow {
+  Rectangle modeSource, source, lamp, link, message;
+
+  explicit LastRow(const WindowGrid& grid) {
+    const Rectangle whole = grid.Bottom(0, grid.Compact() ? kCompactPeak + kGap : 0);
+    const int spare = grid.Compact() ? grid.Bottom(0, 0).width - (333 - 2 * kMargin) : 0;
+    const int linkWidth = grid.Compact() ? std::min(kLink, kLeastLink + spare / 3) : kLink;
+    const int sourceWidth = grid.Compact() ? std::min(kSource, kLeastSource + spare / 3) : kSource;
+    int next = whole.left;
+    const auto take = [&](int width) {
+      const Rectangle place{next, whole.top, width, whole.height};
+      next += width + kGap;
+      return place;
+    };
+    if (!grid.Compact()) modeSource = take(kModeSource);
+    source = take(sourceWidth);
+    lamp = take(kLamp);
+    link = take(linkWidth);
+    message = take(whole.left + whole.width - next);
+  }
+};
 
 }  // namespace
 
@@ -99,15 +128,19 @@ std::vector<PlaceRule> PlaceRules(Main& form) {
       {&form.picScales, [](Grid& g) { return g.Scales(); }},
       {&form.Slider2, [](Grid& g) { return g.DisplayRight(kMeter + kGap, kSlider); }},
       {&form.Smeter, [](Grid& g) { return g.DisplayRight(0, kMeter); }},
-      {&form.Label3,
+      {&form.Label3, [](Grid& g) { return LastRow(g).modeSource; }},
+      {&form.lblSource, [](Grid& g) { return LastRow(g).source; }},
+      {&form.lampLink, [](Grid& g) { return LastRow(g).lamp; }},
+      {&form.lblLink, [](Grid& g) { return LastRow(g).link; }},
+      {&form.lblMessage, [](Grid& g) { return LastRow(g).message; }},
+      // These two lie over the display.
+      {&form.lblListen,
        [](Grid& g) {
-         Rectangle place = g.Bottom(0, 0);
-         place.width = kModeSource;
+         Rectangle place = g.Scope();
+         place.top += (place.height - kNotice) / 2;
+         place.height = kNotice;
          return place;
        }},
-      {&form.lblMessage,
-       [](Grid& g) { return g.Bottom(kModeSource + kGap, g.Compact() ? kCompactPeak + kGap : 0); }},
-      // Lies over the top of the display.
       {&form.lblNotice,
        [](Grid& g) {
          Rectangle place = g.Scope();

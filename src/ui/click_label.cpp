@@ -17,10 +17,11 @@ ClickLabel::ClickLabel(QWidget* parent) : QAbstractButton(parent) {
   ShowCursor();
 }
 
-// Each "&" of the text is shown.
+// A button's own text would be announced besides the name, and take "&" as a mark.
 void ClickLabel::SetText(const QString& plain) {
-  const QString marked = QString(plain).replace("&", "&&");
-  if (text() != marked) setText(marked);
+  if (text_ == plain) return;
+  text_ = plain;
+  update();
 }
 
 void ClickLabel::SetAlignment(Qt::Alignment alignment) {
@@ -69,16 +70,15 @@ void ClickLabel::paintEvent(QPaintEvent*) {
   painter.setPen(textColour_.isValid() && !stale_ ? textColour_
                                                   : palette().color(group, QPalette::WindowText));
   const QRect inner = rect().adjusted(2, 0, -2, 0);
-  const QString shown = text().replace("&&", "&");
   // A text that is too long for its place gets a smaller font rather than a new place.
   QFont fitted = font();
   while (fitted.pixelSize() > kLeastPixels &&
-         QFontMetrics(fitted).horizontalAdvance(shown) > inner.width()) {
+         QFontMetrics(fitted).horizontalAdvance(text_) > inner.width()) {
     fitted.setPixelSize(fitted.pixelSize() - 1);
   }
   painter.setFont(fitted);
   painter.drawText(inner, static_cast<int>(alignment_ | Qt::AlignVCenter),
-                   QFontMetrics(fitted).elidedText(shown, Qt::ElideRight, inner.width()));
+                   QFontMetrics(fitted).elidedText(text_, Qt::ElideRight, inner.width()));
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);

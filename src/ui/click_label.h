@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAccessible>
 
 namespace velt {
 
@@ -17,6 +18,11 @@ class ClickLabel : public QAbstractButton {
   void SetFill(const QColor& fill, const QColor& text);
   // Without a frame on hover: nothing happens on a click.
   void SetPassive(bool passive);
+  // What it is for screen readers where a click opens no menu.
+  void SetSpokenRole(QAccessible::Role role) { role_ = role; }
+  QAccessible::Role SpokenRole() const { return passive_ ? QAccessible::StaticText : role_; }
+  // Whether a click does something.
+  bool Acts() const { return isEnabled() && !passive_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -25,13 +31,13 @@ class ClickLabel : public QAbstractButton {
   void leaveEvent(QEvent* event) override;
 
  private:
-  // Whether a click does something.
-  bool Acts() const { return isEnabled() && !passive_; }
   void ShowCursor();
 
   Qt::Alignment alignment_ = Qt::AlignCenter;
   bool stale_ = false;
   bool passive_ = false;
+  QString text_;
+  QAccessible::Role role_ = QAccessible::ButtonMenu;
   QColor fill_;
   QColor textColour_;
 };

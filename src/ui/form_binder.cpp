@@ -40,6 +40,32 @@ void ShowName(QWidget* widget, const QString& name, const QString& shown) {
   if (widget->accessibleName() != spoken) widget->setAccessibleName(spoken);
 }
 
+// What a label shows for its caption.
+QString Shown(const Label& control, const Words& words) {
+  const QString caption = ToQt(control.caption.Get());
+  const QString text = words.spelled == nullptr ? caption : words.spelled(caption);
+  return text.isEmpty() ? words.unknown : text;
+}
+
+// A tool tip that holds the text, which may be too long for its place.
+void ShowToolTip(const Label& control, QWidget* widget, const Words& words, const QString& shown) {
+  if (!control.toolTip.Get().empty() || !words.toolTip.contains("%1")) return;
+  const QString text = QString(words.toolTip).replace("%1", shown);
+  if (widget->toolTip() != text) widget->setToolTip(text);
+}
+
+QString ColourName(LampColour colour) {
+  switch (colour) {
+    case LampColour::Green:
+      return "green";
+    case LampColour::Amber:
+      return "amber";
+    case LampColour::Grey:
+      break;
+  }
+  return "grey";
+}
+
 void ShowCaption(const std::string& caption, QAbstractButton* widget, const Words& words) {
   const QString text = Marked(caption, words.accessKey);
   if (widget->text() != text) widget->setText(text);
@@ -96,16 +122,24 @@ ClickLabel* FormBinder::Bind(const Label& control, ClickLabel* widget, const Wor
   connect(widget, &ClickLabel::clicked, this, [&control] { control.Click(); });
   Mirror(control, widget, words);
   Watch(control, [&control, widget, words] {
-    const QString text = ToQt(control.caption.Get());
+    const QString text = Shown(control, words);
     widget->SetText(text);
     ShowName(widget, words.name, text);
+    ShowToolTip(control, widget, words, text);
   });
   return widget;
 }
 
 ClickLabel* FormBinder::Bind(const RigLabel& control, ClickLabel* widget, const Words& words) {
-  Bind(static_cast<const Label&>(control), widget, words);
-  Watch(control, [&control, widget] { widget->SetStale(control.stale); });
+  connect(widget, &ClickLabel::clicked, this, [&control] { control.Click(); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    const QString text = Shown(control, words);
+    widget->SetText(text);
+    widget->SetStale(control.stale);
+    // What is pale is to be heard, too.
+    ShowName(widget, words.name, control.stale ? text + " (last known)" : text);
+  });
   return widget;
 }
 
@@ -114,8 +148,7 @@ QLabel* FormBinder::Bind(const Label& control, QLabel* widget, const Words& word
   widget->setTextFormat(Qt::PlainText);
   Mirror(control, widget, words);
   Watch(control, [&control, widget, words] {
-    const std::string& caption = control.caption.Get();
-    const QString text = caption.empty() ? words.unknown : ToQt(caption);
+    const QString text = Shown(control, words);
     if (widget->text() != text) widget->setText(text);
     ShowName(widget, words.name, text);
   });
@@ -141,7 +174,10 @@ QGroupBox* FormBinder::Bind(const Frame& control, QGroupBox* widget) {
 
 LampWidget* FormBinder::Bind(const Lamp& control, LampWidget* widget, const Words& words) {
   Mirror(control, widget, words);
-  Watch(control, [&control, widget] { widget->SetColour(control.colour); });
+  Watch(control, [&control, widget, words] {
+    widget->SetColour(control.colour);
+    ShowName(widget, words.name, ColourName(control.colour));
+  });
   return widget;
 }
 
@@ -229,7 +265,8 @@ QComboBox* FormBinder::Bind(ListBox& control, QComboBox* widget, const Words& wo
       widget->clear();
       widget->addItems(ListOf(shown));
     }
-    if (widget->currentIndex() != control.listIndex) widget->setCurrentIndex(control.listIndex);
+    const int index = control.listIndex < 0 ? control.inForce : control.listIndex;
+    if (widget->currentIndex() != index) widget->setCurrentIndex(index);
     if (!widget->isEditable()) return;
     const QString text = ToQt(control.text.Get());
     if (widget->currentText() != text) widget->setEditText(text);

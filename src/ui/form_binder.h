@@ -37,10 +37,11 @@ class TextBinding;
 // What is said about a widget.
 struct Words {
   QString name = {};      // for screen readers; %1 stands for the text that is shown
-  QString toolTip = {};   // until the control has one of its own
+  QString toolTip = {};   // until the control has one of its own; %1 as in the name of a label
   QChar accessKey = {};   // a letter of the caption that acts with Alt
   QString unknown = {};   // shown while a label's caption is empty
   QString toEnable = {};  // the tool tip while it is disabled: what would enable it
+  QString (*spelled)(const QString& caption) = nullptr;  // how a label shows its caption
 };
 
 // When a text that is typed reaches the form.

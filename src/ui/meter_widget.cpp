@@ -45,6 +45,10 @@ void MeterWidget::SetLevel(int32_t twips) {
   if (BarHeight() != before) Changed();
 }
 
+int MeterWidget::Percent() const {
+  return BarHeight() * 100 / std::max(1, qRound((height() - 2 * kFrame) * devicePixelRatioF()));
+}
+
 int MeterWidget::BarHeight() const {
   return SMeterBar(level_, qRound((height() - 2 * kFrame) * devicePixelRatioF()));
 }

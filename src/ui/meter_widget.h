@@ -12,6 +12,9 @@ class MeterWidget : public LiveWidget {
   // The level in twips.
   void SetLevel(int32_t twips);
 
+  // How much of the frame is filled, 0 to 100.
+  int Percent() const;
+
  protected:
   void Paint(Canvas& canvas) override;
   void changeEvent(QEvent* event) override;

@@ -113,7 +113,7 @@ bool WindowDriver::Reads(const Label& label, int pixelSize, const std::string& t
   font.setPixelSize(pixelSize);
   font.setBold(true);
   same.setFont(font);
-  same.setText(ToQt(text));
+  same.SetText(ToQt(text));
   same.setFixedSize(place.width, place.height);
   const QRegion ink = Ink(same.grab().toImage());
   // A label under the mouse is tinted.

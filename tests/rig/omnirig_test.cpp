@@ -73,7 +73,7 @@ TEST_F(OmniRigTest, ABadAddressKeepsTheGoodOneAndTheDialog) {
   dialogForm.Command1.Click();
   EXPECT_EQ(server.Address(1) + " " + server.Address(2), "radio.local:4532 127.0.0.1:4534");
   EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(),
-            "Rig 2: \"nonsense\" is no address. Use HOST:PORT, for example 127.0.0.1:4532");
+            "Rig 2: \"nonsense\" is not an address. Use HOST:PORT, for example 127.0.0.1:4532");
   dialogForm.txtAddress2.UserText("10.0.0.2:4534");
   EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(), "");
 }
