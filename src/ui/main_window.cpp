@@ -36,6 +36,7 @@ constexpr int kBesideText = 12;
 // Told apart from each other and from every face, light or dark; white reads well on both.
 constexpr QRgb kTransmitting = 0xFFC82020;
 constexpr QRgb kReceiving = 0xFF1F62C4;
+
 constexpr int kButtonLamp = 7;
 constexpr int kRowLamp = 10;
 
@@ -69,7 +70,7 @@ class MenuButton : public QToolButton {
   void resizeEvent(QResizeEvent* event) override {
     QToolButton::resizeEvent(event);
     SetFontSize(*this, kTextPixels);
-    if (fontMetrics().horizontalAdvance(text()) + kBesideText > width()) {
+    if (fontMetrics().size(Qt::TextShowMnemonic, text()).width() + kBesideText > width()) {
       SetFontSize(*this, kSmallPixels);
     }
   }
@@ -134,20 +135,6 @@ void MainWindow::BindTopRow() {
                {"Waterfall", "Waterfall instead of the spectrum"});
 }
 
-// A keyed transmitter must not be overlooked, whoever keyed it.
-void MainWindow::LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive) {
-  const RigLabel& told = form_.lblTRXMode;
-  const bool transmits = told.caption.Get() == "TX";
-  const bool receives = told.caption.Get() == "RX" && told.enabled && !told.stale;
-  state.SetFill(transmits  ? QColor(kTransmitting)
-                : receives ? QColor(kReceiving)
-                           : QColor(),
-                transmits || receives ? Qt::white : QColor());
-  transmit.SetLight(transmits || form_.optTXRX[0].value ? QColor(kTransmitting) : QColor());
-  transmit.setAccessibleDescription(transmits ? "The transceiver transmits" : "");
-  receive.SetLight(form_.optTXRX[1].value && !transmits ? QColor(kReceiving) : QColor());
-}
-
 void MainWindow::BindCatButton() {
   const Words words{"CAT configuration", "CAT configuration and status (Alt+C)", 'C'};
   auto* button = new MenuButton(this);
@@ -163,6 +150,20 @@ void MainWindow::BindCatButton() {
     button->setAccessibleName(name);
     button->setToolTip(words.toolTip + "\nLink: " + link);
   });
+}
+
+// A keyed transmitter must not be overlooked, whoever keyed it.
+void MainWindow::LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive) {
+  const RigLabel& told = form_.lblTRXMode;
+  const bool transmits = told.caption.Get() == "TX";
+  const bool receives = told.caption.Get() == "RX" && told.enabled && !told.stale;
+  state.SetFill(transmits  ? QColor(kTransmitting)
+                : receives ? QColor(kReceiving)
+                           : QColor(),
+                transmits || receives ? Qt::white : QColor());
+  transmit.SetLight(transmits || form_.optTXRX[0].value ? QColor(kTransmitting) : QColor());
+  transmit.setAccessibleDescription(transmits ? "The transceiver transmits" : "");
+  receive.SetLight(form_.optTXRX[1].value && !transmits ? QColor(kReceiving) : QColor());
 }
 
 void MainWindow::BindDisplay(std::function<const Raster&()> picture) {

@@ -46,7 +46,7 @@ void MeterWidget::SetLevel(int32_t twips) {
 }
 
 int MeterWidget::Percent() const {
-  return BarHeight() * 100 / std::max(1, qRound((height() - 2 * kFrame) * devicePixelRatioF()));
+  return SMeterBar(level_, 100);
 }
 
 int MeterWidget::BarHeight() const {

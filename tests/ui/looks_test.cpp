@@ -191,7 +191,7 @@ TEST_F(LooksTest, WhoTransmitsIsLitInOnePlace) {
   constexpr QRgb kBlue = 0xFF1F62C4;
   auto& transmit = Find<PressButton>("Transmit");
   auto& receive = Find<PressButton>("Receive");
-  auto& state = Find<ClickLabel>("Transmit or receive");
+  auto& state = Find<ClickLabel>("State ");
   struct Row {
     const char* told;
     bool pressed;  // TX, else RX
@@ -239,8 +239,8 @@ TEST_F(LooksTest, OnlyAStaleTextIsPaleAndADisabledOneTellsWhatWouldEnableIt) {
   form.mnusettings[3].Click();
   form.Window.widthTwips = 5000;
   for (const auto& [name, label, how] :
-       {std::tuple{"Modulation mode", &form.lblMode, "Start the spectrum analyser"},
-        {"Transmit or receive", &form.lblTRXMode, "Link a transceiver"}}) {
+       {std::tuple{"Mode ", &form.lblMode, "Start the spectrum analyser"},
+        {"State ", &form.lblTRXMode, "Link a transceiver"}}) {
     label->caption = "OFF";  // a text without a colour of its own
     label->enabled = true;
     Turn();
