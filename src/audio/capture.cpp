@@ -63,6 +63,7 @@ void Capture::StopCapture() {
   ShowStartable();
   parts_.form.lblSource.caption = std::string();
   parts_.display.Smeter.topTwips = 0;
+  parts_.display.lblFreqDetect.stale = true;
   parts_.form.Timer1.enabled = false;
   parts_.rig.tmrStatus.enabled = false;
   parts_.rig.lblMode.enabled = false;
@@ -82,7 +83,7 @@ void Capture::imgStartStop_Click() {
 
 void Capture::ShowRunning() {
   parts_.form.imgStartStop.tag = "Stop";
-  parts_.form.imgStartStop.toolTip = "Stop the spectrum analyzer";
+  parts_.form.imgStartStop.toolTip = "Stop the spectrum analyser";
 }
 
 void Capture::ShowStartable() {
@@ -93,7 +94,7 @@ void Capture::ShowStartable() {
 
 void Capture::ShowStopped() {
   parts_.form.imgStartStop.tag = "Play";
-  parts_.form.imgStartStop.toolTip = "Start the spectrum analyzer";
+  parts_.form.imgStartStop.toolTip = "Start the spectrum analyser";
 }
 
 bool Capture::TakeBlock(std::span<int16_t, kBlockSamples> block) {

@@ -120,6 +120,8 @@ struct ShellControls {
   Image Image2;  // opens the File menu
   MenuItem mnuoptions;
   MenuItem mnufile;
+  MenuItem mnuscale;  // of the window, in per cent of its design size
+  ControlArray<MenuItem> mnuscales;
   MenuItem mnumanual;
   MenuItem mnuexit;
   MenuItem mnucloseme;

@@ -39,6 +39,7 @@ Menus::Menus(Main& form) {
   Append(options, {{&form.mnudomfreq, "", {}},
                    {&form.mnuArduinoFreq, "", {}},
                    {&form.mnuprec, "", All(form.mnuprecision)},
+                   {&form.mnuscale, "", All(form.mnuscales)},
                    kSeparator,
                    {&form.mnuOmniRigStatus, "", {}},
                    kSeparator,

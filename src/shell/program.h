@@ -67,6 +67,7 @@ class Program {
   Capture capture;
   MainDisplay display;
   WindowLayout layout;
+  WindowScale scale;
   Settings settings;
   RigReporter reporter;
   Startup startup;

@@ -11,7 +11,7 @@ constexpr int kTopRow = 24;
 constexpr int kScales = 13;
 constexpr int kBottomRow = 16;
 constexpr int kSlider = 16;
-constexpr int kMeter = 14;
+constexpr int kMeter = 26;
 constexpr int kModeSource = 64;
 constexpr int kSource = 150;
 constexpr int kLamp = 10;
@@ -19,6 +19,7 @@ constexpr int kLink = 118;
 constexpr int kLeastSource = 53;
 constexpr int kLeastLink = 70;
 constexpr int kSmallButton = 26;
+constexpr int kCompactButton = 24;
 constexpr int kCompactPeak = 82;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
@@ -106,20 +107,22 @@ Rectangle WindowGrid::BottomRight(int width) const {
 std::vector<PlaceRule> PlaceRules(Main& form) {
   using Grid = WindowGrid;
   return {
-      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 38); }},
+      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 42); }},
       {&form.Image2, [](Grid& g) { return g.Take(40, 26); }},
       {&form.Image3, [](Grid& g) { return g.Take(40, 26); }},
-      {&form.imgStartStop, [](Grid& g) { return g.Take(26, 26); }},
+      {&form.imgStartStop, [](Grid& g) { return g.Take(kSmallButton, kCompactButton); }},
       {&form.lblFrequency, [](Grid& g) { return g.Take(126, 106); }},
       {&form.lblMode, [](Grid& g) { return g.Take(38, 34); }},
-      {&form.lblTRXMode, [](Grid& g) { return g.Take(26, 26); }},
-      {&form.optTXRX[0], [](Grid& g) { return g.Take(28, 0); }},
-      {&form.optTXRX[1], [](Grid& g) { return g.Take(28, 0); }},
+      // The buttons tell the state too; where there is no room for them the label does.
+      {&form.lblTRXMode, [](Grid& g) { return g.Take(0, 26); }},
+      {&form.optTXRX[0], [](Grid& g) { return g.Take(34, 0); }},
+      {&form.optTXRX[1], [](Grid& g) { return g.Take(34, 0); }},
       {&form.lblFreqDetect,
        [](Grid& g) {
          return g.Compact() ? g.BottomRight(kCompactPeak) : g.TakeRest(kSmallButton);
        }},
-      {&form.chkSpecMode, [](Grid& g) { return g.EndOfFirstRow(kSmallButton); }},
+      {&form.chkSpecMode,
+       [](Grid& g) { return g.EndOfFirstRow(g.Compact() ? kCompactButton : kSmallButton); }},
       {&form.Slider, [](Grid& g) { return g.DisplayLeft(kSlider); }},
       {&form.Scope, [](Grid& g) { return g.Scope(); }},
       {&form.picScales, [](Grid& g) { return g.Scales(); }},

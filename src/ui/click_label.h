@@ -26,10 +26,13 @@ class ClickLabel : public QAbstractButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
+  void ShowCursor();
+
   Qt::Alignment alignment_ = Qt::AlignCenter;
   bool stale_ = false;
   bool passive_ = false;

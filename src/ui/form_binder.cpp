@@ -101,7 +101,7 @@ void FormBinder::Watch(const Control& control, std::function<void()> show) {
 void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& words) {
   ShowName(widget, words.name, {});
   widget->setToolTip(words.toolTip);
-  Watch(control, [this, &control, widget, own = words.toolTip, told = std::string()]() mutable {
+  Watch(control, [this, &control, widget, words] {
     const Rectangle& place = control.place.Get();
     bool shown = control.visible;
     if (places_ == Places::OfForm) {
@@ -111,9 +111,10 @@ void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& wo
     }
     if (widget->isHidden() == shown) widget->setVisible(shown);
     if (widget->isEnabled() != control.enabled) widget->setEnabled(control.enabled);
-    if (control.toolTip.Get() == told) return;
-    told = control.toolTip;
-    widget->setToolTip(told.empty() ? own : ToQt(told));
+    const std::string& told = control.toolTip;
+    const bool tellsHow = !control.enabled && !words.toEnable.isEmpty();
+    const QString toolTip = tellsHow ? words.toEnable : told.empty() ? words.toolTip : ToQt(told);
+    if (widget->toolTip() != toolTip) widget->setToolTip(toolTip);
   });
 }
 
@@ -298,13 +299,17 @@ QLineEdit* FormBinder::Bind(TextBox& control, QLineEdit* widget, const Words& wo
   return widget;
 }
 
+// What a slider sets grows as the value falls, so the least value is at the top. The widget counts
+// from the other end: its keys, its wheel and what is read out then rise with what is seen.
 QSlider* FormBinder::Bind(SliderControl& control, QSlider* widget, const Words& words) {
+  const int ends = control.minimum + control.maximum;
   widget->setRange(control.minimum, control.maximum);
-  connect(widget, &QSlider::valueChanged, this, [&control](int value) { control.UserPick(value); });
+  connect(widget, &QSlider::valueChanged, this,
+          [&control, ends](int shown) { control.UserPick(ends - shown); });
   Mirror(control, widget, words);
-  Watch(control, [&control, widget] {
+  Watch(control, [&control, widget, ends] {
     const QSignalBlocker quiet(widget);
-    widget->setValue(control.value);
+    widget->setValue(ends - control.value);
   });
   return widget;
 }
@@ -329,7 +334,7 @@ MeterWidget* FormBinder::Bind(const MeterPicture& control, MeterWidget* widget,
                               const Words& words) {
   live_.push_back(widget);
   Mirror(control, widget, words);
-  Watch(control, [&control, widget] { widget->SetLevel(-control.topTwips / kTwipsPerPixel); });
+  Watch(control, [&control, widget] { widget->SetLevel(-control.topTwips); });
   return widget;
 }
 

@@ -30,8 +30,13 @@ constexpr int kBoldPixels = 12;
 constexpr int kSmallPixels = 9;
 constexpr int kSmallBoldPixels = 10;
 constexpr int kFrequencyPixels = 21;
-// Below this width the menu buttons' texts are shown smaller.
-constexpr int kRoomyButton = 39;
+// A menu button with less than this beside its text shows it smaller.
+constexpr int kBesideText = 12;
+
+// Told apart from each other and from every face, light or dark; white reads well on both.
+constexpr QRgb kTransmitting = 0xFFC82020;
+constexpr QRgb kReceiving = 0xFF1F62C4;
+
 constexpr int kButtonLamp = 7;
 constexpr int kRowLamp = 10;
 
@@ -64,7 +69,10 @@ class MenuButton : public QToolButton {
  protected:
   void resizeEvent(QResizeEvent* event) override {
     QToolButton::resizeEvent(event);
-    SetFontSize(*this, width() < kRoomyButton ? kSmallPixels : kTextPixels);
+    SetFontSize(*this, kTextPixels);
+    if (fontMetrics().horizontalAdvance(text()) + kBesideText > width()) {
+      SetFontSize(*this, kSmallPixels);
+    }
   }
 };
 
@@ -102,21 +110,25 @@ void MainWindow::BindTopRow() {
   binder_.Bind(form_.Image2, new MenuButton(this), {"File menu", "File menu (Alt+F)", 'F'});
   BindCatButton();
   binder_.Bind(form_.imgStartStop, new SymbolButton(SymbolButton::Symbol::Play, this),
-               {"Start or stop the spectrum analyzer"});
+               {"Start or stop the spectrum analyser"});
 
   binder_.Bind(form_.lblFrequency, MakeLabel(kFrequencyPixels, true),
                {"Frequency %1", "Transceiver frequency"});
-  binder_.Bind(form_.lblMode, MakeLabel(kBoldPixels, true), {"Mode %1", "Modulation mode"});
+  binder_.Bind(
+      form_.lblMode, MakeLabel(kBoldPixels, true),
+      {.name = "Mode %1",
+       .toolTip = "Modulation mode",
+       .toEnable = "Modulation mode. Start the spectrum analyser (\u25B6) to choose one."});
   auto* state = binder_.Bind(form_.lblTRXMode, MakeLabel(kBoldPixels, true),
-                             {"State %1", "Transmit or receive state"});
-  // A keyed transmitter must not be overlooked.
-  binder_.Watch(form_.lblTRXMode, [this, state] {
-    const bool transmits = form_.lblTRXMode.caption.Get() == "TX";
-    state->SetFill(transmits ? QColor(0xC8, 0x20, 0x20) : QColor(),
-                   transmits ? Qt::white : QColor());
-  });
-  binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
-  binder_.Bind(form_.optTXRX[1], MakeTransmitButton(this), {"Receive", "Receive"});
+                             {.name = "State %1",
+                              .toolTip = "Transmit or receive state",
+                              .toEnable = "Link a transceiver (CAT) to choose between TX and RX."});
+  auto* transmit =
+      binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
+  auto* receive = binder_.Bind(form_.optTXRX[1], MakeTransmitButton(this), {"Receive", "Receive"});
+  const auto light = [=, this] { LightTransmit(*state, *transmit, *receive); };
+  binder_.Watch(form_.lblTRXMode, light);
+  for (auto& [index, option] : form_.optTXRX) binder_.Watch(*option, light);
   binder_.Bind(form_.lblFreqDetect, MakePassiveLabel(kBoldPixels, true, Qt::AlignCenter),
                {"Peak %1", "Dominant frequency"});
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
@@ -140,14 +152,31 @@ void MainWindow::BindCatButton() {
   });
 }
 
+// A keyed transmitter must not be overlooked, whoever keyed it.
+void MainWindow::LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive) {
+  const RigLabel& told = form_.lblTRXMode;
+  const bool transmits = told.caption.Get() == "TX";
+  const bool receives = told.caption.Get() == "RX" && told.enabled && !told.stale;
+  state.SetFill(transmits  ? QColor(kTransmitting)
+                : receives ? QColor(kReceiving)
+                           : QColor(),
+                transmits || receives ? Qt::white : QColor());
+  transmit.SetLight(transmits || form_.optTXRX[0].value ? QColor(kTransmitting) : QColor());
+  transmit.setAccessibleDescription(transmits ? "The transceiver transmits" : "");
+  receive.SetLight(form_.optTXRX[1].value && !transmits ? QColor(kReceiving) : QColor());
+}
+
 void MainWindow::BindDisplay(std::function<const Raster&()> picture) {
-  binder_.Bind(form_.Slider, MakeSlider(this), {"Level of the spectrum", "Level of the spectrum"});
+  binder_.Bind(form_.Slider, MakeSlider(this),
+               {"Level of the spectrum", "Level of the spectrum: up makes the bars taller"});
   scope_ = binder_.Bind(
       form_.Scope, new ScopeWidget(std::move(picture), this),
       {"Spectrum display", "Spectrum, waterfall or oscilloscope of the received sound"});
   binder_.Bind(form_.Slider2, MakeSlider(this),
-               {"Gain of the waterfall", "Gain of the waterfall: lower values are brighter"});
-  binder_.Bind(form_.Smeter, new MeterWidget(this), {"S-meter", "S-meter"});
+               {"Gain of the waterfall", "Gain of the waterfall: up makes it brighter"});
+  auto* meter = binder_.Bind(form_.Smeter, new MeterWidget(this),
+                             {"S-meter", "S-meter: 6 dB to the S-unit, amber above S9"});
+  SetFontSize(*meter, kSmallPixels);
 
   auto* scales = new ScaleStrip(form_.lblScales, this);
   SetFontSize(*scales, kSmallPixels);

@@ -38,6 +38,7 @@ class MainWindow : public QWidget {
   void AlertWith(const Label& label, ClickLabel* widget);
   ClickLabel* MakeLabel(int pixelSize, bool bold);
   ClickLabel* MakePassiveLabel(int pixelSize, bool bold, Qt::Alignment alignment);
+  void LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive);
   void ShowWindowState();
   void MoveOnScreen(QPoint place, QSize content);
   void ShowFaceColour();

@@ -222,5 +222,29 @@ TEST_F(CommandLine, AnInterruptedAnalysisLeavesNothing) {
   EXPECT_EQ(results.Entries(), 0);
 }
 
+TEST_F(CommandLine, TheStoredScaleOfTheWindowMultipliesTheDesktops) {
+  struct Row {
+    const char* file;
+    const char* stored;
+    const char* environment;
+    const char* size;  // as the picture's header says it
+  };
+  for (const Row& row : {Row{"VELT-SA.ini", "150", "", "\x03\x47\x00\x00\x00\xF6"},
+                         {"VELT-SA.ini", "150", "QT_SCALE_FACTOR=2", "\x06\x8D\x00\x00\x01\xEC"},
+                         {"VELT-SA.ini", "130", "QT_SCALE_FACTOR=2", "\x04\x5E\x00\x00\x01\x48"},
+                         {"VELT-SA.ini.bak", "200", "", "\x04\x5E\x00\x00\x01\x48"}}) {
+    const TempFolder data;
+    data.Write("VELT-SA.ini", "damaged");
+    data.Write(row.file, std::string("[Window]\nScale=") + row.stored + "\n");
+    const Result result = Call(
+        "--demo --headless --seconds 1 --screenshot window.png "
+        "--data-folder " +
+            data.Path().string(),
+        row.environment);
+    EXPECT_EQ(result.exitCode, 0) << result.said;
+    EXPECT_EQ(folder.Read("window.png").substr(18, 6), std::string(row.size, 6)) << row.stored;
+  }
+}
+
 }  // namespace
 }  // namespace velt

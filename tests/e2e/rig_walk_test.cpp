@@ -31,7 +31,19 @@ class Station : public WindowDriver {
   bool Transmits(milliseconds limit = seconds(5)) { return Has("t", "1", limit); }
   bool Receives(milliseconds limit = seconds(5)) { return Has("t", "0", limit); }
   bool ShowsFrequency(const std::string& text) const { return Reads(form.lblFrequency, 21, text); }
-  bool ShowsReceive() const { return Reads(form.lblTRXMode, 12, "RX"); }
+  // The RX button is lit, and TX is not.
+  bool ShowsReceive() const {
+    const auto light = [this](const Control& button, const QImage& picture) {
+      return picture.pixel(button.place.Get().left + 5, button.place.Get().top + 5);
+    };
+    return WaitUntil(
+        [&] {
+          const QImage picture = Picture();
+          return light(form.optTXRX[1], picture) == 0xFF1F62C4 &&
+                 light(form.optTXRX[0], picture) != 0xFFC82020;
+        },
+        seconds(5));
+  }
   bool PressTransmit() {
     Click(form.optTXRX[0]);
     return Transmits();
