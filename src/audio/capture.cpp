@@ -20,7 +20,7 @@ std::string Capture::SourceToOpen() const {
     if (device.name == deviceName_) return device.description;
   }
   if (!deviceName_.empty()) return deviceName_;
-  return known.size() == 1 ? known.front().description : "the system's default source";
+  return known.size() == 1 ? known.front().description : "the default source";
 }
 
 void Capture::InitDevices(std::function<void()> noDevices) {

@@ -70,7 +70,7 @@ class MenuButton : public QToolButton {
   void resizeEvent(QResizeEvent* event) override {
     QToolButton::resizeEvent(event);
     SetFontSize(*this, kTextPixels);
-    if (fontMetrics().horizontalAdvance(text()) + kBesideText > width()) {
+    if (fontMetrics().size(Qt::TextShowMnemonic, text()).width() + kBesideText > width()) {
       SetFontSize(*this, kSmallPixels);
     }
   }
