@@ -65,8 +65,6 @@ class LinuxAdapters : public Adapters {
     }
     if (options.KeepsInMemory()) {
       settings_ = std::make_unique<MemoryStore>();
-      // The generated band would drive the S-meter to its end.
-      if (options.demo) settings_->Save("VELT-SA", "MeterSensitivity", "0.12");
     } else {
       settings_ = std::make_unique<IniStore>(SettingsFile(options), files_, log_);
     }

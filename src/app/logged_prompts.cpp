@@ -32,7 +32,7 @@ void LoggedPrompts::Input(const InputPrompt&,
   Later([answered = std::move(answered)] { answered(std::nullopt); });
 }
 
-bool LoggedPrompts::Popup(const std::vector<PopupItem>&,
+bool LoggedPrompts::Popup(const PopupPlace&, const std::vector<PopupItem>&,
                           std::function<void(std::function<void()>)>) {
   return false;
 }

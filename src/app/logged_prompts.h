@@ -18,7 +18,7 @@ class LoggedPrompts : public Prompts {
   void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override;
   void Input(const InputPrompt& box,
              std::function<void(std::optional<std::string>)> answered) override;
-  bool Popup(const std::vector<PopupItem>& items,
+  bool Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
              std::function<void(std::function<void()>)> closed) override;
   void DropAll() override { open_ = std::make_shared<char>(); }
 

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QCoreApplication>
+#include <QIcon>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +19,7 @@
 #include "app/run_window.h"
 #include "app/system.h"
 #include "app/unmet_need.h"
+#include "app/window_factor.h"
 #include "guardian/run_guardian.h"
 #include "text/error_text.h"
 #include "text/paths.h"
@@ -77,8 +79,12 @@ int RunApplication(char* programName, Options options, GuardianSpawn guardian) {
   for (std::string& text : texts) arguments.push_back(text.data());
   int count = static_cast<int>(arguments.size());
   arguments.push_back(nullptr);
+  auto factor = std::make_unique<WindowFactor>(options);
   QApplication application(count, arguments.data());
+  factor.reset();
   display.connection.reset();
+  QApplication::setDesktopFileName("velt-sa");
+  QApplication::setWindowIcon(QIcon(":/velt-sa.svg"));
   OpenLog(options.logFile);
   return RunWindow(application, options, std::move(guardian));
 }

@@ -9,7 +9,18 @@ Capture::Capture(const Parts& parts, const Ports& ports, std::string deviceName)
   connections_ += parts_.form.StartButton.clicked.Listen([this] { StartButton_Click(); });
   connections_ += parts_.form.StopButton.clicked.Listen([this] { StopButton_Click(); });
   connections_ += parts_.form.imgStartStop.clicked.Listen([this] { imgStartStop_Click(); });
+  parts_.form.lblListen.caption = "Press \u25B6 to listen to " + SourceToOpen();
   ShowStopped();
+}
+
+// For people.
+std::string Capture::SourceToOpen() const {
+  const std::vector<AudioDevice> known = ports_.input.Devices();
+  for (const AudioDevice& device : known) {
+    if (device.name == deviceName_) return device.description;
+  }
+  if (!deviceName_.empty()) return deviceName_;
+  return known.size() == 1 ? known.front().description : "the default source";
 }
 
 void Capture::InitDevices(std::function<void()> noDevices) {
@@ -36,6 +47,7 @@ void Capture::StartWhenThere() {
 void Capture::Open(const std::string& device) {
   if (device_ != Device::Closed) return;
   device_ = Device::Opening;
+  parts_.form.lblListen.visible = false;
   parts_.form.StartButton.enabled = false;
   ports_.input.Open(device);
 }
@@ -58,6 +70,7 @@ void Capture::StopSound() {
   ShowStartable();
   parts_.form.lblSource.caption = std::string();
   parts_.display.Smeter.topTwips = 0;
+  parts_.display.lblFreqDetect.stale = true;
   parts_.form.Timer1.enabled = false;
   parts_.rig.lblMode.enabled = false;
 }
@@ -76,7 +89,7 @@ void Capture::imgStartStop_Click() {
 
 void Capture::ShowRunning() {
   parts_.form.imgStartStop.tag = "Stop";
-  parts_.form.imgStartStop.toolTip = "Stop the spectrum analyzer";
+  parts_.form.imgStartStop.toolTip = "Stop the spectrum analyser";
 }
 
 void Capture::ShowStartable() {
@@ -87,7 +100,7 @@ void Capture::ShowStartable() {
 
 void Capture::ShowStopped() {
   parts_.form.imgStartStop.tag = "Play";
-  parts_.form.imgStartStop.toolTip = "Start the spectrum analyzer";
+  parts_.form.imgStartStop.toolTip = "Start the spectrum analyser";
 }
 
 bool Capture::TakeBlock(std::span<int16_t, kBlockSamples> block) {
@@ -172,6 +185,7 @@ void Capture::OpenFailed(const std::string& text) {
     return;
   }
   ShowStopped();
+  parts_.form.lblListen.visible = source_.empty();
   parts_.messages.Show(text);
   parts_.notices.Raise(NoticeKind::Sound, text);
   // The box names the handle, which is always 0 here.

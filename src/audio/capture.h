@@ -74,6 +74,7 @@ class Capture {
  private:
   enum class Device { Closed, Opening, Open };
 
+  std::string SourceToOpen() const;
   void Open(const std::string& device);
   void StopSound();
   void HandleEvent(const AudioEvent& event);

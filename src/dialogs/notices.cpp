@@ -28,6 +28,7 @@ void Notices::lblNotice_Click() {
 
 void Notices::Refresh() {
   form_.lblNotice.caption = notices_.empty() ? std::string() : notices_.front().text;
+  form_.lblNotice.urgent = !notices_.empty() && notices_.front().kind == NoticeKind::Transmitter;
   form_.lblNotice.visible = !notices_.empty();
 }
 

@@ -20,7 +20,8 @@ class Notices {
  public:
   explicit Notices(MessageControls& form);
 
-  // Replaces an earlier notice of the same kind. Transmitter notices stand before all others.
+  // Replaces an earlier notice of the same kind. Transmitter notices are urgent and stand before
+  // all others.
   void Raise(NoticeKind kind, const std::string& text);
   void Over(NoticeKind kind);
 

@@ -18,9 +18,9 @@ std::string ScaleLabelText(int32_t i, int32_t zokaMode, bool absolute) {
   return std::to_string(kilohertz) + "kHz";
 }
 
-void Graticule::Place(int32_t zokaMode, bool absolute) {
+void Graticule::Place(int32_t zokaMode, bool absolute, bool waterfall) {
   PlaceScaleLabels(zokaMode, absolute);
-  PlaceLines(zokaMode != 0);
+  PlaceLines(zokaMode != 0, waterfall);
 }
 
 void Graticule::PlaceScaleLabels(int32_t zokaMode, bool absolute) {
@@ -37,7 +37,7 @@ void Graticule::PlaceScaleLabels(int32_t zokaMode, bool absolute) {
   }
 }
 
-void Graticule::PlaceLines(bool aroundCarrier) {
+void Graticule::PlaceLines(bool aroundCarrier, bool waterfall) {
   const int width = form_.Scope.scaleWidth;
   const int height = form_.Scope.scaleHeight;
   const int step = width / kScaleDivisions;
@@ -54,7 +54,7 @@ void Graticule::PlaceLines(bool aroundCarrier) {
   std::vector<ScopeLine> horizontal;
   for (int quarter = 1; quarter < 4; ++quarter) {
     const int y = quarter * height / 4;
-    horizontal.push_back({0, y, width - 1, y, true, false});
+    horizontal.push_back({0, y, width - 1, y, !waterfall, false});
   }
   form_.Scope.horizontalGrid = horizontal;
 

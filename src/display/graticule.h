@@ -13,12 +13,13 @@ class Graticule {
   explicit Graticule(DisplayControls& form) : form_(form) {}
 
   // Fills labels and lines for the mode (0, 1 or 69) and the present size of display and scale.
-  // With `absolute` a shifted mode shows audio frequencies, else distances from the carrier.
-  void Place(int32_t zokaMode, bool absolute);
+  // With `absolute` a shifted mode shows audio frequencies, else distances from the carrier. Level
+  // lines mean nothing across a waterfall, where they would look like gaps in time.
+  void Place(int32_t zokaMode, bool absolute, bool waterfall);
 
  private:
   void PlaceScaleLabels(int32_t zokaMode, bool absolute);
-  void PlaceLines(bool aroundCarrier);
+  void PlaceLines(bool aroundCarrier, bool waterfall);
 
   DisplayControls& form_;
 };

@@ -32,7 +32,8 @@ MainDisplay::MainDisplay(const Parts& parts)
 }
 
 void MainDisplay::Refresh() {
-  graticule.Place(options.analysis.zokaMode, parts_.form.mnusettings[4].checked);
+  graticule.Place(options.analysis.zokaMode, parts_.form.mnusettings[4].checked,
+                  options.analysis.waterfall);
   appearance.Opmaak();
 }
 

@@ -34,6 +34,12 @@ struct RigLabel : Label {
   Property<bool> stale;  // the text is the last one of a link that is lost or stopped
 };
 
+// A text that has to be seen; one that is urgent before all else.
+struct NoticeLabel : Label {
+  explicit NoticeLabel(Form& form) : Label(form), urgent(*this, false) {}
+  Property<bool> urgent;
+};
+
 // The title of controls that stand together.
 struct Frame : Control {
   explicit Frame(Form& form, std::string text = {})
@@ -108,9 +114,14 @@ struct SliderControl : Control {
 
 struct ListBox : Control {
   explicit ListBox(Form& form)
-      : Control(form), items(*this, {}), listIndex(*this, -1), text(*this, {}) {}
+      : Control(form),
+        items(*this, {}),
+        listIndex(*this, -1),
+        inForce(*this, -1),
+        text(*this, {}) {}
   Property<std::vector<std::string>> items;
   Property<int32_t> listIndex;  // -1: nothing chosen; a change raises Click
+  Property<int32_t> inForce;    // shown while nothing is chosen; -1: none; raises nothing
   Property<std::string> text;   // of an editable list; raises nothing
   Event<> doubleClicked;
   void UserPick(int32_t index) {

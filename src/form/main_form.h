@@ -46,6 +46,8 @@ struct RigControls {
   RigLabel lblTRXMode;
   Label Label3;                        // which way modes go: "Velt Mode" or "Rig Mode"
   ControlArray<OptionButton> optTXRX;  // 0 transmit, 1 receive
+  Label lblLink;                       // how the link to the rig stands
+  Lamp lampLink;                       // the same at a glance
   Image Image3;                        // opens the CAT dialog
   MenuItem mnunorig;
   MenuItem mnuOmniRigStatus;
@@ -84,6 +86,7 @@ struct CaptureControls {
   Button StopButton;
   ListBox DevicesBox;
   Image imgStartStop;
+  Label lblListen;  // over the empty display: how to begin
   Label lblSource;  // where the sound comes from, while capturing
   Image imgRecOnOff;
   Timer Timer1;
@@ -112,7 +115,7 @@ struct DisplayControls {
 struct MessageControls {
   explicit MessageControls(Form& form);
   Label lblMessage;
-  Label lblNotice;  // what matters until it is over or dismissed
+  NoticeLabel lblNotice;  // what matters until it is over or dismissed
   Timer Timer2;
 };
 
@@ -123,6 +126,9 @@ struct ShellControls {
   Image Image2;  // opens the File menu
   MenuItem mnuoptions;
   MenuItem mnufile;
+  MenuItem mnuscale;  // of the window, in per cent of its design size
+  ControlArray<MenuItem> mnuscales;
+  MenuItem mnumanual;
   MenuItem mnuexit;
   MenuItem mnucloseme;
   Timer QuitTimer;

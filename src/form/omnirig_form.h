@@ -36,12 +36,15 @@ struct OmniRigForm : Form {
   RigLabel Label6;                    // mode
   Label lblLink;                      // how the link stands
   Lamp lampLink;                      // the same at a glance
-  TextBox txtAddress1;                // "HOST:PORT" of rig 1's server
-  TextBox txtAddress2;                // and of rig 2's
-  Button cmdApplyAddresses;           // enabled while a typed address is not in use yet
-  Label lblAddressMessage;            // what is wrong with a typed address
-  TextBox txtLimit;                   // longest transmission in minutes, 1 to 60
-  Label lblLimitMessage;              // what is wrong with it
+  Label lblCause;                     // why it does not stand, and what helps
+  Label lblCommand;                   // what starts a server at the chosen rig's address
+  Button cmdCopyCommand;
+  TextBox txtAddress1;       // "HOST:PORT" of rig 1's server
+  TextBox txtAddress2;       // and of rig 2's
+  Button cmdApplyAddresses;  // enabled while a typed address is not in use yet
+  Label lblAddressMessage;   // what is wrong with a typed address
+  TextBox txtLimit;          // longest transmission in minutes, 1 to 60
+  Label lblLimitMessage;     // what is wrong with it
 };
 
 }  // namespace velt

@@ -24,7 +24,16 @@ struct MessagePrompt {
 struct InputPrompt {
   std::string title;
   std::string prompt;
-  std::string initial;
+  std::string initial;       // selected, so that typing replaces it
+  std::string example = {};  // stands below the field
+};
+
+// What a pop-up belongs to, in logical pixels of the program's window. Without a size: the mouse.
+struct PopupPlace {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
 };
 
 // One line of a pop-up menu. A line with items below it is a submenu; a caption of "-" separates.
@@ -38,7 +47,7 @@ struct PopupItem {
 };
 
 // Boxes are shown one at a time, in the order in which they were asked for, over the program's
-// window once that is up.
+// window once that is up, or over that of its dialogs which the user is at.
 class Prompts {
  public:
   virtual ~Prompts() = default;
@@ -53,10 +62,11 @@ class Prompts {
   virtual void Input(const InputPrompt& box,
                      std::function<void(std::optional<std::string>)> answered) = 0;
 
-  // Shows a pop-up at the mouse. `closed` receives what the chosen line's `choose` was, or an
-  // empty function when nothing was chosen; the caller runs it. A second pop-up while one is open
-  // is ignored: false is returned and nothing is called.
-  virtual bool Popup(const std::vector<PopupItem>& items,
+  // Shows a pop-up below the control that opened it. When that was done by keyboard its first line
+  // is active, and the keyboard is given back to where it was after `closed`. `closed` receives
+  // what the chosen line's `choose` was, or an empty function when nothing was chosen; the caller
+  // runs it. A second pop-up while one is open is ignored: false is returned and nothing is called.
+  virtual bool Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
                      std::function<void(std::function<void()> chosen)> closed) = 0;
 
   // Closes whatever is open or waits; no continuation of theirs runs any more.

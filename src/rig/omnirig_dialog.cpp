@@ -1,5 +1,7 @@
 #include "rig/omnirig_dialog.h"
 
+#include <algorithm>
+
 #include "text/numbers.h"
 
 namespace velt {
@@ -37,26 +39,30 @@ int32_t ModeOf(const std::string& text) {
   return 0;
 }
 
-}  // namespace
-
-std::string LinkText(const RigLink& link) {
-  const std::string stale = link.stale ? "Stale values, " : "";
-  switch (link.state) {
-    case RigLink::State::Off:
-      return "Stopped";
-    case RigLink::State::Linked:
-      return "Linked";
-    case RigLink::State::Connecting:
-      return link.stale ? stale + "connecting" : "Connecting";
-    case RigLink::State::Silent:
-      return link.stale ? stale + "rig is silent" : "Rig is silent";
-    case RigLink::State::Reconnecting:
-      break;
+// The text of the list that stands for a mode; nullptr: none does.
+const char* ListText(int32_t mode) {
+  switch (mode) {
+    case PM_SSB_L:
+      return "LSB";
+    case PM_SSB_U:
+      return "USB";
+    case PM_CW_U:
+    case PM_CW_L:
+      return "CW";
+    case PM_AM:
+      return "AM";
+    case PM_FM:
+      return "FM";
+    default:
+      return nullptr;
   }
-  const std::string when =
-      link.retryInSeconds > 0 ? " in " + std::to_string(link.retryInSeconds) + " s" : "";
-  return (link.stale ? stale + "reconnecting" : "Reconnecting") + when;
 }
+
+bool IsKnown(const Label& frequency) {
+  return !frequency.caption.Get().empty() && frequency.caption.Get() != "0";
+}
+
+}  // namespace
 
 OmniRigDialog::OmniRigDialog(const Parts& parts) : parts_(parts) {
   Connect();
@@ -108,6 +114,8 @@ void OmniRigDialog::Refresh() {
   ShowStatus();
   ShowParams();
   ShowLink(parts_.link.Link());
+  ShowModeInForce();
+  ShowCommand();
 }
 
 void OmniRigDialog::cmdStartStop_Click() {
@@ -163,6 +171,7 @@ void OmniRigDialog::cmdApplyAddresses_Click() {
 }
 
 void OmniRigDialog::txtAddress_Change() {
+  ShowCommand();
   parts_.form.lblAddressMessage.caption = "";
   parts_.form.cmdApplyAddresses.enabled =
       Trimmed(parts_.form.txtAddress1.text.Get()) != parts_.server.Address(1) ||
@@ -200,18 +209,39 @@ void OmniRigDialog::ShowSettings() {
 void OmniRigDialog::ShowLink(const RigLink& link) {
   const bool linked = link.state == RigLink::State::Linked;
   const bool off = link.state == RigLink::State::Off;
-  parts_.form.lblLink.caption = LinkText(link);
-  parts_.form.lampLink.colour = linked ? LampColour::Green
-                                : off  ? LampColour::Grey
-                                       : LampColour::Amber;
+  const bool simulated = parts_.server.Can().simulated;
+  parts_.form.lblLink.caption = LinkText(link) + (simulated ? " (simulated rig)" : "");
+  parts_.form.lblCause.caption = CauseText(link.cause);
+  parts_.form.lampLink.colour = LampOf(link);
+  parts_.form.lampLink.toolTip =
+      simulated ? "A simulated rig: there is no radio behind it" : std::string();
   for (RigLabel* value :
        {&parts_.form.Label3, &parts_.form.Label4, &parts_.form.Label10, &parts_.form.Label6}) {
     value->stale = !linked;
   }
   // A rig that does not answer is told by its status, which holds until the link is stopped.
   parts_.form.Label8.stale = off;
-  const bool lastKnown = !linked && !parts_.form.Label8.caption.Get().empty();
+  const bool lastKnown = !linked && (IsKnown(parts_.form.Label3) || IsKnown(parts_.form.Label4) ||
+                                     IsKnown(parts_.form.Label10));
   parts_.form.frmReport.caption = lastKnown ? "Transceiver (last known values)" : "Transceiver";
+}
+
+// Where servers have addresses, one has to be started by hand.
+void OmniRigDialog::ShowCommand() {
+  const TextBox& address =
+      parts_.state.rigChoice == 2 ? parts_.form.txtAddress2 : parts_.form.txtAddress1;
+  const std::string command =
+      parts_.server.Can().addresses ? ServerCommand(address.text) : std::string();
+  parts_.form.lblCommand.caption = command;
+  parts_.form.cmdCopyCommand.enabled = !command.empty();
+}
+
+void OmniRigDialog::ShowModeInForce() {
+  const char* text = parts_.rig.Linked() ? ListText(parts_.rig->Mode()) : nullptr;
+  const std::vector<std::string>& modes = parts_.form.Combo1.items;
+  const auto found = text == nullptr ? modes.end() : std::ranges::find(modes, text);
+  parts_.form.Combo1.inForce =
+      found == modes.end() ? -1 : static_cast<int32_t>(found - modes.begin());
 }
 
 void OmniRigDialog::ShowStatus() {
@@ -241,7 +271,7 @@ bool OmniRigDialog::ApplyAddresses() {
       changed = true;
     } else if (bad.empty()) {
       bad = "Rig " + std::to_string(rigNumber) + ": \"" + typed +
-            "\" is no address. Use HOST:PORT, for example 127.0.0.1:4532";
+            "\" is not an address. Use HOST:PORT, for example 127.0.0.1:4532";
     }
   }
   txtAddress_Change();

@@ -13,14 +13,12 @@
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
 #include "rig/current_rig.h"
+#include "rig/link_words.h"
 #include "rig/omnirig_link.h"
 #include "rig/ptt.h"
 #include "rig/rig_state.h"
 
 namespace velt {
-
-// How a link stands, in a few words for people: "Linked", "Reconnecting in 4 s", ...
-std::string LinkText(const RigLink& link);
 
 class OmniRigDialog {
  public:
@@ -64,6 +62,8 @@ class OmniRigDialog {
   void ShowChoices();
   void ShowSettings();
   void ShowLink(const RigLink& link);
+  void ShowCommand();
+  void ShowModeInForce();
   void ShowStatus();
   void ShowParams();
   bool ApplyAddresses();

@@ -33,6 +33,7 @@ void OmniRigLink::Start(const std::function<void(bool started)>& answered) {
   parts_.server.Open(ValidChoice(parts_.state.rigChoice), [this, answered](bool reached) {
     if (stage_ == Stage::Opening) answered(Conclude(reached));
   });
+  changed.Raise();
 }
 
 void OmniRigLink::StopOmniRig() {
@@ -44,6 +45,7 @@ void OmniRigLink::StopOmniRig() {
   parts_.server.Close();
   stage_ = Stage::Off;
   whenStarted_ = nullptr;
+  changed.Raise();
 }
 
 void OmniRigLink::SelectRig(int16_t newRigNo) {
@@ -57,15 +59,17 @@ void OmniRigLink::SelectRig(int16_t newRigNo) {
   }
   parts_.display.ShowRigStatus();
   parts_.display.ShowRigParams();
+  changed.Raise();
 }
 
 void OmniRigLink::ChooseRig(int16_t rigNo) {
   parts_.state.rigChoice = ValidChoice(rigNo);
   if (stage_ == Stage::Started) return SelectRig(parts_.state.rigChoice);
-  if (stage_ == Stage::Off) return;
+  if (stage_ == Stage::Off) return changed.Raise();
   stage_ = Stage::Trying;
   OpenIfOff(parts_.state.rigChoice);
   StartIfItAnswersNow(parts_.state.rigChoice);
+  changed.Raise();
 }
 
 void OmniRigLink::OmniRigEngine_StatusChange(int32_t rigNumber) {
@@ -103,6 +107,7 @@ bool OmniRigLink::Conclude(bool reached) {
   stage_ = reached ? Stage::Off : Stage::Trying;
   parts_.state.omniRigActive = false;
   if (reached) parts_.server.Close();
+  changed.Raise();
   return false;
 }
 

@@ -43,6 +43,8 @@ class OmniRigLink {
   Event<> configurationWanted;
   // After each event of either rig.
   Event<> rigHeard;
+  // It was started, stopped or given another rig, or a start has come to its end.
+  Event<> changed;
 
   // Starts the link. When it fails and no frequency is known, the label shows "RigOffLine" and the
   // user is asked, once in a run, whether to configure it. `then` is called with false when it

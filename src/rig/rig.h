@@ -21,6 +21,7 @@
 #include "rig/arduino_port.h"
 #include "rig/current_rig.h"
 #include "rig/line_keyer.h"
+#include "rig/link_indicator.h"
 #include "rig/omnirig_dialog.h"
 #include "rig/omnirig_link.h"
 #include "rig/ptt.h"
@@ -75,6 +76,7 @@ class Rig {
   SerialSetup serial;
   OmniRigLink link;
   OmniRigDialog dialog;
+  LinkIndicator indicator;
   RigMenus menus;
 };
 

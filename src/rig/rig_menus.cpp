@@ -41,8 +41,13 @@ void RigMenus::mnuArduinoFreq_Click() {
 }
 
 void RigMenus::mnuSetFreqManual_Click() {
+  // As it is shown: with two dots it is read as what it shows.
+  const bool shown = ShownFrequencyHz(parts_.form.lblFrequency).value_or(0) > 0;
   parts_.prompts.Input(
-      {.title = "Set Rig Frequency", .prompt = "Enter the frequency (in kHz):", .initial = {}},
+      {.title = "Set Rig Frequency",
+       .prompt = "Enter the frequency (in kHz):",
+       .initial = shown ? parts_.form.lblFrequency.caption.Get() : std::string(),
+       .example = "For example 14074 or 14074.5, or as the window shows it: 14.074.50"},
       [this](const std::optional<std::string>& answer) {
         if (answer) SetFrequencyByHand(*answer);
       });

@@ -66,8 +66,14 @@ void TransmitGuard::Leave(Keyer& keyer) {
   if (!watch.safety.Holds()) return;
   if (wanted) watch.keyer.ReleaseNow(Milliseconds(0));
   watch.keysSent = 0;
-  if (watch.safety.HandOver()) parts_.notices.Over(NoticeKind::Transmitter);
-  if (watch.ticket != 0) parts_.guardian.Follow(std::exchange(watch.ticket, 0));
+  const bool alarmed = watch.safety.HandOver();
+  if (watch.ticket == 0) {
+    // Nobody is left who would see to it.
+    parts_.notices.Raise(NoticeKind::Transmitter, kMayStillBeOn);
+  } else {
+    if (alarmed) alarmed_.insert(watch.ticket);
+    parts_.guardian.Follow(std::exchange(watch.ticket, 0));
+  }
   if (!HoldsAny()) parts_.sleepLock.LetGo();
 }
 
@@ -201,8 +207,11 @@ void TransmitGuard::Hear(const GuardianNews& news) {
       for (Watch& watch : watches_) watch.ticket = 0;
       return EndAll(Cause::Silence);
     case GuardianNews::Kind::FollowUpFailed:
+      alarmed_.erase(news.ticket);
       return parts_.notices.Raise(NoticeKind::Transmitter, kMayStillBeOn);
     case GuardianNews::Kind::FollowUpDone:
+      if (alarmed_.erase(news.ticket) != 0) parts_.notices.Over(NoticeKind::Transmitter);
+      return;
     case GuardianNews::Kind::Back:
       return;
   }

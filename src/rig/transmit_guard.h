@@ -115,6 +115,7 @@ class TransmitGuard {
 
   Parts parts_;
   std::list<Watch> watches_;
+  std::set<uint32_t> alarmed_;  // tickets handed over while nobody knew what the transmitter does
   int32_t limitMinutes_ = PttSafety::kInitialLimitMinutes;
   Scheduler::Handle tick_;
   Connections connections_;

@@ -12,6 +12,11 @@ std::vector<MenuEntry> All(ControlArray<C>& array) {
 
 const MenuEntry kSeparator{};
 
+PopupPlace PlaceOf(const Control& opener) {
+  const Rectangle& place = opener.place.Get();
+  return {place.left, place.top, place.width, place.height};
+}
+
 void Append(std::vector<MenuEntry>& menu, std::vector<MenuEntry> more) {
   menu.insert(menu.end(), more.begin(), more.end());
 }
@@ -34,12 +39,15 @@ Menus::Menus(Main& form) {
   Append(options, {{&form.mnudomfreq, "", {}},
                    {&form.mnuArduinoFreq, "", {}},
                    {&form.mnuprec, "", All(form.mnuprecision)},
+                   {&form.mnuscale, "", All(form.mnuscales)},
                    kSeparator,
                    {&form.mnuOmniRigStatus, "", {}},
                    kSeparator,
                    {&form.mnuexit, "", {}}});
   file = {{&form.mnurunzoka, "F11", {}},
           {&form.mnuclosezoka, "F12", {}},
+          kSeparator,
+          {&form.mnumanual, "F1", {}},
           kSeparator,
           {&form.mnucloseme, "", {}}};
 }
@@ -86,30 +94,30 @@ MenuOpener::MenuOpener(const Parts& parts) : parts_(parts) {
 
 void MenuOpener::cmdOptions_Click() {
   parts_.options.ShowPrecision();
-  Open(parts_.menus.options);
+  Open(parts_.form.cmdOptions, parts_.menus.options);
 }
 
 void MenuOpener::Image2_Click() {
-  Open(parts_.menus.file);
+  Open(parts_.form.Image2, parts_.menus.file);
 }
 
 void MenuOpener::lblFrequency_Click() {
   parts_.form.mnuRig.Click();
-  OpenPlain(parts_.menus.frequency);
+  OpenPlain(parts_.form.lblFrequency, parts_.menus.frequency);
 }
 
 void MenuOpener::lblMode_Click() {
   parts_.form.mnuModMode.Click();
-  OpenPlain(parts_.menus.mode);
+  OpenPlain(parts_.form.lblMode, parts_.menus.mode);
 }
 
 void MenuOpener::lblTRXMode_Click() {
-  OpenPlain(parts_.menus.ptt);
+  OpenPlain(parts_.form.lblTRXMode, parts_.menus.ptt);
 }
 
-void MenuOpener::Open(const std::vector<MenuEntry>& menu) {
+void MenuOpener::Open(const Control& opener, const std::vector<MenuEntry>& menu) {
   const bool wasRunning = parts_.form.StopButton.enabled;
-  const bool opened = parts_.prompts.Popup(Menus::Lines(menu),
+  const bool opened = parts_.prompts.Popup(PlaceOf(opener), Menus::Lines(menu),
                                            [this, wasRunning](const std::function<void()>& chosen) {
                                              if (chosen) chosen();
                                              if (wasRunning && parts_.form.StartButton.enabled)
@@ -119,10 +127,11 @@ void MenuOpener::Open(const std::vector<MenuEntry>& menu) {
   if (opened && wasRunning) parts_.form.StopButton.Click();
 }
 
-void MenuOpener::OpenPlain(const std::vector<MenuEntry>& menu) {
-  parts_.prompts.Popup(Menus::Lines(menu), [](const std::function<void()>& chosen) {
-    if (chosen) chosen();
-  });
+void MenuOpener::OpenPlain(const Control& opener, const std::vector<MenuEntry>& menu) {
+  parts_.prompts.Popup(PlaceOf(opener), Menus::Lines(menu),
+                       [](const std::function<void()>& chosen) {
+                         if (chosen) chosen();
+                       });
 }
 
 }  // namespace velt

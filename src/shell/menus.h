@@ -53,9 +53,9 @@ class MenuOpener {
   void lblTRXMode_Click();
 
  private:
-  void Open(const std::vector<MenuEntry>& menu);
+  void Open(const Control& opener, const std::vector<MenuEntry>& menu);
   // Leaves capture alone: such a small menu does not hide the display.
-  void OpenPlain(const std::vector<MenuEntry>& menu);
+  void OpenPlain(const Control& opener, const std::vector<MenuEntry>& menu);
 
   Parts parts_;
   Connections connections_;

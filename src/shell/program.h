@@ -21,6 +21,7 @@
 #include "presets/band_menu.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
+#include "shell/manual.h"
 #include "shell/menus.h"
 #include "shell/rig_reporter.h"
 #include "shell/run_setup.h"
@@ -76,10 +77,12 @@ class Program {
   Capture capture;
   MainDisplay display;
   WindowLayout layout;
+  WindowScale scale;
   Settings settings;
   RigReporter reporter;
   Startup startup;
   Shutdown shutdown;
+  Manual manual;
   Menus menus;
   MenuOpener menuOpener;
 

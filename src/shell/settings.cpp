@@ -185,6 +185,7 @@ void Settings::LoadRegistryStuff() {
     row.load(stored ? *stored : row.fallback());
   }
   LoadCat();
+  to_.scale.Load(ports_.store.Get(WindowScale::kSection, WindowScale::kKey).value_or(""));
 }
 
 int Settings::SaveRegistryStuff() {
@@ -192,6 +193,7 @@ int Settings::SaveRegistryStuff() {
     ports_.store.Save(kSection, std::string(key), Find(key).save());
   }
   SaveCat();
+  ports_.store.Save(WindowScale::kSection, WindowScale::kKey, to_.scale.Stored());
   return ports_.store.Commit();
 }
 

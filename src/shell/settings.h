@@ -18,6 +18,7 @@
 #include "rig/rig_state.h"
 #include "rig/transmit_guard.h"
 #include "shell/window_layout.h"
+#include "shell/window_scale.h"
 
 namespace velt {
 
@@ -41,6 +42,7 @@ class Settings {
     MainDisplay& display;
     Capture& capture;
     WindowLayout& layout;
+    WindowScale& scale;
     RigState& rig;
     TransmitGuard& guard;
     CarriedSettings& carried;

@@ -11,14 +11,44 @@ constexpr int kTopRow = 24;
 constexpr int kScales = 13;
 constexpr int kBottomRow = 16;
 constexpr int kSlider = 16;
-constexpr int kMeter = 14;
+constexpr int kMeter = 26;
 constexpr int kModeSource = 64;
+constexpr int kSource = 150;
+constexpr int kLamp = 10;
+constexpr int kLink = 118;
+constexpr int kLeastSource = 53;
+constexpr int kLeastLink = 70;
 constexpr int kSmallButton = 26;
+constexpr int kCompactButton = 24;
 constexpr int kCompactPeak = 82;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
 constexpr int kRoomyWidth = 540;
 constexpr int kDisplayTop = kMargin + kTopRow + kGap;
+
+// The last row: what is always told, and the message. Narrow windows leave out where modes are sent
+// to and give what is short as little as it needs.
+struct LastRow {
+  Rectangle modeSource, source, lamp, link, message;
+
+  explicit LastRow(const WindowGrid& grid) {
+    const Rectangle whole = grid.Bottom(0, grid.Compact() ? kCompactPeak + kGap : 0);
+    const int spare = grid.Compact() ? grid.Bottom(0, 0).width - (333 - 2 * kMargin) : 0;
+    const int linkWidth = grid.Compact() ? std::min(kLink, kLeastLink + spare / 3) : kLink;
+    const int sourceWidth = grid.Compact() ? std::min(kSource, kLeastSource + spare / 3) : kSource;
+    int next = whole.left;
+    const auto take = [&](int width) {
+      const Rectangle place{next, whole.top, width, whole.height};
+      next += width + kGap;
+      return place;
+    };
+    if (!grid.Compact()) modeSource = take(kModeSource);
+    source = take(sourceWidth);
+    lamp = take(kLamp);
+    link = take(linkWidth);
+    message = take(whole.left + whole.width - next);
+  }
+};
 
 }  // namespace
 
@@ -77,34 +107,40 @@ Rectangle WindowGrid::BottomRight(int width) const {
 std::vector<PlaceRule> PlaceRules(Main& form) {
   using Grid = WindowGrid;
   return {
-      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 38); }},
+      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 42); }},
       {&form.Image2, [](Grid& g) { return g.Take(40, 26); }},
       {&form.Image3, [](Grid& g) { return g.Take(40, 26); }},
-      {&form.imgStartStop, [](Grid& g) { return g.Take(26, 26); }},
+      {&form.imgStartStop, [](Grid& g) { return g.Take(kSmallButton, kCompactButton); }},
       {&form.lblFrequency, [](Grid& g) { return g.Take(126, 106); }},
       {&form.lblMode, [](Grid& g) { return g.Take(38, 34); }},
-      {&form.lblTRXMode, [](Grid& g) { return g.Take(26, 26); }},
-      {&form.optTXRX[0], [](Grid& g) { return g.Take(28, 0); }},
-      {&form.optTXRX[1], [](Grid& g) { return g.Take(28, 0); }},
+      // The buttons tell the state too; where there is no room for them the label does.
+      {&form.lblTRXMode, [](Grid& g) { return g.Take(0, 26); }},
+      {&form.optTXRX[0], [](Grid& g) { return g.Take(34, 0); }},
+      {&form.optTXRX[1], [](Grid& g) { return g.Take(34, 0); }},
       {&form.lblFreqDetect,
        [](Grid& g) {
          return g.Compact() ? g.BottomRight(kCompactPeak) : g.TakeRest(kSmallButton);
        }},
-      {&form.chkSpecMode, [](Grid& g) { return g.EndOfFirstRow(kSmallButton); }},
+      {&form.chkSpecMode,
+       [](Grid& g) { return g.EndOfFirstRow(g.Compact() ? kCompactButton : kSmallButton); }},
       {&form.Slider, [](Grid& g) { return g.DisplayLeft(kSlider); }},
       {&form.Scope, [](Grid& g) { return g.Scope(); }},
       {&form.picScales, [](Grid& g) { return g.Scales(); }},
       {&form.Slider2, [](Grid& g) { return g.DisplayRight(kMeter + kGap, kSlider); }},
       {&form.Smeter, [](Grid& g) { return g.DisplayRight(0, kMeter); }},
-      {&form.Label3,
+      {&form.Label3, [](Grid& g) { return LastRow(g).modeSource; }},
+      {&form.lblSource, [](Grid& g) { return LastRow(g).source; }},
+      {&form.lampLink, [](Grid& g) { return LastRow(g).lamp; }},
+      {&form.lblLink, [](Grid& g) { return LastRow(g).link; }},
+      {&form.lblMessage, [](Grid& g) { return LastRow(g).message; }},
+      // These two lie over the display.
+      {&form.lblListen,
        [](Grid& g) {
-         Rectangle place = g.Bottom(0, 0);
-         place.width = kModeSource;
+         Rectangle place = g.Scope();
+         place.top += (place.height - kNotice) / 2;
+         place.height = kNotice;
          return place;
        }},
-      {&form.lblMessage,
-       [](Grid& g) { return g.Bottom(kModeSource + kGap, g.Compact() ? kCompactPeak + kGap : 0); }},
-      // Lies over the top of the display.
       {&form.lblNotice,
        [](Grid& g) {
          Rectangle place = g.Scope();

@@ -1,5 +1,6 @@
 #include "ui/click_label.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
 
@@ -7,18 +8,20 @@ namespace velt {
 namespace {
 
 constexpr int kLeastPixels = 10;
+constexpr double kRounded = 2.5;
 
 }  // namespace
 
 ClickLabel::ClickLabel(QWidget* parent) : QAbstractButton(parent) {
   setFocusPolicy(Qt::TabFocus);
-  setCursor(Qt::PointingHandCursor);
+  ShowCursor();
 }
 
-// Each "&" of the text is shown.
+// A button's own text would be announced besides the name, and take "&" as a mark.
 void ClickLabel::SetText(const QString& plain) {
-  const QString marked = QString(plain).replace("&", "&&");
-  if (text() != marked) setText(marked);
+  if (text_ == plain) return;
+  text_ = plain;
+  update();
 }
 
 void ClickLabel::SetAlignment(Qt::Alignment alignment) {
@@ -42,37 +45,50 @@ void ClickLabel::SetFill(const QColor& fill, const QColor& text) {
 void ClickLabel::SetPassive(bool passive) {
   passive_ = passive;
   setFocusPolicy(passive ? Qt::NoFocus : Qt::TabFocus);
-  setCursor(passive ? Qt::ArrowCursor : Qt::PointingHandCursor);
+  ShowCursor();
+}
+
+void ClickLabel::ShowCursor() {
+  setCursor(Acts() ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 void ClickLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (fill_.isValid()) painter.fillRect(rect(), fill_);
-  if (!passive_ && underMouse() && isEnabled()) {
+  if (fill_.isValid()) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill_);
+    painter.drawRoundedRect(rect(), kRounded, kRounded);
+  }
+  if (underMouse() && Acts()) {
     QColor hover = palette().color(QPalette::Highlight);
     hover.setAlpha(50);
     painter.fillRect(rect(), hover);
   }
-  const bool dim = stale_ || !isEnabled();
-  const auto group = dim ? QPalette::Disabled : QPalette::Active;
-  painter.setPen(textColour_.isValid() && !dim ? textColour_
-                                               : palette().color(group, QPalette::WindowText));
+  // A text on which nothing can be done now is as true as ever.
+  const auto group = stale_ ? QPalette::Disabled : QPalette::Active;
+  painter.setPen(textColour_.isValid() && !stale_ ? textColour_
+                                                  : palette().color(group, QPalette::WindowText));
   const QRect inner = rect().adjusted(2, 0, -2, 0);
-  const QString shown = text().replace("&&", "&");
   // A text that is too long for its place gets a smaller font rather than a new place.
   QFont fitted = font();
   while (fitted.pixelSize() > kLeastPixels &&
-         QFontMetrics(fitted).horizontalAdvance(shown) > inner.width()) {
+         QFontMetrics(fitted).horizontalAdvance(text_) > inner.width()) {
     fitted.setPixelSize(fitted.pixelSize() - 1);
   }
   painter.setFont(fitted);
   painter.drawText(inner, static_cast<int>(alignment_ | Qt::AlignVCenter),
-                   QFontMetrics(fitted).elidedText(shown, Qt::ElideRight, inner.width()));
+                   QFontMetrics(fitted).elidedText(text_, Qt::ElideRight, inner.width()));
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
   }
+}
+
+void ClickLabel::changeEvent(QEvent* event) {
+  QAbstractButton::changeEvent(event);
+  if (event->type() == QEvent::EnabledChange) ShowCursor();
 }
 
 void ClickLabel::enterEvent(QEnterEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QAccessible>
 
 namespace velt {
 
@@ -17,16 +18,26 @@ class ClickLabel : public QAbstractButton {
   void SetFill(const QColor& fill, const QColor& text);
   // Without a frame on hover: nothing happens on a click.
   void SetPassive(bool passive);
+  // What it is for screen readers where a click opens no menu.
+  void SetSpokenRole(QAccessible::Role role) { role_ = role; }
+  QAccessible::Role SpokenRole() const { return passive_ ? QAccessible::StaticText : role_; }
+  // Whether a click does something.
+  bool Acts() const { return isEnabled() && !passive_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
+  void ShowCursor();
+
   Qt::Alignment alignment_ = Qt::AlignCenter;
   bool stale_ = false;
   bool passive_ = false;
+  QString text_;
+  QAccessible::Role role_ = QAccessible::ButtonMenu;
   QColor fill_;
   QColor textColour_;
 };

@@ -40,6 +40,32 @@ void ShowName(QWidget* widget, const QString& name, const QString& shown) {
   if (widget->accessibleName() != spoken) widget->setAccessibleName(spoken);
 }
 
+// What a label shows for its caption.
+QString Shown(const Label& control, const Words& words) {
+  const QString caption = ToQt(control.caption.Get());
+  const QString text = words.spelled == nullptr ? caption : words.spelled(caption);
+  return text.isEmpty() ? words.unknown : text;
+}
+
+// A tool tip that holds the text, which may be too long for its place.
+void ShowToolTip(const Label& control, QWidget* widget, const Words& words, const QString& shown) {
+  if (!control.toolTip.Get().empty() || !words.toolTip.contains("%1")) return;
+  const QString text = QString(words.toolTip).replace("%1", shown);
+  if (widget->toolTip() != text) widget->setToolTip(text);
+}
+
+QString ColourName(LampColour colour) {
+  switch (colour) {
+    case LampColour::Green:
+      return "green";
+    case LampColour::Amber:
+      return "amber";
+    case LampColour::Grey:
+      break;
+  }
+  return "grey";
+}
+
 void ShowCaption(const std::string& caption, QAbstractButton* widget, const Words& words) {
   const QString text = Marked(caption, words.accessKey);
   if (widget->text() != text) widget->setText(text);
@@ -75,7 +101,7 @@ void FormBinder::Watch(const Control& control, std::function<void()> show) {
 void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& words) {
   ShowName(widget, words.name, {});
   widget->setToolTip(words.toolTip);
-  Watch(control, [this, &control, widget, own = words.toolTip, told = std::string()]() mutable {
+  Watch(control, [this, &control, widget, words] {
     const Rectangle& place = control.place.Get();
     bool shown = control.visible;
     if (places_ == Places::OfForm) {
@@ -85,9 +111,10 @@ void FormBinder::Mirror(const Control& control, QWidget* widget, const Words& wo
     }
     if (widget->isHidden() == shown) widget->setVisible(shown);
     if (widget->isEnabled() != control.enabled) widget->setEnabled(control.enabled);
-    if (control.toolTip.Get() == told) return;
-    told = control.toolTip;
-    widget->setToolTip(told.empty() ? own : ToQt(told));
+    const std::string& told = control.toolTip;
+    const bool tellsHow = !control.enabled && !words.toEnable.isEmpty();
+    const QString toolTip = tellsHow ? words.toEnable : told.empty() ? words.toolTip : ToQt(told);
+    if (widget->toolTip() != toolTip) widget->setToolTip(toolTip);
   });
 }
 
@@ -95,16 +122,24 @@ ClickLabel* FormBinder::Bind(const Label& control, ClickLabel* widget, const Wor
   connect(widget, &ClickLabel::clicked, this, [&control] { control.Click(); });
   Mirror(control, widget, words);
   Watch(control, [&control, widget, words] {
-    const QString text = ToQt(control.caption.Get());
+    const QString text = Shown(control, words);
     widget->SetText(text);
     ShowName(widget, words.name, text);
+    ShowToolTip(control, widget, words, text);
   });
   return widget;
 }
 
 ClickLabel* FormBinder::Bind(const RigLabel& control, ClickLabel* widget, const Words& words) {
-  Bind(static_cast<const Label&>(control), widget, words);
-  Watch(control, [&control, widget] { widget->SetStale(control.stale); });
+  connect(widget, &ClickLabel::clicked, this, [&control] { control.Click(); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    const QString text = Shown(control, words);
+    widget->SetText(text);
+    widget->SetStale(control.stale);
+    // What is pale is to be heard, too.
+    ShowName(widget, words.name, control.stale ? text + " (last known)" : text);
+  });
   return widget;
 }
 
@@ -113,8 +148,7 @@ QLabel* FormBinder::Bind(const Label& control, QLabel* widget, const Words& word
   widget->setTextFormat(Qt::PlainText);
   Mirror(control, widget, words);
   Watch(control, [&control, widget, words] {
-    const std::string& caption = control.caption.Get();
-    const QString text = caption.empty() ? words.unknown : ToQt(caption);
+    const QString text = Shown(control, words);
     if (widget->text() != text) widget->setText(text);
     ShowName(widget, words.name, text);
   });
@@ -140,7 +174,10 @@ QGroupBox* FormBinder::Bind(const Frame& control, QGroupBox* widget) {
 
 LampWidget* FormBinder::Bind(const Lamp& control, LampWidget* widget, const Words& words) {
   Mirror(control, widget, words);
-  Watch(control, [&control, widget] { widget->SetColour(control.colour); });
+  Watch(control, [&control, widget, words] {
+    widget->SetColour(control.colour);
+    ShowName(widget, words.name, ColourName(control.colour));
+  });
   return widget;
 }
 
@@ -228,7 +265,8 @@ QComboBox* FormBinder::Bind(ListBox& control, QComboBox* widget, const Words& wo
       widget->clear();
       widget->addItems(ListOf(shown));
     }
-    if (widget->currentIndex() != control.listIndex) widget->setCurrentIndex(control.listIndex);
+    const int index = control.listIndex < 0 ? control.inForce : control.listIndex;
+    if (widget->currentIndex() != index) widget->setCurrentIndex(index);
     if (!widget->isEditable()) return;
     const QString text = ToQt(control.text.Get());
     if (widget->currentText() != text) widget->setEditText(text);
@@ -261,13 +299,17 @@ QLineEdit* FormBinder::Bind(TextBox& control, QLineEdit* widget, const Words& wo
   return widget;
 }
 
+// What a slider sets grows as the value falls, so the least value is at the top. The widget counts
+// from the other end: its keys, its wheel and what is read out then rise with what is seen.
 QSlider* FormBinder::Bind(SliderControl& control, QSlider* widget, const Words& words) {
+  const int ends = control.minimum + control.maximum;
   widget->setRange(control.minimum, control.maximum);
-  connect(widget, &QSlider::valueChanged, this, [&control](int value) { control.UserPick(value); });
+  connect(widget, &QSlider::valueChanged, this,
+          [&control, ends](int shown) { control.UserPick(ends - shown); });
   Mirror(control, widget, words);
-  Watch(control, [&control, widget] {
+  Watch(control, [&control, widget, ends] {
     const QSignalBlocker quiet(widget);
-    widget->setValue(control.value);
+    widget->setValue(ends - control.value);
   });
   return widget;
 }
@@ -292,7 +334,7 @@ MeterWidget* FormBinder::Bind(const MeterPicture& control, MeterWidget* widget,
                               const Words& words) {
   live_.push_back(widget);
   Mirror(control, widget, words);
-  Watch(control, [&control, widget] { widget->SetLevel(-control.topTwips / kTwipsPerPixel); });
+  Watch(control, [&control, widget] { widget->SetLevel(-control.topTwips); });
   return widget;
 }
 

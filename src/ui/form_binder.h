@@ -36,10 +36,12 @@ class TextBinding;
 
 // What is said about a widget.
 struct Words {
-  QString name = {};     // for screen readers; %1 stands for the text that is shown
-  QString toolTip = {};  // until the control has one of its own
-  QChar accessKey = {};  // a letter of the caption that acts with Alt
-  QString unknown = {};  // shown while a label's caption is empty
+  QString name = {};      // for screen readers; %1 stands for the text that is shown
+  QString toolTip = {};   // until the control has one of its own; %1 as in the name of a label
+  QChar accessKey = {};   // a letter of the caption that acts with Alt
+  QString unknown = {};   // shown while a label's caption is empty
+  QString toEnable = {};  // the tool tip while it is disabled: what would enable it
+  QString (*spelled)(const QString& caption) = nullptr;  // how a label shows its caption
 };
 
 // When a text that is typed reaches the form.
@@ -82,6 +84,7 @@ class FormBinder : public QObject {
   QListWidget* Bind(ListBox& control, QListWidget* widget, const Words& words);
   QLineEdit* Bind(TextBox& control, QLineEdit* widget, const Words& words,
                   Typing typing = Typing::EachCharacter);
+  // Upside down: the widget's greatest value is the control's least one.
   QSlider* Bind(SliderControl& control, QSlider* widget, const Words& words);
   QAction* Bind(const MenuItem& control, QAction* action);
   MeterWidget* Bind(const MeterPicture& control, MeterWidget* widget, const Words& words);

@@ -5,8 +5,6 @@
 namespace velt {
 namespace {
 
-constexpr int kPixels = 14;
-
 QColor Shown(LampColour colour) {
   switch (colour) {
     case LampColour::Green:
@@ -21,8 +19,8 @@ QColor Shown(LampColour colour) {
 
 }  // namespace
 
-LampWidget::LampWidget(QWidget* parent) : QWidget(parent) {
-  setFixedSize(kPixels, kPixels);
+LampWidget::LampWidget(QWidget* parent, int pixels) : QWidget(parent), pixels_(pixels) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
 void LampWidget::SetColour(LampColour colour) {
@@ -37,7 +35,8 @@ void LampWidget::paintEvent(QPaintEvent*) {
   const QColor colour = Shown(colour_);
   painter.setPen(colour.darker(140));
   painter.setBrush(colour);
-  painter.drawEllipse(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+  const double radius = pixels_ / 2.0 - pixels_ / 10.0;
+  painter.drawEllipse(QRectF(rect()).center(), radius, radius);
 }
 
 }  // namespace velt

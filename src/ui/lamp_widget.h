@@ -9,13 +9,17 @@ namespace velt {
 
 class LampWidget : public QWidget {
  public:
-  explicit LampWidget(QWidget* parent);
+  static constexpr int kPixels = 14;
+
+  explicit LampWidget(QWidget* parent, int pixels = kPixels);
   void SetColour(LampColour colour);
+  QSize sizeHint() const override { return {pixels_, pixels_}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  const int pixels_;
   LampColour colour_ = LampColour::Grey;
 };
 

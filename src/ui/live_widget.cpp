@@ -16,10 +16,10 @@ bool PlatformAllowsIt() {
   return allows;
 }
 
-// A part of an image of 32-bit pixels.
-Canvas CanvasOn(QImage& image, const QRect& part) {
+// A part of an image of 32-bit pixels, for so many logical ones.
+Canvas CanvasOn(QImage& image, const QRect& part, QSize logical) {
   auto* row = reinterpret_cast<uint32_t*>(image.scanLine(part.top()));
-  return {row + part.left(), image.bytesPerLine() / 4, part.size()};
+  return {row + part.left(), image.bytesPerLine() / 4, part.size(), logical};
 }
 
 }  // namespace
@@ -28,13 +28,19 @@ LiveWidget::LiveWidget(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
+// On whole pixels of the device, even where the desktop's factor puts the widget between them.
 void LiveWidget::paintEvent(QPaintEvent*) {
-  QPainter(this).drawImage(0, 0, Picture());
+  QPainter painter(this);
+  const QTransform toDevice = painter.deviceTransform();
+  const QRect place = toDevice.mapRect(rect());
+  painter.drawImage(toDevice.inverted().map(QPointF(place.topLeft())),
+                    Picture(place.size(), toDevice.m11()));
 }
 
-const QImage& LiveWidget::Picture() {
-  if (picture_.size() != size()) picture_ = QImage(size(), QImage::Format_RGB32);
-  Canvas canvas = CanvasOn(picture_, rect());
+const QImage& LiveWidget::Picture(QSize size, qreal factor) {
+  if (picture_.size() != size) picture_ = QImage(size, QImage::Format_RGB32);
+  picture_.setDevicePixelRatio(factor);
+  Canvas canvas = CanvasOn(picture_, picture_.rect(), this->size());
   Paint(canvas);
   return picture_;
 }
@@ -56,16 +62,21 @@ bool LiveWidget::CanPaintNow() const {
 
 QRect LiveWidget::PaintInto(QBackingStore& store) {
   const QRect place(mapTo(window(), QPoint(0, 0)), size());
+  const qreal factor = store.paintDevice()->devicePixelRatio();
+  // Rounded as Qt rounds what it clips a widget to.
+  const QRect pixels = QTransform::fromScale(factor, factor).mapRect(place);
   auto* image = dynamic_cast<QImage*>(store.paintDevice());
-  if (image != nullptr && image->devicePixelRatio() == 1 && image->rect().contains(place) &&
+  if (image != nullptr && image->rect().contains(pixels) &&
       (image->format() == QImage::Format_RGB32 ||
        image->format() == QImage::Format_ARGB32_Premultiplied)) {
-    Canvas canvas = CanvasOn(*image, place);
+    Canvas canvas = CanvasOn(*image, pixels, size());
     Paint(canvas);
   } else {
-    QPainter(store.paintDevice()).drawImage(place.topLeft(), Picture());
+    QPainter(store.paintDevice())
+        .drawImage(QPointF(pixels.topLeft()) / factor, Picture(pixels.size(), factor));
   }
-  return place;
+  // Between two pixels of the device both may have changed.
+  return factor == 1 ? place : place.adjusted(-1, -1, 1, 1);
 }
 
 void LiveWidget::PaintChanged(const std::vector<LiveWidget*>& widgets) {

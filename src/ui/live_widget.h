@@ -23,7 +23,7 @@ class LiveWidget : public QWidget {
  protected:
   // The widget has another picture.
   void Changed() { changed_ = true; }
-  // Draws the whole picture on a canvas of the widget's size.
+  // Draws the whole picture on a canvas of the widget's size, in the device's own pixels.
   virtual void Paint(Canvas& canvas) = 0;
 
   void paintEvent(QPaintEvent* event) override;
@@ -32,10 +32,11 @@ class LiveWidget : public QWidget {
   bool CanPaintNow() const;
   // The place in the window that it has painted.
   QRect PaintInto(QBackingStore& store);
-  const QImage& Picture();
+  // Its picture for a place of that size on a device with that factor.
+  const QImage& Picture(QSize size, qreal factor);
 
   bool changed_ = false;
-  QImage picture_;  // for what a canvas cannot do: other scales
+  QImage picture_;  // for what has no memory of its own to draw on
 };
 
 }  // namespace velt

@@ -1,13 +1,19 @@
 #include "ui/main_window.h"
 
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScreen>
+#include <QShortcut>
 #include <QSlider>
 #include <QToolButton>
 #include <QWindow>
 
+#include "ui/accessible.h"
 #include "ui/click_label.h"
+#include "ui/lamp_widget.h"
 #include "ui/meter_widget.h"
 #include "ui/on_screen.h"
 #include "ui/press_button.h"
@@ -24,8 +30,20 @@ constexpr int kBoldPixels = 12;
 constexpr int kSmallPixels = 9;
 constexpr int kSmallBoldPixels = 10;
 constexpr int kFrequencyPixels = 21;
-// Below this width the menu buttons' texts are shown smaller.
-constexpr int kRoomyButton = 39;
+// A menu button with less than this beside its text shows it smaller.
+constexpr int kBesideText = 12;
+
+// Told apart from each other and from every face, light or dark; white reads well on both.
+constexpr QRgb kTransmitting = 0xFFC82020;
+constexpr QRgb kReceiving = 0xFF1F62C4;
+
+constexpr int kButtonLamp = 7;
+constexpr int kRowLamp = 10;
+
+constexpr QRgb kNotice = 0xFFFFD45E;
+constexpr QRgb kNoticeInk = 0xFF201800;
+constexpr QRgb kUrgent = 0xFFC4161C;
+constexpr QRgb kUrgentInk = 0xFFFFFFFF;
 
 int ToPixels(int32_t twips) {
   return static_cast<int>((twips + kTwipsPerPixel - 1) / kTwipsPerPixel);
@@ -51,7 +69,10 @@ class MenuButton : public QToolButton {
  protected:
   void resizeEvent(QResizeEvent* event) override {
     QToolButton::resizeEvent(event);
-    SetFontSize(*this, width() < kRoomyButton ? kSmallPixels : kTextPixels);
+    SetFontSize(*this, kTextPixels);
+    if (fontMetrics().size(Qt::TextShowMnemonic, text()).width() + kBesideText > width()) {
+      SetFontSize(*this, kSmallPixels);
+    }
   }
 };
 
@@ -71,70 +92,144 @@ QSlider* MakeSlider(QWidget* parent) {
 
 MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
     : form_(form), binder_(form, FormBinder::Places::OfForm) {
+  InstallAccessibility();
   SetFontSize(*this, kTextPixels);
   // Made in the order in which Tab walks through them.
   BindTopRow();
   BindDisplay(std::move(picture));
   BindMessages();
   binder_.Watch(form_.Window, [this] { ShowWindowState(); });
+  auto* help = new QShortcut(Qt::Key_F1, this);
+  help->setContext(Qt::ApplicationShortcut);
+  connect(help, &QShortcut::activated, this, [this] { form_.mnumanual.Click(); });
 }
 
 void MainWindow::BindTopRow() {
-  binder_.Bind(form_.cmdOptions, new MenuButton(this), {"Options menu", "Options menu"});
-  binder_.Bind(form_.Image2, new MenuButton(this), {"File menu", "File menu"});
-  binder_.Bind(form_.Image3, new MenuButton(this),
-               {"CAT configuration", "CAT configuration and status"});
+  binder_.Bind(form_.cmdOptions, new MenuButton(this),
+               {"Options menu", "Options menu (Alt+O)", 'O'});
+  binder_.Bind(form_.Image2, new MenuButton(this), {"File menu", "File menu (Alt+F)", 'F'});
+  BindCatButton();
   binder_.Bind(form_.imgStartStop, new SymbolButton(SymbolButton::Symbol::Play, this),
-               {"Start or stop the spectrum analyzer"});
+               {"Start or stop the spectrum analyser"});
 
   binder_.Bind(form_.lblFrequency, MakeLabel(kFrequencyPixels, true),
-               {"Transceiver frequency: %1", "Transceiver frequency"});
-  binder_.Bind(form_.lblMode, MakeLabel(kBoldPixels, true),
-               {"Modulation mode: %1", "Modulation mode"});
+               {"Frequency %1", "Transceiver frequency"});
+  binder_.Bind(
+      form_.lblMode, MakeLabel(kBoldPixels, true),
+      {.name = "Mode %1",
+       .toolTip = "Modulation mode",
+       .toEnable = "Modulation mode. Start the spectrum analyser (\u25B6) to choose one."});
   auto* state = binder_.Bind(form_.lblTRXMode, MakeLabel(kBoldPixels, true),
-                             {"Transmit or receive: %1", "Transmit or receive state"});
-  // A keyed transmitter must not be overlooked.
-  binder_.Watch(form_.lblTRXMode, [this, state] {
-    const bool transmits = form_.lblTRXMode.caption.Get() == "TX";
-    state->SetFill(transmits ? QColor(0xC8, 0x20, 0x20) : QColor(),
-                   transmits ? Qt::white : QColor());
-  });
-  binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
-  binder_.Bind(form_.optTXRX[1], MakeTransmitButton(this), {"Receive", "Receive"});
+                             {.name = "State %1",
+                              .toolTip = "Transmit or receive state",
+                              .toEnable = "Link a transceiver (CAT) to choose between TX and RX."});
+  auto* transmit =
+      binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
+  auto* receive = binder_.Bind(form_.optTXRX[1], MakeTransmitButton(this), {"Receive", "Receive"});
+  const auto light = [=, this] { LightTransmit(*state, *transmit, *receive); };
+  binder_.Watch(form_.lblTRXMode, light);
+  for (auto& [index, option] : form_.optTXRX) binder_.Watch(*option, light);
   binder_.Bind(form_.lblFreqDetect, MakePassiveLabel(kBoldPixels, true, Qt::AlignCenter),
-               {"Dominant frequency: %1", "Dominant frequency"});
+               {"Peak %1", "Dominant frequency"});
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
                {"Waterfall", "Waterfall instead of the spectrum"});
 }
 
+void MainWindow::BindCatButton() {
+  const Words words{"CAT configuration", "CAT configuration and status (Alt+C)", 'C'};
+  auto* button = new MenuButton(this);
+  binder_.Bind(form_.Image3, button, words);
+  auto* lamp = new LampWidget(button, kButtonLamp);
+  lamp->setAttribute(Qt::WA_TransparentForMouseEvents);
+  lamp->setGeometry(2, 2, kButtonLamp, kButtonLamp);
+  binder_.Watch(form_.lampLink, [this, lamp] { lamp->SetColour(form_.lampLink.colour); });
+  binder_.Watch(form_.lblLink, [this, button, words] {
+    const QString link = ToQt(form_.lblLink.caption.Get());
+    const QString name = words.name + ": " + link;
+    if (button->accessibleName() == name) return;
+    button->setAccessibleName(name);
+    button->setToolTip(words.toolTip + "\nLink: " + link);
+  });
+}
+
+// A keyed transmitter must not be overlooked, whoever keyed it.
+void MainWindow::LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive) {
+  const RigLabel& told = form_.lblTRXMode;
+  const bool transmits = told.caption.Get() == "TX";
+  const bool receives = told.caption.Get() == "RX" && told.enabled && !told.stale;
+  state.SetFill(transmits  ? QColor(kTransmitting)
+                : receives ? QColor(kReceiving)
+                           : QColor(),
+                transmits || receives ? Qt::white : QColor());
+  transmit.SetLight(transmits || form_.optTXRX[0].value ? QColor(kTransmitting) : QColor());
+  transmit.setAccessibleDescription(transmits ? "The transceiver transmits" : "");
+  receive.SetLight(form_.optTXRX[1].value && !transmits ? QColor(kReceiving) : QColor());
+}
+
 void MainWindow::BindDisplay(std::function<const Raster&()> picture) {
-  binder_.Bind(form_.Slider, MakeSlider(this), {"Level of the spectrum", "Level of the spectrum"});
+  binder_.Bind(form_.Slider, MakeSlider(this),
+               {"Level of the spectrum", "Level of the spectrum: up makes the bars taller"});
   scope_ = binder_.Bind(
       form_.Scope, new ScopeWidget(std::move(picture), this),
       {"Spectrum display", "Spectrum, waterfall or oscilloscope of the received sound"});
   binder_.Bind(form_.Slider2, MakeSlider(this),
-               {"Gain of the waterfall", "Gain of the waterfall: lower values are brighter"});
-  binder_.Bind(form_.Smeter, new MeterWidget(this), {"S-meter", "S-meter"});
+               {"Gain of the waterfall", "Gain of the waterfall: up makes it brighter"});
+  auto* meter = binder_.Bind(form_.Smeter, new MeterWidget(this),
+                             {"S-meter", "S-meter: 6 dB to the S-unit, amber above S9"});
+  SetFontSize(*meter, kSmallPixels);
 
   auto* scales = new ScaleStrip(form_.lblScales, this);
   SetFontSize(*scales, kSmallPixels);
   scales->setToolTip("Frequency scale");
-  scales->setAccessibleName("Frequency scale");
   binder_.Watch(form_.picScales, [this, scales] { scales->ShowBelow(form_.picScales.place); });
   for (auto& [index, label] : form_.lblScales) {
-    binder_.Watch(*label, [scales] { scales->update(); });
+    binder_.Watch(*label, [scales] {
+      scales->update();
+      const QString name = "Frequency scale: " + scales->Range();
+      if (scales->accessibleName() != name) scales->setAccessibleName(name);
+    });
   }
+
+  auto* listen = binder_.Bind(form_.lblListen, MakePassiveLabel(kBoldPixels, true, Qt::AlignCenter),
+                              {"%1", "Nothing is heard yet"});
+  listen->setAttribute(Qt::WA_TransparentForMouseEvents);
+  binder_.Watch(form_.Scope, [this, listen] {
+    const bool dark = QColor::fromRgb(form_.Scope.backColour).lightnessF() < 0.5;
+    listen->SetFill({}, dark ? QColor(0xE0, 0xE0, 0xE0) : QColor(0x20, 0x20, 0x20));
+  });
 }
 
 void MainWindow::BindMessages() {
   binder_.Bind(form_.Label3, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
                {"Where modes are sent to: %1", "Where modes are sent to"});
-  binder_.Bind(form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight),
-               {"Message: %1", "Messages"});
+  binder_.Bind(form_.lblSource, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
+               {.name = "Sound source: %1", .toolTip = "Sound source: %1", .unknown = "no sound"});
+  binder_.Bind(form_.lampLink, new LampWidget(this, kRowLamp), {"Lamp of the link: %1"});
+  binder_.Bind(form_.lblLink, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
+               {"Link to the rig: %1", "Link to the rig: %1"});
+  auto* message = binder_.Bind(
+      form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight), {"Message: %1", "%1"});
+  AlertWith(form_.lblMessage, message);
   // The last one, so that it lies over the display.
   auto* notice = binder_.Bind(form_.lblNotice, MakeLabel(kTextPixels, true),
-                              {"Notice, click to dismiss: %1", "A notice; click to dismiss it"});
-  notice->SetFill(QColor(0xFF, 0xD4, 0x5E), QColor(0x20, 0x18, 0x00));
+                              {"Notice, click to dismiss: %1", "%1\nClick to dismiss"});
+  notice->SetSpokenRole(QAccessible::AlertMessage);
+  binder_.Watch(form_.lblNotice, [this, notice] {
+    const bool urgent = form_.lblNotice.urgent;
+    notice->SetFill(QColor(urgent ? kUrgent : kNotice), QColor(urgent ? kUrgentInk : kNoticeInk));
+  });
+  AlertWith(form_.lblNotice, notice);
+}
+
+// Each text that comes up is announced once, however often it blinks.
+void MainWindow::AlertWith(const Label& label, ClickLabel* widget) {
+  binder_.Watch(label, [&label, widget, told = std::string()]() mutable {
+    const std::string& text = label.caption;
+    if (text == told || !label.visible) return;
+    told = text;
+    QAccessibleEvent alert(widget, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+  });
 }
 
 ClickLabel* MainWindow::MakeLabel(int pixelSize, bool bold) {
@@ -197,6 +292,16 @@ void MainWindow::ShowFaceColour() {
 
 void MainWindow::FocusScope() {
   scope_->setFocus(Qt::OtherFocusReason);
+}
+
+// Buttons outside of dialogs take only the space bar by themselves.
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+  if (!enter || event->isAutoRepeat() || button == nullptr || button->window() != this) {
+    return QWidget::keyPressEvent(event);
+  }
+  button->click();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -24,6 +24,7 @@ class MainWindow : public QWidget {
   void SyncNow() { binder_.Sync(); }
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
@@ -31,10 +32,13 @@ class MainWindow : public QWidget {
 
  private:
   void BindTopRow();
+  void BindCatButton();
   void BindDisplay(std::function<const Raster&()> picture);
   void BindMessages();
+  void AlertWith(const Label& label, ClickLabel* widget);
   ClickLabel* MakeLabel(int pixelSize, bool bold);
   ClickLabel* MakePassiveLabel(int pixelSize, bool bold, Qt::Alignment alignment);
+  void LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive);
   void ShowWindowState();
   void MoveOnScreen(QPoint place, QSize content);
   void ShowFaceColour();

@@ -1,4 +1,4 @@
-// The S-meter: a bar that rises in its frame.
+// The S-meter: a bar on a logarithmic scale with its marks.
 #pragma once
 
 #include "ui/live_widget.h"
@@ -9,16 +9,22 @@ class MeterWidget : public LiveWidget {
  public:
   explicit MeterWidget(QWidget* parent);
 
-  // The bar's height in pixels; drawn no higher than the frame.
-  void SetLevel(int pixels);
+  // The level in twips.
+  void SetLevel(int32_t twips);
+
+  // How much of the frame is filled, 0 to 100.
+  int Percent() const;
 
  protected:
   void Paint(Canvas& canvas) override;
+  void changeEvent(QEvent* event) override;
 
  private:
-  int Shown() const;
+  int BarHeight() const;
+  void DrawScale(QSize size);
 
-  int level_ = 0;
+  int32_t level_ = 0;
+  QImage scale_;  // everything but the bar, as painted last
 };
 
 }  // namespace velt

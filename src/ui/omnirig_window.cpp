@@ -1,7 +1,9 @@
 #include "ui/omnirig_window.h"
 
+#include <QClipboard>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -13,6 +15,7 @@
 #include "ui/choice_box.h"
 #include "ui/error_label.h"
 #include "ui/lamp_widget.h"
+#include "ui/qt_text.h"
 
 namespace velt {
 namespace {
@@ -21,6 +24,14 @@ constexpr int kAddressCharacters = 24;
 constexpr int kColumnGap = 24;
 constexpr const char* kUnknown = "\u2013";
 constexpr const char* kToPutRight = "What has to be put right";
+
+// "7100000" as "7 100 000 Hz"; what is not known is 0.
+QString GroupedHertz(const QString& hertz) {
+  if (hertz.isEmpty() || hertz == "0") return {};
+  QString grouped = hertz;
+  for (qsizetype at = grouped.size() - 3; at > 0; at -= 3) grouped.insert(at, ' ');
+  return grouped + " Hz";
+}
 
 int WidthOf(const QWidget& widget, const char* sample) {
   return widget.fontMetrics().horizontalAdvance(sample);
@@ -100,7 +111,9 @@ void OmniRigWindow::AddServer(QGridLayout& grid, int row, OptionButton& option, 
 
 QWidget* OmniRigWindow::MakeLink() {
   auto* group = new QGroupBox("Link", this);
-  auto* row = new QHBoxLayout(group);
+  auto* rows = new QVBoxLayout(group);
+  auto* row = new QHBoxLayout;
+  rows->addLayout(row);
   row->addWidget(Binder().Bind(
       form_.lampLink, new LampWidget(this),
       {"Lamp of the link", "Green: linked. Amber: no answer at present. Grey: stopped."}));
@@ -112,7 +125,33 @@ QWidget* OmniRigWindow::MakeLink() {
       Binder().Bind(form_.lblLink, link, {"Link: %1", "How the link to the chosen rig stands"}), 1);
   row->addWidget(Binder().Bind(form_.cmdStartStop, new QPushButton(this),
                                {"%1 the link", "Start or stop the link to the CAT servers", 'S'}));
+  auto* cause = new ErrorLabel(this);
+  cause->setFixedHeight(cause->fontMetrics().lineSpacing());
+  rows->addWidget(Binder().Bind(form_.lblCause, cause, {"Why there is no link: %1", kToPutRight}));
+  rows->addWidget(MakeCommand());
   return group;
+}
+
+QWidget* OmniRigWindow::MakeCommand() {
+  auto* holder = new QWidget(this);
+  QHBoxLayout* row = MakeRow(holder);
+  row->addWidget(MakeCaption("Start it with:"));
+  QLabel* command = MakeValue(this);
+  command->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  row->addWidget(
+      Binder().Bind(form_.lblCommand, command,
+                    {"Command that starts the server: %1",
+                     "Starts the server at the chosen rig's address. Put your radio's number for "
+                     "MODEL (rigctl -l lists them) and its port for /dev/ttyUSB0.",
+                     {},
+                     kUnknown}),
+      1);
+  row->addWidget(Binder().Bind(
+      form_.cmdCopyCommand, new QPushButton(this),
+      {"%1 the command that starts the server", "Copy the command to the clipboard", 'p'}));
+  connections_ += form_.cmdCopyCommand.clicked.Listen(
+      [this] { QGuiApplication::clipboard()->setText(ToQt(form_.lblCommand.caption.Get())); });
+  return holder;
 }
 
 QWidget* OmniRigWindow::MakeReport() {
@@ -146,15 +185,14 @@ void OmniRigWindow::AddFrequency(QGridLayout& grid, int row, const QString& capt
   QLabel* value = MakeValue(this);
   value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   value->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-  value->setFixedWidth(WidthOf(*value, "2000000000 "));
+  value->setFixedWidth(WidthOf(*value, "2 000 000 000 Hz "));
   grid.addWidget(MakeCaption(caption + ":"), row, 0);
   grid.addWidget(Binder().Bind(label, value,
-                               {caption + ": %1",
-                                "In Hz, as the rig reports it; 0 while it is not known",
-                                {},
-                                kUnknown}),
+                               {.name = caption + ": %1",
+                                .toolTip = "As the rig reports it",
+                                .unknown = kUnknown,
+                                .spelled = GroupedHertz}),
                  row, 1);
-  grid.addWidget(MakeCaption("Hz"), row, 2);
 }
 
 QWidget* OmniRigWindow::MakeTargets() {

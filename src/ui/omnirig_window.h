@@ -24,6 +24,7 @@ class OmniRigWindow : public FormDialog {
   QWidget* MakeServers();
   void AddServer(QGridLayout& grid, int row, OptionButton& option, TextBox& address);
   QWidget* MakeLink();
+  QWidget* MakeCommand();
   QWidget* MakeReport();
   void AddFrequency(QGridLayout& grid, int row, const QString& caption, RigLabel& label);
   QWidget* MakeTargets();
@@ -35,6 +36,7 @@ class OmniRigWindow : public FormDialog {
   QButtonGroup targets_;
   QLineEdit* limit_ = nullptr;
   QPushButton* apply_ = nullptr;
+  Connections connections_;
 };
 
 }  // namespace velt

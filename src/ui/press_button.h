@@ -1,5 +1,5 @@
 // A button that acts when it is pressed and shows what came of that: a click alone does not turn it
-// over.
+// over. It can be lit in a colour that tells more than being pressed in.
 #pragma once
 
 #include <QToolButton>
@@ -8,14 +8,17 @@ namespace velt {
 
 class PressButton : public QToolButton {
  public:
-  explicit PressButton(QWidget* parent) : QToolButton(parent) {
-    setCheckable(true);
-    setFocusPolicy(Qt::TabFocus);
-    setContextMenuPolicy(Qt::CustomContextMenu);
-  }
+  explicit PressButton(QWidget* parent);
+
+  // Lit in that colour with white text; an invalid colour puts the light out.
+  void SetLight(const QColor& colour);
 
  protected:
   void nextCheckState() override {}
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QColor light_;
 };
 
 }  // namespace velt

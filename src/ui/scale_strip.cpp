@@ -16,6 +16,17 @@ constexpr int kGap = 3;
 ScaleStrip::ScaleStrip(ControlArray<Label>& labels, QWidget* parent)
     : QWidget(parent), labels_(labels) {}
 
+QString ScaleStrip::Range() const {
+  QString first, last;
+  for (auto& [index, label] : labels_) {
+    const QString text = ToQt(label->caption.Get());
+    if (text.isEmpty() || !label->visible) continue;
+    if (first.isEmpty()) first = text;
+    last = text;
+  }
+  return first.isEmpty() ? first : first + " to " + last;
+}
+
 void ScaleStrip::ShowBelow(const Rectangle& place) {
   place_ = place;
   setGeometry(place.left - kBeyond, place.top, place.width + 2 * kBeyond, place.height);

@@ -15,6 +15,9 @@ class ScaleStrip : public QWidget {
   // as centred as the others.
   void ShowBelow(const Rectangle& place);
 
+  // From the first label to the last: "0kHz to 22kHz".
+  QString Range() const;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 

@@ -4,6 +4,15 @@
 #include <algorithm>
 
 namespace velt {
+namespace {
+
+// 35 %: a signal behind a line is still seen.
+constexpr uint32_t kGridOpacity = 0x59000000U;
+constexpr uint32_t kHalo = 0x90FFFFFFU;
+constexpr uint32_t kCapEdge = 0xFFF0F4FFU;
+constexpr int kCapRows = 5;
+
+}  // namespace
 
 ScopeWidget::ScopeWidget(std::function<const Raster&()> picture, QWidget* parent)
     : LiveWidget(parent), picture_(std::move(picture)) {
@@ -15,8 +24,9 @@ void ScopeWidget::Follow(const ScopeControl& control) {
   bool changed = frame_ != control.frame || back_ != control.backColour;
   frame_ = control.frame;
   back_ = control.backColour;
-  changed |= vertical_.Set(control.verticalGrid, control.gridColour);
-  changed |= horizontal_.Set(control.horizontalGrid, control.gridColour);
+  const uint32_t grid = (control.gridColour & 0x00FFFFFFU) | kGridOpacity;
+  changed |= vertical_.Set(control.verticalGrid, grid);
+  changed |= horizontal_.Set(control.horizontalGrid, grid);
   changed |= markers_.Set(control.markers, control.markerColour);
   if (changed) Changed();
 }
@@ -25,37 +35,54 @@ bool ScopeWidget::Lines::Set(const std::vector<ScopeLine>& lines, uint32_t colou
   if (lines_ == lines && colour_ == colour) return false;
   lines_ = lines;
   colour_ = colour;
-  rects_.clear();
+  strokes_.clear();
   for (const ScopeLine& line : lines) {
     if (!line.visible) continue;
-    const QRect whole(QPoint(line.x1, line.y1), QPoint(line.x2, line.y2));
     if (!line.dotted) {
-      rects_.append(whole);
+      strokes_.append(QLine(line.x1, line.y1, line.x2, line.y2));
       continue;
     }
-    for (int y = whole.top(); y <= whole.bottom(); y += 4) {
-      rects_.append(QRect(whole.left(), y, 1, std::min(2, whole.bottom() - y + 1)));
+    for (int y = line.y1; y <= line.y2; y += 4) {
+      strokes_.append(QLine(line.x1, y, line.x1, std::min(y + 1, line.y2)));
     }
   }
   return true;
 }
 
 void ScopeWidget::Lines::Paint(Canvas& canvas) const {
-  for (const QRect& rect : rects_) canvas.Fill(rect, colour_);
+  for (const QLine& stroke : strokes_) canvas.Line(stroke.p1(), stroke.p2(), colour_);
+}
+
+// Stands out from every background and from every signal: pale beside the line, a cap above it.
+void ScopeWidget::Lines::PaintMarkers(Canvas& canvas) const {
+  const int pen = canvas.Pen();
+  for (const QLine& stroke : strokes_) {
+    const int x = canvas.AtX(stroke.x1());
+    const int top = canvas.AtY(stroke.y1());
+    const int height = canvas.AtY(stroke.y2() + 1) - top;
+    canvas.Fill({x - pen, top, pen, height}, kHalo);
+    canvas.Fill({x + pen, top, pen, height}, kHalo);
+    canvas.Fill({x, top, pen, height}, colour_);
+    // Below the ring of the focus; each row is narrower than the one above, edged all around.
+    const int edge = kCapRows * pen;
+    canvas.Fill({x - edge, top + pen, 2 * edge + pen, pen}, kCapEdge);
+    for (int row = 0; row < kCapRows; ++row) {
+      const int half = (kCapRows - 1 - row) * pen;
+      const int y = top + (row + 2) * pen;
+      canvas.Fill({x - half - pen, y, 2 * half + 3 * pen, pen}, kCapEdge);
+      canvas.Fill({x - half, y, 2 * half + pen, pen}, colour_);
+    }
+  }
 }
 
 void ScopeWidget::Paint(Canvas& canvas) {
   const Raster& picture = picture_();
   if (picture.Width() < width() || picture.Height() < height()) canvas.Fill(canvas.Area(), back_);
   canvas.Draw(picture);
-  for (const Lines* lines : {&vertical_, &horizontal_, &markers_}) lines->Paint(canvas);
-  if (!hasFocus()) return;
-  const QRgb ring = palette().color(QPalette::Highlight).rgb();
-  const QRect area = canvas.Area();
-  canvas.Fill({0, 0, area.width(), 1}, ring);
-  canvas.Fill({0, area.bottom(), area.width(), 1}, ring);
-  canvas.Fill({0, 0, 1, area.height()}, ring);
-  canvas.Fill({area.right(), 0, 1, area.height()}, ring);
+  vertical_.Paint(canvas);
+  horizontal_.Paint(canvas);
+  markers_.PaintMarkers(canvas);
+  if (hasFocus()) canvas.Frame(palette().color(QPalette::Highlight).rgb());
 }
 
 void ScopeWidget::focusInEvent(QFocusEvent* event) {

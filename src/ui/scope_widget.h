@@ -1,7 +1,7 @@
 // The main display: the picture that the analysis made, with grid and marker lines over it.
 #pragma once
 
-#include <QRect>
+#include <QLine>
 #include <QVector>
 #include <functional>
 
@@ -25,16 +25,17 @@ class ScopeWidget : public LiveWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  // Lines of one colour, and the rectangles that they are made of.
+  // Lines of one colour (0xAARRGGBB), and the strokes that they are made of.
   class Lines {
    public:
     // False when they were these already.
     bool Set(const std::vector<ScopeLine>& lines, uint32_t colour);
     void Paint(Canvas& canvas) const;
+    void PaintMarkers(Canvas& canvas) const;
 
    private:
     std::vector<ScopeLine> lines_;
-    QVector<QRect> rects_;
+    QVector<QLine> strokes_;
     uint32_t colour_ = 0;
   };
 

@@ -44,14 +44,11 @@ struct CommandLine : testing::Test {
                     .output = "output",
                     .files = files});
   }
-  Result End(Process& process) const {
-    const bool ended = process.WaitForEnd(std::chrono::seconds(20));
-    return {ended ? process.ExitCode().value_or(-1) : -1, folder.Read("output")};
-  }
   Result Call(const std::string& call, const std::string& environment = "",
               const std::map<int, fs::path>& files = {}) const {
     Process process = Start(call, environment, files);
-    return End(process);
+    process.WaitForEnd(std::chrono::seconds(20));
+    return {process.ExitCode().value_or(-1), folder.Read("output")};
   }
 };
 
@@ -67,8 +64,6 @@ TEST_F(CommandLine, AnalysesATone) {
     ASSERT_EQ(values.size(), 4U + 601U);
     EXPECT_EQ(values[0], std::to_string(++lines));
     EXPECT_NEAR(std::stod(values[1]), 3000, 90);
-    EXPECT_TRUE(values[2].ends_with("Hz"));
-    EXPECT_GT(std::stod(values[3]), 0);
     // The column of the tone stands out.
     EXPECT_GT(std::stod(values[4 + 3000 * 600 / 22115]), 4 * std::stod(values[4 + 500]));
   }
@@ -79,43 +74,41 @@ TEST_F(CommandLine, AnalysesATone) {
   result = Call("--analyse tone.wav");
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_TRUE(result.Says("Blocks: 43") && result.Says("velt-sa: ")) << result.said;
+  WriteToneFile("zeros.wav", 0, 0.1);
+  EXPECT_TRUE(Call("--analyse zeros.wav").Says("silence (100 %)"));
 }
 
 TEST_F(CommandLine, WhatCannotBeReadOrWrittenGetsOneClearLine) {
   folder.Write("text.wav", "this is not a sound");
   WriteToneFile("good.wav", 1000, 0.1);
   for (const char* call : {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv",
-                           "good.wav --image /nowhere/o.png", "good.wav --csv /dev/full",
-                           "good.wav --image /dev/full"}) {
+                           "good.wav --csv /dev/full", "good.wav --image /dev/full"}) {
     const Result result = Call(std::string("--analyse ") + call);
     EXPECT_EQ(result.exitCode, 1) << call;
     EXPECT_TRUE(result.IsOneLineWith(Words(call).back())) << result.said;
   }
-  for (const char* call : {"--help", "--version", "--analyse good.wav"}) {
+  for (const char* call : {"--analyse good.wav", "--help"}) {
     const Result result = Call(call, "", {{1, "/dev/full"}});
-    EXPECT_EQ(result.exitCode, 1) << call;
-    EXPECT_TRUE(result.IsOneLineWith("No space left")) << result.said;
+    EXPECT_TRUE(result.exitCode == 1 && result.IsOneLineWith("No space left")) << result.said;
   }
 }
 
 TEST_F(CommandLine, WrongCallsShowTheUsage) {
-  for (const char* call : {"--bogus", "--analyse a.wav --mode 7", "stray"}) {
+  using Case = std::tuple<const char*, int, const char*>;
+  for (const auto& [call, exitCode, text] :
+       {Case{"--bogus", 2, "Usage:"}, Case{"--help", 0, "Usage:"},
+        Case{"--version", 0, "VELT-SA 3.0.0\n"}, Case{"--guardian", 2, ""}}) {
     const Result result = Call(call);
-    EXPECT_TRUE(result.exitCode == 2 && result.Says("Usage:")) << call;
+    EXPECT_TRUE(result.exitCode == exitCode && result.Says(text)) << result.said;
   }
-  EXPECT_EQ(Call("--version").said, "VELT-SA 3.0.0\n");
-  EXPECT_EQ(Call("--help").exitCode, 0);
-  const Result result = Call("--guardian");
-  EXPECT_TRUE(result.exitCode == 2 && result.IsOneLineWith("")) << result.said;
 }
 
 TEST_F(CommandLine, WithoutADisplayItSaysWhatToDo) {
   XDesktop frozen;
   frozen.Freeze();
   for (const std::string& surroundings :
-       {std::string("DISPLAY="), std::string("DISPLAY=:54321"),
-        std::string("DISPLAY= WAYLAND_DISPLAY=none"),
-        std::string("DISPLAY= QT_QPA_PLATFORM=nonsense"), "DISPLAY=" + frozen.Display()}) {
+       {std::string("DISPLAY="), std::string("DISPLAY=:54321"), std::string("WAYLAND_DISPLAY=none"),
+        "DISPLAY=" + frozen.Display()}) {
     const Result result = Call("", surroundings);
     EXPECT_EQ(result.exitCode, 1) << surroundings;
     EXPECT_TRUE(result.IsOneLineWith("--headless")) << result.said;
@@ -134,7 +127,6 @@ TEST_F(CommandLine, AHeadlessRunThatCannotBeSaysWhy) {
     EXPECT_EQ(result.exitCode, 1) << more;
     EXPECT_TRUE(result.IsOneLineWith(reason)) << result.said;
   };
-  fails("--input none.wav", "no such file");
   fails("--input occupied", "not a sound file");
   fails("--data-folder occupied", "Not a directory");
   fails("--data-folder /proc/none", "/proc/none");
@@ -147,9 +139,8 @@ TEST_F(CommandLine, AHeadlessRunThatCannotBeSaysWhy) {
 
 TEST_F(CommandLine, NamesAreTheBytesThatWereGivenAndAHeadlessRunSavesItsSettings) {
   WriteToneFile("caf\xe9.wav", 1000, 0.1);
-  Result result = Call("--analyse caf\xe9.wav --csv caf\xe9.csv --image caf\xe9.png");
-  EXPECT_EQ(result.exitCode, 0) << result.said;
-  result = Call(
+  EXPECT_EQ(Call("--analyse caf\xe9.wav --csv caf\xe9.csv --image caf\xe9.png").exitCode, 0);
+  const Result result = Call(
       "--headless --seconds 1 --input=caf\xe9.wav --data-folder caf\xe9 --log caf\xe9.log "
       "--screenshot caf\xe9-window.png");
   EXPECT_EQ(result.exitCode, 0) << result.said;
@@ -159,7 +150,6 @@ TEST_F(CommandLine, NamesAreTheBytesThatWereGivenAndAHeadlessRunSavesItsSettings
   EXPECT_NE(folder.Read("caf\xe9/VELT-SA.ini").find("Version=3.0.0"), std::string::npos);
   EXPECT_EQ(folder.Read("caf\xe9-window.png").substr(1, 3), "PNG");
   EXPECT_EQ(Call("--headless --seconds 1 --screenshot /nowhere/x.png").exitCode, 1);
-  EXPECT_TRUE(Call("--analyse none\xe9.wav").Says("none\xe9.wav: no such file"));
 }
 
 TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
@@ -170,8 +160,8 @@ TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
   fs::create_symlink("later.txt", "later-link");  // nothing there yet
   fs::create_directory("sub");
   for (const char* call :
-       {"--analyse tone.wav --csv tone.wav", "--analyse tone.wav --image link.wav",
-        "--analyse link.wav --csv second.wav", "--analyse tone.wav --csv x --image sub/../x",
+       {"--analyse tone.wav --image link.wav", "--analyse link.wav --csv second.wav",
+        "--analyse tone.wav --csv x --image sub/../x",
         "--analyse tone.wav --csv later-link --image later.txt",
         "--headless --seconds 1 --input tone.wav --screenshot second.wav",
         "--headless --seconds 1 --input tone.wav --log sub/../tone.wav"}) {
@@ -180,7 +170,9 @@ TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
     EXPECT_TRUE(result.IsOneLineWith("would write over")) << result.said;
     EXPECT_EQ(folder.Read("tone.wav"), sound) << call;
   }
-  EXPECT_EQ(Call("--analyse tone.wav --csv other.csv").exitCode, 0);
+  fs::create_symlink("/dev/null", "null");
+  EXPECT_EQ(Call("--analyse tone.wav --image null").exitCode, 0);
+  EXPECT_TRUE(fs::is_character_file("null"));
 }
 
 TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
@@ -209,17 +201,28 @@ TEST_F(CommandLine, WhatIsNoRegularFileIsWrittenStraight) {
   EXPECT_TRUE(result.Says("\n8,") && result.Says("\nDuration: 0.100 s")) << result.said;
 }
 
-TEST_F(CommandLine, AnInterruptedAnalysisLeavesNothing) {
-  // An hour of silence that takes no place on the disk.
-  WriteToneFile("long.wav", 1000, 0.1);
-  fs::resize_file("long.wav", uintmax_t{3600} * 44100 * 2);
-  const TempFolder results;
-  Process process = Start("--analyse long.wav --csv " + (results / "o.csv").string());
-  ASSERT_TRUE(WaitUntil([&] { return results.Entries() == 1; }, std::chrono::seconds(10)));
-  process.Signal(ProcessSignal::Terminate);
-  const Result result = End(process);
-  EXPECT_EQ(result.exitCode, 1) << result.said;
-  EXPECT_EQ(results.Entries(), 0);
+TEST_F(CommandLine, TheStoredScaleOfTheWindowMultipliesTheDesktops) {
+  struct Row {
+    const char* file;
+    const char* stored;
+    const char* environment;
+    const char* size;  // as the picture's header says it
+  };
+  for (const Row& row : {Row{"VELT-SA.ini", "150", "", "\x03\x47\x00\x00\x00\xF6"},
+                         {"VELT-SA.ini", "150", "QT_SCALE_FACTOR=2", "\x06\x8D\x00\x00\x01\xEC"},
+                         {"VELT-SA.ini", "130", "QT_SCALE_FACTOR=2", "\x04\x5E\x00\x00\x01\x48"},
+                         {"VELT-SA.ini.bak", "200", "", "\x04\x5E\x00\x00\x01\x48"}}) {
+    const TempFolder data;
+    data.Write("VELT-SA.ini", "damaged");
+    data.Write(row.file, std::string("[Window]\nScale=") + row.stored + "\n");
+    const Result result = Call(
+        "--demo --headless --seconds 1 --screenshot window.png "
+        "--data-folder " +
+            data.Path().string(),
+        row.environment);
+    EXPECT_EQ(result.exitCode, 0) << result.said;
+    EXPECT_EQ(folder.Read("window.png").substr(18, 6), std::string(row.size, 6)) << row.stored;
+  }
 }
 
 }  // namespace

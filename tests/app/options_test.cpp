@@ -24,23 +24,20 @@ TEST(Options, ChooseTheKindOfRun) {
        {Case{"", Kind::Window}, Case{"--demo", Kind::Window},
         Case{"--input reset.wav", Kind::Window}, Case{"--input=reset", Kind::Window},
         Case{"--rig2 localhost:4600", Kind::Window},
-        Case{"-session 1_2 -style Windows -reverse", Kind::Window}, Case{"--help", Kind::Help},
-        Case{"--reset --help", Kind::Help}, Case{"-v", Kind::Version},
-        Case{"--list-audio-devices", Kind::ListDevices},
+        Case{"-session 1_2 -style Windows -reverse", Kind::Window},
+        Case{"--reset --help", Kind::Help}, Case{"--list-audio-devices", Kind::ListDevices},
         Case{"--headless --seconds 3", Kind::Headless}, Case{"--analyse a.wav", Kind::Analyse},
         Case{"/RESET", Kind::Reset}, Case{"-reset", Kind::Reset},
         Case{"--reset --demo", Kind::Reset}, Case{"preset-Reset", Kind::Reset},
         Case{"--headless --reset", Kind::Reset},
         // No typing error deletes the settings.
         Case{"--input --reset"}, Case{"my-preset.wav"}, Case{"--import-presets"},
-        Case{"/x/reset.wav"}, Case{"./reset"}, Case{"my-reset-notes.txt"}, Case{"--preset=reset"},
-        Case{"--inptu reset"}, Case{"my reset notes"}, Case{"--analyse a reset"},
-        Case{"reset --rig1 x"}, Case{"-style"}, Case{"--bogus"}, Case{"--headless"},
-        Case{"--seconds 3"}, Case{"--headless --seconds 0"}, Case{"--headless --seconds x"},
+        Case{"/x/reset.wav"}, Case{"./reset"}, Case{"--preset=reset"}, Case{"--inptu reset"},
+        Case{"my reset notes"}, Case{"--analyse a reset"}, Case{"reset --rig1 x"}, Case{"-style"},
+        Case{"--headless"}, Case{"--headless --seconds 0"}, Case{"--headless --seconds x"},
         Case{"--csv a.csv"}, Case{"--analyse a --demo"}, Case{"--demo --input a"}, Case{"--input="},
         Case{"--analyse a --mode 2"}, Case{"--analyse a --precision 5"},
-        Case{"--analyse a --slider 0"}, Case{"--analyse a --size 524"},
-        Case{"--analyse a --size 1x1"}, Case{"--rig1 localhost"}}) {
+        Case{"--analyse a --slider 0"}, Case{"--analyse a --size 1x1"}, Case{"--rig1 localhost"}}) {
     EXPECT_EQ(Parse(c.call).run, c.run) << c.call;
   }
   EXPECT_EQ(ParseOptions(std::vector<std::string>{"--input", ""}, "").run, Kind::Invalid);
@@ -54,7 +51,6 @@ TEST(Options, CarryTheirValues) {
   EXPECT_TRUE(analyse.csv == "o.csv" && analyse.image == "o.png" && analyse.waterfall);
   EXPECT_EQ((std::array{analyse.mode, analyse.precision, analyse.slider}), (std::array{69, 3, 40}));
   EXPECT_EQ((std::array{analyse.width, analyse.height}), (std::array{1048, 200}));
-  EXPECT_TRUE(Parse("--demo").KeepsInMemory());
   EXPECT_FALSE(Parse("--demo --data-folder /d").KeepsInMemory());
   EXPECT_FALSE(Parse("--headless --seconds 1").KeepsInMemory());
   EXPECT_EQ(Parse("--rig1 radio:4600").rigAddresses[0], "radio:4600");

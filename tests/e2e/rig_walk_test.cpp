@@ -31,7 +31,19 @@ class Station : public WindowDriver {
   bool Transmits(milliseconds limit = seconds(5)) { return Has("t", "1", limit); }
   bool Receives(milliseconds limit = seconds(5)) { return Has("t", "0", limit); }
   bool ShowsFrequency(const std::string& text) const { return Reads(form.lblFrequency, 21, text); }
-  bool ShowsReceive() const { return Reads(form.lblTRXMode, 12, "RX"); }
+  // The RX button is lit, and TX is not.
+  bool ShowsReceive() const {
+    const auto light = [this](const Control& button, const QImage& picture) {
+      return picture.pixel(button.place.Get().left + 5, button.place.Get().top + 5);
+    };
+    return WaitUntil(
+        [&] {
+          const QImage picture = Picture();
+          return light(form.optTXRX[1], picture) == 0xFF1F62C4 &&
+                 light(form.optTXRX[0], picture) != 0xFFC82020;
+        },
+        seconds(5));
+  }
   bool PressTransmit() {
     Click(form.optTXRX[0]);
     return Transmits();
@@ -89,7 +101,7 @@ TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
 
 TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   std::unique_ptr<XDesktop> display;  // for the one that loses it
-  const auto signal = [](ProcessSignal which) {
+  const auto signal = [](int which) {
     return [which](Station& station) { station.Program().Signal(which); };
   };
   struct End {
@@ -100,14 +112,14 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   const std::vector<End> ends{
       {"the display's server dies", [&](Station&) { display->Kill(); }},
       {"the server takes its client away", [](Station& s) { s.KillClient(); }},
-      {"SIGTERM", signal(ProcessSignal::Terminate)},
-      {"SIGINT", signal(ProcessSignal::Interrupt)},
-      {"SIGHUP", signal(ProcessSignal::HangUp)},
-      {"SIGQUIT", signal(ProcessSignal::Quit), kWithACore},
-      {"SIGUSR1", signal(ProcessSignal::User)},
-      {"SIGALRM", signal(ProcessSignal::Alarm)},
-      {"SIGSEGV", signal(ProcessSignal::Crash), kWithACore},
-      {"SIGKILL", signal(ProcessSignal::Kill)},
+      {"SIGTERM", signal(SIGTERM)},
+      {"SIGINT", signal(SIGINT)},
+      {"SIGHUP", signal(SIGHUP)},
+      {"SIGQUIT", signal(SIGQUIT), kWithACore},
+      {"SIGUSR1", signal(SIGUSR1)},
+      {"SIGALRM", signal(SIGALRM)},
+      {"SIGSEGV", signal(SIGSEGV), kWithACore},
+      {"SIGKILL", signal(SIGKILL)},
       {"its group of processes killed", [](Station& s) { s.Program().KillGroup(); }},
       {"Alt+F4", [](Station& s) { s.Close(); }},
       {"\"Close VELT-SA \"", [](Station& s) { s.Choose(s.form.Image2, {"Up"}); }},
@@ -155,12 +167,12 @@ TEST(EndsWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
   DummyRig rig;
   Station station(rig);
   ASSERT_TRUE(station.Key());
-  station.Program().Signal(ProcessSignal::Stop);
+  station.Program().Signal(SIGSTOP);
   EXPECT_FALSE(station.Receives(seconds(4))) << "a program may be busy for a moment";
   EXPECT_TRUE(station.Receives(seconds(3)));
   // The guardian has looked twice before the program comes back.
   EXPECT_FALSE(station.Transmits(seconds(1)));
-  station.Program().Signal(ProcessSignal::Continue);
+  station.Program().Signal(SIGCONT);
   EXPECT_TRUE(
       station.Reads(station.form.lblNotice, 11, "Transmission ended: the program had stood still"));
   EXPECT_TRUE(station.ShowsReceive());
@@ -188,8 +200,8 @@ TEST(EndsWalk, AReleaseThatNobodyAnswersIsTold) {
   DummyRig rig;
   Station station(rig);
   ASSERT_TRUE(station.Key());
-  rig.Signal(ProcessSignal::Stop);
-  station.Program().Signal(ProcessSignal::Terminate);
+  rig.Signal(SIGSTOP);
+  station.Program().Signal(SIGTERM);
   EXPECT_TRUE(station.Ends());
   EXPECT_NE(station.Said().find("velt-sa: the transmitter at " + rig.Address() +
                                 " could not be released and may still be on"),

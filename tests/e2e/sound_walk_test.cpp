@@ -65,7 +65,7 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgainUntilAResetForgetsTheSettings)
   // A second program of the same user ends at once and silently.
   EXPECT_EQ(Output({VELT_PROGRAM}, window.Environment()), "");
   EXPECT_TRUE(window.Program().Running());
-  window.Program().Signal(ProcessSignal::Terminate);
+  window.Program().Signal(SIGTERM);
   ASSERT_TRUE(window.Program().WaitForEnd(seconds(5))) << window.Said();
   EXPECT_EQ(window.Program().ExitCode(), 0);
   for (const char* kept : {"ScopeColor=255", "Slider=15"}) {

@@ -45,8 +45,7 @@ WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
   std::vector<std::string> command{VELT_PROGRAM};
   command.insert(command.end(), arguments.begin(), arguments.end());
   program_ = std::make_unique<Process>(
-      command, Process::Options{
-                   .environment = environment_, .output = folder_ / "output", .ownGroup = true});
+      command, Process::Options{.environment = environment_, .output = folder_ / "output"});
   const auto found = [this] { return !(window_ = Search("VELT-SA.*")).empty(); };
   if (!WaitUntil(found, seconds(10))) throw std::runtime_error("no window: " + Said());
   window_.resize(window_.find('\n'));
@@ -114,7 +113,7 @@ bool WindowDriver::Reads(const Label& label, int pixelSize, const std::string& t
   font.setPixelSize(pixelSize);
   font.setBold(true);
   same.setFont(font);
-  same.setText(ToQt(text));
+  same.SetText(ToQt(text));
   same.setFixedSize(place.width, place.height);
   const QRegion ink = Ink(same.grab().toImage());
   // A label under the mouse is tinted.

@@ -18,12 +18,8 @@ using namespace std::string_literals;
 
 const SteadyTime kBegin = SteadyTime() + std::chrono::hours(1);
 
-SteadyTime At(int milliseconds) {
-  return kBegin + Milliseconds(milliseconds);
-}
-
 struct Step {
-  int at = 0;           // milliseconds
+  SteadyTime now;
   std::string happens;  // empty: only the time passes
   std::string ordered;  // empty: nothing
 };
@@ -36,8 +32,8 @@ void Play(const std::string& script, Happens happens) {
   std::ptrdiff_t understood = 0;
   for (std::sregex_iterator found(script.begin(), script.end(), pattern), end; found != end;
        ++found) {
-    const Step step{std::stoi((*found)[1]), (*found)[2], (*found)[4]};
-    EXPECT_EQ(happens(step), step.ordered) << step.at << " " << step.happens;
+    const Step step{kBegin + Milliseconds(std::stoi((*found)[1])), (*found)[2], (*found)[4]};
+    EXPECT_EQ(happens(step), step.ordered) << found->str();
     understood += found->length();
   }
   EXPECT_EQ(understood, std::ssize(script));
@@ -53,14 +49,14 @@ std::string Happens(FollowUp& followUp, const Step& step) {
       {"tells nothing", {false, Told::Nothing}}};
   static const std::vector<std::string> names{"",    "connect", "drop",  "release",
                                               "ask", "done",    "failed"};
-  const SteadyTime now = At(step.at);
+  const SteadyTime now = step.now;
   const auto happened = [&] {
     if (answers.contains(step.happens)) return followUp.Answered(now, answers.at(step.happens));
     if (step.happens == "connected") return followUp.Connected(now);
     if (step.happens == "left") return followUp.Left(now);
     if (step.happens == "lost") return followUp.Lost(now), FollowUp::Order::Nothing;
     // The loop sleeps until Due.
-    EXPECT_EQ(followUp.Due() <= now, !step.ordered.empty()) << step.at;
+    EXPECT_EQ(followUp.Due() <= now, !step.ordered.empty());
     return followUp.Tick(now);
   };
   return names.at(static_cast<size_t>(happened()));
@@ -78,18 +74,10 @@ TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
            {usual,
             "20 accepted > ask; 30 TX; 259; 260 > release; 270 accepted > ask; 9999 TX; 10000 > "
             "failed"},
-           // Refuses one, and cannot tell.
-           {usual,
-            "20 refused > ask; 30 tells nothing; 280 > release; 290 accepted > ask; 300 tells "
-            "nothing > done"},
            // Answers nothing.
            {usual,
             "3009; 3010 > drop; 3259; 3260 > connect; 3300 connected > release; 6300 > drop; 6300 "
             "lost; 6550 > connect; 9550 > drop; 10000 > failed"},
-           // Refuses connections.
-           {usual,
-            "11 lost; 260; 261 > connect; 261 lost; 511 > connect; 512 RX; 9999 connected > "
-            "release; 10000 > failed"},
            // A connection lost after the release asks first, one before its answer releases again.
            {usual,
             "20 accepted > ask; 21 lost; 271 > connect; 272 connected > ask; 273 TX; 273 > "
@@ -99,18 +87,13 @@ TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
            {late,
             "20 accepted > ask; 30 tells nothing; 629; 630 > release; 640 accepted > ask; 650 "
             "tells nothing > done"},
-           // Could tell before.
-           {usual,
-            "20 accepted > ask; 30 RX; 630 > ask; 640 tells nothing; 890 > ask; 900 RX > done"},
            // The end comes before it is seen a second time.
            {usual,
             "20 accepted > ask; 30 TX; 260 > release; 300 accepted > ask; 9900 RX; 10000 > done"},
            {silent, "20 accepted > done"},
            {mute, "20 left > done"},
-           // Answers that nobody waits for.
-           {usual, "15 left; 20 accepted > ask; 25 RX; 30 TX; 40 connected; 625 > ask"},
        }) {
-    FollowUp followUp(At(0), peer, {});
+    FollowUp followUp(kBegin, peer, {});
     Play("0 > connect; 10 connected > release; " + steps,
          [&](const Step& step) { return Happens(followUp, step); });
   }
@@ -119,8 +102,8 @@ TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
 // "silence release1 finished"
 std::string TextOf(const Holdings::Orders& orders, const Holdings& holdings) {
   std::string text = orders.tellSilence ? " silence" : "";
-  const auto add = [&text](const char* word, const std::vector<uint32_t>& tickets) {
-    for (const uint32_t ticket : tickets) text += std::string(" ") + word + std::to_string(ticket);
+  const auto add = [&text](const std::string& word, const std::vector<uint32_t>& tickets) {
+    for (const uint32_t ticket : tickets) text += " " + word + std::to_string(ticket);
   };
   add("done", orders.done);
   add("failed", orders.failed);
@@ -136,16 +119,16 @@ std::string Happens(Holdings& holdings, const Step& step) {
   std::string word, transmitter;
   uint32_t ticket = 0;
   words >> word >> ticket >> transmitter;
-  const SteadyTime now = At(step.at);
+  const SteadyTime now = step.now;
   Holdings::Orders orders;
   if (word.empty()) {
     const auto due = holdings.Due();
-    EXPECT_EQ(due && *due <= now, !step.ordered.empty()) << step.at;
+    EXPECT_EQ(due && *due <= now, !step.ordered.empty());
     orders = holdings.Tick(now);
   }
   if (word == "end") orders = holdings.Ended();
-  if (word == "released") orders = holdings.FollowedUp(ticket, true);
-  if (word == "gave-up") orders = holdings.FollowedUp(ticket, false);
+  const bool released = word == "released";
+  if (released || word == "gave-up") orders = holdings.FollowedUp(ticket, released);
   if (word == "hold") orders = holdings.Hold(now, ticket, transmitter);
   if (word == "forget") orders = holdings.Forget(ticket);
   if (word == "follow") orders = holdings.Follow(ticket);
@@ -157,8 +140,6 @@ std::string Happens(Holdings& holdings, const Step& step) {
 TEST(Holdings, AreReleasedWhenTheProgramCannot) {
   const std::string silence = "0 hold 1 rig; 4000 beat; 8999; 9000 > silence release1; ";
   for (const std::string& steps : {
-           "90000; 90000 end > finished"s,
-           "0 hold 1 rig; 1 forget 1 > drop1; 9000; 9000 end > finished"s,
            // The end.
            "0 hold 1 rig; 0 hold 2 other; 1 end > release1 release2; 9000; 9000 released 1 > "
            "drop1; 9001 gave-up 2 > drop2 finished"s,
@@ -179,9 +160,7 @@ TEST(Holdings, AreReleasedWhenTheProgramCannot) {
            silence + "19000 gave-up 1; 60000; 60000 end > release1; 70000 gave-up 1 > drop1 "
                      "finished",
            silence + "19000 gave-up 1; 60000 beat > drop1; 70000 end > finished",
-           silence + "9100 beat; 19000 gave-up 1 > drop1; 19001 end > finished",
            silence + "19000 gave-up 1; 60000 follow 1 > release1; 60001 released 1 > done1 drop1",
-           silence + "9500 released 1 > drop1; 60000 follow 1 > done1",
        }) {
     Holdings holdings(Milliseconds(5000));
     Play(steps, [&](const Step& step) { return Happens(holdings, step); });
@@ -196,10 +175,9 @@ TEST(GuardianMessage, ArrivesWholeOrNotAtAll) {
   hold.recipe.lowersLines = true;
   hold.recipe.release = std::string("+T 0\n\0\xff", 7);
   const std::string bytes = Encode(hold);
-  const auto read = Decode(bytes);
-  ASSERT_TRUE(read);
-  EXPECT_EQ(std::tuple(read->kind, read->ticket), std::tuple(hold.kind, hold.ticket));
-  EXPECT_EQ(FieldsOf(read->recipe), FieldsOf(hold.recipe));
+  const GuardianMessage read = Decode(bytes).value();
+  EXPECT_TRUE(read.kind == hold.kind && read.ticket == hold.ticket);
+  EXPECT_EQ(FieldsOf(read.recipe), FieldsOf(hold.recipe));
   for (size_t size = 0; size < bytes.size(); ++size) EXPECT_FALSE(Decode(bytes.substr(0, size)));
   EXPECT_FALSE(Decode(bytes + '\0'));
   const std::string noMore = bytes.substr(1, 4);
@@ -220,16 +198,14 @@ TEST(AnswerReader, UnderstandsAnswersHoweverTheyAreSplit) {
            {"PTT: 0\nRPRT 0", ""},
            {"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
            {std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
-    for (const size_t piece : {1U, 7U}) {
-      AnswerReader reader(recipe);
-      std::string understood;
-      for (size_t i = 0; i < bytes.size(); i += piece) {
-        const auto answer = reader.Read(std::string_view(bytes).substr(i, piece));
-        if (!answer) continue;
-        understood += {answer->accepted ? '+' : '-', "-RT"[static_cast<int>(answer->told)], ' '};
-      }
-      EXPECT_EQ(understood, expected) << bytes.substr(0, 80);
+    AnswerReader reader(recipe);
+    std::string understood;
+    for (size_t i = 0; i < bytes.size(); i += 7) {
+      const auto answer = reader.Read(std::string_view(bytes).substr(i, 7));
+      if (!answer) continue;
+      understood += {answer->accepted ? '+' : '-', "-RT"[static_cast<int>(answer->told)], ' '};
     }
+    EXPECT_EQ(understood, expected) << bytes.substr(0, 80);
   }
 }
 

@@ -13,22 +13,20 @@ struct RigControlTest : RigFixture {
 };
 
 TEST_F(RigControlTest, FrequenciesGoToTheVfoLessTheOffset) {
-  using Wish = std::tuple<int32_t, int16_t, int16_t>;  // Hz, VFO, offset in kHz
-  std::string told = "Updating VFO...";
-  const auto sent = [&](const std::vector<Wish>& wishes) {
-    for (const auto& [hertz, vfo, offsetKHz] : wishes) {
-      rig.state.offsetKHz = offsetKHz;
-      rig.control.SetTRXFrequency(hertz, vfo);
-      EXPECT_EQ(Message(), told);
-    }
-    return writes1.Take();
-  };
-  EXPECT_EQ(sent({{20000, 1, 0}, {20000, 2, 0}, {20000, 3, 0}, {20000, 0, 2}, {20000, 0, 33}}),
-            (Texts{"FreqA 20000", "FreqB 20000", "FreqB 20000", "FreqA 20000", "Freq 18000",
-                   "Freq 52536"}));
-  EXPECT_EQ(sent({{10000, 0, 0}, {2000000000, 0, 0}}), (Texts{"Freq 10000", "Freq 2000000000"}));
-  told = "Frequency outside 10 kHz to 2 GHz: not sent";
-  EXPECT_EQ(sent({{9999, 0, 0}, {11000, 0, 2}, {2000000001, 0, 0}, {INT32_MIN, 0, 2}}), Texts{});
+  // Hz, VFO, offset in kHz; what is sent, nothing when it would be outside 10 kHz to 2 GHz.
+  using Case = std::tuple<int32_t, int16_t, int16_t, Texts>;
+  for (const auto& [hertz, vfo, offsetKHz, sent] :
+       {Case{20000, 1, 0, Texts{"FreqA 20000"}}, Case{20000, 3, 0, {"FreqB 20000", "FreqA 20000"}},
+        Case{20000, 0, 2, {"Freq 18000"}}, Case{20000, 0, 33, {"Freq 52536"}},
+        Case{10000, 2, 0, {"FreqB 10000"}}, Case{2000000000, 0, 0, {"Freq 2000000000"}},
+        Case{9999, 0, 0, {}}, Case{11000, 0, 2, {}}, Case{2000000001, 0, 0, {}},
+        Case{INT32_MIN, 0, 2, {}}}) {
+    rig.state.offsetKHz = offsetKHz;
+    rig.control.SetTRXFrequency(hertz, vfo);
+    EXPECT_EQ(writes1.Take(), sent) << hertz;
+    EXPECT_EQ(Message(),
+              sent.empty() ? "Frequency outside 10 kHz to 2 GHz: not sent" : "Updating VFO...");
+  }
 }
 
 TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
@@ -36,22 +34,17 @@ TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
     rig.control.SetTRXFrequency(7100000, 0);
     rig.control.SetModulationMode("USB");
   };
-  const auto settable = [this] {
-    form.mnuRig.Click();
-    return form.mnuSetFreqManual.enabled && form.mnuBands[90].enabled;
-  };
-  EXPECT_TRUE(settable());
+  form.mnuRig.Click();
+  EXPECT_TRUE(form.mnuSetFreqManual.enabled && form.mnuBands[90].enabled);
   form.lblFrequencyExpand.caption = "N/A";
   EXPECT_EQ(WritesAfter(write), Texts{});
-  EXPECT_EQ(Message(), "");
-
   form.lblFrequencyExpand.caption = "7.100.00";
   rig1.Vanish();
   scheduler.RunPosted();
-  Message();
   EXPECT_EQ(WritesAfter(write), Texts{});
   EXPECT_EQ(Message(), "No link to the rig: nothing was sent");
-  EXPECT_FALSE(settable());
+  form.mnuRig.Click();
+  EXPECT_FALSE(form.mnuSetFreqManual.enabled || form.mnuBands[90].enabled);
   rig1.ComeBack();
   EXPECT_EQ(WritesAfter([] {}), Texts{});  // a refused write does not come later
   rig.link.StopOmniRig();
@@ -62,37 +55,30 @@ TEST_F(RigControlTest, ModesAreMappedBySourceAndSidebandFlag) {
   form.mnuModModes[3].Click();
   EXPECT_EQ(writes1.Take(), Modes({PM_CW_U}));
   constexpr int32_t kU = PM_SSB_U, kL = PM_SSB_L, kCwU = PM_CW_U, kCwL = PM_CW_L;
-  struct Case {
-    const char* inverted;
-    bool fromLabel;
-    std::vector<int32_t> sent;  // but nothing for DRM, nor for CW unless it is the label's
-  };
-  for (const Case& c : {Case{"off", false, {kU, kL, kCwU, kCwL, PM_FM, PM_AM, PM_DIG_U}},
-                        {" On ", false, {kL, kU, kCwL, kCwU, PM_FM, PM_AM, PM_DIG_U}},
-                        {"off", true, {kL, kU, kCwU, kCwU, kCwU, PM_FM, PM_AM, PM_DIG_U}},
-                        {" On ", true, {kU, kL, kCwL, kCwL, kCwL, PM_FM, PM_AM, PM_DIG_U}}}) {
-    rig.state.invertedSideband = c.inverted;
+  // Nothing is sent for DRM, nor for CW unless it is the label's.
+  using Case = std::tuple<const char*, bool, std::vector<int32_t>>;
+  for (const auto& [inverted, fromLabel, sent] :
+       {Case{"off", false, {kU, kL, kCwU, kCwL, PM_FM, PM_AM, PM_DIG_U}},
+        {" On ", false, {kL, kU, kCwL, kCwU, PM_FM, PM_AM, PM_DIG_U}},
+        {"off", true, {kL, kU, kCwU, kCwU, kCwU, PM_FM, PM_AM, PM_DIG_U}},
+        {" On ", true, {kU, kL, kCwL, kCwL, kCwL, PM_FM, PM_AM, PM_DIG_U}}}) {
+    rig.state.invertedSideband = inverted;
     for (const std::string text :
          {"USB", "LSB", "DRM", "CW-USB", "CW-LSB", "CW", "FM", "AM", "DIG"}) {
       form.lblMode.caption = text;
-      rig.control.SetModulationMode(c.fromLabel ? "" : text);
+      rig.control.SetModulationMode(fromLabel ? "" : text);
     }
-    EXPECT_EQ(writes1.Take(), Modes(c.sent)) << c.inverted << c.fromLabel;
+    EXPECT_EQ(writes1.Take(), Modes(sent)) << inverted << fromLabel;
   }
 }
 
 TEST_F(RigControlTest, AFrequencyByHandHasToBeAboveTenKilohertz) {
   rig.state.vfo = 1;
-  const auto type = [this](const std::optional<std::string>& text) {
+  for (const char* text : {"10", "abc", "", "14.abc.00", "0.0005", "9999999999", "7101.5 kHz",
+                           "136", "14.074.00", ".475.00", "7.0745", "50,313", "99"}) {
     form.mnuSetFreqManual.Click();
     prompts.input(text);
-    EXPECT_EQ(Message().empty(), !text) << "what was set is told, what was refused too";
-  };
-  type(std::nullopt);
-  for (const char* text : {"10", "abc", "", "14.abc.00", "0.0005", "9999999999"}) type(text);
-  EXPECT_EQ(writes1.Take(), Texts{});
-  for (const char* text : {"7101.5 kHz", "136", "14.074.00", ".475.00", "7.0745", "50,313", "99"}) {
-    type(text);
+    EXPECT_NE(Message(), "") << "what was set is told, what was refused too";
   }
   EXPECT_EQ(writes1.Take(),
             (Texts{"FreqA 7101500", "FreqA 136000", "FreqA 14074000", "FreqA 475000",

@@ -17,8 +17,10 @@ TEST(WindowLayout, NothingOverlapsOrLeavesTheWindowAtAnySize) {
         SCOPED_TRACE(std::to_string(width) + " " + std::to_string(placed.size()));
         const Rectangle a = rule.place(grid);
         rule.control->place = a;
-        // There may be no room for it; the notice lies over the rest.
-        if (a.width == 0 || rule.control == &form.lblNotice) continue;
+        // There may be no room for it; two lie over the display.
+        if (a.width == 0 || rule.control == &form.lblNotice || rule.control == &form.lblListen) {
+          continue;
+        }
         ASSERT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= width &&
                     a.top + a.height <= height && a.width > 0 && a.height > 0);
         for (const Rectangle& b : placed) ASSERT_FALSE(a.Overlaps(b));

@@ -42,8 +42,8 @@ void Compare(const AnalysisSettings& settings, std::mt19937& random, int ticks) 
   AnalysisOutput output{Display(), std::vector<double>()};
   std::string text;
   if (random() % 4 == 0) output.display.reset();  // the numbers do not depend on it
-  const auto pixels = static_cast<size_t>(settings.plotWidth * settings.plotHeight);
-  slow.shown = slow.offScreen = std::vector(pixels, settings.background.Argb());
+  slow.shown = slow.offScreen =
+      Raster(settings.plotWidth, settings.plotHeight, settings.background);
   for (int tick = 0; tick < ticks; ++tick) {
     const Block block = RandomBlock(random);
     const float low = static_cast<float>(random() % 20000);
@@ -56,9 +56,9 @@ void Compare(const AnalysisSettings& settings, std::mt19937& random, int ticks) 
     ASSERT_EQ(std::tuple(text, reading.dominantFrequencyHz, reading.smeterLevelTwips),
               std::tuple(slow.text, slow.dominantFrequency, slow.meter));
     const auto equal = [](double a, double b) { return std::isnan(a) ? std::isnan(b) : a == b; };
-    ASSERT_TRUE(std::ranges::equal(*output.columns, slow.columns, equal)) << "tick " << tick;
+    ASSERT_TRUE(std::ranges::equal(*output.columns, slow.columns, equal)) << tick;
     if (!output.display) continue;
-    ASSERT_TRUE(std::ranges::equal(output.display->shown.Pixels(), slow.shown)) << "tick " << tick;
+    ASSERT_TRUE(std::ranges::equal(output.display->shown.Pixels(), slow.shown.Pixels())) << tick;
   }
 }
 
@@ -91,7 +91,7 @@ TEST(AnalysisTest, EveryModeAndStyleGivesTheObviousPicture) {
   }
 }
 
-TEST(Analysis, TheWaterfallSurvivesANewSizeAndZerosAloneAreSilent) {
+TEST(Analysis, TheWaterfallSurvivesANewSize) {
   Analyser analyser;
   AnalysisSettings settings;
   const WaterPalette palette = Rainbow();
@@ -109,30 +109,6 @@ TEST(Analysis, TheWaterfallSurvivesANewSizeAndZerosAloneAreSilent) {
   EXPECT_TRUE(shown.Row(0)[523] == palette[300].Argb() && shown.Row(1)[523] == palette[200].Argb());
   EXPECT_EQ(shown.Row(0)[599], palette[300].Argb());
   EXPECT_EQ(shown.Pixels().size(), 600U * 50);
-
-  Block block{};
-  EXPECT_TRUE(tick(block).silent);
-  block.back() = -1;
-  EXPECT_FALSE(tick(block).silent || tick(Block{1}).silent);
-}
-
-TEST(WaterPalette, SchemesAndBrightness) {
-  struct Case {
-    int16_t scheme, clearity;
-    int entry;
-    uint32_t argb;
-  };
-  for (const Case& c :
-       {Case{0, 10, 254, 0xFF890A89}, Case{0, 0, 255, 0xFFFF003F}, Case{0, 0, 400, 0xFFFF9164},
-        Case{1, 0, 509, 0xFFFEFEFE}, Case{1, -20, 30, 0xFF000000}, Case{2, 5, 101, 0xFF6A3737},
-        Case{3, 5, 101, 0xFF376A37}, Case{4, 5, 101, 0xFF37376A}, Case{4, 300, 0, 0xFFFFFFFF},
-        Case{5, 0, 0, 0xFF000000}, Case{5, 300, 131, 0xFF0000FF}, Case{5, 0, 65, 0xFF0000B4},
-        Case{5, 0, 262, 0xFF00FF00}, Case{5, 0, 393, 0xFFFF0000}, Case{5, 0, 330, 0xFFB8B100}}) {
-    WaterPalette palette;
-    palette.InitWaterColor(c.scheme, c.clearity);
-    palette.InitWaterColor(6, 100);  // an unknown scheme changes nothing
-    EXPECT_EQ(palette[c.entry].Argb(), c.argb) << c.scheme << " " << c.entry;
-  }
 }
 
 TEST(DerivedSettings, DivisorAndLevel) {
@@ -140,9 +116,7 @@ TEST(DerivedSettings, DivisorAndLevel) {
   EXPECT_EQ(SpectrumDivisor(0, 100, 10), 1);
   EXPECT_EQ(SpectrumDivisor(32768, 100, 10), 1) << "the position wraps in 16 bits";
   EXPECT_EQ(SpectrumDivisor(100, 100, 30000000), std::nullopt);
-  EXPECT_DOUBLE_EQ(dBFS(0), -96.0);
   EXPECT_NEAR(dBFS(-16384), -6.0206, 1e-4);
-  EXPECT_EQ(SystemColourIndex(-2147483633), 15);
 }
 
 TEST(Raster, LinesFromFarOutsideAreCutOff) {
@@ -153,6 +127,8 @@ TEST(Raster, LinesFromFarOutsideAreCutOff) {
   raster.Line(-500000000, 1, 500000000, 1, 1, ink);
   EXPECT_EQ(std::ranges::count(raster.Pixels(), ink.Argb()), 8 + 6);
   EXPECT_EQ(raster.Row(0)[4], ink.Argb());
+  raster.Line(7, 3, 0, 0, 1, ink);
+  for (int x = 0; x < 8; ++x) EXPECT_EQ(raster.Row((6 * x + 7) / 14)[x], ink.Argb());
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The analysis in the slow and obvious way: one statement after the other, pixel by pixel, a
-// statement that fails being skipped.
+// The analysis in the slow and obvious way: one statement after the other, a statement that fails
+// being skipped.
 #pragma once
 
 #include <cmath>
@@ -11,7 +11,7 @@ namespace velt {
 
 class SlowAnalyser {
  public:
-  std::vector<uint32_t> shown, offScreen;  // of the plot's size
+  Raster shown, offScreen;  // of the plot's size
   std::string text;
   std::vector<double> columns;
   int32_t dominantFrequency = 0, meter = 0;
@@ -42,7 +42,7 @@ class SlowAnalyser {
           const double added = static_cast<double>(real_.at(p)) + real_.at(p1);
           const int c = CLng(std::fabs(added) / quiet) % 524;
           if (c < 0) throw std::out_of_range("palette");
-          Set(shown, x, 0, palette[c]);
+          shown.SetPixel(x, 0, palette[c]);
         });
       }
       Try([&] {
@@ -60,8 +60,7 @@ class SlowAnalyser {
       Try([&] { sum = CLng(sum + std::fabs(static_cast<long double>(real_.at(p))) * step); });
     }
     if (s.waterfall && ++rowCounter_ > s.waterSpeed) {
-      shown.insert(shown.begin(), shown.begin(), shown.begin() + s.plotWidth);
-      shown.resize(offScreen.size());
+      shown.ScrollDown();
       rowCounter_ = 0;
     }
     Try([&] { meter = std::abs(CLng(double(sum) * s.meterSensitivity) / s.plotWidth); });
@@ -89,36 +88,20 @@ class SlowAnalyser {
     return std::to_string(Checked(rig + d) / 1000) + "." + tens.substr(tens.size() - 2);
   }
 
-  void Set(std::vector<uint32_t>& picture, int x, int y, Colour colour) const {
-    if (x < 0 || x >= s_.plotWidth || y < 0 || y >= s_.plotHeight) return;
-    picture[y * s_.plotWidth + x] = colour.Argb();
-  }
-  // Every trace runs at most a few columns sideways; from the upper end down, or from the left.
-  void Line(int x1, int y1, int x2, int y2, Colour colour) {
-    const bool steep = std::abs(y2 - y1) >= std::abs(x2 - x1);
-    if (steep ? y1 > y2 : x1 > x2) std::swap(x1, x2), std::swap(y1, y2);
-    const int n = steep ? y2 - y1 : x2 - x1;
-    for (int i = 0; i <= n; ++i) {
-      const double share = n == 0 ? 0.0 : double(i) / n;
-      const int across = static_cast<int>(std::floor((steep ? x2 - x1 : y2 - y1) * share + 0.5));
-      const int x = x1 + (steep ? across : i), y = y1 + (steep ? i : across);
-      for (int dot = 0; dot < pen_; ++dot) Set(offScreen, x - pen_ / 2 + dot, y, colour);
-    }
-  }
   void DrawGround(Passband band) {
-    for (auto& pixel : offScreen) pixel = s_.background.Argb();
+    offScreen = Raster(s_.plotWidth, s_.plotHeight, s_.background);
     if (band.lowHz == band.highHz || s_.zokaMode == 0) return;
     const double w = s_.plotWidth, low = band.lowHz, high = band.highHz;
     const int x1 = CLng(shifted_ ? (w / 11500) * (low - 5760) : (w / 10000) * low * 0.45 + 1);
     const int x2 = CLng(shifted_ ? (w / 11500) * (high - 5760) + 1 : (w / 10000) * high * 0.45 + 1);
     for (int x = std::min(x1, x2); x <= std::max(x1, x2); ++x) {
-      for (int y = 0; y <= s_.plotHeight; ++y) Set(offScreen, x, y, s_.passband);
+      offScreen.Line(x, 0, x, s_.plotHeight, 1, s_.passband);
     }
   }
   // `first` and `second` give rows, or throw.
   void Draw(bool point, int x1, const auto& first, int x2, const auto& second, Colour colour) {
-    if (point) Try([&] { Line(x1, first(), x1, first(), colour); });
-    Try([&] { Line(x1, first(), x2, second(), colour); });
+    if (point) Try([&] { offScreen.Line(x1, first(), x1, first(), pen_, colour); });
+    Try([&] { offScreen.Line(x1, first(), x2, second(), pen_, colour); });
   }
   void DrawColumn(int x, int step, double twice) {
     const int p = CLng(twice), p1 = CLng(twice + 1), p2 = CLng(twice + 2);

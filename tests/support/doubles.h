@@ -96,6 +96,8 @@ struct FakePrompts : Prompts {
   std::vector<MessagePrompt> told;
   std::vector<MessagePrompt> asked;
   std::vector<PopupItem> popup;
+  PopupPlace popupPlace;
+  InputPrompt inputAsked;
   std::function<void(Chosen)> popupClosed;
   std::function<void(bool)> answer;
   Typed input;
@@ -105,9 +107,14 @@ struct FakePrompts : Prompts {
     asked.push_back(box);
     answer = std::move(answered);
   }
-  void Input(const InputPrompt&, Typed answered) override { input = std::move(answered); }
-  bool Popup(const std::vector<PopupItem>& items, std::function<void(Chosen)> closed) override {
+  void Input(const InputPrompt& box, Typed answered) override {
+    inputAsked = box;
+    input = std::move(answered);
+  }
+  bool Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
+             std::function<void(Chosen)> closed) override {
     if (popupClosed) return false;
+    popupPlace = opener;
     popup = items;
     popupClosed = std::move(closed);
     return true;

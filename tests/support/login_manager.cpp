@@ -4,14 +4,12 @@
 #include <poll.h>
 
 #include <QDBusUnixFileDescriptor>
-#include <algorithm>
-#include <array>
 #include <stdexcept>
 
 namespace velt {
 namespace {
 
-constexpr const char* kService = "org.freedesktop.login1";
+constexpr const char* kName = "login-manager";
 constexpr const char* kPath = "/org/freedesktop/login1";
 constexpr const char* kInterface = "org.freedesktop.login1.Manager";
 
@@ -22,45 +20,33 @@ const TempFolder& Folder() {
 
 }  // namespace
 
-std::string MessageBus::Address() {
+std::string LoginManager::Address() {
   return "unix:path=" + (Folder() / "bus").string();
 }
 
-MessageBus::MessageBus() {
-  std::filesystem::remove(Folder() / "up");
-  process_ = std::make_unique<Process>(
-      std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
-                               "--print-address=3", "--address=" + Address()},
-      Process::Options{.output = Folder() / "log", .files = {{3, Folder() / "up"}}});
-  // It says where it is once it listens there.
-  if (!WaitUntil([] { return ReadText(Folder() / "up").ends_with('\n'); },
-                 std::chrono::seconds(5))) {
-    throw std::runtime_error("dbus-daemon: " + Folder().Read("log"));
-  }
-}
-
-MessageBus::~MessageBus() {
-  process_.reset();
-  std::filesystem::remove(Folder() / "bus");
-}
-
 LoginManager::LoginManager()
-    : connection_(QDBusConnection::connectToBus(QString::fromStdString(MessageBus::Address()),
-                                                "login-manager")) {
-  if (!connection_.registerVirtualObject(kPath, this) || !connection_.registerService(kService)) {
+    : bus({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + Address()}, {}) {
+  const auto connected = [this] {
+    QDBusConnection::disconnectFromBus(kName);
+    connection_ = QDBusConnection::connectToBus(QString::fromStdString(Address()), kName);
+    return connection_.isConnected();
+  };
+  if (!WaitUntil(connected, std::chrono::seconds(5)) ||
+      !connection_.registerVirtualObject(kPath, this) ||
+      !connection_.registerService("org.freedesktop.login1")) {
     throw std::runtime_error("login manager: " + connection_.lastError().message().toStdString());
   }
 }
 
 LoginManager::~LoginManager() {
-  QDBusConnection::disconnectFromBus(connection_.name());
+  bus.Kill();
+  QDBusConnection::disconnectFromBus(kName);
+  std::filesystem::remove(Folder() / "bus");
 }
 
 bool LoginManager::Locked() const {
-  return std::ranges::any_of(locks_, [](const Descriptor& lock) {
-    pollfd end{lock.Number(), 0, 0};
-    return ::poll(&end, 1, 0) == 0;  // the other end is open
-  });
+  pollfd end{lock_.Number(), 0, 0};
+  return lock_.IsOpen() && ::poll(&end, 1, 0) == 0;  // the other end is open
 }
 
 void LoginManager::GoToSleep(bool begins) {
@@ -73,9 +59,9 @@ bool LoginManager::handleMessage(const QDBusMessage& message, const QDBusConnect
   for (const QVariant& argument : message.arguments()) arguments << argument.toString();
   asked.push_back(arguments.join('|').toStdString());
   message.setDelayedReply(true);
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
-  locks_.emplace_back(ends[0]);
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
+  lock_ = Descriptor(ends[0]);
   const Descriptor theirs(ends[1]);
   connection_.send(
       message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(theirs.Number()))));

@@ -1,10 +1,9 @@
-// The system's message bus and on it the login manager, for one test alone.
+// The login manager on a system's message bus of its own, for one test alone.
 #pragma once
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,44 +12,29 @@
 
 namespace velt {
 
-// A bus that everybody may use for everything; one at a time, and always at the same place, as the
-// library of its clients reads only once where the system's bus is.
-class MessageBus {
- public:
-  MessageBus();  // throws std::runtime_error when it is not up after 5 s
-  ~MessageBus();
-
-  static std::string Address();
-  void Kill() { process_->Kill(); }
-  void Freeze() { process_->Signal(ProcessSignal::Stop); }
-
- private:
-  std::unique_ptr<Process> process_;
-};
-
-// Hands out delay locks against sleep. Answers from the test's loop.
+// Hands out delay locks against sleep. Answers from the test's loop. One at a time, and always at
+// the same place, as the library of its clients reads only once where the system's bus is.
 class LoginManager : public QDBusVirtualObject {
  public:
-  LoginManager();
+  LoginManager();  // throws std::runtime_error when the bus is not up after 5 s
   ~LoginManager() override;
 
   // What a client needs to find it ("NAME=value").
-  std::vector<std::string> Environment() const {
-    return {"DBUS_SYSTEM_BUS_ADDRESS=" + MessageBus::Address()};
-  }
-  // Whether a lock that was handed out is still kept.
+  static std::vector<std::string> Environment() { return {"DBUS_SYSTEM_BUS_ADDRESS=" + Address()}; }
+  static std::string Address();
+  // Whether the lock that was handed out last is still kept.
   bool Locked() const;
   void GoToSleep(bool begins = true);
 
-  MessageBus bus;
   std::vector<std::string> asked;  // the arguments of each call, joined by '|'
+  Process bus;
 
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
-  QDBusConnection connection_;
-  std::vector<Descriptor> locks_;  // our ends
+  QDBusConnection connection_{""};
+  Descriptor lock_;  // our end
 };
 
 }  // namespace velt

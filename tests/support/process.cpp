@@ -6,32 +6,10 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <set>
 #include <system_error>
 #include <thread>
 
 namespace velt {
-namespace {
-
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-// Of equal names the first counts.
-std::vector<std::string> EnvironmentWith(std::vector<std::string> entries) {
-  for (char** entry = environ; *entry; ++entry) entries.emplace_back(*entry);
-  std::set<std::string> names;
-  std::erase_if(entries, [&names](const std::string& entry) {
-    return !names.insert(entry.substr(0, entry.find('='))).second;
-  });
-  return entries;
-}
-
-}  // namespace
-
 bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
   const auto end = std::chrono::steady_clock::now() + limit;
   while (!condition()) {
@@ -48,23 +26,23 @@ std::string ReadText(const std::filesystem::path& file) {
 
 Process::Process(const std::vector<std::string>& command, const Options& options) {
   // Everything that allocates comes before the fork: another thread may hold the allocator's lock.
-  std::vector<std::string> commandTexts = command;
-  const std::vector<char*> arguments = Pointers(commandTexts);
-  std::vector<std::string> environmentTexts = EnvironmentWith(options.environment);
-  const std::vector<char*> environment = Pointers(environmentTexts);
+  // With env(1) the last of equal names counts.
+  std::vector<std::string> texts{"env"};
+  texts.insert(texts.end(), options.environment.rbegin(), options.environment.rend());
+  texts.insert(texts.end(), command.begin(), command.end());
+  std::vector<char*> arguments;
+  for (std::string& text : texts) arguments.push_back(text.data());
+  arguments.push_back(nullptr);
   const pid_t parent = getpid();
   id_ = fork();
   if (id_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
-  if (id_ > 0) {
-    // On both sides, as either may be the first to need it.
-    if (options.ownGroup) setpgid(static_cast<pid_t>(id_), 0);
-    return;
-  }
+  // On both sides, as either may be the first to need it.
+  setpgid(static_cast<pid_t>(id_), 0);
+  if (id_ > 0) return;
 
   // A test that is killed takes its programs with it.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(127);
-  if (options.ownGroup) setpgid(0, 0);
   const auto openAs = [](int descriptor, const char* path) {
     const int opened = open(path, O_WRONLY | O_CREAT | O_APPEND, 0600);
     if (opened < 0 || (opened != descriptor && dup2(opened, descriptor) < 0)) _exit(127);
@@ -73,13 +51,13 @@ Process::Process(const std::vector<std::string>& command, const Options& options
   openAs(STDOUT_FILENO, options.output.c_str());
   dup2(STDOUT_FILENO, STDERR_FILENO);
   for (const auto& [descriptor, path] : options.files) openAs(descriptor, path.c_str());
-  execvpe(arguments[0], arguments.data(), environment.data());
+  execvp(arguments[0], arguments.data());
   _exit(127);
 }
 
 Process::~Process() {
-  Signal(ProcessSignal::Terminate);
-  Signal(ProcessSignal::Continue);  // a stopped program would not see the request
+  Signal(SIGTERM);
+  Signal(SIGCONT);  // a stopped program would not see the request
   if (!WaitForEnd(std::chrono::seconds(2))) Kill();
 }
 
@@ -91,12 +69,12 @@ bool Process::Running() {
   return !exitCode_;
 }
 
-void Process::Signal(ProcessSignal signal) {
-  if (Running()) kill(static_cast<pid_t>(id_), static_cast<int>(signal));
+void Process::Signal(int signal) {
+  if (Running()) kill(static_cast<pid_t>(id_), signal);
 }
 
 void Process::Kill() {
-  Signal(ProcessSignal::Kill);
+  Signal(SIGKILL);
   WaitForEnd(std::chrono::seconds(5));
 }
 

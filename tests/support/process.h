@@ -22,28 +22,14 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 
 std::string ReadText(const std::filesystem::path& file);
 
-// What a program can be made to do from outside.
-enum class ProcessSignal {
-  Terminate = SIGTERM,
-  Interrupt = SIGINT,
-  HangUp = SIGHUP,
-  Quit = SIGQUIT,
-  User = SIGUSR1,
-  Alarm = SIGALRM,
-  Crash = SIGSEGV,
-  Kill = SIGKILL,
-  Stop = SIGSTOP,
-  Continue = SIGCONT,
-};
-
-// A started program. The destructor ends it: Terminate, and Kill when it has not gone after 2 s.
+// A started program, which leads a group of processes. The destructor ends it: SIGTERM, and SIGKILL
+// when it has not gone after 2 s.
 class Process {
  public:
   struct Options {
     std::vector<std::string> environment = {};        // "NAME=value", beside or over the test's own
     std::filesystem::path output = "/dev/null";       // receives standard output and error
     std::map<int, std::filesystem::path> files = {};  // further descriptors, opened for writing
-    bool ownGroup = false;                            // leads a group of processes
   };
 
   // Throws std::system_error when there can be no new process. A program that cannot be run ends
@@ -54,9 +40,9 @@ class Process {
   Process& operator=(const Process&) = delete;
 
   bool Running();
-  void Signal(ProcessSignal signal);  // nothing happens once the program has ended
-  void Kill();                        // returns when the program has ended
-  void KillGroup();                   // all of the group that it leads, if it does
+  void Signal(int signal);  // nothing happens once the program has ended
+  void Kill();              // returns when the program has ended
+  void KillGroup();         // all of its group
   bool WaitForEnd(std::chrono::milliseconds limit) {
     return WaitUntil([this] { return !Running(); }, limit);
   }

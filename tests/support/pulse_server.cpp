@@ -1,8 +1,8 @@
 #include "support/pulse_server.h"
 
+#include <sndfile.h>
+
 #include <cmath>
-#include <cstdint>
-#include <fstream>
 #include <numbers>
 #include <stdexcept>
 
@@ -32,12 +32,11 @@ void PulseServer::Restart() {
                                       "--daemonize=no",      "--use-pid-file=no",
                                       "--exit-idle-time=-1", "--disallow-exit",
                                       "--high-priority=no",  "--realtime=no"};
-  const auto load = [&](const std::string& module) {
-    command.insert(command.end(), {"-L", module});
-  };
-  load("module-native-protocol-unix auth-anonymous=1 socket=" + (folder_ / "pulse.sock").string());
+  const std::string socket = (folder_ / "pulse.sock").string();
+  command.push_back("--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket);
   // With rewinds the first block would take 2 s.
-  if (sound_ == Sound::NullSink) load("module-null-sink sink_name=test rate=44100 norewinds=1");
+  const char* sink = "--load=module-null-sink sink_name=test rate=44100 norewinds=1";
+  if (sound_ == Sound::NullSink) command.emplace_back(sink);
   process_ = std::make_unique<Process>(
       command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
   const auto answers = [this] {
@@ -56,16 +55,9 @@ std::string PulseServer::Pactl(const std::vector<std::string>& arguments) {
   std::filesystem::remove(output);
   Process pactl(command, {Environment(), output, {}});
   const bool ended = pactl.WaitForEnd(std::chrono::seconds(5));
-  std::string text = ReadText(output);
+  const std::string text = ReadText(output);
   if (!ended || pactl.ExitCode() != 0) throw std::runtime_error("pactl: " + text);
-  if (text.ends_with('\n')) text.pop_back();
   return text;
-}
-
-void PulseServer::LoadModule(const std::vector<std::string>& nameAndArguments) {
-  std::vector<std::string> arguments = {"load-module"};
-  arguments.insert(arguments.end(), nameAndArguments.begin(), nameAndArguments.end());
-  Pactl(arguments);
 }
 
 std::unique_ptr<Process> PulseServer::PlayTone(double frequencyHz) {
@@ -77,23 +69,15 @@ std::unique_ptr<Process> PulseServer::PlayTone(double frequencyHz) {
 }
 
 void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds) {
-  constexpr uint32_t rateHz = 44100;
-  std::vector<int16_t> samples(static_cast<size_t>(seconds * rateHz));
+  SF_INFO info{0, 44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, 0};
+  std::vector<int16_t> samples(static_cast<size_t>(seconds * info.samplerate));
   for (size_t i = 0; i < samples.size(); ++i) {
-    const double phase = 2 * std::numbers::pi * frequencyHz * static_cast<double>(i) / rateHz;
+    const double phase = 2 * std::numbers::pi * frequencyHz * static_cast<double>(i) / 44100;
     samples[i] = static_cast<int16_t>(std::lround(16384 * std::sin(phase)));
   }
-  std::ofstream out(file, std::ios::binary);
-  const auto text = [&out](const char* fourLetters) { out.write(fourLetters, 4); };
-  const auto number = [&out](uint32_t value, std::streamsize bytes) {
-    out.write(reinterpret_cast<const char*>(&value), bytes);
-  };
-  const auto dataBytes = static_cast<uint32_t>(samples.size() * sizeof(int16_t));
-  text("RIFF"), number(36 + dataBytes, 4), text("WAVE");
-  text("fmt "), number(16, 4), number(1, 2), number(1, 2);
-  number(rateHz, 4), number(2 * rateHz, 4), number(2, 2), number(16, 2);
-  text("data"), number(dataBytes, 4);
-  out.write(reinterpret_cast<const char*>(samples.data()), dataBytes);
+  SNDFILE* sound = sf_open(file.c_str(), SFM_WRITE, &info);
+  sf_write_short(sound, samples.data(), std::ssize(samples));
+  sf_close(sound);
 }
 
 }  // namespace velt

@@ -20,14 +20,11 @@ class PulseServer {
   void ExportEnvironment() const;  // for a client within the test itself
 
   void Kill() { process_->Kill(); }
-  void Freeze() { process_->Signal(ProcessSignal::Stop); }
-  void Thaw() { process_->Signal(ProcessSignal::Continue); }
+  void Signal(int signal) { process_->Signal(signal); }
   void Restart();  // on the same socket
 
-  // What pactl prints, without its last newline. Throws std::runtime_error, with what it printed,
-  // when it fails or takes more than 5 s.
+  // What pactl prints. Throws std::runtime_error, with that, when it fails or takes more than 5 s.
   std::string Pactl(const std::vector<std::string>& arguments);
-  void LoadModule(const std::vector<std::string>& nameAndArguments);
 
   // Plays a sine of half the full scale into the sink "test" for as long as the result lives, at
   // most 60 s.

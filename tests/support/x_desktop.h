@@ -19,7 +19,7 @@ class XDesktop {
   void KillManager() { windowManager_->Kill(); }
 
   void Kill() { server_->Kill(); }
-  void Freeze() { server_->Signal(ProcessSignal::Stop); }
+  void Freeze() { server_->Signal(SIGSTOP); }
   const std::string& Display() const { return display_; }  // ":7"
   std::vector<std::string> Environment() const { return {"DISPLAY=" + display_}; }
 

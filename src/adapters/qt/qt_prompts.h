@@ -29,12 +29,14 @@ class QtPrompts : public QObject, public Prompts {
   void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override;
   void Input(const InputPrompt& box,
              std::function<void(std::optional<std::string>)> answered) override;
-  bool Popup(const std::vector<PopupItem>& items,
+  bool Popup(const PopupPlace& opener, const std::vector<PopupItem>& items,
              std::function<void(std::function<void()>)> closed) override;
   void DropAll() override;
 
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  // What a box stands over: the dialog that the user is at, if there is one.
+  QWidget* Parent() const;
   // Makes the dialog when its turn has come.
   void Queue(std::function<QDialog*()> make);
   void OwnerIsPlaced();
@@ -49,6 +51,7 @@ class QtPrompts : public QObject, public Prompts {
   bool ownerPlaced_ = false;  // and shown: where it stands is known
   QPointer<QMenu> menu_;
   bool menuOpen_ = false;
+  bool usesMouse_ = false;  // the user's last input to the owner
 };
 
 }  // namespace velt

@@ -10,10 +10,7 @@ namespace {
 struct Counter {
   bool* failing;
   uint64_t next = 0;
-  std::string Open() {
-    next = 0;
-    return *failing ? "it is gone" : "";
-  }
+  std::string Open() { return *failing ? "it is gone" : ""; }
   bool Read(std::span<int16_t> samples) {
     for (int16_t& sample : samples) sample = static_cast<int16_t>(next++ % 30000);
     return !*failing;
@@ -41,17 +38,13 @@ TEST(PacedInput, GivesTheNewestSamplesThatTheClockHasReachedAndTellsALoss) {
   EXPECT_EQ(takeAfter(0), TakeResult::Gone);
   failing = false;
   input.Open("");
-  EXPECT_EQ(takeAfter(5000), TakeResult::NotYet) << "not started";
   input.Start();
-  struct Case {
-    int waitMs, last;  // number of the block's last sample, 0 when there is no block yet
-  };
+  using Case = std::pair<int, int>;  // ms, then the block's last sample, 0 when there is none yet
   // After a long sleep it goes on where it was, save for the last part of a second.
-  for (const Case& c : {Case{11, 0}, Case{1, 528}, Case{0, 0}, Case{11, 0}, Case{2, 1101},
-                        Case{475, 22049}, Case{86400 * 1000, 6149}, Case{0, 0}}) {
-    const bool isBlock = takeAfter(c.waitMs) == TakeResult::Block;
-    ASSERT_EQ(isBlock, c.last != 0) << c.last;
-    EXPECT_TRUE(!isBlock || (block.back() == c.last && block.front() == c.last - 511)) << c.last;
+  for (const auto& [wait, last] : {Case{11, 0}, Case{1, 528}, Case{0, 0}, Case{13, 1101},
+                                   Case{475, 22049}, Case{86400 * 1000, 6149}, Case{0, 0}}) {
+    ASSERT_EQ(takeAfter(wait), last == 0 ? TakeResult::NotYet : TakeResult::Block) << last;
+    EXPECT_TRUE(last == 0 || (block.back() == last && block.front() == last - 511)) << last;
   }
   failing = true;
   EXPECT_EQ(takeAfter(25), TakeResult::Gone);
@@ -61,12 +54,6 @@ TEST(PacedInput, GivesTheNewestSamplesThatTheClockHasReachedAndTellsALoss) {
   failing = false;
   scheduler.Advance(Milliseconds(1000));
   EXPECT_EQ(told.back(), Kind::Returned);
-  // What was closed meanwhile tells nothing any more.
-  input.Open("");
-  input.WatchForReturn();
-  input.Close();
-  EXPECT_EQ(takeAfter(5000), TakeResult::Gone);
-  EXPECT_EQ(told.size(), 4U);
 }
 
 }  // namespace

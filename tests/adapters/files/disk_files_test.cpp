@@ -42,39 +42,26 @@ TEST_F(DiskFilesTest, ReplaceKeepsBackupRightsAndLinks) {
     EXPECT_EQ(folder.Entries(), 3);
     for (const fs::path& path : {real, file, backup, kept}) fs::remove(path);
   }
-  // As an end between the two renames leaves it: both names are one file.
-  folder.Write("file", "five");
-  fs::create_hard_link(file, backup);
-  ASSERT_EQ(files.Replace(file, "six", true), 0);
-  EXPECT_EQ(folder.Read("file") + folder.Read("file.bak"), "sixfive");
-  EXPECT_EQ(folder.Entries(), 2);
-
+  for (const fs::path& path : {file, backup}) folder.Write(path.filename(), "old");
   EXPECT_EQ(files.Rename(file, backup), EEXIST);
-  ASSERT_EQ(files.MakeFolder(folder / "sub"), 0);
-  EXPECT_EQ(files.Rename(file, folder / "sub"), EEXIST);
   EXPECT_EQ(files.Rename(file, kept), 0);
-  EXPECT_EQ(folder.Read("kept") + folder.Read("file.bak"), "sixfive");
+  EXPECT_EQ(folder.Entries(), 2);
 }
 
 TEST_F(DiskFilesTest, AFailedOperationLeavesEverythingAsItWas) {
   for (const char* name : {"file", "file.bak", "blocked"}) folder.Write(name, "old");
   fs::create_directories(folder / "blocked.bak/full");
   ::mkfifo((folder / "pipe").c_str(), 0600);
-  fs::create_symlink("circle", folder / "circle");
-  struct Case {
-    const char* name;
-    int replaceError, readError;
-  };
-  for (const Case& c :
-       {Case{"blocked.bak", EISDIR, EISDIR}, Case{"missing/file", ENOENT, ENOENT},
-        Case{"blocked", EISDIR, 0}, Case{"pipe", EINVAL, EINVAL}, Case{"circle", ELOOP, ELOOP}}) {
-    EXPECT_EQ(files.Replace(folder / c.name, "new", true), c.replaceError) << c.name;
-    EXPECT_EQ(files.Read(folder / c.name).error, c.readError) << c.name;
+  for (const auto& [name, error] :
+       {std::pair{"blocked.bak", EISDIR}, {"missing/file", ENOENT}, {"pipe", EINVAL}}) {
+    EXPECT_EQ(files.Replace(folder / name, "new", true), error) << name;
+    EXPECT_EQ(files.Read(folder / name).error, error) << name;
   }
+  EXPECT_EQ(files.Replace(folder / "blocked", "new", true), EISDIR);
   EXPECT_EQ(files.KeepAs(file, folder / "missing/kept"), ENOENT);
   EXPECT_EQ(files.Restore(file, folder / "missing"), ENOENT);
   for (const char* name : {"file", "file.bak", "blocked"}) EXPECT_EQ(folder.Read(name), "old");
-  EXPECT_EQ(folder.Entries(), 6);
+  EXPECT_EQ(folder.Entries(), 5);
 }
 
 TEST_F(DiskFilesTest, AFullDiskCostsNothingAndABackupIsRestoredAllTheSame) {
@@ -111,20 +98,15 @@ TEST_F(DiskFilesTest, WhatAKilledRunLeftIsRemovedAndNothingElse) {
   if (child == 0) ::_exit(0);
   ::waitpid(child, nullptr, 0);
   const std::string dead = ".velt-" + std::to_string(child);
-  for (const std::string& name :
-       {".velt-" + std::to_string(::getpid()) + "-0.tmp", dead + "-.tmp", dead + "-1x.tmp",
-        dead + "-0.tmp.txt", dead.substr(1) + "-0.tmp", std::string(".velt-.tmp"),
-        std::string(".velt-99999999999999999999-0.tmp")}) {
+  for (const std::string& name : {".velt-" + std::to_string(::getpid()) + "-0.tmp",
+                                  dead + "-1x.tmp", dead.substr(1) + "-0.tmp"}) {
     folder.Write(name, "not ours, or in use");
   }
-  fs::create_directory(folder / (dead + "-2.tmp"));
-  sub.Write("real", "old");
-  fs::create_symlink(sub / "real", file);
+  folder.Write("file", "old");
   const auto others = folder.Entries();
-  for (const TempFolder* place : {&folder, &sub}) place->Write(dead + "-17.tmp", "");
+  folder.Write(dead + "-17.tmp", "");
   ASSERT_EQ(files.Replace(file, "new", false), 0);
   EXPECT_EQ(folder.Entries(), others);
-  EXPECT_EQ(sub.Entries(), 1);
 }
 
 }  // namespace

@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
+#include <map>
 #include <numeric>
 #include <regex>
 
@@ -29,8 +28,6 @@ std::vector<int16_t> Ramp(int first, size_t count) {
 TEST(SampleRing, GivesTheNewestBlockThatWasNotUsedYet) {
   SampleRing ring;
   std::array<int16_t, kBlockSamples> block{};
-  ring.Write(Ramp(0, 1024));
-  EXPECT_EQ(ring.TakeNewest(block), TakeResult::Gone);
   ring.Hold();
   ring.Write(Ramp(0, 1024));
   ring.Deliver();
@@ -45,11 +42,6 @@ TEST(SampleRing, GivesTheNewestBlockThatWasNotUsedYet) {
     EXPECT_EQ(std::vector(block.begin(), block.end()), Ramp(at - 512, kBlockSamples)) << piece;
     EXPECT_EQ(ring.TakeNewest(block), TakeResult::NotYet);
   }
-  ring.WriteSilence(5000);
-  ring.Write(Ramp(1, 112));
-  ASSERT_EQ(ring.TakeNewest(block), TakeResult::Block);
-  EXPECT_EQ(std::count(block.begin(), block.begin() + 400, 0), 400);
-  EXPECT_EQ(std::vector(block.begin() + 400, block.end()), Ramp(1, 112));
 }
 
 struct PulseInputTest : testing::Test {
@@ -61,10 +53,6 @@ struct PulseInputTest : testing::Test {
     listening = input->happened.Listen([this](const AudioEvent& event) {
       constexpr const char* kinds[] = {"Opened ", "Moved ", "OpenFailed ", "Lost ", "Returned "};
       events.push_back(kinds[static_cast<int>(event.kind)] + event.text);
-      if (event.description.empty()) return;
-      EXPECT_TRUE(event.text.ends_with(".monitor") ? event.description.starts_with("Monitor of ")
-                                                   : event.description == "Mic-" + event.text)
-          << event.description;
     });
   }
 
@@ -87,26 +75,22 @@ struct PulseInputTest : testing::Test {
   }
   // What the user or the devices do.
   void Act(const std::string& verb, const std::string& name, const std::string& device) {
-    if (verb == "sink") {
-      server->LoadModule({"module-null-sink", "sink_name=" + name, "norewinds=1"});
-    }
-    if (verb == "source") {
-      server->LoadModule({"module-null-source", "source_name=" + name, "description=Mic-" + name});
-    }
-    if (verb == "load") server->LoadModule({name});
-    if (verb == "doze") server->LoadModule({"module-suspend-on-idle", "timeout=0"});
-    if (verb == "unload") server->Pactl({"unload-module", name});
-    if (verb == "default") server->Pactl({"set-default-source", name});
-    if (verb == "suspend") server->Pactl({"suspend-source", name, "1"});
-    if (verb == "resume") server->Pactl({"suspend-source", name, "0"});
+    const std::map<std::string, std::vector<std::string>> commands{
+        {"sink", {"load-module", "module-null-sink", "sink_name=" + name, "norewinds=1"}},
+        {"source",
+         {"load-module", "module-null-source", "source_name=" + name, "description=Mic-" + name}},
+        {"load", {"load-module", name}},
+        {"unload", {"unload-module", name}},
+        {"default", {"set-default-source", name}}};
+    if (commands.contains(verb)) server->Pactl(commands.at(verb));
     if (verb == "move") Move(name);
     if (verb == "cannot-move") {
       EXPECT_THROW(Move(name), std::runtime_error);
     }
     if (verb == "kill") server->Kill();
     if (verb == "restart") server->Restart();
-    if (verb == "freeze") server->Freeze();
-    if (verb == "thaw") server->Thaw();
+    if (verb == "freeze") server->Signal(SIGSTOP);
+    if (verb == "thaw") server->Signal(SIGCONT);
     const auto start = std::chrono::steady_clock::now();
     if (verb == "open") input->Open(device);
     if (verb == "close") input->Close();
@@ -123,30 +107,6 @@ struct PulseInputTest : testing::Test {
   std::array<int16_t, kBlockSamples> block{};
 };
 
-TEST_F(PulseInputTest, CapturesATone) {
-  StartServer();
-  const auto player = server->PlayTone(1000);
-  input->Open("");
-  ASSERT_EQ(Next(), "Opened test.monitor");
-  input->Start();
-
-  // Each sample of a pure tone follows from the two before it: 2 cos(w) x[n-1] - x[n-2].
-  const double twiceCosine = 2 * std::cos(2 * std::numbers::pi * 1000 / kSampleRateHz);
-  const auto pure = [&] {
-    for (size_t i = 2; i < block.size(); ++i) {
-      if (std::abs(block[i] - twiceCosine * block[i - 1] + block[i - 2]) > 8) return false;
-    }
-    return *std::ranges::max_element(block) > 15000;
-  };
-  // The player needs some blocks to begin, and may be late on a busy machine.
-  int pureInARow = 0;
-  const auto heard = [&] {
-    if (Take() == TakeResult::Block) pureInARow = pure() ? pureInARow + 1 : 0;
-    return pureInARow == 20;
-  };
-  EXPECT_TRUE(WaitUntil(heard, 5s)) << pureInARow;
-}
-
 TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
   using Sound = PulseServer::Sound;
   struct Case {
@@ -158,19 +118,14 @@ TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
       "unload module-null-source > Lost Sound source Mic-mic was removed.; watch; source mic > "
       "Returned mic; open > Opened mic";
   // What could not be opened is waited for as what was lost is.
-  std::string comesAndGoes =
-      "open > OpenFailed Sound server has no source.; kill; open > OpenFailed No sound server: "
-      "Connection refused.";
-  for (int times = 0; times < 2; ++times) {
-    comesAndGoes +=
-        "; watch; restart; sink late > Returned late.monitor; open > Opened late.monitor; kill > "
-        "Lost Sound server is gone.";
-  }
+  const std::string comesAndGoes =
+      "watch; restart; sink late > Returned late.monitor; open > Opened late.monitor; kill > Lost "
+      "Sound server is gone.";
   for (const Case& c : {
-           Case{Sound::None, "", comesAndGoes},
-           Case{Sound::None, "late.monitor",
-                std::regex_replace(comesAndGoes, std::regex("server has no source"),
-                                   "source late.monitor does not exist")},
+           Case{Sound::None, "",
+                "open > OpenFailed Sound server has no source.; kill; open > OpenFailed No sound "
+                "server: Connection refused.; " +
+                    comesAndGoes + "; " + comesAndGoes},
            Case{Sound::NullSink, "",
                 "open > Opened test.monitor; freeze; close; open > OpenFailed Sound server does "
                 "not answer.; watch; thaw > Returned test.monitor; freeze; watch; end"},
@@ -194,12 +149,6 @@ TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
                 "source mic; open > Opened mic; default test.monitor; cannot-move test.monitor; "
                 "default mic; " +
                     micIsBack},
-           // An idle source that the server itself has put to sleep is nobody's wish.
-           Case{Sound::NullSink, "mic",
-                "source mic; doze; open > Opened mic; suspend mic > Lost "
-                "Sound source Mic-mic is suspended.; open > OpenFailed Sound source Mic-mic is "
-                "suspended.; watch > nothing in time; resume mic > Returned mic; open > Opened "
-                "mic"},
        }) {
     SCOPED_TRACE(c.steps);
     StartServer(c.sound);
@@ -236,35 +185,22 @@ TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
     scheduler.RunPosted();
     EXPECT_EQ(events, std::vector<std::string>());
   }
-  // The receiver of an event may end it.
-  StartServer();
-  listening = input->happened.Listen([this](const AudioEvent& event) {
-    input.reset();
-    events.push_back(event.text);
-  });
-  input->Open("");
-  EXPECT_EQ(Next(), "test.monitor");
 }
 
 TEST_F(PulseInputTest, ListsDevicesWithoutOpeningOne) {
   StartServer();
   PulseDeviceLister lister(scheduler);
-  DeviceListing listing;
-  bool listed = false;
+  std::optional<DeviceListing> listing;
   const auto list = [&] {
-    listed = false;
-    lister.List([&](const DeviceListing& answer) {
-      listing = answer;
-      listed = true;
-    });
-    return WaitUntil([&] { return scheduler.RunPosted(), listed; }, 4s);
+    listing.reset();
+    lister.List([&](const DeviceListing& answer) { listing = answer; });
+    return WaitUntil([&] { return scheduler.RunPosted(), listing.has_value(); }, 4s);
   };
-  ASSERT_TRUE(list() && listing.devices.size() == 1U) << listing.error;
-  EXPECT_EQ(listing.devices[0].description, "Monitor of Null Output");
-  EXPECT_EQ(listing.defaultName, "test.monitor");
-  server->Freeze();
+  ASSERT_TRUE(list() && listing->devices.size() == 1U) << listing->error;
+  EXPECT_EQ(listing->defaultName, "test.monitor");
+  server->Signal(SIGSTOP);
   EXPECT_TRUE(list());
-  EXPECT_EQ(listing.error, "Sound server does not answer.");
+  EXPECT_EQ(listing->error, "Sound server does not answer.");
 }
 
 }  // namespace

@@ -14,13 +14,15 @@ struct FakeRig {
   std::string mode = "USB";
   int keyed = 0;
   int split = 0;
-  std::map<std::string, std::string> instead;  // replies to lines, in place of the usual ones
-  std::map<std::string, int> errors;           // codes to answer commands of two letters with
-  std::vector<std::string> lines;              // received, without line ends
+  // Replies to lines, or to all that begin with two letters, in place of the usual ones.
+  std::map<std::string, std::string> instead;
+  std::vector<std::string> lines;  // received, without line ends
 
   std::string Answer(const std::string& line) {
     lines.push_back(line);
-    if (const auto own = instead.find(line); own != instead.end()) return own->second;
+    for (const std::string& key : {line, line.substr(0, 2)}) {
+      if (instead.contains(key)) return instead.at(key);
+    }
     const std::string value = line.size() > 3 ? line.substr(3) : "";
     const std::map<std::string, std::string> replies = {
         {"+f", "get_freq:\nFrequency: " + std::to_string(freq[vfo])},
@@ -39,22 +41,16 @@ struct FakeRig {
         {"+\\dump_caps", "dump_caps:\nModel name:\tDummy\nMfg name:\tHamlib"}};
     const auto reply = replies.find(line.starts_with("+\\") ? line : line.substr(0, 2));
     if (reply == replies.end()) return "unknown";
-    if (const auto code = errors.find(line.substr(0, 2)); code != errors.end()) {
-      const std::string echo = reply->second.substr(0, reply->second.find('\n'));
-      return echo + "\nRPRT " + std::to_string(code->second) + "\n";
-    }
     if (line.starts_with("+F ")) freq[vfo] = std::stoi(value);
     if (line.starts_with("+V ")) vfo = value;
     if (line.starts_with("+M ")) mode = value.substr(0, value.find(' '));
     if (line.starts_with("+T ")) keyed = std::stoi(value);
     return Done(reply->second);
   }
-  void BeUsual() {
-    instead.clear();
-    errors.clear();
-  }
-
   static std::string Done(const std::string& text) { return text + "\nRPRT 0\n"; }
+  static std::string Error(const std::string& echo, int code) {
+    return echo + "\nRPRT " + std::to_string(code) + "\n";
+  }
 
   // What was sent but the polls.
   std::vector<std::string> Writes() const {

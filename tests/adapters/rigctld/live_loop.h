@@ -1,6 +1,8 @@
 // A running event loop and the dummy rig's server for tests.
 #pragma once
 
+#include <sys/wait.h>
+
 #include <QCoreApplication>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -51,13 +53,13 @@ class DummyRig {
 
   uint16_t Port() const { return port_; }
   std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
-  // Whether it has come up, on the same port as ever. Unless it can be keyed it refuses that.
-  bool Start(bool canBeKeyed = true) {
+  // Whether it has come up, on the same port as ever.
+  bool Start() {
     client_.abort();
     if (!Ask("f").empty()) return false;  // another server's
     process_ = std::make_unique<Process>(
-        std::vector<std::string>{"rigctld", "-m", "1", "-P", canBeKeyed ? "RIG" : "NONE", "-T",
-                                 "127.0.0.1", "-t", std::to_string(port_)},
+        std::vector<std::string>{"rigctld", "-m", "1", "-P", "RIG", "-T", "127.0.0.1", "-t",
+                                 std::to_string(port_)},
         Process::Options{});
     const auto decided = [this] { return !process_->Running() || !Ask("f").empty(); };
     return WaitUntil(decided, std::chrono::seconds(5)) && process_->Running();
@@ -66,7 +68,12 @@ class DummyRig {
     client_.abort();
     process_->Kill();
   }
-  void Signal(ProcessSignal signal) { process_->Signal(signal); }
+  // Returns when a stop has reached all threads: one of them might else still answer.
+  void Signal(int signal) {
+    process_->Signal(signal);
+    siginfo_t stopped{};
+    if (signal == SIGSTOP) ::waitid(P_PID, process_->Id(), &stopped, WSTOPPED);
+  }
 
   // The first line of the answer to a plain command.
   std::string Ask(const std::string& command) {
