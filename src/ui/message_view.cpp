@@ -24,9 +24,8 @@ MessageView::MessageView(MessageForm& form, QWidget* parent)
   moving->adjustSize();
   track->setFixedSize(moving->width() + kTrackPixels, moving->height());
   rows->addWidget(track, 0, Qt::AlignHCenter);
-  binder_.Watch(form_.lblani, [this, moving] {
-    moving->move(form_.lblani.leftTwips / kTwipsPerPixel, 0);
-  });
+  binder_.Watch(form_.lblani,
+                [this, moving] { moving->move(form_.lblani.leftTwips / kTwipsPerPixel, 0); });
   binder_.Watch(form_.Window, [this] { ShowWindow(); });
 }
 

@@ -14,8 +14,8 @@ constexpr uint32_t kMostWords = 4096;  // of a property, four bytes each
 constexpr uint32_t kSourceUser = 2;    // a request that the user has made, not the program
 constexpr int kTreeDepth = 3;
 
-constexpr uint32_t kWindowEvents = XCB_EVENT_MASK_PROPERTY_CHANGE |
-                                   XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
+constexpr uint32_t kWindowEvents =
+    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
 constexpr uint32_t kRootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE |
                                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
 
