@@ -120,10 +120,10 @@ TEST_P(X11EngineWindowTest, EveryChordArrivesInOrderAndNowhereElse) {
     }
   }
   EXPECT_FALSE(desk.Send(kTitle, "(^"));
-  EXPECT_TRUE(LoopUntil([&] { return engine.log().Chords().size() >= expected.size(); }));
-  EXPECT_EQ(engine.log().Chords(), expected);
-  ASSERT_TRUE(engine.log().Request("held"));
-  EXPECT_EQ(engine.log().All("held "), "[]");
+  EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords().size() >= expected.size(); }));
+  EXPECT_EQ(engine.Log().Chords(), expected);
+  ASSERT_TRUE(engine.Log().Request("held"));
+  EXPECT_EQ(engine.Log().All("held "), "[]");
   EXPECT_FALSE(OtherGotKeys());
 }
 
@@ -132,20 +132,20 @@ TEST_P(X11EngineWindowTest, HeldModifiersDoNotMixInAndAreHeldAgain) {
   ASSERT_TRUE(desk.Activate(kTitle));
   for (const char* held : {"shift", "alt", "super"}) desk.Tool({"keydown", held});
   EXPECT_TRUE(desk.Send(kTitle, "(^l)"));
-  EXPECT_TRUE(LoopUntil([&] { return !engine.log().Chords().empty(); }));
-  EXPECT_EQ(engine.log().Chords(), "Ctrl+L");
+  EXPECT_TRUE(LoopUntil([&] { return !engine.Log().Chords().empty(); }));
+  EXPECT_EQ(engine.Log().Chords(), "Ctrl+L");
   for (const char* held : {"alt", "super"}) desk.Tool({"keyup", held});
   desk.Tool({"key", "a"});
-  EXPECT_TRUE(LoopUntil([&] { return engine.log().Chords() == "Ctrl+L, Shift+A"; }));
+  EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords() == "Ctrl+L, Shift+A"; }));
   desk.Tool({"keyup", "shift"});
-  ASSERT_TRUE(engine.log().Request("held"));
-  EXPECT_EQ(engine.log().All("held "), "[]");
+  ASSERT_TRUE(engine.Log().Request("held"));
+  EXPECT_EQ(engine.Log().All("held "), "[]");
 }
 
 TEST_P(X11EngineWindowTest, TheTitleIsFollowedAndTheWindowClosesLikeByItsUser) {
   ASSERT_TRUE(Ready());
   EXPECT_EQ(desk.windows.Find(std::string(kTitle) + " "), 0U);
-  ASSERT_TRUE(engine.log().Request("title VELT"));
+  ASSERT_TRUE(engine.Log().Request("title VELT"));
   EXPECT_TRUE(desk.Appears("VELT"));
   EXPECT_TRUE(desk.Gone(kTitle));
   desk.changes = 0;
@@ -154,7 +154,7 @@ TEST_P(X11EngineWindowTest, TheTitleIsFollowedAndTheWindowClosesLikeByItsUser) {
   EXPECT_GE(desk.changes, 1);
   EXPECT_TRUE(engine.Program().WaitForEnd(seconds(5)));
   EXPECT_EQ(engine.Program().ExitCode(), 0);
-  EXPECT_EQ(engine.log().Lines().back().text, "close");
+  EXPECT_EQ(engine.Log().Lines().back().text, "close");
 }
 
 TEST_P(X11EngineWindowTest, WhatDiesIsSeenAndWhatStandsStillHoldsNothingUp) {
@@ -177,14 +177,14 @@ TEST(X11EngineWindow, AManagerMayGoAndComeBack) {
   ASSERT_TRUE(desk.Appears(kTitle));
   for (int round = 0; round < 2; ++round) {
     EXPECT_TRUE(desk.Takes(kTitle, "(^u)")) << round;
-    ASSERT_TRUE(engine.log().Request("iconify"));
+    ASSERT_TRUE(engine.Log().Request("iconify"));
     EXPECT_TRUE(desk.Takes(kTitle, "(^i)")) << "an icon comes up";
     desk.desktop.KillManager();
     EXPECT_TRUE(desk.Takes(kTitle, "(^w)")) << round;
     desk.desktop.StartManager();
   }
   const std::string all = "Ctrl+U, Ctrl+I, Ctrl+W, Ctrl+U, Ctrl+I, Ctrl+W";
-  EXPECT_TRUE(LoopUntil([&] { return engine.log().Chords() == all; })) << engine.log().Chords();
+  EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords() == all; })) << engine.Log().Chords();
 }
 
 TEST(X11EngineWindow, WithoutAServerItSaysWhatIsNeeded) {
