@@ -148,6 +148,10 @@ TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {
   const auto window = Start();
   ChooseRun(*window);
   EXPECT_TRUE(window->Dismiss("Running VELT"));
+  // One that shows nothing is waited for.
+  std::filesystem::create_symlink("/bin/true", programs / "java");
+  ChooseRun(*window);
+  EXPECT_TRUE(window->WaitForWindow("VELT-SA"));
 }
 
 }  // namespace
