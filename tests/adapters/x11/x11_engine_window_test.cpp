@@ -111,7 +111,6 @@ TEST_P(X11EngineWindowTest, EveryChordArrivesInOrderAndNowhereElse) {
     // Another window is in front before each.
     if (GetParam() == XDesktop::Manager::Openbox) {
       ASSERT_TRUE(desk.Activate(kOther));
-      EXPECT_FALSE(desk.Send(kTitle, "(^x)")) << "it is not the active one";
     }
     ASSERT_TRUE(desk.Activate(kTitle));
     for (int time = 0; time < 2; ++time) {
@@ -160,6 +159,10 @@ TEST_P(X11EngineWindowTest, TheTitleIsFollowedAndTheWindowClosesLikeByItsUser) {
 TEST_P(X11EngineWindowTest, WhatDiesIsSeenAndWhatStandsStillHoldsNothingUp) {
   ASSERT_TRUE(Ready());
   engine.Program().Signal(ProcessSignal::Stop);
+  if (GetParam() == XDesktop::Manager::Openbox) {
+    ASSERT_TRUE(desk.Activate(kOther));
+    EXPECT_FALSE(desk.Send(kTitle, "(^x)")) << "it is not the active one";
+  }
   QElapsedTimer since;
   since.start();
   (void)desk.Activate(kTitle);  // the window manager may give the keyboard all the same
@@ -175,15 +178,15 @@ TEST(X11EngineWindow, AManagerMayGoAndComeBack) {
   Desk desk(XDesktop::Manager::Openbox);
   JavaEngine engine(desk.desktop.Environment(), kTitle);
   ASSERT_TRUE(desk.Appears(kTitle));
-  for (int round = 0; round < 2; ++round) {
-    EXPECT_TRUE(desk.Takes(kTitle, "(^u)")) << round;
-    ASSERT_TRUE(engine.Log().Request("iconify"));
-    EXPECT_TRUE(desk.Takes(kTitle, "(^i)")) << "an icon comes up";
-    desk.desktop.KillManager();
-    EXPECT_TRUE(desk.Takes(kTitle, "(^w)")) << round;
-    desk.desktop.StartManager();
-  }
-  const std::string all = "Ctrl+U, Ctrl+I, Ctrl+W, Ctrl+U, Ctrl+I, Ctrl+W";
+  EXPECT_TRUE(desk.Takes(kTitle, "(^u)"));
+  ASSERT_TRUE(engine.Log().Request("iconify"));
+  ASSERT_TRUE(LoopUntil([&] { return engine.Log().Lines().back().text == "icon"; }));
+  EXPECT_TRUE(desk.Takes(kTitle, "(^i)")) << "an icon comes up";
+  desk.desktop.KillManager();
+  EXPECT_TRUE(desk.Takes(kTitle, "(^w)"));
+  desk.desktop.StartManager();
+  EXPECT_TRUE(desk.Takes(kTitle, "(^d)"));
+  const std::string all = "Ctrl+U, Ctrl+I, Ctrl+W, Ctrl+D";
   EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords() == all; })) << engine.Log().Chords();
 }
 
