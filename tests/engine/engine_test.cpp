@@ -121,8 +121,8 @@ TEST_F(EngineTest, ScriptsDoNotMixAndOldOnesAreNotTyped) {
   EXPECT_EQ(Typed(Milliseconds(600)), "(^s), " + Twice("(^u)"));
 
   keys.Run({PauseStep{Milliseconds(100)}});
-  keys.Run(CommandScript("(^t)"));
-  keys.RunInsteadOfWaiting(CommandScript("(^r)"));
+  Form().mnuPTT_ON.Click();
+  Form().mnuPTT_OFF.Click();
   EXPECT_EQ(Typed(Milliseconds(200)), Twice("(^r)")) << "receive stands behind nothing";
 
   keys.Run({PauseStep{Milliseconds(3100)}});
