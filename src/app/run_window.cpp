@@ -44,6 +44,7 @@ RunSetup SetupOf(const Options& options) {
           .resetSettings = options.run == Options::Run::Reset,
           .exemptFromSingleInstance = options.demo,
           .startAnalyser = options.demo || !options.input.empty(),
+          .controlsEngine = !options.windowless,
           .dataFolder = options.dataFolder};
 }
 

@@ -4,7 +4,8 @@
 
 namespace velt {
 
-EngineProcess::EngineProcess(const Parts& parts, const Ports& ports) : parts_(parts), ports_(ports) {
+EngineProcess::EngineProcess(const Parts& parts, const Ports& ports)
+    : parts_(parts), ports_(ports) {
   EngineControls& form = parts_.form;
   connections_ += form.mnurunzoka.clicked.Listen([this] { mnurunzoka_Click(); });
   connections_ += form.mnuclosezoka.clicked.Listen([this] { mnuclosezoka_Click(); });
@@ -72,8 +73,7 @@ void EngineProcess::mnuclosezoka_Click() {
   if (const uint32_t window = DetectVELTWindow()) {
     ports_.window.Close(window);
   } else if (!quitting) {
-    ports_.prompts.Tell({"Closing VELT",
-                         "Could not find the VELT-Engine.\r\nRun VELT first.",
+    ports_.prompts.Tell({"Closing VELT", "Could not find the VELT-Engine.\r\nRun VELT first.",
                          BoxIcon::Exclamation},
                         {});
   }

@@ -104,11 +104,10 @@ void OperatorCommands::cmbPresetMode_Click() {
 }
 
 void OperatorCommands::cmbPresetMode_DblClick() {
-  ports_.prompts.Input(
-      {.title = "Add Mode",
-       .prompt = "Enter the a modulation mode (CW,USB,LSB,AM,FM,DRM,DIG...):",
-       .initial = {}},
-      [this](const std::optional<std::string>& answer) { AddMode(answer); });
+  ports_.prompts.Input({.title = "Add Mode",
+                        .prompt = "Enter the a modulation mode (CW,USB,LSB,AM,FM,DRM,DIG...):",
+                        .initial = {}},
+                       [this](const std::optional<std::string>& answer) { AddMode(answer); });
 }
 
 void OperatorCommands::AddMode(const std::optional<std::string>& answer) {

@@ -21,7 +21,8 @@ class Launcher {
   };
   // Opens a document with the desktop's program for its kind or, where it has none, with `command`,
   // which the document's path is added to. The new program outlives this one; the document's folder
-  // is its current directory. `told` is called once, later; not at all when this object ends before.
+  // is its current directory. `told` is called once, later; not at all when this object ends
+  // before.
   virtual void StartDocument(const std::filesystem::path& document,
                              const std::vector<std::string>& command,
                              std::function<void(Start)> told) = 0;

@@ -18,6 +18,7 @@ struct RunSetup {
   bool resetSettings = false;
   bool exemptFromSingleInstance = false;
   bool startAnalyser = false;
+  bool controlsEngine = true;        // somebody sees its window; else it is not started by itself
   std::filesystem::path dataFolder;  // empty: below the home folder
 };
 

@@ -80,9 +80,9 @@ void Startup::PrepareEngine() {
     form.lblMode.enabled = false;
     return;
   }
-  parts_.engine.Begin();
+  if (parts_.setup.controlsEngine) parts_.engine.Begin();
   if (form.mnuautos[1].checked) form.tmrCheckZOKA.enabled = true;
-  if (form.mnuautos[0].checked) form.mnurunzoka.Click();
+  if (form.mnuautos[0].checked && parts_.setup.controlsEngine) form.mnurunzoka.Click();
 }
 
 void Startup::ReadSerialSetup() {

@@ -1,6 +1,7 @@
 #include "ui/message_view.h"
 
 #include <QLabel>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "ui/qt_text.h"
@@ -9,6 +10,8 @@ namespace velt {
 namespace {
 
 constexpr int kTrackPixels = 270 / kTwipsPerPixel;
+// At the program's start the main window, in whose middle this one stands, has no place yet.
+constexpr int kPlacingMs = 200;
 
 }  // namespace
 
@@ -17,6 +20,7 @@ MessageView::MessageView(MessageForm& form, QWidget* parent)
   setAttribute(Qt::WA_ShowWithoutActivating);
   setFocusPolicy(Qt::NoFocus);
   auto* rows = new QVBoxLayout(this);
+  rows->setSizeConstraint(QLayout::SetFixedSize);
   rows->addWidget(binder_.Bind(form_.Label1, new QLabel(this),
                                {"%1", "Closes by itself when the engine is there"}));
   auto* track = new QWidget(this);
@@ -24,9 +28,8 @@ MessageView::MessageView(MessageForm& form, QWidget* parent)
   moving->adjustSize();
   track->setFixedSize(moving->width() + kTrackPixels, moving->height());
   rows->addWidget(track, 0, Qt::AlignHCenter);
-  binder_.Watch(form_.lblani, [this, moving] {
-    moving->move(form_.lblani.leftTwips / kTwipsPerPixel, 0);
-  });
+  binder_.Watch(form_.lblani,
+                [this, moving] { moving->move(form_.lblani.leftTwips / kTwipsPerPixel, 0); });
   binder_.Watch(form_.Window, [this] { ShowWindow(); });
 }
 
@@ -37,7 +40,8 @@ void MessageView::reject() {
 
 void MessageView::ShowWindow() {
   setWindowTitle(ToQt(form_.Window.caption.Get()));
-  setVisible(form_.Window.visible);
+  if (!form_.Window.visible) return hide();
+  QTimer::singleShot(kPlacingMs, this, [this] { setVisible(form_.Window.visible); });
 }
 
 }  // namespace velt

@@ -47,7 +47,8 @@ struct EngineWalk : testing::Test {
     std::vector<std::string> environment = around.Environment();
     environment.push_back("PATH=" + programs.Path().string());
     return std::make_unique<WindowDriver>(
-        std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder", folder.Path().string()},
+        std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder",
+                                 folder.Path().string()},
         environment);
   }
   static int EngineId() {
@@ -67,14 +68,20 @@ struct EngineWalk : testing::Test {
     return WaitUntil([&] { return log.Chords() == expected; }, seconds(10));
   }
   bool Closes() const {
-    return WaitUntil([&] { return log.All("close").size() + log.Lines().size() > 0 &&
-                                  log.Lines().back().text == "close"; },
-                     seconds(5));
+    return WaitUntil(
+        [&] {
+          return log.All("close").size() + log.Lines().size() > 0 &&
+                 log.Lines().back().text == "close";
+        },
+        seconds(5));
   }
   bool Opens(size_t times) const {
-    return WaitUntil([&] { return std::ranges::count(log.Lines(), "open", &EngineLog::Line::text) ==
-                                  static_cast<int64_t>(times); },
-                     seconds(20));
+    return WaitUntil(
+        [&] {
+          return std::ranges::count(log.Lines(), "open", &EngineLog::Line::text) ==
+                 static_cast<int64_t>(times);
+        },
+        seconds(20));
   }
 };
 
@@ -141,6 +148,10 @@ TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {
   const auto window = Start();
   ChooseRun(*window);
   EXPECT_TRUE(window->Dismiss("Running VELT"));
+  // One that shows nothing is waited for.
+  std::filesystem::create_symlink("/bin/true", programs / "java");
+  ChooseRun(*window);
+  EXPECT_TRUE(window->WaitForWindow("VELT-SA"));
 }
 
 }  // namespace

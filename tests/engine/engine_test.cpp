@@ -121,8 +121,8 @@ TEST_F(EngineTest, ScriptsDoNotMixAndOldOnesAreNotTyped) {
   EXPECT_EQ(Typed(Milliseconds(600)), "(^s), " + Twice("(^u)"));
 
   keys.Run({PauseStep{Milliseconds(100)}});
-  keys.Run(CommandScript("(^t)"));
-  keys.RunInsteadOfWaiting(CommandScript("(^r)"));
+  Form().mnuPTT_ON.Click();
+  Form().mnuPTT_OFF.Click();
   EXPECT_EQ(Typed(Milliseconds(200)), Twice("(^r)")) << "receive stands behind nothing";
 
   keys.Run({PauseStep{Milliseconds(3100)}});
@@ -171,7 +171,8 @@ TEST_F(EngineTest, ItIsStartedOnceWaitedForAndMadeToReceive) {
 
   form.mnuclosezoka.Click();
   EXPECT_EQ(Typed(), "close 1");
-  engineWindow.Vanish();
+  engineWindow.windows.clear();
+  scheduler.Advance(Milliseconds(601));
   EXPECT_EQ(form.Label3.caption.Get(), "Rig Mode");
   EXPECT_EQ(form.lblMode.caption.Get(), "N/A");
   form.mnuclosezoka.Click();
@@ -218,6 +219,10 @@ TEST_F(EngineTest, AtTheStartOfTheProgram) {
   EXPECT_EQ(launcher.started.size(), 1U);
   EXPECT_FALSE(again.Timer3.enabled || program->messageForm.Window.visible);
   EXPECT_EQ(again.lblNotice.caption.Get(), "needs X11");
+
+  setup.controlsEngine = false;
+  EXPECT_FALSE(Begin().lblNotice.visible) << "nobody would see it";
+  EXPECT_EQ(launcher.started.size(), 1U);
 
   // One that is not installed is not there, whatever windows are.
   files.files.erase("/opt/engine/velt.jar");

@@ -55,7 +55,7 @@ class JavaEngine {
         std::vector<std::string>{"env", "-C", folder_.Path().string(), "java", "-jar", VELT_JAR},
         Process::Options{.environment = environment, .output = folder_.Path() / "output"});
   }
-  const EngineLog log() const { return {folder_.Path()}; }
+  EngineLog Log() const { return {folder_.Path()}; }
   Process& Program() { return *process_; }
 
  private:

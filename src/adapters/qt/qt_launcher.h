@@ -11,8 +11,8 @@ class QtLauncher : public Launcher, private QObject {
  public:
   void OpenDocument(const std::string& target) override;
 
-  // What the desktop opens a document with is asked of the tools of the desktop standards. A program
-  // that only looks into archives does not count: it would not run anything.
+  // What the desktop opens a document with is asked of the tools of the desktop standards. A
+  // program that only looks into archives does not count: it would not run anything.
   void StartDocument(const std::filesystem::path& document, const std::vector<std::string>& command,
                      std::function<void(Start)> told) override;
 };

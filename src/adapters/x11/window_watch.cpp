@@ -14,8 +14,8 @@ constexpr uint32_t kMostWords = 4096;  // of a property, four bytes each
 constexpr uint32_t kSourceUser = 2;    // a request that the user has made, not the program
 constexpr int kTreeDepth = 3;
 
-constexpr uint32_t kWindowEvents = XCB_EVENT_MASK_PROPERTY_CHANGE |
-                                   XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
+constexpr uint32_t kWindowEvents =
+    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
 constexpr uint32_t kRootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE |
                                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_FOCUS_CHANGE;
 
@@ -110,12 +110,10 @@ void WindowWatch::Close(xcb_window_t window) {
 
 void WindowWatch::LookAtActive(std::function<void()> done) {
   if (manager_ == 0) {
-    server_.Ask<xcb_get_input_focus_reply_t>(
-        ::xcb_get_input_focus(server_.Get()),
-        [this, done = std::move(done)](const xcb_get_input_focus_reply_t* reply) {
-          Climb(reply == nullptr ? 0 : reply->focus, 0, done);
-        });
-    return;
+    return LookAtFocus([this, done = std::move(done)](xcb_window_t window) {
+      SetActive(window);
+      done();
+    });
   }
   server_.Ask<xcb_get_property_reply_t>(
       ::xcb_get_property(server_.Get(), 0, server_.Root(), activeWindow_, XCB_ATOM_WINDOW, 0, 1),
@@ -125,18 +123,24 @@ void WindowWatch::LookAtActive(std::function<void()> done) {
       });
 }
 
+void WindowWatch::LookAtFocus(std::function<void(xcb_window_t)> told) {
+  server_.Ask<xcb_get_input_focus_reply_t>(
+      ::xcb_get_input_focus(server_.Get()),
+      [this, told = std::move(told)](const xcb_get_input_focus_reply_t* reply) {
+        Climb(reply == nullptr ? 0 : reply->focus, 0, told);
+      });
+}
+
 // The keyboard is given to a window somewhere inside of the one that has the title.
-void WindowWatch::Climb(xcb_window_t window, xcb_window_t titled, std::function<void()> done) {
+void WindowWatch::Climb(xcb_window_t window, xcb_window_t titled,
+                        std::function<void(xcb_window_t)> told) {
   const Window* known = Known(window);
   if (known != nullptr && !(known->title + known->oldTitle).empty()) titled = window;
-  if (window <= XCB_INPUT_FOCUS_POINTER_ROOT || window == server_.Root()) {
-    SetActive(titled);
-    return done();
-  }
+  if (window <= XCB_INPUT_FOCUS_POINTER_ROOT || window == server_.Root()) return told(titled);
   server_.Ask<xcb_query_tree_reply_t>(
       ::xcb_query_tree(server_.Get(), window),
-      [this, titled, done = std::move(done)](const xcb_query_tree_reply_t* reply) {
-        Climb(reply == nullptr ? 0 : reply->parent, titled, done);
+      [this, titled, told = std::move(told)](const xcb_query_tree_reply_t* reply) {
+        Climb(reply == nullptr ? 0 : reply->parent, titled, told);
       });
 }
 

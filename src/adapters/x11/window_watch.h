@@ -30,6 +30,9 @@ class WindowWatch {
   // Asks again which window is the active one and calls `done` when that is known.
   void LookAtActive(std::function<void()> done);
 
+  // Asks which window keys go to now. A manager tells a little later which one is active.
+  void LookAtFocus(std::function<void(xcb_window_t)> told);
+
  private:
   struct Window {
     xcb_window_t id;
@@ -53,7 +56,7 @@ class WindowWatch {
   void Remove(xcb_window_t window);
   void AskTitle(xcb_window_t window);
   void SetTitle(xcb_window_t window, std::string Window::*which, std::string text);
-  void Climb(xcb_window_t window, xcb_window_t titled, std::function<void()> done);
+  void Climb(xcb_window_t window, xcb_window_t titled, std::function<void(xcb_window_t)> told);
   void SetActive(xcb_window_t window);
   Window* Known(xcb_window_t window);
   void SendMessage(xcb_window_t to, xcb_window_t about, uint32_t mask, xcb_atom_t type,

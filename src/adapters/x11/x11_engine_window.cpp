@@ -38,7 +38,12 @@ void X11EngineWindow::Activate(uint32_t window, Done done) {
   if (windows_->Active() == window) {
     quiet_ = scheduler_.After(kQuiet, [this] { IsActiveStill(); });
   }
-  windows_->Activate(window);
+  AskForActivation();
+}
+
+void X11EngineWindow::AskForActivation() {
+  windows_->Activate(activation_->window);
+  again_ = scheduler_.After(kAskAgain, [this] { AskForActivation(); });
 }
 
 void X11EngineWindow::IsActiveStill() {
@@ -50,29 +55,33 @@ void X11EngineWindow::IsActiveStill() {
 void X11EngineWindow::Activated(bool ok) {
   limit_.Cancel();
   quiet_.Cancel();
+  again_.Cancel();
   Later(std::exchange(activation_, std::nullopt)->done, ok);
 }
 
-// What is the active window by now, and which keys are down: both are asked in one go.
+// Which window is the active one by now, which keys are down, and last where keys go.
 void X11EngineWindow::SendKeys(uint32_t window, const std::string& keys, Done done) {
-  if (!windows_ || window == 0 || !keys_->Works() || !ReadKeys(keys)) return Later(std::move(done), false);
-  windows_->LookAtActive([this, window, keys, done = std::move(done)] {
+  const auto chords = ReadKeys(keys);
+  if (!windows_ || window == 0 || !keys_->Works() || !chords) return Later(std::move(done), false);
+  windows_->LookAtActive([this, window, chords = *chords, done = std::move(done)] {
     if (windows_->Active() != window) return done(false);
-    Type(keys, done);
+    server_.Ask<xcb_query_keymap_reply_t>(
+        ::xcb_query_keymap(server_.Get()),
+        [this, window, chords, done](const xcb_query_keymap_reply_t* reply) {
+          if (reply == nullptr) return done(false);
+          windows_->LookAtFocus([this, window, chords, held = *reply, done](xcb_window_t focused) {
+            const bool typed = focused == window && keys_->Send(chords, held.keys);
+            typed ? Confirm(done) : done(false);
+          });
+        });
   });
 }
 
-void X11EngineWindow::Type(const std::string& keys, const Done& done) {
-  server_.Ask<xcb_query_keymap_reply_t>(
-      ::xcb_query_keymap(server_.Get()),
-      [this, keys, done](const xcb_query_keymap_reply_t* reply) {
-        const auto chords = ReadKeys(keys);
-        if (reply == nullptr || !chords || !keys_->Send(*chords, reply->keys)) return done(false);
-        // An answer after this means that the server has taken the keys.
-        server_.Ask<xcb_get_input_focus_reply_t>(
-            ::xcb_get_input_focus(server_.Get()),
-            [done](const xcb_get_input_focus_reply_t* taken) { done(taken != nullptr); });
-      });
+// An answer to a request behind the keys means that the server has taken them.
+void X11EngineWindow::Confirm(const Done& done) {
+  server_.Ask<xcb_get_input_focus_reply_t>(
+      ::xcb_get_input_focus(server_.Get()),
+      [done](const xcb_get_input_focus_reply_t* reply) { done(reply != nullptr); });
 }
 
 void X11EngineWindow::Close(uint32_t window) {

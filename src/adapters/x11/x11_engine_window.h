@@ -20,6 +20,8 @@ class X11EngineWindow : public EngineWindow {
   // How long a window that is the active one has to stay so. A click into another window makes that
   // one active, which is told a little later than the click.
   static constexpr Milliseconds kQuiet{20};
+  // Asked again, as a window that comes up at the same moment may have won.
+  static constexpr Milliseconds kAskAgain{200};
 
   // `display`: the X server that this program's own windows are on, which answers; empty: what the
   // session says.
@@ -39,7 +41,8 @@ class X11EngineWindow : public EngineWindow {
 
   void Activated(bool ok);
   void IsActiveStill();
-  void Type(const std::string& keys, const Done& done);
+  void AskForActivation();
+  void Confirm(const Done& done);
   void Later(Done done, bool ok);
 
   Scheduler& scheduler_;
@@ -49,6 +52,7 @@ class X11EngineWindow : public EngineWindow {
   std::optional<Activation> activation_;
   Scheduler::Handle limit_;
   Scheduler::Handle quiet_;
+  Scheduler::Handle again_;
   std::shared_ptr<char> alive_ = std::make_shared<char>();
   Connections connections_;
 };

@@ -7,8 +7,7 @@
 
 namespace velt {
 
-XConnection::XConnection(Scheduler& scheduler, const std::string& display)
-    : scheduler_(scheduler) {
+XConnection::XConnection(Scheduler& scheduler, const std::string& display) : scheduler_(scheduler) {
   int screen = 0;
   connection_ = ::xcb_connect(display.empty() ? nullptr : display.c_str(), &screen);
   if (!Works()) return;

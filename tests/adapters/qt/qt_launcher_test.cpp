@@ -10,7 +10,8 @@
 namespace velt {
 namespace {
 
-// The desktop's tools and Java, as scripts in a PATH of their own that say what they were called with.
+// The desktop's tools and Java, as scripts in a PATH of their own that say what they were called
+// with.
 TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
   EnsureLoop();
   const std::string answerJava = "echo java.desktop", answerArchives = "echo archives.desktop";
@@ -22,24 +23,24 @@ TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
     Start start;
     std::string called;
   };
-  for (const Case& c : {Case{"no desktop", "", true, Start::Started, "java -jar "},
-                        Case{"no desktop, no Java", "", false, Start::NoProgram, ""},
-                        Case{"a desktop that runs it", answerJava, false, Start::Started, "xdg-open "},
-                        Case{"an archive manager", answerArchives, true, Start::Started, "java -jar "},
-                        Case{"unknown to the desktop", "true", true, Start::Started, "java -jar "},
-                        Case{"an entry that is gone", "echo gone.desktop", false, Start::NoProgram, ""},
-                        Case{"a tool that fails", "exit 3", true, Start::Started, "java -jar "},
-                        Case{"a tool that hangs", "read line < pipe", true, Start::Started,
-                             "java -jar "}}) {
+  for (const Case& c :
+       {Case{"no desktop", "", true, Start::Started, "java -jar "},
+        Case{"no desktop, no Java", "", false, Start::NoProgram, ""},
+        Case{"a desktop that runs it", answerJava, false, Start::Started, "xdg-open "},
+        Case{"an archive manager", answerArchives, true, Start::Started, "java -jar "},
+        Case{"unknown to the desktop", "true", true, Start::Started, "java -jar "},
+        Case{"an entry that is gone", "echo gone.desktop", false, Start::NoProgram, ""},
+        Case{"a tool that fails", "exit 3", true, Start::Started, "java -jar "},
+        Case{"a tool that hangs", "read line < pipe", true, Start::Started, "java -jar "}}) {
     SCOPED_TRACE(c.what);
     const TempFolder folder;
     const auto script = [&](const std::string& name, const std::string& body) {
       folder.Write(name, "#!/bin/sh\n" + body + "\n");
       std::filesystem::permissions(folder / name, std::filesystem::perms::owner_all);
     };
-    const std::string tell =
-        "echo \"${0##*/} $*|$(pwd)\" > '" + (folder / "part").string() + "'\n/bin/mv '" +
-        (folder / "part").string() + "' '" + (folder / "called").string() + "'";
+    const std::string tell = "echo \"${0##*/} $*|$(pwd)\" > '" + (folder / "part").string() +
+                             "'\n/bin/mv '" + (folder / "part").string() + "' '" +
+                             (folder / "called").string() + "'";
     if (!c.xdgMime.empty()) {
       script("xdg-mime", "cd '" + folder.Path().string() + "'\n" + c.xdgMime);
       script("xdg-open", tell);

@@ -25,16 +25,10 @@ TEST(KeyNotation, ChordsAreReadAndNonsenseIsRefused) {
     std::optional<std::vector<KeyChord>> chords;
   };
   for (const Case& c :
-       {Case{"(^s)", {{ctrlS}}},
-        Case{"^ss", {{ctrlS, s}}},
+       {Case{"(^s)", {{ctrlS}}}, Case{"^ss", {{ctrlS, s}}},
         Case{"^(ss)1", {{ctrlS, ctrlS, {.key = '1'}}}},
-        Case{"+%(^s)", {{{.control = true, .alt = true, .shift = true, .key = 's'}}}},
-        Case{"", {}},
-        Case{"()", {}},
-        Case{"^", {}},
-        Case{"(^s", {}},
-        Case{"^s)", {}},
-        Case{"{ESC}", {}}}) {
+        Case{"+%(^s)", {{{.control = true, .alt = true, .shift = true, .key = 's'}}}}, Case{"", {}},
+        Case{"()", {}}, Case{"^", {}}, Case{"(^s", {}}, Case{"^s)", {}}, Case{"{ESC}", {}}}) {
     EXPECT_EQ(ReadKeys(c.text), c.chords) << c.text;
   }
 }
@@ -66,6 +60,13 @@ struct Desk {
   bool Send(const std::string& title, const std::string& keys) {
     return Says([&](auto done) { windows.SendKeys(windows.Find(title), keys, done); });
   }
+  // While windows and managers come or go it may take more than one attempt.
+  bool Takes(const std::string& title, const std::string& keys) {
+    for (int attempt = 0; attempt < 10; ++attempt) {
+      if (Activate(title) && Send(title, keys)) return true;
+    }
+    return false;
+  }
   void Tool(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "xdotool");
     Process tool(arguments, {.environment = desktop.Environment()});
@@ -91,7 +92,9 @@ struct X11EngineWindowTest : testing::TestWithParam<XDesktop::Manager> {
   JavaEngine engine{desk.desktop.Environment(), kTitle};
 
   bool Ready() { return desk.Appears(kTitle) && desk.Appears(kOther); }
-  bool OtherGotKeys() const { return ReadText(folder.Path() / "xev").find("KeyPress") != std::string::npos; }
+  bool OtherGotKeys() const {
+    return ReadText(folder.Path() / "xev").find("KeyPress") != std::string::npos;
+  }
 };
 INSTANTIATE_TEST_SUITE_P(Managers, X11EngineWindowTest,
                          testing::Values(XDesktop::Manager::Openbox, XDesktop::Manager::None),
@@ -108,19 +111,18 @@ TEST_P(X11EngineWindowTest, EveryChordArrivesInOrderAndNowhereElse) {
     // Another window is in front before each.
     if (GetParam() == XDesktop::Manager::Openbox) {
       ASSERT_TRUE(desk.Activate(kOther));
-      EXPECT_FALSE(desk.Send(kTitle, "(^x)")) << "it is not the active one";
     }
     ASSERT_TRUE(desk.Activate(kTitle));
     for (int time = 0; time < 2; ++time) {
-      EXPECT_TRUE(desk.Send(kTitle, std::string("(^") + key + ")"));
+      EXPECT_TRUE(desk.Takes(kTitle, std::string("(^") + key + ")"));
       expected += (expected.empty() ? "" : ", ") + ("Ctrl+" + std::string(1, char(key - 32)));
     }
   }
   EXPECT_FALSE(desk.Send(kTitle, "(^"));
-  EXPECT_TRUE(LoopUntil([&] { return engine.log().Chords().size() >= expected.size(); }));
-  EXPECT_EQ(engine.log().Chords(), expected);
-  ASSERT_TRUE(engine.log().Request("held"));
-  EXPECT_EQ(engine.log().All("held "), "[]");
+  EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords().size() >= expected.size(); }));
+  EXPECT_EQ(engine.Log().Chords(), expected);
+  ASSERT_TRUE(engine.Log().Request("held"));
+  EXPECT_EQ(engine.Log().All("held "), "[]");
   EXPECT_FALSE(OtherGotKeys());
 }
 
@@ -129,20 +131,20 @@ TEST_P(X11EngineWindowTest, HeldModifiersDoNotMixInAndAreHeldAgain) {
   ASSERT_TRUE(desk.Activate(kTitle));
   for (const char* held : {"shift", "alt", "super"}) desk.Tool({"keydown", held});
   EXPECT_TRUE(desk.Send(kTitle, "(^l)"));
-  EXPECT_TRUE(LoopUntil([&] { return !engine.log().Chords().empty(); }));
-  EXPECT_EQ(engine.log().Chords(), "Ctrl+L");
+  EXPECT_TRUE(LoopUntil([&] { return !engine.Log().Chords().empty(); }));
+  EXPECT_EQ(engine.Log().Chords(), "Ctrl+L");
   for (const char* held : {"alt", "super"}) desk.Tool({"keyup", held});
   desk.Tool({"key", "a"});
-  EXPECT_TRUE(LoopUntil([&] { return engine.log().Chords() == "Ctrl+L, Shift+A"; }));
+  EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords() == "Ctrl+L, Shift+A"; }));
   desk.Tool({"keyup", "shift"});
-  ASSERT_TRUE(engine.log().Request("held"));
-  EXPECT_EQ(engine.log().All("held "), "[]");
+  ASSERT_TRUE(engine.Log().Request("held"));
+  EXPECT_EQ(engine.Log().All("held "), "[]");
 }
 
 TEST_P(X11EngineWindowTest, TheTitleIsFollowedAndTheWindowClosesLikeByItsUser) {
   ASSERT_TRUE(Ready());
   EXPECT_EQ(desk.windows.Find(std::string(kTitle) + " "), 0U);
-  ASSERT_TRUE(engine.log().Request("title VELT"));
+  ASSERT_TRUE(engine.Log().Request("title VELT"));
   EXPECT_TRUE(desk.Appears("VELT"));
   EXPECT_TRUE(desk.Gone(kTitle));
   desk.changes = 0;
@@ -151,12 +153,16 @@ TEST_P(X11EngineWindowTest, TheTitleIsFollowedAndTheWindowClosesLikeByItsUser) {
   EXPECT_GE(desk.changes, 1);
   EXPECT_TRUE(engine.Program().WaitForEnd(seconds(5)));
   EXPECT_EQ(engine.Program().ExitCode(), 0);
-  EXPECT_EQ(engine.log().Lines().back().text, "close");
+  EXPECT_EQ(engine.Log().Lines().back().text, "close");
 }
 
 TEST_P(X11EngineWindowTest, WhatDiesIsSeenAndWhatStandsStillHoldsNothingUp) {
   ASSERT_TRUE(Ready());
   engine.Program().Signal(ProcessSignal::Stop);
+  if (GetParam() == XDesktop::Manager::Openbox) {
+    ASSERT_TRUE(desk.Activate(kOther));
+    EXPECT_FALSE(desk.Send(kTitle, "(^x)")) << "it is not the active one";
+  }
   QElapsedTimer since;
   since.start();
   (void)desk.Activate(kTitle);  // the window manager may give the keyboard all the same
@@ -168,20 +174,20 @@ TEST_P(X11EngineWindowTest, WhatDiesIsSeenAndWhatStandsStillHoldsNothingUp) {
   EXPECT_FALSE(OtherGotKeys());
 }
 
-TEST(X11EngineWindow, AManagerMayComeGoAndTakeItsTime) {
-  Desk desk(XDesktop::Manager::None);
+TEST(X11EngineWindow, AManagerMayGoAndComeBack) {
+  Desk desk(XDesktop::Manager::Openbox);
   JavaEngine engine(desk.desktop.Environment(), kTitle);
   ASSERT_TRUE(desk.Appears(kTitle));
-  for (int round = 0; round < 2; ++round) {
-    desk.desktop.StartManager();
-    EXPECT_TRUE(LoopUntil([&] { return desk.Activate(kTitle) && desk.Send(kTitle, "(^u)"); })) << round;
-    ASSERT_TRUE(engine.log().Request("iconify"));
-    EXPECT_TRUE(LoopUntil([&] { return !desk.Send(kTitle, "(^x)"); }));
-    EXPECT_TRUE(desk.Activate(kTitle)) << "an icon comes up";
-    desk.desktop.KillManager();
-    EXPECT_TRUE(LoopUntil([&] { return desk.Activate(kTitle) && desk.Send(kTitle, "(^w)"); })) << round;
-  }
-  EXPECT_TRUE(LoopUntil([&] { return engine.log().Chords().ends_with("Ctrl+W"); }));
+  EXPECT_TRUE(desk.Takes(kTitle, "(^u)"));
+  ASSERT_TRUE(engine.Log().Request("iconify"));
+  ASSERT_TRUE(LoopUntil([&] { return engine.Log().Lines().back().text == "icon"; }));
+  EXPECT_TRUE(desk.Takes(kTitle, "(^i)")) << "an icon comes up";
+  desk.desktop.KillManager();
+  EXPECT_TRUE(desk.Takes(kTitle, "(^w)"));
+  desk.desktop.StartManager();
+  EXPECT_TRUE(desk.Takes(kTitle, "(^d)"));
+  const std::string all = "Ctrl+U, Ctrl+I, Ctrl+W, Ctrl+D";
+  EXPECT_TRUE(LoopUntil([&] { return engine.Log().Chords() == all; })) << engine.Log().Chords();
 }
 
 TEST(X11EngineWindow, WithoutAServerItSaysWhatIsNeeded) {
@@ -189,8 +195,8 @@ TEST(X11EngineWindow, WithoutAServerItSaysWhatIsNeeded) {
   QtScheduler scheduler;
   X11EngineWindow unreachable(scheduler, "/nowhere:7");
   NoEngineWindow none(scheduler);
-  for (EngineWindow* windows : {static_cast<EngineWindow*>(&unreachable),
-                                static_cast<EngineWindow*>(&none)}) {
+  for (EngineWindow* windows :
+       {static_cast<EngineWindow*>(&unreachable), static_cast<EngineWindow*>(&none)}) {
     EXPECT_NE(windows->Unavailable().find("needs X11"), std::string::npos);
     EXPECT_EQ(windows->Find("VELT V2.5."), 0U);
     std::string answers;

@@ -9,7 +9,8 @@
 //   transmit on|off    the transmit state in "transmitter.cfg"
 //   read NAME          the file's lines, into the log
 //   title TEXT, iconify, hang MILLISECONDS, held
-// "engine.log": milliseconds since 1970, then "open", "chord Ctrl+S", "read ...", "held ...", "close".
+// "engine.log": milliseconds since 1970, then "open", "chord Ctrl+S", "read ...", "held ...", "icon",
+// "close".
 
 import java.awt.Font;
 import java.awt.Frame;
@@ -78,6 +79,9 @@ public class VeltEngine {
         frame.addWindowListener(new WindowAdapter() {
             @Override public void windowOpened(WindowEvent event) {
                 log("open");
+            }
+            @Override public void windowIconified(WindowEvent event) {
+                log("icon");
             }
             @Override public void windowClosed(WindowEvent event) {
                 log("close");
