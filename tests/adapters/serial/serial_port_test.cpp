@@ -239,6 +239,7 @@ TEST(DeviceNames, FindTheDeviceOfAPort) {
                                                               {7, devices / "ttyUSB6"}}) {
     EXPECT_EQ(names.Of(number), name) << number;
     EXPECT_EQ(DeviceNames(settings, "/dev/mine", devices.Path()).Of(number), "/dev/mine");
+    EXPECT_EQ(DeviceNames(settings, "ttyS9", devices.Path()).Of(number), devices / "ttyS9");
   }
 }
 
