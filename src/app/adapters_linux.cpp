@@ -27,6 +27,8 @@
 #include "adapters/system/local_clock.h"
 #include "adapters/system/no_sleep_lock.h"
 #include "adapters/system/posix_instance_lock.h"
+#include "adapters/x11/no_engine_window.h"
+#include "adapters/x11/x11_engine_window.h"
 #include "app/adapters.h"
 #include "app/logged_prompts.h"
 #include "app/signal_watcher.h"
@@ -68,6 +70,12 @@ class LinuxAdapters : public Adapters {
     } else {
       settings_ = std::make_unique<IniStore>(SettingsFile(options), files_, log_);
     }
+    // The server that Qt is connected to answers; another one need not.
+    if (QGuiApplication::platformName() == "xcb") {
+      engineWindow_ = std::make_unique<X11EngineWindow>(scheduler_, options.display);
+    } else {
+      engineWindow_ = std::make_unique<NoEngineWindow>(scheduler_);
+    }
     if (options.demo) {
       serial_ = std::make_unique<NoSerialPort>();
     } else {
@@ -90,6 +98,7 @@ class LinuxAdapters : public Adapters {
             .server = *server_,
             .guardian = *guardian_,
             .sleepLock = *sleepLock_,
+            .engineWindow = *engineWindow_,
             .serial = *serial_,
             .files = files_,
             .settings = *settings_,
@@ -121,6 +130,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<IOmniRigX> server_;
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;
+  std::unique_ptr<EngineWindow> engineWindow_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<Prompts> prompts_;

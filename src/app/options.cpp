@@ -21,6 +21,7 @@ constexpr KnownOption kKnown[] = {
     {"serial-port", "PATH", "The device of the engine's COM port, whatever its number."},
     {"data-folder", "DIR", "Keep data and settings in this folder."},
     {"engine-folder", "DIR", "Look for the engine in this folder."},
+    {"engine-title", "TEXT", "Find the engine's window by this title."},
     {"log", "FILE", "Write a log to this file; it is rotated at 1 MB."},
     {"headless", nullptr, "Run without a display, for --seconds."},
     {"seconds", "N", "How long a headless run takes."},
@@ -208,6 +209,7 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   options.rigAddresses = {checker.Address("rig1"), checker.Address("rig2")};
   options.serialPort = TextPath(arguments.Value("serial-port"));
   options.engineFolder = TextPath(arguments.Value("engine-folder"));
+  options.engineTitle = arguments.Value("engine-title");
   options.logFile = TextPath(arguments.Value("log"));
   options.seconds = checker.Number("seconds", 0, 1, 1000000);
   options.screenshot = TextPath(arguments.Value("screenshot"));

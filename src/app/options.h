@@ -43,6 +43,7 @@ struct Options {
   std::filesystem::path serialPort;         // device of every COM port; empty: as set up
   std::filesystem::path dataFolder;
   std::filesystem::path engineFolder;
+  std::string engineTitle;  // of its window; empty: its version text
   std::filesystem::path logFile;
   int seconds = 0;                   // of a headless run
   std::filesystem::path screenshot;  // written at the end of a headless run

@@ -13,6 +13,7 @@
 #include "app/system.h"
 #include "text/paths.h"
 #include "ui/main_window.h"
+#include "ui/message_view.h"
 #include "ui/omnirig_window.h"
 
 namespace velt {
@@ -30,6 +31,7 @@ Installation Where(const Options& options) {
   } else {
     where.engineFolder = where.programFolder;
   }
+  where.engineTitle = options.engineTitle;
   return where;
 }
 
@@ -84,6 +86,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
                     [&program]() -> const Raster& { return program.display.tick.Shown(); });
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
+  const MessageView messageView(program.messageForm, &window);
   Connections connections;
   connections += window.closing.Listen(
       [&program](bool& cancel) { program.shutdown.Form_Unload(cancel, Shutdown::ClosedBy::User); });

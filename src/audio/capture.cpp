@@ -40,11 +40,18 @@ void Capture::Open(const std::string& device) {
   ports_.input.Open(device);
 }
 
+// A menu stops it for a moment: the engine's files are read on meanwhile.
 void Capture::StopButton_Click() {
-  StopCapture();
+  StopSound();
 }
 
 void Capture::StopCapture() {
+  StopSound();
+  // What the engine keyed, its files release.
+  if (!parts_.guard.WantedBy(TransmitOwner::Engine)) parts_.rig.tmrStatus.enabled = false;
+}
+
+void Capture::StopSound() {
   ports_.input.Close();
   device_ = Device::Closed;
   capturing_ = false;
@@ -52,7 +59,6 @@ void Capture::StopCapture() {
   parts_.form.lblSource.caption = std::string();
   parts_.display.Smeter.topTwips = 0;
   parts_.form.Timer1.enabled = false;
-  parts_.rig.tmrStatus.enabled = false;
   parts_.rig.lblMode.enabled = false;
 }
 

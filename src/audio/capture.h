@@ -14,6 +14,7 @@
 #include "ports/log.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "rig/transmit_guard.h"
 
 namespace velt {
 
@@ -24,6 +25,7 @@ class Capture {
     DisplayControls& display;
     RigControls& rig;
     const Installation& installation;
+    const TransmitGuard& guard;
     MessageLine& messages;
     Notices& notices;
   };
@@ -73,6 +75,7 @@ class Capture {
   enum class Device { Closed, Opening, Open };
 
   void Open(const std::string& device);
+  void StopSound();
   void HandleEvent(const AudioEvent& event);
   void Opened(const AudioEvent& event);
   void Moved(const AudioEvent& event);

@@ -30,7 +30,7 @@ void AnalysisTick::Timer1_Timer() {
   if (reading.freqDetectText) form.lblFreqDetect.caption = *reading.freqDetectText;
   form.lblFreqDetect.stale = reading.silent;
   form.Smeter.topTwips = -reading.smeterLevelTwips;
-  dominantFrequencyHz_ = reading.dominantFrequencyHz;
+  parts_.statusFile.SetDominantFrequency(reading.dominantFrequencyHz);
   if (reading.displayChanged) form.Scope.frame = form.Scope.frame + 1;
 }
 

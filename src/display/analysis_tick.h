@@ -8,6 +8,7 @@
 #include "display/display_options.h"
 #include "form/main_form.h"
 #include "rig/rig_state.h"
+#include "rig/status_file.h"
 #include "spectrum/analysis.h"
 
 namespace velt {
@@ -21,6 +22,7 @@ class AnalysisTick {
     const DisplayOptions& options;
     const RigState& rig;
     const EngineState& engine;
+    StatusFile& statusFile;
   };
   explicit AnalysisTick(const Parts& parts);
 
@@ -32,15 +34,11 @@ class AnalysisTick {
   // What the display shows; may be smaller than the display until the next block.
   const Raster& Shown() const { return output_.display->shown; }
 
-  // The dominant audio frequency of the last tick, in Hz.
-  int32_t DominantFrequency() const { return dominantFrequencyHz_; }
-
  private:
   Parts parts_;
   Analyser analyser_;
   AnalysisOutput output_;
   std::array<int16_t, kBlockSamples> block_{};
-  int32_t dominantFrequencyHz_ = 0;
   Connections connections_;
 };
 

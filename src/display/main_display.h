@@ -25,6 +25,7 @@ class MainDisplay {
     Capture& capture;
     const RigState& rig;
     const EngineState& engine;
+    StatusFile& statusFile;
   };
   explicit MainDisplay(const Parts& parts);
 

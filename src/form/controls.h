@@ -112,11 +112,15 @@ struct ListBox : Control {
   Property<std::vector<std::string>> items;
   Property<int32_t> listIndex;  // -1: nothing chosen; a change raises Click
   Property<std::string> text;   // of an editable list; raises nothing
+  Event<> doubleClicked;
   void UserPick(int32_t index) {
     if (enabled) listIndex = index;
   }
   void UserText(const std::string& typed) {
     if (enabled) text = typed;
+  }
+  void UserDoubleClick() const {
+    if (enabled) doubleClicked.Raise();
   }
 };
 

@@ -63,6 +63,8 @@ EngineControls::EngineControls(Form& form)
       Timer3(form, 700),
       tmrCheckZOKA(form, 600) {}
 
+PanelControls::PanelControls(Form& form) : cmbPresetMode(form) {}
+
 CaptureControls::CaptureControls(Form& form)
     : StartButton(form, "Start"),
       StopButton(form, "Stop"),
@@ -127,6 +129,7 @@ ShellControls::ShellControls(Form& form)
 Main::Main()
     : RigControls(static_cast<Form&>(*this)),
       EngineControls(static_cast<Form&>(*this)),
+      PanelControls(static_cast<Form&>(*this)),
       CaptureControls(static_cast<Form&>(*this)),
       DisplayControls(static_cast<Form&>(*this)),
       MessageControls(static_cast<Form&>(*this)),

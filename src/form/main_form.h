@@ -72,6 +72,12 @@ struct EngineControls {
   Timer tmrCheckZOKA;
 };
 
+// Of the expanded panel.
+struct PanelControls {
+  explicit PanelControls(Form& form);
+  ListBox cmbPresetMode;  // the selected preset's mode
+};
+
 struct CaptureControls {
   explicit CaptureControls(Form& form);
   Button StartButton;
@@ -125,6 +131,7 @@ struct ShellControls {
 struct Main : Form,
               RigControls,
               EngineControls,
+              PanelControls,
               CaptureControls,
               DisplayControls,
               MessageControls,

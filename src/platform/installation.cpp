@@ -26,4 +26,8 @@ void Installation::DetectEngine(const Files& files) {
   if (!trimmed.empty()) engineVersionText = trimmed;
 }
 
+uint32_t Installation::DetectVELTWindow(const EngineWindow& windows) const {
+  return enginePresent ? windows.Find(EngineTitle()) : 0;
+}
+
 }  // namespace velt

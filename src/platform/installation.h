@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string>
 
+#include "ports/engine_window.h"
 #include "ports/files.h"
 
 namespace velt {
@@ -27,11 +28,20 @@ struct Installation {
   std::filesystem::path omniRigFolder;
   bool enginePresent = false;
   std::string engineVersionText = "VELT V2.5.";
+  std::string engineTitle;  // of its window, where somebody has named one
   std::array<std::string, 3> unitNames{"Hz", "kHz", "MHz"};
 
   // Looks for the engine and reads its version text. The text is the trimmed first line of its
   // version file; a missing file or an empty line keeps the default.
   void DetectEngine(const Files& files);
+
+  // The title by which the engine's window is found: its version text unless another was named.
+  const std::string& EngineTitle() const {
+    return engineTitle.empty() ? engineVersionText : engineTitle;
+  }
+
+  // The engine's window; 0 when it is not there or no engine is installed.
+  uint32_t DetectVELTWindow(const EngineWindow& windows) const;
 };
 
 }  // namespace velt

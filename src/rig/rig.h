@@ -8,6 +8,7 @@
 #include "platform/installation.h"
 #include "platform/on_top.h"
 #include "ports/clock.h"
+#include "ports/engine_window.h"
 #include "ports/files.h"
 #include "ports/guardian.h"
 #include "ports/omnirig.h"
@@ -29,6 +30,7 @@
 #include "rig/rig_state.h"
 #include "rig/serial_setup.h"
 #include "rig/status_file.h"
+#include "rig/status_poller.h"
 #include "rig/transmit_guard.h"
 
 namespace velt {
@@ -50,6 +52,7 @@ class Rig {
     const Clock& clock;
     Guardian& guardian;
     SleepLock& sleepLock;
+    EngineWindow& engineWindow;
     SerialPort& serial;
     Files& files;
   };
@@ -59,15 +62,16 @@ class Rig {
   RigState state;
   EngineState engine;
   CurrentRig current;
+  StatusFile statusFile;
   RigDisplay display;
   TransmitGuard guard;
   RigControl control;
-  StatusFile statusFile;
   ArduinoPort arduino;
   LineKeyer lineKeyer;
   ArduinoKeyer arduinoKeyer;
   ArduinoCounter counter;
   Ptt ptt;
+  StatusPoller poller;
   SerialSetup serial;
   OmniRigLink link;
   OmniRigDialog dialog;

@@ -18,8 +18,8 @@ int32_t Clamped(int64_t value) {
 }  // namespace
 
 RigDisplay::RigDisplay(RigControls& form, RigState& state, const EngineState& engine,
-                       const CurrentRig& rig)
-    : form_(form), state_(state), engine_(engine), rig_(rig) {
+                       const CurrentRig& rig, StatusFile& statusFile)
+    : form_(form), state_(state), engine_(engine), rig_(rig), statusFile_(statusFile) {
   connections_ += form_.lblFrequency.caption.changed.Listen([this] { lblFrequency_Change(); });
 }
 
@@ -36,7 +36,7 @@ void RigDisplay::ShowRigParams() {
   }
   form_.lblTRXMode.enabled = !offLine;
   form_.mnunorig.checked = offLine;
-  if (!form_.tmrFreqcount.enabled) frequencyShown.Raise(state_.RealRigFrequency);
+  if (!form_.tmrFreqcount.enabled) statusFile_.WriteStatusRX(state_.RealRigFrequency);
   ShowMode();
   MarkStale(rig_->Link().stale);
 }

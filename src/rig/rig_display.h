@@ -6,21 +6,20 @@
 #include "form/main_form.h"
 #include "rig/current_rig.h"
 #include "rig/rig_state.h"
+#include "rig/status_file.h"
 
 namespace velt {
 
 class RigDisplay {
  public:
-  RigDisplay(RigControls& form, RigState& state, const EngineState& engine, const CurrentRig& rig);
-
-  // The frequency in Hz was shown, for the engine to know.
-  Event<int32_t> frequencyShown;
+  RigDisplay(RigControls& form, RigState& state, const EngineState& engine, const CurrentRig& rig,
+             StatusFile& statusFile);
 
   // The rig's status was shown; its type may be another one now.
   Event<> statusShown;
 
-  // Refreshes the labels, RealRigFrequency and the scale's anchor from the rig. Nothing without a
-  // rig object.
+  // Refreshes the labels, RealRigFrequency and the scale's anchor from the rig, and tells the
+  // engine where it is. Nothing without a rig object.
   void ShowRigParams();
 
   // The rig's frequency, or a counter's in its place; the scale's anchor follows.
@@ -45,6 +44,7 @@ class RigDisplay {
   RigState& state_;
   const EngineState& engine_;
   const CurrentRig& rig_;
+  StatusFile& statusFile_;
   Connections connections_;
 };
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "rig/shown_frequency.h"
 #include "text/formats.h"
 #include "text/numbers.h"
 
@@ -53,7 +52,7 @@ void StatusPoller::tmrStatus_Timer() {
     return;
   }
   FollowFolder();
-  window_ = ports_.window.Find(parts_.installation.engineVersionText);
+  window_ = parts_.installation.DetectVELTWindow(ports_.window);
   ReadStatus();
   ShowMode();
   FollowCalibration();
@@ -69,7 +68,7 @@ void StatusPoller::tmrStatus_Timer() {
   FollowLockedMode();
   FollowInversion();
   if (parts_.form.tmrFreqcount.enabled) {
-    parts_.statusFile.WriteStatusRX(ShownFrequencyHz(parts_.form.lblFrequency).value_or(0));
+    parts_.statusFile.WriteStatusRX(parts_.counter.LastCountHz());
   }
 }
 

@@ -12,6 +12,7 @@
 #include "ports/clock.h"
 #include "ports/engine_window.h"
 #include "ports/files.h"
+#include "rig/arduino_counter.h"
 #include "rig/engine_files.h"
 #include "rig/engine_wish.h"
 #include "rig/ptt.h"
@@ -33,6 +34,7 @@ class StatusPoller {
     Ptt& ptt;
     TransmitGuard& guard;
     StatusFile& statusFile;
+    const ArduinoCounter& counter;
   };
   struct Ports {
     Files& files;

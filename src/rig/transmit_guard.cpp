@@ -100,6 +100,11 @@ bool TransmitGuard::Wanted() const {
                      [](const Watch& watch) { return !watch.wishes.empty(); });
 }
 
+bool TransmitGuard::WantedBy(TransmitOwner owner) const {
+  return std::any_of(watches_.begin(), watches_.end(),
+                     [owner](const Watch& watch) { return watch.wishes.contains(owner); });
+}
+
 void TransmitGuard::SetLimitMinutes(int32_t minutes) {
   for (Watch& watch : watches_) watch.safety.SetLimitMinutes(minutes);
   limitMinutes_ = std::clamp(minutes, PttSafety::kLeastLimitMinutes, PttSafety::kMostLimitMinutes);

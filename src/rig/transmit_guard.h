@@ -82,9 +82,10 @@ class TransmitGuard {
   // Keyed from here and not yet known to be released.
   bool Holds(const Keyer& keyer) const;
 
-  // Somebody wants a transmitter keyed; or this one.
+  // Somebody wants a transmitter keyed; or this one; or `owner` does.
   bool Wanted() const;
   bool Wanted(const Keyer& keyer) const;
+  bool WantedBy(TransmitOwner owner) const;
 
   void SetLimitMinutes(int32_t minutes);  // 1 to 60, others are moved inside
   int32_t LimitMinutes() const { return limitMinutes_; }

@@ -14,6 +14,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
       onTop(platform),
       messages(form),
       notices(form),
+      messageWindow(messageForm),
       rig({.form = form,
            .dialogForm = catForm,
            .messages = messages,
@@ -26,15 +27,39 @@ Program::Program(const Ports& ports, RunSetup runSetup)
            .clock = ports.clock,
            .guardian = ports.guardian,
            .sleepLock = ports.sleepLock,
+           .engineWindow = ports.engineWindow,
            .serial = ports.serial,
            .files = ports.files},
           setup.questions),
-      commands({.form = form, .scope = form.Scope, .control = rig.control, .ptt = rig.ptt}),
+      engineKeys({.installation = installation, .messages = messages},
+                 {.window = ports.engineWindow, .scheduler = ports.scheduler, .log = ports.log}),
+      engine({.form = form,
+              .rig = form,
+              .installation = installation,
+              .engine = rig.engine,
+              .messageWindow = messageWindow,
+              .messages = messages,
+              .notices = notices,
+              .keys = engineKeys},
+             {.window = ports.engineWindow,
+              .launcher = ports.launcher,
+              .prompts = ports.prompts,
+              .scheduler = ports.scheduler,
+              .log = ports.log}),
+      commands({.form = form,
+                .panel = form,
+                .scope = form.Scope,
+                .control = rig.control,
+                .ptt = rig.ptt,
+                .installation = installation,
+                .keys = engineKeys},
+               {.window = ports.engineWindow, .prompts = ports.prompts}),
       bandMenu(form, presets, rig.control, rig.state),
       capture({.form = form,
                .display = form,
                .rig = form,
                .installation = installation,
+               .guard = rig.guard,
                .messages = messages,
                .notices = notices},
               {.input = ports.audio,
@@ -48,7 +73,8 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .rigForm = form,
                .capture = capture,
                .rig = rig.state,
-               .engine = rig.engine}),
+               .engine = rig.engine,
+               .statusFile = rig.statusFile}),
       layout(form, display),
       settings({.form = form,
                 .onTop = onTop,
@@ -76,15 +102,20 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .layout = layout,
                .link = rig.link,
                .rigDisplay = rig.display,
+               .engine = engine,
                .serial = rig.serial,
                .reporter = reporter},
               {.files = ports.files,
                .lock = ports.lock,
                .scheduler = ports.scheduler,
                .log = ports.log}),
-      shutdown(
-          {.form = form, .capture = capture, .settings = settings, .layout = layout, .rig = rig},
-          {.prompts = ports.prompts, .scheduler = ports.scheduler}),
+      shutdown({.form = form,
+                .capture = capture,
+                .settings = settings,
+                .layout = layout,
+                .rig = rig,
+                .engine = engine},
+               {.prompts = ports.prompts, .scheduler = ports.scheduler}),
       menus(form),
       menuOpener(
           {.form = form, .menus = menus, .options = display.options, .prompts = ports.prompts}),
@@ -95,9 +126,17 @@ Program::Program(const Ports& ports, RunSetup runSetup)
               TimerDriver(form.tmrFreqcount, ports.scheduler),
               TimerDriver(form.tmrRec, ports.scheduler),
               TimerDriver(form.tmrCheckZOKA, ports.scheduler),
-              TimerDriver(form.QuitTimer, ports.scheduler)} {
+              TimerDriver(form.QuitTimer, ports.scheduler),
+              TimerDriver(messageForm.Timer1, ports.scheduler)} {
   connections_ += rig.dialog.settingsChanged.Listen([this] { settings.KeepRigAddresses(); });
-  connections_ += startup.rigOffLine.Listen([this] { rig.counter.Offer(); });
+  connections_ += startup.rigOffLine.Listen([this] {
+    rig.statusFile.WriteStatusRX(0);
+    rig.counter.Offer();
+  });
+  connections_ += shutdown.lastFrequency.Listen(
+      [this](int32_t frequencyHz) { rig.statusFile.WriteStatusRX(frequencyHz); });
+  connections_ += shutdown.rigOff.Listen([this] { rig.statusFile.WriteStatusRX(kRigIsOff); });
+  connections_ += rig.poller.displayChanged.Listen([this] { layout.Form_Resize(); });
 }
 
 }  // namespace velt

@@ -5,10 +5,14 @@
 
 #include "audio/capture.h"
 #include "dialogs/message_line.h"
+#include "dialogs/message_window.h"
 #include "dialogs/notices.h"
 #include "display/main_display.h"
+#include "engine/engine_process.h"
+#include "engine/key_runner.h"
 #include "engine/operator_commands.h"
 #include "form/main_form.h"
+#include "form/message_form.h"
 #include "form/omnirig_form.h"
 #include "platform/installation.h"
 #include "platform/on_top.h"
@@ -37,6 +41,7 @@ class Program {
     IOmniRigX& server;
     Guardian& guardian;
     SleepLock& sleepLock;
+    EngineWindow& engineWindow;
     SerialPort& serial;
     Files& files;
     SettingsStore& settings;
@@ -54,13 +59,17 @@ class Program {
   const RunSetup setup;
   Main form;
   OmniRigForm catForm;
+  MessageForm messageForm;
   Installation installation;
   CarriedSettings carried;
   PlatformHelpers platform;
   OnTop onTop;
   MessageLine messages;
   Notices notices;
+  MessageWindow messageWindow;
   Rig rig;
+  KeyRunner engineKeys;
+  EngineProcess engine;
   OperatorCommands commands;
   PresetTable presets;
   BandMenu bandMenu;
@@ -75,7 +84,7 @@ class Program {
   MenuOpener menuOpener;
 
  private:
-  std::array<TimerDriver, 8> timers_;
+  std::array<TimerDriver, 9> timers_;
   Connections connections_;
 };
 

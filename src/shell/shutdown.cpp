@@ -22,6 +22,8 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     return;
   }
   unloading_ = true;
+  // The engine keys nothing any more.
+  parts_.form.tmrStatus.enabled = false;
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
   parts_.rig.dialog.Close();
@@ -66,6 +68,7 @@ void Shutdown::AskAboutSettings(int error) {
 void Shutdown::Unload(bool& cancel) {
   Main& form = parts_.form;
   parts_.rig.link.StopOmniRig();
+  parts_.engine.quitting = true;
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {
     const int32_t last = form.tmrFreqcount.enabled ? parts_.rig.counter.LastCountHz()
@@ -97,6 +100,7 @@ void Shutdown::QuitTimer_Timer() {
 }
 
 void Shutdown::mnucloseme_Click() {
+  parts_.form.tmrStatus.enabled = false;
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
   unloading_ = true;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "audio/capture.h"
+#include "engine/engine_process.h"
 #include "form/main_form.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
@@ -22,6 +23,7 @@ class Shutdown {
     Settings& settings;
     WindowLayout& layout;
     Rig& rig;
+    EngineProcess& engine;
   };
   struct Ports {
     Prompts& prompts;

@@ -80,6 +80,7 @@ void Startup::PrepareEngine() {
     form.lblMode.enabled = false;
     return;
   }
+  parts_.engine.Begin();
   if (form.mnuautos[1].checked) form.tmrCheckZOKA.enabled = true;
   if (form.mnuautos[0].checked) form.mnurunzoka.Click();
 }

@@ -3,6 +3,7 @@
 
 #include "audio/capture.h"
 #include "display/main_display.h"
+#include "engine/engine_process.h"
 #include "form/main_form.h"
 #include "platform/installation.h"
 #include "platform/platform_helpers.h"
@@ -39,6 +40,7 @@ class Startup {
     WindowLayout& layout;
     OmniRigLink& link;
     RigDisplay& rigDisplay;
+    EngineProcess& engine;
     SerialSetup& serial;
     RigReporter& reporter;
   };

@@ -1,161 +1,225 @@
-// The program's command line as a user calls it, without any display.
-#include <sstream>
+// The program's command line as a user calls it, without any display, in a home of its own.
+#include <gtest/gtest.h>
 
-#include "app/program_call.h"
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "adapters/files/full_disk.h"
+#include "app/words.h"
+#include "support/process.h"
+#include "support/pulse_server.h"
 #include "support/x_desktop.h"
 
 namespace velt {
 namespace {
 
+namespace fs = std::filesystem;
+
+// Program and test work in the same folder.
+struct CommandLine : testing::Test {
+  const TempFolder folder;
+
+  CommandLine() { fs::current_path(folder.Path()); }
+  ~CommandLine() override { fs::current_path("/"); }
+
+  struct Result {
+    int exitCode;
+    std::string said;
+    bool Says(const std::string& text) const { return said.find(text) != std::string::npos; }
+    bool IsOneLineWith(const std::string& text) const {
+      return std::ranges::count(said, '\n') == 1 && Says(text);
+    }
+  };
+
+  // `environment` is over the usual one: of equal names the first counts.
+  Process Start(const std::string& call, const std::string& environment = "",
+                const std::map<int, fs::path>& files = {}) const {
+    const std::string home = folder.Path().string();
+    fs::remove("output");  // a process appends
+    return Process(Words(VELT_PROGRAM " " + call),
+                   {.environment = Words(environment + " HOME=" + home +
+                                         " XDG_RUNTIME_DIR=" + home + " XDG_CONFIG_HOME=" + home +
+                                         " DISPLAY= WAYLAND_DISPLAY= PULSE_SERVER=unix:/nowhere"),
+                    .output = "output",
+                    .files = files});
+  }
+  Result End(Process& process) const {
+    const bool ended = process.WaitForEnd(std::chrono::seconds(20));
+    return {ended ? process.ExitCode().value_or(-1) : -1, folder.Read("output")};
+  }
+  Result Call(const std::string& call, const std::string& environment = "",
+              const std::map<int, fs::path>& files = {}) const {
+    Process process = Start(call, environment, files);
+    return End(process);
+  }
+};
+
 TEST_F(CommandLine, AnalysesATone) {
-  WriteToneFile(Path("tone.wav"), 3000, 2.0);
-  const Result result = Call({"--analyse", Path("tone.wav"), "--csv", Path("o.csv"), "--image",
-                              Path("o.png"), "--size", "600x90"});
-  EXPECT_EQ(result.exitCode, 0) << result.said;
-  EXPECT_NE(result.said.find("Blocks: 172"), std::string::npos) << result.said;
-  std::ifstream csv(Path("o.csv"));
-  std::string line;
+  WriteToneFile("tone.wav", 3000, 2.0);
+  Result result = Call("--analyse tone.wav --csv o.csv --image o.png --size 600x90");
+  EXPECT_TRUE(result.exitCode == 0 && result.Says("Blocks: 172")) << result.said;
+  std::ifstream csv("o.csv");
   int lines = 0;
-  while (std::getline(csv, line)) {
-    ++lines;
-    std::istringstream fields(line);
-    std::vector<std::string> values;
-    for (std::string field; std::getline(fields, field, ',');) values.push_back(field);
+  for (std::string line; std::getline(csv, line);) {
+    std::ranges::replace(line, ',', ' ');
+    const std::vector<std::string> values = Words(line);
     ASSERT_EQ(values.size(), 4U + 601U);
-    EXPECT_EQ(values[0], std::to_string(lines));
-    EXPECT_NEAR(std::atof(values[1].c_str()), 3000, 90);
+    EXPECT_EQ(values[0], std::to_string(++lines));
+    EXPECT_NEAR(std::stod(values[1]), 3000, 90);
     EXPECT_TRUE(values[2].ends_with("Hz"));
-    EXPECT_GT(std::atof(values[3].c_str()), 0);
+    EXPECT_GT(std::stod(values[3]), 0);
     // The column of the tone stands out.
-    EXPECT_GT(std::atof(values[4 + 3000 * 600 / 22115].c_str()),
-              4 * std::atof(values[4 + 500].c_str()));
+    EXPECT_GT(std::stod(values[4 + 3000 * 600 / 22115]), 4 * std::stod(values[4 + 500]));
   }
   EXPECT_EQ(lines, 172);
-  EXPECT_EQ(ReadText(Path("o.png")).substr(1, 3), "PNG");
+  EXPECT_EQ(folder.Read("o.png").substr(1, 3), "PNG");
+
+  fs::resize_file("tone.wav", 44100);
+  result = Call("--analyse tone.wav");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_TRUE(result.Says("Blocks: 43") && result.Says("velt-sa: ")) << result.said;
 }
 
-TEST_F(CommandLine, BadFilesGetOneClearLine) {
-  std::ofstream(Path("empty.wav")).close();
-  std::ofstream(Path("text.wav")) << "this is not a sound";
-  WriteToneFile(Path("short.wav"), 1000, 0.005);
-  WriteToneFile(Path("good.wav"), 1000, 0.1);
-  for (const std::vector<std::string>& arguments :
-       std::vector<std::vector<std::string>>{{Path("missing.wav")},
-                                             {Path("empty.wav")},
-                                             {Path("text.wav")},
-                                             {Path("short.wav")},
-                                             {folder.Path().string()},
-                                             {Path("good.wav"), "--csv", "/nowhere/o.csv"},
-                                             {Path("good.wav"), "--image", "/nowhere/o.png"}}) {
-    std::vector<std::string> call{"--analyse"};
-    call.insert(call.end(), arguments.begin(), arguments.end());
-    const Result result = Call(call);
-    EXPECT_EQ(result.exitCode, 1) << arguments[0];
-    EXPECT_EQ(result.Lines(), 1) << result.said;
+TEST_F(CommandLine, WhatCannotBeReadOrWrittenGetsOneClearLine) {
+  folder.Write("text.wav", "this is not a sound");
+  WriteToneFile("good.wav", 1000, 0.1);
+  for (const char* call : {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv",
+                           "good.wav --image /nowhere/o.png", "good.wav --csv /dev/full",
+                           "good.wav --image /dev/full"}) {
+    const Result result = Call(std::string("--analyse ") + call);
+    EXPECT_EQ(result.exitCode, 1) << call;
+    EXPECT_TRUE(result.IsOneLineWith(Words(call).back())) << result.said;
   }
-}
-
-TEST_F(CommandLine, ATruncatedFileIsAnalysedAsFarAsItGoes) {
-  WriteToneFile(Path("whole.wav"), 1000, 1.0);
-  std::ofstream(Path("cut.wav"), std::ios::binary) << ReadText(Path("whole.wav")).substr(0, 44100);
-  const Result result = Call({"--analyse", Path("cut.wav")});
-  EXPECT_EQ(result.exitCode, 0) << result.said;
-  EXPECT_NE(result.said.find("Blocks: 43"), std::string::npos) << result.said;
-  EXPECT_NE(result.said.find("velt-sa: "), std::string::npos) << result.said;
+  for (const char* call : {"--help", "--version", "--analyse good.wav"}) {
+    const Result result = Call(call, "", {{1, "/dev/full"}});
+    EXPECT_EQ(result.exitCode, 1) << call;
+    EXPECT_TRUE(result.IsOneLineWith("No space left")) << result.said;
+  }
 }
 
 TEST_F(CommandLine, WrongCallsShowTheUsage) {
-  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
-           {"--bogus"}, {"--analyse", "a.wav", "--mode", "7"}, {"stray"}}) {
-    const Result result = Call(arguments);
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_NE(result.said.find("Usage:"), std::string::npos);
+  for (const char* call : {"--bogus", "--analyse a.wav --mode 7", "stray"}) {
+    const Result result = Call(call);
+    EXPECT_TRUE(result.exitCode == 2 && result.Says("Usage:")) << call;
   }
-  EXPECT_EQ(Call({"--version"}).said, "VELT-SA 3.0.0\n");
-  EXPECT_EQ(Call({"--help"}).exitCode, 0);
+  EXPECT_EQ(Call("--version").said, "VELT-SA 3.0.0\n");
+  EXPECT_EQ(Call("--help").exitCode, 0);
+  const Result result = Call("--guardian");
+  EXPECT_TRUE(result.exitCode == 2 && result.IsOneLineWith("")) << result.said;
 }
 
 TEST_F(CommandLine, WithoutADisplayItSaysWhatToDo) {
   XDesktop frozen;
   frozen.Freeze();
-  for (const std::vector<std::string>& surroundings :
-       std::vector<std::vector<std::string>>{{"DISPLAY="},
-                                             {"DISPLAY=:54321"},
-                                             {"DISPLAY=", "WAYLAND_DISPLAY=none"},
-                                             {"DISPLAY=", "QT_QPA_PLATFORM=nonsense"},
-                                             {"DISPLAY=" + frozen.Display()}}) {
-    const Result result = Call({}, With(surroundings));
-    EXPECT_EQ(result.exitCode, 1) << surroundings.back();
-    EXPECT_TRUE(result.Lines() == 1 && result.Says("--headless")) << result.said;
+  for (const std::string& surroundings :
+       {std::string("DISPLAY="), std::string("DISPLAY=:54321"),
+        std::string("DISPLAY= WAYLAND_DISPLAY=none"),
+        std::string("DISPLAY= QT_QPA_PLATFORM=nonsense"), "DISPLAY=" + frozen.Display()}) {
+    const Result result = Call("", surroundings);
+    EXPECT_EQ(result.exitCode, 1) << surroundings;
+    EXPECT_TRUE(result.IsOneLineWith("--headless")) << result.said;
   }
   // Settings can be reset all the same, though nobody can dismiss a box.
-  const Result result = Call({"/RESET"}, With({"DISPLAY=:54321"}));
+  const Result result = Call("/RESET", "DISPLAY=:54321");
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_TRUE(result.Lines() == 1 && result.Says("restored to their defaults")) << result.said;
+  EXPECT_TRUE(result.IsOneLineWith("restored to their defaults")) << result.said;
 }
 
 TEST_F(CommandLine, AHeadlessRunThatCannotBeSaysWhy) {
-  std::ofstream(Path("occupied")) << "mine";
-  const std::string headless = "--headless";
-  for (const auto& [arguments, reason] :
-       std::initializer_list<std::pair<std::vector<std::string>, std::string>>{
-           {{headless, "--input", Path("none.wav")}, "no such file"},
-           {{headless, "--input", Path("occupied")}, "not a sound file"},
-           {{headless, "--data-folder", Path("occupied")}, "Not a directory"},
-           {{headless, "--data-folder", "/proc/none"}, "/proc/none"}}) {
-    std::vector<std::string> call = arguments;
-    call.insert(call.end(), {"--seconds", "1"});
+  folder.Write("occupied", "mine");
+  WriteToneFile("tone.wav", 1000, 0.1);
+  const auto fails = [this](const std::string& more, const std::string& reason) {
+    const Result result = Call("--headless --seconds 1 " + more);
+    EXPECT_EQ(result.exitCode, 1) << more;
+    EXPECT_TRUE(result.IsOneLineWith(reason)) << result.said;
+  };
+  fails("--input none.wav", "no such file");
+  fails("--input occupied", "not a sound file");
+  fails("--data-folder occupied", "Not a directory");
+  fails("--data-folder /proc/none", "/proc/none");
+  EXPECT_EQ(folder.Read("occupied"), "mine");
+
+  const Process first = Start("--headless --seconds 20");
+  ASSERT_TRUE(WaitUntil([] { return fs::exists("velt-sa.lock"); }, std::chrono::seconds(10)));
+  for (const char* more : {"", "--screenshot x.png", "--input tone.wav"}) fails(more, "Another");
+}
+
+TEST_F(CommandLine, NamesAreTheBytesThatWereGivenAndAHeadlessRunSavesItsSettings) {
+  WriteToneFile("caf\xe9.wav", 1000, 0.1);
+  Result result = Call("--analyse caf\xe9.wav --csv caf\xe9.csv --image caf\xe9.png");
+  EXPECT_EQ(result.exitCode, 0) << result.said;
+  result = Call(
+      "--headless --seconds 1 --input=caf\xe9.wav --data-folder caf\xe9 --log caf\xe9.log "
+      "--screenshot caf\xe9-window.png");
+  EXPECT_EQ(result.exitCode, 0) << result.said;
+  for (const char* name : {"caf\xe9.csv", "caf\xe9.png", "caf\xe9/WAV", "caf\xe9.log"}) {
+    EXPECT_TRUE(fs::exists(name)) << name;
+  }
+  EXPECT_NE(folder.Read("caf\xe9/VELT-SA.ini").find("Version=3.0.0"), std::string::npos);
+  EXPECT_EQ(folder.Read("caf\xe9-window.png").substr(1, 3), "PNG");
+  EXPECT_EQ(Call("--headless --seconds 1 --screenshot /nowhere/x.png").exitCode, 1);
+  EXPECT_TRUE(Call("--analyse none\xe9.wav").Says("none\xe9.wav: no such file"));
+}
+
+TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
+  WriteToneFile("tone.wav", 1000, 0.1);
+  const std::string sound = folder.Read("tone.wav");
+  fs::create_symlink("tone.wav", "link.wav");
+  fs::create_hard_link("tone.wav", "second.wav");
+  fs::create_symlink("later.txt", "later-link");  // nothing there yet
+  fs::create_directory("sub");
+  for (const char* call :
+       {"--analyse tone.wav --csv tone.wav", "--analyse tone.wav --image link.wav",
+        "--analyse link.wav --csv second.wav", "--analyse tone.wav --csv x --image sub/../x",
+        "--analyse tone.wav --csv later-link --image later.txt",
+        "--headless --seconds 1 --input tone.wav --screenshot second.wav",
+        "--headless --seconds 1 --input tone.wav --log sub/../tone.wav"}) {
     const Result result = Call(call);
-    EXPECT_EQ(result.exitCode, 1) << arguments.back();
-    EXPECT_TRUE(result.Lines() == 1 && result.Says(reason)) << result.said;
+    EXPECT_EQ(result.exitCode, 2) << call;
+    EXPECT_TRUE(result.IsOneLineWith("would write over")) << result.said;
+    EXPECT_EQ(folder.Read("tone.wav"), sound) << call;
   }
-  EXPECT_EQ(ReadText(Path("occupied")), "mine");
+  EXPECT_EQ(Call("--analyse tone.wav --csv other.csv").exitCode, 0);
+}
 
-  WriteToneFile(Path("tone.wav"), 1000, 0.1);
-  Process::Options aside = Surroundings();
-  aside.output = Path("first");
-  const auto first = Start({headless, "--seconds", "20"}, aside);
-  ASSERT_TRUE(WaitUntil([this] { return std::filesystem::exists(Path("velt-sa.lock")); },
-                        std::chrono::seconds(10)));
-  for (const std::vector<std::string>& more : std::vector<std::vector<std::string>>{
-           {}, {"--screenshot", Path("x.png")}, {"--input", Path("tone.wav")}}) {
-    std::vector<std::string> call{headless, "--seconds", "1"};
-    call.insert(call.end(), more.begin(), more.end());
-    const Result result = Call(call);
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.Lines() == 1 && result.Says("Another")) << result.said;
+TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
+  WriteToneFile("tone.wav", 1000, 1.0);
+  const FullDisk disk;
+  const TempFolder results;
+  for (const std::string call : {"--analyse tone.wav --csv ", "--analyse tone.wav --image ",
+                                 "--headless --demo --seconds 1 --screenshot "}) {
+    results.Write("o", "old");
+    disk.Fill();
+    EXPECT_EQ(Call(call + (results / "o").string()).exitCode, 1) << call;
+    disk.Free();
+    EXPECT_EQ(results.Read("o"), "old");
+    EXPECT_EQ(results.Entries(), 1) << call;
   }
 }
 
-TEST_F(CommandLine, NamesAreTheBytesThatWereGiven) {
-  const auto named = [this](const std::string& name) { return Path("caf\xe9-" + name); };
-  WriteToneFile(named("tone.wav"), 1000, 0.1);
-  Result result =
-      Call({"--analyse", named("tone.wav"), "--csv", named("o.csv"), "--image", named("o.png")});
-  EXPECT_EQ(result.exitCode, 0) << result.said;
-  result = Call({"--headless", "--seconds", "1", "--input=" + named("tone.wav"), "--data-folder",
-                 named("data"), "--screenshot", named("window.png"), "--log", named("log")});
-  EXPECT_EQ(result.exitCode, 0) << result.said;
-  for (const char* name : {"o.csv", "o.png", "data/VELT-SA.ini", "data/WAV", "window.png", "log"}) {
-    EXPECT_TRUE(std::filesystem::exists(named(name))) << name;
-  }
-  EXPECT_TRUE(Call({"--analyse", named("none.wav")}).Says(named("none.wav") + ": no such file"));
+TEST_F(CommandLine, WhatIsNoRegularFileIsWrittenStraight) {
+  WriteToneFile("tone.wav", 1000, 0.1);
+  fs::create_symlink("/dev/null", "null");
+  EXPECT_EQ(Call("--analyse tone.wav --image null").exitCode, 0);
+  EXPECT_TRUE(fs::is_character_file("null"));
+  // Standard output is a file here; lines and summary stand in it one after the other.
+  const Result result = Call("--analyse tone.wav --csv /dev/stdout");
+  EXPECT_TRUE(result.said.starts_with("1,")) << result.said;
+  EXPECT_TRUE(result.Says("\n8,") && result.Says("\nDuration: 0.100 s")) << result.said;
 }
 
-TEST_F(CommandLine, AHeadlessRunSavesItsSettings) {
-  const Result result = Call({"--headless", "--seconds", "1", "--data-folder", Path("data"),
-                              "--screenshot", Path("window.png")});
-  EXPECT_EQ(result.exitCode, 0) << result.said;
-  EXPECT_NE(ReadText(folder.Path() / "data" / "VELT-SA.ini").find("Version=3.0.0"),
-            std::string::npos);
-  EXPECT_EQ(ReadText(Path("window.png")).substr(1, 3), "PNG");
-  EXPECT_EQ(Call({"--headless", "--seconds", "1", "--screenshot", "/nowhere/x.png"}).exitCode, 1);
-}
-
-TEST_F(CommandLine, TheGuardianDoesNothingAlone) {
-  const Result result = Call({"--guardian"});
-  EXPECT_EQ(result.exitCode, 2);
-  EXPECT_EQ(std::count(result.said.begin(), result.said.end(), '\n'), 1) << result.said;
+TEST_F(CommandLine, AnInterruptedAnalysisLeavesNothing) {
+  // An hour of silence that takes no place on the disk.
+  WriteToneFile("long.wav", 1000, 0.1);
+  fs::resize_file("long.wav", uintmax_t{3600} * 44100 * 2);
+  const TempFolder results;
+  Process process = Start("--analyse long.wav --csv " + (results / "o.csv").string());
+  ASSERT_TRUE(WaitUntil([&] { return results.Entries() == 1; }, std::chrono::seconds(10)));
+  process.Signal(ProcessSignal::Terminate);
+  const Result result = End(process);
+  EXPECT_EQ(result.exitCode, 1) << result.said;
+  EXPECT_EQ(results.Entries(), 0);
 }
 
 }  // namespace

@@ -2,88 +2,64 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
+#include "app/words.h"
+
 namespace velt {
 namespace {
 
 using Kind = Options::Run;
 
-Options Parse(const std::vector<std::string>& arguments) {
-  return ParseOptions(arguments, "3.0.0");
+Options Parse(const std::string& call) {
+  return ParseOptions(Words(call), "3.0.0");
 }
 
 TEST(Options, ChooseTheKindOfRun) {
-  const std::vector<std::pair<std::vector<std::string>, Kind>> cases{
-      {{}, Kind::Window},
-      {{"--demo"}, Kind::Window},
-      {{"--help"}, Kind::Help},
-      {{"-v"}, Kind::Version},
-      {{"--list-audio-devices"}, Kind::ListDevices},
-      {{"--headless", "--seconds", "3"}, Kind::Headless},
-      {{"--analyse", "a.wav"}, Kind::Analyse},
-      {{"/RESET"}, Kind::Reset},
-      {{"-reset"}, Kind::Reset},
-      {{"--reset", "--demo"}, Kind::Reset},
-      {{"preset-Reset"}, Kind::Reset},
-      {{"--headless", "--reset"}, Kind::Reset},
-      {{"--reset", "--help"}, Kind::Help},
-      // No typing error deletes the settings.
-      {{"--input", "reset.wav"}, Kind::Window},
-      {{"--input=reset"}, Kind::Window},
-      {{"--input", "--reset"}, Kind::Invalid},
-      {{"my-preset.wav"}, Kind::Invalid},
-      {{"--import-presets"}, Kind::Invalid},
-      {{"/x/reset.wav"}, Kind::Invalid},
-      {{"./reset"}, Kind::Invalid},
-      {{"my-reset-notes.txt"}, Kind::Invalid},
-      {{"--preset=reset"}, Kind::Invalid},
-      {{"--inptu", "reset"}, Kind::Invalid},
-      {{"my", "reset", "notes"}, Kind::Invalid},
-      {{"--analyse", "a.wav", "reset"}, Kind::Invalid},
-      {{"reset", "--rig1", "x"}, Kind::Invalid},
-      // Qt's own.
-      {{"-session", "1_2", "-style", "Windows", "-reverse"}, Kind::Window},
-      {{"-style"}, Kind::Invalid},
-      {{"--bogus"}, Kind::Invalid},
-      {{"--headless"}, Kind::Invalid},
-      {{"--seconds", "3"}, Kind::Invalid},
-      {{"--headless", "--seconds", "0"}, Kind::Invalid},
-      {{"--headless", "--seconds", "x"}, Kind::Invalid},
-      {{"--csv", "a.csv"}, Kind::Invalid},
-      {{"--analyse", "a.wav", "--demo"}, Kind::Invalid},
-      {{"--demo", "--input", "a.wav"}, Kind::Invalid},
-      {{"--input", ""}, Kind::Invalid},
-      {{"--analyse", "a.wav", "--mode", "2"}, Kind::Invalid},
-      {{"--analyse", "a.wav", "--precision", "5"}, Kind::Invalid},
-      {{"--analyse", "a.wav", "--slider", "0"}, Kind::Invalid},
-      {{"--analyse", "a.wav", "--size", "524"}, Kind::Invalid},
-      {{"--analyse", "a.wav", "--size", "1x1"}, Kind::Invalid},
-      {{"--rig1", "localhost"}, Kind::Invalid},
-      {{"--rig2", "localhost:4600"}, Kind::Window},
+  struct Case {
+    const char* call;
+    Kind run = Kind::Invalid;
   };
-  for (const auto& [arguments, run] : cases) {
-    EXPECT_EQ(Parse(arguments).run, run) << (arguments.empty() ? "" : arguments[0]);
+  for (const Case& c :
+       {Case{"", Kind::Window}, Case{"--demo", Kind::Window},
+        Case{"--input reset.wav", Kind::Window}, Case{"--input=reset", Kind::Window},
+        Case{"--rig2 localhost:4600", Kind::Window},
+        Case{"-session 1_2 -style Windows -reverse", Kind::Window}, Case{"--help", Kind::Help},
+        Case{"--reset --help", Kind::Help}, Case{"-v", Kind::Version},
+        Case{"--list-audio-devices", Kind::ListDevices},
+        Case{"--headless --seconds 3", Kind::Headless}, Case{"--analyse a.wav", Kind::Analyse},
+        Case{"/RESET", Kind::Reset}, Case{"-reset", Kind::Reset},
+        Case{"--reset --demo", Kind::Reset}, Case{"preset-Reset", Kind::Reset},
+        Case{"--headless --reset", Kind::Reset},
+        // No typing error deletes the settings.
+        Case{"--input --reset"}, Case{"my-preset.wav"}, Case{"--import-presets"},
+        Case{"/x/reset.wav"}, Case{"./reset"}, Case{"my-reset-notes.txt"}, Case{"--preset=reset"},
+        Case{"--inptu reset"}, Case{"my reset notes"}, Case{"--analyse a reset"},
+        Case{"reset --rig1 x"}, Case{"-style"}, Case{"--bogus"}, Case{"--headless"},
+        Case{"--seconds 3"}, Case{"--headless --seconds 0"}, Case{"--headless --seconds x"},
+        Case{"--csv a.csv"}, Case{"--analyse a --demo"}, Case{"--demo --input a"}, Case{"--input="},
+        Case{"--analyse a --mode 2"}, Case{"--analyse a --precision 5"},
+        Case{"--analyse a --slider 0"}, Case{"--analyse a --size 524"},
+        Case{"--analyse a --size 1x1"}, Case{"--rig1 localhost"}}) {
+    EXPECT_EQ(Parse(c.call).run, c.run) << c.call;
   }
+  EXPECT_EQ(ParseOptions(std::vector<std::string>{"--input", ""}, "").run, Kind::Invalid);
 }
 
 TEST(Options, CarryTheirValues) {
-  const Options analyse =
-      Parse({"--analyse", "a.wav", "--csv", "o.csv", "--image", "o.png", "--mode", "69",
-             "--precision", "3", "--slider", "40", "--waterfall", "--size", "1048x200"});
-  ASSERT_EQ(analyse.run, Kind::Analyse) << analyse.text;
-  EXPECT_EQ(analyse.analyse.csv, "o.csv");
-  EXPECT_EQ(analyse.analyse.image, "o.png");
-  EXPECT_EQ(analyse.analyse.mode, 69);
-  EXPECT_EQ(analyse.analyse.precision, 3);
-  EXPECT_EQ(analyse.analyse.slider, 40);
-  EXPECT_TRUE(analyse.analyse.waterfall);
-  EXPECT_EQ(analyse.analyse.width, 1048);
-  EXPECT_EQ(analyse.analyse.height, 200);
-  EXPECT_TRUE(Parse({"--demo"}).KeepsInMemory());
-  EXPECT_FALSE(Parse({"--demo", "--data-folder", "/d"}).KeepsInMemory());
-  EXPECT_FALSE(Parse({"--headless", "--seconds", "1"}).KeepsInMemory());
-  EXPECT_EQ(Parse({"--rig1", "radio:4600"}).rigAddresses[0], "radio:4600");
-  const std::vector<std::string> forQt{"-platform", "xcb", "-style", "Windows"};
-  EXPECT_EQ(Parse({"--style=Windows", "--demo", "-platform", "xcb"}).qtArguments, forQt);
+  const Options options = Parse(
+      "--analyse a.wav --csv o.csv --image o.png --mode 69 --precision 3 --slider 40 "
+      "--waterfall --size 1048x200");
+  const AnalyseOptions& analyse = options.analyse;
+  EXPECT_TRUE(analyse.csv == "o.csv" && analyse.image == "o.png" && analyse.waterfall);
+  EXPECT_EQ((std::array{analyse.mode, analyse.precision, analyse.slider}), (std::array{69, 3, 40}));
+  EXPECT_EQ((std::array{analyse.width, analyse.height}), (std::array{1048, 200}));
+  EXPECT_TRUE(Parse("--demo").KeepsInMemory());
+  EXPECT_FALSE(Parse("--demo --data-folder /d").KeepsInMemory());
+  EXPECT_FALSE(Parse("--headless --seconds 1").KeepsInMemory());
+  EXPECT_EQ(Parse("--rig1 radio:4600").rigAddresses[0], "radio:4600");
+  EXPECT_EQ(Parse("--style=Windows --demo -platform xcb").qtArguments,
+            Words("-platform xcb -style Windows"));
 }
 
 }  // namespace

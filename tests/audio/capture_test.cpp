@@ -5,157 +5,125 @@
 namespace velt {
 namespace {
 
-TEST(Capture, StartsAndStopsWithEveryControlInStep) {
-  ProgramFixture f;
-  f.Start();
-  Main& form = f.Form();
-  f.program->capture.scanFreqMs = 50;
-  f.program->installation.enginePresent = true;
-  f.StartCapture();
-  EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
-  EXPECT_TRUE(form.StopButton.enabled);
-  EXPECT_FALSE(form.StartButton.enabled);
-  EXPECT_FALSE(form.DevicesBox.enabled);
-  EXPECT_TRUE(form.Timer1.enabled);
+struct CaptureTest : testing::Test, ProgramFixture {
+  using Kind = AudioEvent::Kind;
+
+  Main& form = program->form;
+
+  void Begin() {
+    Start();
+    StartCapture();
+  }
+  void Happens(Kind kind, const std::string& text) {
+    audio.Tell(kind, text);
+    scheduler.RunPosted();
+  }
+  std::string Message() const { return form.lblMessage.caption; }
+  // What the start picture is, then all that is on.
+  std::string State() {
+    std::string state = form.imgStartStop.tag;
+    for (const auto& [on, name] : {std::pair<bool, const char*>{audio.open, " open"},
+                                   {form.StartButton.enabled, " startable"},
+                                   {form.StopButton.enabled, " stoppable"},
+                                   {form.Timer1.enabled, " ticks"},
+                                   {form.tmrStatus.enabled, " status"},
+                                   {form.lblMode.enabled, " mode"},
+                                   {audio.watching, " waits"},
+                                   {form.lblNotice.visible, " notice"}}) {
+      if (on) state += name;
+    }
+    return state;
+  }
+};
+
+TEST_F(CaptureTest, EveryControlFollowsItsStartAndStop) {
+  Start();
+  program->capture.scanFreqMs = 50;
+  program->installation.enginePresent = true;
+  StartCapture();
+  EXPECT_EQ(State(), "Stop open stoppable ticks status mode");
   EXPECT_EQ(form.Timer1.interval, 50);
-  EXPECT_TRUE(form.tmrStatus.enabled);
-  EXPECT_TRUE(form.lblMode.enabled);
-  EXPECT_TRUE(f.program->capture.Capturing());
+  EXPECT_EQ(form.lblSource.caption.Get(), "The usb");
+  EXPECT_EQ(Message(), "");
   form.Smeter.topTwips = -300;
   form.imgStartStop.Click();
-  EXPECT_EQ(form.imgStartStop.tag.Get(), "Play");
-  EXPECT_FALSE(form.StopButton.enabled);
-  EXPECT_TRUE(form.StartButton.enabled);
-  EXPECT_FALSE(form.Timer1.enabled);
-  EXPECT_FALSE(form.tmrStatus.enabled);
-  EXPECT_FALSE(form.lblMode.enabled);
+  EXPECT_EQ(State(), "Play startable");
   EXPECT_EQ(form.Smeter.topTwips, 0);
-  EXPECT_FALSE(f.audio.open);
+  form.imgStartStop.Click();
+  form.imgStartStop.Click();
+  scheduler.RunPosted();  // the answer comes too late
+  EXPECT_EQ(State(), "Play startable");
 }
 
-TEST(Capture, AFailedOpenShowsItsBoxAndStaysIdle) {
-  ProgramFixture f;
-  f.Start();
-  f.audio.answer = FakeAudioInput::Answer::Failed;
-  f.StartCapture();
-  ASSERT_EQ(f.prompts.told.size(), 1U);
-  EXPECT_EQ(f.prompts.told[0].title, "Err in Device opening 0");
-  EXPECT_EQ(f.prompts.told[0].text, "Wave input device didn't open!");
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "No sound server.");
-  EXPECT_EQ(f.Form().lblNotice.caption.Get(), "No sound server.");
-  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Play");
-  EXPECT_TRUE(f.Form().StartButton.enabled);
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-  EXPECT_FALSE(f.audio.watching);
-  EXPECT_TRUE(f.Form().tmrStatus.enabled) << "as it was";
-  f.audio.answer = FakeAudioInput::Answer::Opened;
-  f.StartCapture();
-  EXPECT_FALSE(f.Form().lblNotice.visible);
+TEST_F(CaptureTest, AFailedOpenIsToldUntilItSucceeds) {
+  audio.opens = false;
+  Begin();
+  ASSERT_EQ(prompts.told.size(), 1U);
+  EXPECT_EQ(prompts.told[0].title, "Err in Device opening 0");
+  EXPECT_EQ(prompts.told[0].text, "Wave input device didn't open!");
+  EXPECT_EQ(Message(), "No sound server.");
+  EXPECT_EQ(form.lblNotice.caption.Get(), "No sound server.");
+  EXPECT_EQ(State(), "Play startable status notice");
+  audio.opens = true;
+  StartCapture();
+  EXPECT_EQ(State(), "Stop open stoppable ticks mode");
 }
 
-TEST(Capture, AnAutomaticStartWaitsForWhatIsNotThereYet) {
-  ProgramFixture f;
-  f.store.Save("VELT-SA", "AutoStartSA", "True");
-  f.audio.answer = FakeAudioInput::Answer::Failed;
-  f.Start();
-  EXPECT_TRUE(f.audio.watching);
-  for (const auto& box : f.prompts.told) EXPECT_NE(box.text, "Wave input device didn't open!");
-  EXPECT_EQ(f.Form().lblNotice.caption.Get(), "No sound server. Waiting for it.");
-  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Stop");
-  f.audio.answer = FakeAudioInput::Answer::Opened;
-  f.audio.Tell(AudioEvent::Kind::Returned, "usb");
-  f.scheduler.RunPosted();
-  EXPECT_TRUE(f.Form().Timer1.enabled);
-  EXPECT_FALSE(f.Form().lblNotice.visible);
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The usb.");
+TEST_F(CaptureTest, AnAutomaticStartWaitsForWhatIsNotThereYet) {
+  store.Save("VELT-SA", "AutoStartSA", "True");
+  audio.opens = false;
+  Start();
+  EXPECT_EQ(State(), "Stop startable status waits notice");
+  EXPECT_TRUE(prompts.told.empty());
+  EXPECT_EQ(form.lblNotice.caption.Get(), "No sound server. Waiting for it.");
+  audio.opens = true;
+  Happens(Kind::Returned, "usb");
+  EXPECT_EQ(State(), "Stop open stoppable ticks mode");
+  EXPECT_EQ(Message(), "Sound now comes from The usb.");
 }
 
-TEST(Capture, StoppingWhileOpeningOpensNothing) {
-  ProgramFixture f;
-  f.Start();
-  f.Form().imgStartStop.Click();
-  f.Form().imgStartStop.Click();
-  f.scheduler.RunPosted();  // the answer comes too late
-  EXPECT_FALSE(f.program->capture.DeviceOpen());
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Play");
-}
-
-TEST(Capture, GoesOnByItselfWhenALostInputReturns) {
-  ProgramFixture f;
-  f.Start();
-  f.StartCapture();
-  f.audio.open = false;
-  f.audio.Tell(AudioEvent::Kind::Lost, "The source was removed.");
-  f.scheduler.RunPosted();
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-  EXPECT_TRUE(f.audio.watching);
-  EXPECT_TRUE(f.Form().lblNotice.visible);
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "The source was removed.");
-  EXPECT_EQ(f.Form().imgStartStop.tag.Get(), "Stop");
+TEST_F(CaptureTest, GoesOnByItselfWhenALostInputReturnsUnlessItIsStopped) {
+  Begin();
+  Happens(Kind::Lost, "The source was removed.");
+  EXPECT_EQ(State(), "Stop startable waits notice");
+  EXPECT_EQ(Message(), "The source was removed.");
   // It vanishes again while it is being opened: no box, the watch goes on.
-  f.audio.answer = FakeAudioInput::Answer::Failed;
-  f.audio.Tell(AudioEvent::Kind::Returned, "");
-  f.scheduler.RunPosted();
-  EXPECT_TRUE(f.prompts.told.empty());
-  EXPECT_TRUE(f.audio.watching);
-  f.audio.answer = FakeAudioInput::Answer::Opened;
-  f.audio.Tell(AudioEvent::Kind::Returned, "usb");
-  f.scheduler.RunPosted();
-  EXPECT_EQ(f.audio.device, "");  // the default: it may be another one by now
-  EXPECT_TRUE(f.Form().Timer1.enabled);
-  EXPECT_FALSE(f.Form().lblNotice.visible);
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound is back.");
+  audio.opens = false;
+  Happens(Kind::Returned, "");
+  EXPECT_EQ(State(), "Stop startable waits notice");
+  EXPECT_TRUE(prompts.told.empty());
+  audio.opens = true;
+  Happens(Kind::Returned, "usb");
+  EXPECT_EQ(audio.opened.back(), "");  // the default: it may be another one by now
+  EXPECT_EQ(State(), "Stop open stoppable ticks mode");
+  EXPECT_EQ(Message(), "Sound is back.");
+  Happens(Kind::Lost, "Gone.");
+  audio.source = "line";
+  Happens(Kind::Returned, "line");
+  EXPECT_EQ(form.lblSource.caption.Get(), "The line");
+  EXPECT_EQ(Message(), "Sound now comes from The line.");
+  Happens(Kind::Lost, "Gone.");
+  form.imgStartStop.Click();
+  Happens(Kind::Returned, "line");
+  EXPECT_EQ(State(), "Play startable");
 }
 
-TEST(Capture, SaysAndShowsWhereTheSoundComesFrom) {
-  ProgramFixture f;
-  f.Start();
-  f.StartCapture();
-  EXPECT_EQ(f.Form().lblSource.caption.Get(), "The usb");
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "");
-  f.scheduler.Advance(Milliseconds(100));
-  f.audio.Tell(AudioEvent::Kind::Moved, "mic");
-  f.scheduler.RunPosted();
-  EXPECT_EQ(f.Form().lblSource.caption.Get(), "The mic");
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The mic.");
-  f.audio.result = TakeResult::NotYet;
-  f.scheduler.Advance(Milliseconds(2000));  // the new source needs its time to begin
-  EXPECT_TRUE(f.Form().Timer1.enabled);
-  f.audio.Tell(AudioEvent::Kind::Lost, "Gone.");
-  f.audio.source = "line";
-  f.audio.Tell(AudioEvent::Kind::Returned, "line");
-  f.scheduler.RunPosted();
-  EXPECT_EQ(f.Form().lblSource.caption.Get(), "The line");
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Sound now comes from The line.");
-}
-
-TEST(Capture, StoppingEndsTheWaitForALostInput) {
-  ProgramFixture f;
-  f.Start();
-  f.StartCapture();
-  f.audio.Tell(AudioEvent::Kind::Lost, "Gone.");
-  f.scheduler.RunPosted();
-  f.Form().imgStartStop.Click();
-  EXPECT_FALSE(f.audio.watching);
-  EXPECT_FALSE(f.Form().lblNotice.visible);
-  f.audio.Tell(AudioEvent::Kind::Returned, "");
-  f.scheduler.RunPosted();
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-}
-
-TEST(Capture, AStreamThatStopsDeliveringIsLostWithinASecond) {
-  ProgramFixture f;
-  f.Start();
-  f.StartCapture();
-  f.scheduler.Advance(Milliseconds(100));
-  f.audio.result = TakeResult::NotYet;
-  f.scheduler.Advance(Milliseconds(450));
-  EXPECT_TRUE(f.Form().Timer1.enabled);
-  f.scheduler.Advance(Milliseconds(450));
-  EXPECT_FALSE(f.Form().Timer1.enabled);
-  EXPECT_TRUE(f.audio.watching);
-  EXPECT_TRUE(f.Form().lblNotice.visible);
+TEST_F(CaptureTest, AStreamThatStopsDeliveringIsLostWithinASecond) {
+  Begin();
+  scheduler.Advance(Milliseconds(100));
+  Happens(Kind::Moved, "mic");
+  EXPECT_EQ(form.lblSource.caption.Get(), "The mic");
+  EXPECT_EQ(Message(), "Sound now comes from The mic.");
+  audio.result = TakeResult::NotYet;
+  scheduler.Advance(Milliseconds(2000));  // the new source needs its time to begin
+  EXPECT_TRUE(form.Timer1.enabled);
+  audio.result = TakeResult::Block;
+  scheduler.Advance(Milliseconds(100));
+  audio.result = TakeResult::NotYet;
+  scheduler.Advance(Milliseconds(450));
+  EXPECT_TRUE(form.Timer1.enabled);
+  scheduler.Advance(Milliseconds(450));
+  EXPECT_EQ(State(), "Stop startable waits notice");
 }
 
 }  // namespace

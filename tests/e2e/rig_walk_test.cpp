@@ -1,86 +1,200 @@
-// The rig through a real CAT server, in a real window.
+// The rig through a real CAT server, in a real window: followed, tuned, and released whatever ends
+// the program, or makes it stand still, while it transmits.
 #include <gtest/gtest.h>
 
 #include "adapters/rigctld/live_loop.h"
-#include "e2e/surroundings.h"
 #include "e2e/window_driver.h"
+#include "support/login_manager.h"
+#include "support/pulse_server.h"
+#include "support/x_desktop.h"
 
 namespace velt {
 namespace {
 
+using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-struct RigWalk : testing::Test {
-  Surroundings around;
-  DummyRig rig;
+constexpr seconds kAtOnce{2};
+constexpr seconds kWithACore{6};
 
-  std::unique_ptr<WindowDriver> Start() {
-    return std::make_unique<WindowDriver>(std::vector<std::string>{"--rig1", rig.Address()},
-                                          around.Environment());
+// A program of its own, linked to the rig.
+class Station : public WindowDriver {
+ public:
+  explicit Station(DummyRig& rig, const std::vector<std::string>& environment = {})
+      : WindowDriver({"--rig1", rig.Address()}, environment),
+        rig_(rig),
+        guardian_(GuardianOf(Program().Id())) {}
+
+  bool Has(const std::string& question, const std::string& answer, milliseconds limit) {
+    return WaitUntil([&] { return rig_.Ask(question) == answer; }, limit);
   }
-  static bool Shows(const WindowDriver& window, const Rectangle& place, int pixelSize,
-                    const std::string& text) {
-    return WaitUntil(
-        [&] { return window.ReadLabel(place, pixelSize, Qt::AlignCenter, {text}) == text; },
-        seconds(5));
+  bool Transmits(milliseconds limit = seconds(5)) { return Has("t", "1", limit); }
+  bool Receives(milliseconds limit = seconds(5)) { return Has("t", "0", limit); }
+  bool ShowsFrequency(const std::string& text) const { return Reads(form.lblFrequency, 21, text); }
+  bool ShowsReceive() const { return Reads(form.lblTRXMode, 12, "RX"); }
+  bool PressTransmit() {
+    Click(form.optTXRX[0]);
+    return Transmits();
   }
-  static bool ShowsFrequency(const WindowDriver& window, const std::string& text) {
-    return Shows(window, window.form.lblFrequency.place, 21, text);
+  bool Key() { return ShowsFrequency("145.000.00") && PressTransmit(); }
+  // Opens the menu below the control and chooses the line that the keys go to.
+  void Choose(const Control& control, std::vector<std::string> keys) const {
+    Click(control);
+    keys.emplace_back("Return");
+    Press(keys);
   }
-  bool Has(const std::string& command, const std::string& answer) {
-    return WaitUntil([&] { return rig.Ask(command) == answer; }, seconds(5));
+  bool OpenDialog() const {
+    Click(form.Image3);
+    return WaitForWindow("OmniRig Configuration & Status");
   }
-  // Presses the transmit button and waits until the rig transmits.
-  bool Key(const WindowDriver& window) {
-    window.Click(window.form.optTXRX[0].place);
-    return Has("t", "1");
+  // The program is gone, and with it, after its work, the guardian.
+  bool Ends() {
+    return Program().WaitForEnd(seconds(5)) &&
+           WaitUntil([this] { return !IsAlive(guardian_); }, seconds(15));
   }
+
+ private:
+  DummyRig& rig_;
+  const int64_t guardian_;
 };
 
-TEST_F(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
-  const auto window = Start();
-  EXPECT_TRUE(ShowsFrequency(*window, "145.000.00"));
+TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
+  const PulseServer sound;  // no sound, no choice of modes
+  DummyRig rig;
+  Station station(rig, {sound.Environment().front()});
+  EXPECT_TRUE(station.ShowsFrequency("145.000.00"));
   rig.Ask("F 7074000");
-  EXPECT_TRUE(ShowsFrequency(*window, "7.074.00"));
+  EXPECT_TRUE(station.ShowsFrequency("7.074.00"));
 
-  window->Click(window->form.lblFrequency.place);
-  window->Press({"Down", "Return"});
-  ASSERT_TRUE(window->WaitForWindow("Set Rig Frequency"));
-  window->Type("14250");
-  window->Press({"Return"});
-  EXPECT_TRUE(Has("f", "14250000"));
-  EXPECT_TRUE(ShowsFrequency(*window, "14.250.00"));
-
-  window->Click(window->form.lblFrequency.place);
-  window->Press({"Down", "Down", "Down", "Down", "Return"});
-  EXPECT_TRUE(Has("f", "7000000"));
-
-  window->Click(window->form.imgStartStop.place);
-  EXPECT_TRUE(Shows(*window, window->form.lblMode.place, 12, "FM"));
-  window->Click(window->form.lblMode.place);
-  window->Press({"Down", "Return"});
-  EXPECT_TRUE(Has("m", "LSB"));
-  EXPECT_TRUE(Shows(*window, window->form.lblMode.place, 12, "LSB"));
-
-  ASSERT_TRUE(Key(*window));
-  window->Click(window->form.optTXRX[1].place);
-  EXPECT_TRUE(Has("t", "0"));
+  station.Choose(station.form.lblFrequency, {"Down"});
+  ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
+  station.Type("14250");
+  station.Press({"Return"});
+  EXPECT_TRUE(station.Has("f", "14250000", seconds(5)));
+  EXPECT_TRUE(station.ShowsFrequency("14.250.00"));
+  station.Click(station.form.imgStartStop);
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "FM"));
+  station.Choose(station.form.lblMode, {"Down"});
+  EXPECT_TRUE(station.Has("m", "LSB", seconds(5)));
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "LSB"));
 
   rig.Kill();
-  // A lost link is shown by a paler frequency.
-  const Rectangle place = window->form.lblFrequency.place;
-  const auto darkest = [&] {
-    const QImage label = window->Picture().copy(place.left, place.top, place.width, place.height);
-    int least = 255;
-    for (int x = 0; x < label.width(); ++x) {
-      least = std::min(least, qGray(label.pixel(x, label.height() / 2)));
-    }
-    return least;
+  const auto pale = [&] {
+    return !station.Reads(station.form.lblFrequency, 21, "14.250.00", seconds(0));
   };
-  EXPECT_TRUE(WaitUntil([&] { return darkest() > 100; }, seconds(5)));
+  EXPECT_TRUE(WaitUntil(pale, seconds(5))) << "a lost link is shown";
   rig.Start();
-  EXPECT_TRUE(WaitUntil([&] { return darkest() < 100; }, seconds(12)));
-  EXPECT_TRUE(window->Program().Running());
+  EXPECT_TRUE(station.Reads(station.form.lblFrequency, 21, "145.000.00", seconds(12)));
+}
+
+TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
+  std::unique_ptr<XDesktop> display;  // for the one that loses it
+  const auto signal = [](ProcessSignal which) {
+    return [which](Station& station) { station.Program().Signal(which); };
+  };
+  struct End {
+    const char* name;
+    std::function<void(Station&)> happens;
+    seconds limit = kAtOnce;
+  };
+  const std::vector<End> ends{
+      {"the display's server dies", [&](Station&) { display->Kill(); }},
+      {"the server takes its client away", [](Station& s) { s.KillClient(); }},
+      {"SIGTERM", signal(ProcessSignal::Terminate)},
+      {"SIGINT", signal(ProcessSignal::Interrupt)},
+      {"SIGHUP", signal(ProcessSignal::HangUp)},
+      {"SIGQUIT", signal(ProcessSignal::Quit), kWithACore},
+      {"SIGUSR1", signal(ProcessSignal::User)},
+      {"SIGALRM", signal(ProcessSignal::Alarm)},
+      {"SIGSEGV", signal(ProcessSignal::Crash), kWithACore},
+      {"SIGKILL", signal(ProcessSignal::Kill)},
+      {"its group of processes killed", [](Station& s) { s.Program().KillGroup(); }},
+      {"Alt+F4", [](Station& s) { s.Close(); }},
+      {"\"Close VELT-SA \"", [](Station& s) { s.Choose(s.form.Image2, {"Up"}); }},
+  };
+  for (const End& end : ends) {
+    SCOPED_TRACE(end.name);
+    DummyRig rig;
+    if (&end == &ends.front()) display = std::make_unique<XDesktop>();
+    Station station(rig,
+                    &end == &ends.front() ? display->Environment() : std::vector<std::string>());
+    ASSERT_TRUE(station.Key());
+    end.happens(station);
+    EXPECT_TRUE(station.Receives(end.limit));
+    EXPECT_TRUE(station.Ends());
+    EXPECT_EQ(rig.Ask("t"), "0");
+    EXPECT_EQ(station.Said().find("may still be on"), std::string::npos);
+  }
+}
+
+TEST(EndsWalk, LeavingTheRigReleasesItAndNoOther) {
+  DummyRig rig, strangers;
+  strangers.Ask("F 7074000");
+  strangers.Ask("T 1");
+  Station station(rig);
+  ASSERT_TRUE(station.Key() && station.OpenDialog());
+  station.Press({"alt+s"});
+  EXPECT_TRUE(station.Receives(kAtOnce)) << "Stop";
+  station.Press({"alt+s"});
+  ASSERT_TRUE(station.Dismiss("OmniRig Configuration & Status"));
+
+  ASSERT_TRUE(station.Key() && station.OpenDialog());
+  station.Press({"alt+v"});
+  station.Type(strangers.Address());
+  station.Press({"alt+a"});
+  EXPECT_TRUE(station.Receives(kAtOnce)) << "another address";
+  ASSERT_TRUE(station.Dismiss("OmniRig Configuration & Status"));
+  EXPECT_TRUE(station.ShowsFrequency("7.074.00"));
+  station.Close();
+  EXPECT_TRUE(station.Ends());
+  EXPECT_EQ(rig.Ask("t"), "0");
+  EXPECT_EQ(strangers.Ask("t"), "1") << "what others key is theirs";
+}
+
+TEST(EndsWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
+  DummyRig rig;
+  Station station(rig);
+  ASSERT_TRUE(station.Key());
+  station.Program().Signal(ProcessSignal::Stop);
+  EXPECT_FALSE(station.Receives(seconds(4))) << "a program may be busy for a moment";
+  EXPECT_TRUE(station.Receives(seconds(3)));
+  // The guardian has looked twice before the program comes back.
+  EXPECT_FALSE(station.Transmits(seconds(1)));
+  station.Program().Signal(ProcessSignal::Continue);
+  EXPECT_TRUE(
+      station.Reads(station.form.lblNotice, 11, "Transmission ended: the program had stood still"));
+  EXPECT_TRUE(station.ShowsReceive());
+  EXPECT_EQ(rig.Ask("t"), "0");
+
+  EXPECT_TRUE(station.PressTransmit());
+  EXPECT_FALSE(station.Receives(milliseconds(1500))) << "it is a transmission of its own";
+  station.Click(station.form.optTXRX[1]);
+  EXPECT_TRUE(station.Receives() && station.ShowsReceive());
+}
+
+TEST(EndsWalk, TheComputersSleepWaitsForTheRelease) {
+  LoginManager manager;
+  DummyRig rig;
+  Station station(rig, manager.Environment());
+  ASSERT_TRUE(station.Key());
+  ASSERT_TRUE(LoopUntil([&] { return manager.Locked(); }));
+  manager.GoToSleep();
+  ASSERT_TRUE(LoopUntil([&] { return !manager.Locked(); }, kWithACore));
+  EXPECT_EQ(rig.Ask("t"), "0");
+  EXPECT_TRUE(station.ShowsReceive());
+}
+
+TEST(EndsWalk, AReleaseThatNobodyAnswersIsTold) {
+  DummyRig rig;
+  Station station(rig);
+  ASSERT_TRUE(station.Key());
+  rig.Signal(ProcessSignal::Stop);
+  station.Program().Signal(ProcessSignal::Terminate);
+  EXPECT_TRUE(station.Ends());
+  EXPECT_NE(station.Said().find("velt-sa: the transmitter at " + rig.Address() +
+                                " could not be released and may still be on"),
+            std::string::npos)
+      << station.Said();
 }
 
 }  // namespace

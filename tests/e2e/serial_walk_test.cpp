@@ -12,34 +12,27 @@ namespace {
 using std::chrono::seconds;
 
 struct SerialWalk : testing::Test {
-  TempFolder home;
   ArduinoStandIn arduino;
   std::unique_ptr<WindowDriver> window;
   int64_t guardian = 0;
 
   void Start(const std::string& method) {
-    home.Write("RS232.cfg", "1\n9600\nN\n8\n1\n0\nNONE\n" + method + "\nBOTH\n");
-    std::filesystem::create_directories(home / "KALVARO");
-    home.Write("KALVARO/VELT-SA.ini", "[VELT-SA]\nArduinoFreq=True\n");
+    const auto home = std::make_shared<const TempFolder>();
+    home->Write("RS232.cfg", "1\n9600\nN\n8\n1\n0\nNONE\n" + method + "\nBOTH\n");
+    std::filesystem::create_directory(*home / "KALVARO");
+    home->Write("KALVARO/VELT-SA.ini", "[VELT-SA]\nArduinoFreq=True\n");
     window = std::make_unique<WindowDriver>(
         std::vector<std::string>{"--rig1", "127.0.0.1:" + std::to_string(FreePort()),
-                                 "--engine-folder", home.Path().string(), "--serial-port",
+                                 "--engine-folder", home->Path().string(), "--serial-port",
                                  arduino.Path()},
-        std::vector<std::string>{
-            "HOME=" + home.Path().string(), "XDG_RUNTIME_DIR=" + home.Path().string(),
-            "XDG_CONFIG_HOME=" + home.Path().string(), "PULSE_SERVER=unix:/nowhere"});
+        std::vector<std::string>{}, home);
     guardian = GuardianOf(window->Program().Id());
     ASSERT_TRUE(window->Dismiss("OmniRig not Configured for CAT"));
   }
   bool Shows(const std::string& text) const {
-    return WaitUntil(
-        [&] {
-          return window->ReadLabel(window->form.lblFrequency.place, 21, Qt::AlignCenter, {text}) ==
-                 text;
-        },
-        seconds(8));
+    return window->Reads(window->form.lblFrequency, 21, text, seconds(8));
   }
-  void Press(int button) const { window->Click(window->form.optTXRX[button].place); }
+  void Press(int button) const { window->Click(window->form.optTXRX[button]); }
   bool Hears(const std::string& letters) {
     return WaitUntil([&] { return arduino.Heard() == letters; }, seconds(5));
   }

@@ -1,7 +1,7 @@
 #include "e2e/window_driver.h"
 
-#include <QFont>
-#include <cmath>
+#include <QBitmap>
+#include <QRegion>
 #include <stdexcept>
 
 #include "ui/click_label.h"
@@ -10,27 +10,18 @@
 namespace velt {
 namespace {
 
-// Dark text on a light ground as 1, everything else 0, cut to the text.
-QImage Ink(const QImage& picture) {
-  QImage ink(picture.size(), QImage::Format_Grayscale8);
-  QRect used;
-  for (int y = 0; y < picture.height(); ++y) {
-    for (int x = 0; x < picture.width(); ++x) {
-      const bool dark = qGray(picture.pixel(x, y)) < 128;
-      ink.scanLine(y)[x] = dark ? 1 : 0;
-      if (dark) used |= QRect(x, y, 1, 1);
-    }
-  }
-  return ink.copy(used);
+using std::chrono::seconds;
+
+// Where a picture is dark, from its left upper dark pixel on.
+QRegion Ink(const QImage& picture) {
+  const QRegion ink(QBitmap::fromImage(picture, Qt::MonoOnly | Qt::ThresholdDither));
+  return ink.translated(-ink.boundingRect().topLeft());
 }
 
-double Difference(const QImage& a, const QImage& b) {
-  if (a.isNull() || a.size() != b.size()) return 1.0;
-  int different = 0;
-  for (int y = 0; y < a.height(); ++y) {
-    for (int x = 0; x < a.width(); ++x) different += a.scanLine(y)[x] != b.scanLine(y)[x] ? 1 : 0;
-  }
-  return static_cast<double>(different) / (a.width() * a.height());
+int Area(const QRegion& region) {
+  int area = 0;
+  for (const QRect& rect : region) area += rect.width() * rect.height();
+  return area;
 }
 
 }  // namespace
@@ -38,28 +29,27 @@ double Difference(const QImage& a, const QImage& b) {
 std::string Output(const std::vector<std::string>& command,
                    const std::vector<std::string>& environment) {
   const TempFolder folder;
-  Process process(command, {.environment = environment, .output = folder.Path() / "output"});
-  if (!process.WaitForEnd(std::chrono::seconds(10))) return "";
-  return ReadText(folder.Path() / "output");
+  Process process(command, {.environment = environment, .output = folder / "output"});
+  return process.WaitForEnd(seconds(10)) ? ReadText(folder / "output") : "";
 }
 
 WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
-                           std::vector<std::string> environment)
-    : environment_(std::move(environment)) {
+                           const std::vector<std::string>& environment,
+                           std::shared_ptr<const TempFolder> home)
+    : home_(std::move(home)), environment_(environment) {
+  // Of equal names the first counts.
+  for (const char* name : {"HOME=", "XDG_RUNTIME_DIR=", "XDG_CONFIG_HOME="}) {
+    environment_.push_back(name + home_->Path().string());
+  }
+  environment_.push_back("PULSE_SERVER=unix:/nowhere");
   std::vector<std::string> command{VELT_PROGRAM};
   command.insert(command.end(), arguments.begin(), arguments.end());
-  program_ =
-      std::make_unique<Process>(command, Process::Options{.environment = environment_,
-                                                          .output = folder_.Path() / "output",
-                                                          .ownGroup = true});
-  const bool found = WaitUntil(
-      [this] {
-        window_ = Search("^VELT-SA");
-        window_.resize(std::min(window_.size(), window_.find('\n')));
-        return !window_.empty();
-      },
-      std::chrono::seconds(10));
-  if (!found) throw std::runtime_error("no window: " + Said());
+  program_ = std::make_unique<Process>(
+      command, Process::Options{
+                   .environment = environment_, .output = folder_ / "output", .ownGroup = true});
+  const auto found = [this] { return !(window_ = Search("VELT-SA.*")).empty(); };
+  if (!WaitUntil(found, seconds(10))) throw std::runtime_error("no window: " + Said());
+  window_.resize(window_.find('\n'));
 }
 
 std::string WindowDriver::Tool(std::vector<std::string> arguments) const {
@@ -69,12 +59,13 @@ std::string WindowDriver::Tool(std::vector<std::string> arguments) const {
 
 std::string WindowDriver::Search(const std::string& title) const {
   return Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()),
-               "--name", title});
+               "--name", "^" + title + "$"});
 }
 
-void WindowDriver::ClickAt(QPoint point) const {
-  Tool({"mousemove", "--window", window_, std::to_string(point.x()), std::to_string(point.y()),
-        "click", "1"});
+void WindowDriver::Click(const Control& control) const {
+  const Rectangle place = control.place;
+  Tool({"mousemove", "--window", window_, std::to_string(place.left + place.width / 2),
+        std::to_string(place.top + place.height / 2), "click", "1"});
 }
 
 void WindowDriver::Press(const std::vector<std::string>& keys) const {
@@ -83,70 +74,58 @@ void WindowDriver::Press(const std::vector<std::string>& keys) const {
   Tool(arguments);
 }
 
-void WindowDriver::Type(const std::string& text) const {
-  Tool({"type", text});
-}
-
 void WindowDriver::Close() {
   // A busy window manager may miss keys that come while it is still giving the focus.
   for (int attempt = 0; attempt < 3; ++attempt) {
     Tool({"windowactivate", "--sync", window_});
     Press({"alt+F4"});
-    if (program_->WaitForEnd(std::chrono::seconds(2))) return;
+    if (program_->WaitForEnd(seconds(2))) return;
   }
 }
 
 QImage WindowDriver::Picture() const {
-  const std::string file = (folder_.Path() / "picture.png").string();
+  const std::string file = folder_ / "picture.png";
   Output({"import", "-window", window_, file}, environment_);
   return QImage(ToQt(file)).convertToFormat(QImage::Format_RGB32);
 }
 
-bool WindowDriver::HasWindow(const std::string& title) const {
-  return !Search("^" + title + "$").empty();
-}
-
 bool WindowDriver::WaitForWindow(const std::string& title) const {
-  return WaitUntil([&] { return HasWindow(title); }, std::chrono::seconds(5));
+  const auto active = [&] {
+    const std::string window = Search(title);
+    return !window.empty() && window == Tool({"getactivewindow"});
+  };
+  return WaitUntil(active, seconds(10));
 }
 
 bool WindowDriver::Dismiss(const std::string& title) const {
-  if (!WaitForWindow(title)) return false;
-  return WaitUntil(
-      [&] {
-        Press({"Escape"});
-        // A click that comes before the window manager is done with the box may be lost.
-        return !HasWindow(title) && Tool({"getactivewindow"}).starts_with(window_);
-      },
-      std::chrono::seconds(5));
+  const auto dismissed = [&] {
+    Press({"Escape"});
+    // A click that comes before the window manager is done with the box may be lost.
+    return Search(title).empty() && Tool({"getactivewindow"}).starts_with(window_);
+  };
+  return WaitForWindow(title) && WaitUntil(dismissed, seconds(5));
 }
 
-std::string WindowDriver::ReadLabel(const Rectangle& place, int pixelSize, Qt::Alignment alignment,
-                                    const std::vector<std::string>& candidates) const {
-  const QRect where(place.left, place.top, place.width, place.height);
+bool WindowDriver::Reads(const Label& label, int pixelSize, const std::string& text,
+                         std::chrono::milliseconds limit) const {
+  const Rectangle place = label.place;
+  ClickLabel same(nullptr);
+  QFont font = same.font();
+  font.setPixelSize(pixelSize);
+  font.setBold(true);
+  same.setFont(font);
+  same.setText(ToQt(text));
+  same.setFixedSize(place.width, place.height);
+  const QRegion ink = Ink(same.grab().toImage());
   // A label under the mouse is tinted.
   const Rectangle aside = form.Label3.place;
-  Tool({"mousemove", "--window", window_, std::to_string(aside.left + 2),
-        std::to_string(aside.top + 2)});
-  const QImage seen = Ink(Picture().copy(where));
-  std::string best;
-  double least = 0.02;
-  for (const std::string& text : candidates) {
-    ClickLabel label(nullptr);
-    QFont font = label.font();
-    font.setPixelSize(pixelSize);
-    font.setBold(true);
-    label.setFont(font);
-    label.SetAlignment(alignment);
-    label.setText(ToQt(text));
-    label.setFixedSize(where.size());
-    const double difference = Difference(seen, Ink(label.grab().toImage()));
-    if (difference < least) {
-      least = difference;
-      best = text;
-    }
-  }
-  return best;
+  Tool({"mousemove", "--window", window_, std::to_string(aside.left), std::to_string(aside.top)});
+  return WaitUntil(
+      [&] {
+        const QImage seen = Picture().copy(place.left, place.top, place.width, place.height);
+        return Area(Ink(seen) ^ ink) * 10 < Area(ink);
+      },
+      limit);
 }
 
 }  // namespace velt

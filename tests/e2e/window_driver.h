@@ -3,8 +3,6 @@
 #pragma once
 
 #include <QImage>
-#include <QPoint>
-#include <QRect>
 #include <memory>
 #include <string>
 #include <vector>
@@ -20,33 +18,33 @@ std::string Output(const std::vector<std::string>& command,
 
 class WindowDriver {
  public:
-  // Starts the program with these arguments; throws std::runtime_error when its window is not
-  // there after 10 s.
-  WindowDriver(const std::vector<std::string>& arguments, std::vector<std::string> environment);
+  // Starts the program with these arguments and its user's home, without sound unless the
+  // environment says where it is; throws std::runtime_error when its window is not there after
+  // 10 s.
+  explicit WindowDriver(
+      const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {},
+      std::shared_ptr<const TempFolder> home = std::make_shared<const TempFolder>());
 
   Process& Program() { return *program_; }
+  const std::vector<std::string>& Environment() const { return environment_; }
   // What the program wrote to standard output and error.
-  std::string Said() const { return ReadText(folder_.Path() / "output"); }
+  std::string Said() const { return ReadText(folder_ / "output"); }
+  std::string Settings() const { return ReadText(*home_ / "KALVARO" / "VELT-SA.ini"); }
 
-  void Click(const Rectangle& place) const {
-    ClickAt({place.left + place.width / 2, place.top + place.height / 2});
-  }
-  void ClickAt(QPoint point) const;
+  void Click(const Control& control) const;
   void Press(const std::vector<std::string>& keys) const;  // keysyms, to the window with the focus
-  void Type(const std::string& text) const;
+  void Type(const std::string& text) const { Tool({"type", text}); }
   void Close();                                               // as the window manager does it
   void KillClient() const { Tool({"windowkill", window_}); }  // as a user does whom it annoys
 
   QImage Picture() const;
-  // Waits until a window of that title is there.
+  // Waits until a window of that title is there and gets what is typed.
   bool WaitForWindow(const std::string& title) const;
   // Closes the box of that title, which has to come up, and waits until it is gone.
   bool Dismiss(const std::string& title) const;
-
-  // The text that the label at a place shows, of those that it may show; "" when none looks like
-  // it.
-  std::string ReadLabel(const Rectangle& place, int pixelSize, Qt::Alignment alignment,
-                        const std::vector<std::string>& candidates) const;
+  // Waits until the label shows the text, dark on light.
+  bool Reads(const Label& label, int pixelSize, const std::string& text,
+             std::chrono::milliseconds limit = std::chrono::seconds(5)) const;
 
   // Where everything is in a window of the design size: the places of these controls.
   struct DesignForm : Main {
@@ -58,12 +56,12 @@ class WindowDriver {
   const DesignForm form;
 
  private:
-  bool HasWindow(const std::string& title) const;
   std::string Tool(std::vector<std::string> arguments) const;
   // The program's visible windows whose titles match.
   std::string Search(const std::string& title) const;
 
-  TempFolder folder_;
+  const TempFolder folder_;
+  const std::shared_ptr<const TempFolder> home_;
   std::vector<std::string> environment_;
   std::unique_ptr<Process> program_;
   std::string window_;

@@ -2,6 +2,7 @@
 // and what it understands.
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <sstream>
 
 #include "guardian/answer_reader.h"
@@ -12,6 +13,8 @@
 
 namespace velt {
 namespace {
+
+using namespace std::string_literals;
 
 const SteadyTime kBegin = SteadyTime() + std::chrono::hours(1);
 
@@ -25,33 +28,22 @@ struct Step {
   std::string ordered;  // empty: nothing
 };
 
-// "0 > connect; 10 connected > release; 20 accepted"
-std::vector<Step> StepsOf(const std::string& script) {
-  std::vector<Step> steps;
-  std::istringstream parts(script);
-  for (std::string part; std::getline(parts, part, ';');) {
-    Step& step = steps.emplace_back();
-    std::istringstream words(part);
-    words >> step.at;
-    std::string* text = &step.happens;
-    for (std::string word; words >> word;) {
-      if (word == ">") {
-        text = &step.ordered;
-      } else {
-        *text += (text->empty() ? "" : " ") + word;
-      }
-    }
+// "0 > connect; 10 connected > release; 20 accepted": asks what each step orders.
+template <class Happens>
+void Play(const std::string& script, Happens happens) {
+  SCOPED_TRACE(script);
+  static const std::regex pattern("(\\d+) ?([^>;]*?)( ?> ([^;]*))?(; |$)");
+  std::ptrdiff_t understood = 0;
+  for (std::sregex_iterator found(script.begin(), script.end(), pattern), end; found != end;
+       ++found) {
+    const Step step{std::stoi((*found)[1]), (*found)[2], (*found)[4]};
+    EXPECT_EQ(happens(step), step.ordered) << step.at << " " << step.happens;
+    understood += found->length();
   }
-  return steps;
+  EXPECT_EQ(understood, std::ssize(script));
 }
 
-std::string NameOf(FollowUp::Order order) {
-  static const std::vector<std::string> names{"",    "connect", "drop",  "release",
-                                              "ask", "done",    "failed"};
-  return names.at(static_cast<size_t>(order));
-}
-
-FollowUp::Order Happens(FollowUp& followUp, const Step& step) {
+std::string Happens(FollowUp& followUp, const Step& step) {
   using Told = FollowUp::Told;
   static const std::map<std::string, FollowUp::Answer> answers{
       {"accepted", {true, Told::Nothing}},
@@ -59,74 +51,73 @@ FollowUp::Order Happens(FollowUp& followUp, const Step& step) {
       {"RX", {true, Told::Receives}},
       {"TX", {true, Told::Transmits}},
       {"tells nothing", {false, Told::Nothing}}};
+  static const std::vector<std::string> names{"",    "connect", "drop",  "release",
+                                              "ask", "done",    "failed"};
   const SteadyTime now = At(step.at);
-  if (answers.contains(step.happens)) return followUp.Answered(now, answers.at(step.happens));
-  if (step.happens == "connected") return followUp.Connected(now);
-  if (step.happens == "left") return followUp.Left(now);
-  if (step.happens == "lost") {
-    followUp.Lost(now);
-    return FollowUp::Order::Nothing;
-  }
-  // The loop sleeps until Due.
-  EXPECT_EQ(followUp.Due() <= now, !step.ordered.empty()) << step.at;
-  return followUp.Tick(now);
+  const auto happened = [&] {
+    if (answers.contains(step.happens)) return followUp.Answered(now, answers.at(step.happens));
+    if (step.happens == "connected") return followUp.Connected(now);
+    if (step.happens == "left") return followUp.Left(now);
+    if (step.happens == "lost") return followUp.Lost(now), FollowUp::Order::Nothing;
+    // The loop sleeps until Due.
+    EXPECT_EQ(followUp.Due() <= now, !step.ordered.empty()) << step.at;
+    return followUp.Tick(now);
+  };
+  return names.at(static_cast<size_t>(happened()));
 }
 
 TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
-  struct Case {
-    std::string name;
-    FollowUp::Peer peer;
-    std::string steps;
-  };
   const FollowUp::Peer usual{}, silent{.tells = false}, late{.keyIsUnderWay = true};
   const FollowUp::Peer mute{.answers = false, .tells = false};
-  const std::string begin = "0 > connect; 10 connected > release; ";
-  for (const Case& c : {
-           Case{"seen to receive twice", usual,
-                "20 accepted > ask; 25 RX; 624; 625 > ask; 630 RX > done"},
-           Case{"the key came late", usual,
-                "20 accepted > ask; 25 RX; 625 > ask; 630 TX; 630 > release; 640 accepted > ask; "
-                "641 RX; 1240; 1241 > ask; 1242 RX > done"},
-           Case{"ignores releases", usual,
-                "20 accepted > ask; 30 TX; 259; 260 > release; 270 accepted > ask; 9999 TX; 10000 "
-                "> failed"},
-           Case{"refuses once", usual,
-                "20 refused > ask; 30 tells nothing; 280 > release; 290 accepted > ask; 300 tells "
-                "nothing > done"},
-           Case{"answers nothing", usual,
-                "3009; 3010 > drop; 3259; 3260 > connect; 3300 connected > release; 6300 > drop; "
-                "6300 lost; 6550 > connect; 9550 > drop; 10000 > failed"},
-           Case{"refuses connections", usual,
-                "11 lost; 260; 261 > connect; 261 lost; 511 > connect; 512 RX; 9999 connected > "
-                "release; 10000 > failed"},
-           Case{"a connection lost after the release asks first", usual,
-                "20 accepted > ask; 21 lost; 271 > connect; 272 connected > ask; 273 TX; 273 > "
-                "release"},
-           Case{"one lost before the answer releases again", usual,
-                "20 lost; 270 > connect; 272 connected > release"},
-           Case{"cannot tell", usual, "20 accepted > ask; 30 tells nothing > done"},
-           Case{"cannot tell, and was keyed just before", late,
-                "20 accepted > ask; 30 tells nothing; 629; 630 > release; 640 accepted > ask; 650 "
-                "tells nothing > done"},
-           Case{"could tell before", usual,
-                "20 accepted > ask; 30 RX; 630 > ask; 640 tells nothing; 890 > ask; 900 RX > done"},
-           Case{"the end comes before the second time", usual,
-                "20 accepted > ask; 30 TX; 260 > release; 300 accepted > ask; 9900 RX; 10000 > "
-                "done"},
-           Case{"is not asked", silent, "20 accepted > done"},
-           Case{"does not answer", mute, "20 left > done"},
-           Case{"answers that nobody waits for", usual,
-                "15 left; 20 accepted > ask; 25 RX; 30 TX; 40 connected; 625 > ask"},
+  for (const auto& [peer, steps] : std::vector<std::pair<FollowUp::Peer, std::string>>{
+           // The key came late.
+           {usual,
+            "20 accepted > ask; 25 RX; 624; 625 > ask; 630 TX; 630 > release; 640 accepted > ask; "
+            "641 RX; 1240; 1241 > ask; 1242 RX > done"},
+           // Ignores releases.
+           {usual,
+            "20 accepted > ask; 30 TX; 259; 260 > release; 270 accepted > ask; 9999 TX; 10000 > "
+            "failed"},
+           // Refuses one, and cannot tell.
+           {usual,
+            "20 refused > ask; 30 tells nothing; 280 > release; 290 accepted > ask; 300 tells "
+            "nothing > done"},
+           // Answers nothing.
+           {usual,
+            "3009; 3010 > drop; 3259; 3260 > connect; 3300 connected > release; 6300 > drop; 6300 "
+            "lost; 6550 > connect; 9550 > drop; 10000 > failed"},
+           // Refuses connections.
+           {usual,
+            "11 lost; 260; 261 > connect; 261 lost; 511 > connect; 512 RX; 9999 connected > "
+            "release; 10000 > failed"},
+           // A connection lost after the release asks first, one before its answer releases again.
+           {usual,
+            "20 accepted > ask; 21 lost; 271 > connect; 272 connected > ask; 273 TX; 273 > "
+            "release"},
+           {usual, "20 lost; 270 > connect; 272 connected > release"},
+           // Cannot tell, and was keyed just before.
+           {late,
+            "20 accepted > ask; 30 tells nothing; 629; 630 > release; 640 accepted > ask; 650 "
+            "tells nothing > done"},
+           // Could tell before.
+           {usual,
+            "20 accepted > ask; 30 RX; 630 > ask; 640 tells nothing; 890 > ask; 900 RX > done"},
+           // The end comes before it is seen a second time.
+           {usual,
+            "20 accepted > ask; 30 TX; 260 > release; 300 accepted > ask; 9900 RX; 10000 > done"},
+           {silent, "20 accepted > done"},
+           {mute, "20 left > done"},
+           // Answers that nobody waits for.
+           {usual, "15 left; 20 accepted > ask; 25 RX; 30 TX; 40 connected; 625 > ask"},
        }) {
-    SCOPED_TRACE(c.name);
-    FollowUp followUp(At(0), c.peer, {});
-    for (const Step& step : StepsOf(begin + c.steps)) {
-      EXPECT_EQ(NameOf(Happens(followUp, step)), step.ordered) << step.at << " " << step.happens;
-    }
+    FollowUp followUp(At(0), peer, {});
+    Play("0 > connect; 10 connected > release; " + steps,
+         [&](const Step& step) { return Happens(followUp, step); });
   }
 }
 
-std::string TextOf(const Holdings::Orders& orders) {
+// "silence release1 finished"
+std::string TextOf(const Holdings::Orders& orders, const Holdings& holdings) {
   std::string text = orders.tellSilence ? " silence" : "";
   const auto add = [&text](const char* word, const std::vector<uint32_t>& tickets) {
     for (const uint32_t ticket : tickets) text += std::string(" ") + word + std::to_string(ticket);
@@ -135,7 +126,8 @@ std::string TextOf(const Holdings::Orders& orders) {
   add("failed", orders.failed);
   add("drop", orders.drop);
   add("release", orders.release);
-  return text;
+  if (holdings.Finished()) text += " finished";
+  return text.substr(text.empty() ? 0 : 1);
 }
 
 // "hold 1 rig", "forget 1", "follow 1", "beat", "" (time), "end", "released 1", "gave-up 1".
@@ -144,76 +136,55 @@ std::string Happens(Holdings& holdings, const Step& step) {
   std::string word, transmitter;
   uint32_t ticket = 0;
   words >> word >> ticket >> transmitter;
+  const SteadyTime now = At(step.at);
+  Holdings::Orders orders;
   if (word.empty()) {
     const auto due = holdings.Due();
-    EXPECT_EQ(due && *due <= At(step.at), !step.ordered.empty()) << step.at;
-    return TextOf(holdings.Tick(At(step.at)));
+    EXPECT_EQ(due && *due <= now, !step.ordered.empty()) << step.at;
+    orders = holdings.Tick(now);
   }
-  if (word == "end") return TextOf(holdings.Ended());
-  if (word == "released") return TextOf(holdings.FollowedUp(ticket, true));
-  if (word == "gave-up") return TextOf(holdings.FollowedUp(ticket, false));
-  std::string text;
-  if (word == "hold") text = TextOf(holdings.Hold(At(step.at), ticket, transmitter));
-  if (word == "forget") text = TextOf(holdings.Forget(ticket));
-  if (word == "follow") text = TextOf(holdings.Follow(ticket));
-  return text + TextOf(holdings.Heard(At(step.at)));
+  if (word == "end") orders = holdings.Ended();
+  if (word == "released") orders = holdings.FollowedUp(ticket, true);
+  if (word == "gave-up") orders = holdings.FollowedUp(ticket, false);
+  if (word == "hold") orders = holdings.Hold(now, ticket, transmitter);
+  if (word == "forget") orders = holdings.Forget(ticket);
+  if (word == "follow") orders = holdings.Follow(ticket);
+  const bool heard = word == "hold" || word == "forget" || word == "follow" || word == "beat";
+  if (heard) std::ranges::copy(holdings.Heard(now).drop, std::back_inserter(orders.drop));
+  return TextOf(orders, holdings);
 }
 
 TEST(Holdings, AreReleasedWhenTheProgramCannot) {
-  struct Case {
-    std::string name;
-    std::string steps;
-    bool finished;
-  };
   const std::string silence = "0 hold 1 rig; 4000 beat; 8999; 9000 > silence release1; ";
-  for (const Case& c : {
-           Case{"nothing held", "90000; 90000 end", true},
-           Case{"forgotten", "0 hold 1 rig; 1 forget 1 > drop1; 9000; 9000 end", true},
-           Case{"the end",
-                "0 hold 1 rig; 0 hold 2 other; 1 end > release1 release2; 9000; 9000 released 1 > "
-                "drop1; 9001 gave-up 2 > drop2",
-                true},
-           Case{"the end, under way", "0 hold 1 rig; 1 end > release1", false},
-           Case{
-               "handed over",
-               "0 hold 1 rig; 1 follow 1 > release1; 9000; 9000 released 1 > done1 drop1; 9000 end",
-               true},
-           Case{"handed over in vain",
-                "0 hold 1 rig; 1 follow 1 > release1; 2 end; 10001 gave-up 1 > failed1 drop1",
-                true},
-           Case{"keyed again while it is followed up",
-                "0 hold 1 rig; 1 follow 1 > release1; 2 hold 2 other; 3 hold 3 rig > done1 drop1; "
-                "4 released 1; 5 end > release2 release3",
-                false},
-           Case{"two that want the same rig",
-                "0 hold 1 rig; 0 hold 2 rig; 1 forget 1 > drop1; 2 end > release2", false},
-           Case{"silence",
-                silence + "20000; 20000 released 1 > drop1; 20001 hold 2 rig; 25000; 25001 > "
-                          "silence release2",
-                false},
-           Case{"silence, then keyed again at once", silence + "9001 hold 2 rig > drop1", false},
-           Case{"silence, then the end", silence + "9500 end; 9600 released 1 > drop1", true},
-           Case{"silence in vain, then the end",
-                silence + "19000 gave-up 1; 60000; 60000 end > release1; 70000 gave-up 1 > drop1",
-                true},
-           Case{"silence in vain, then awake",
-                silence + "19000 gave-up 1; 60000 beat > drop1; 70000 end", true},
-           Case{"silence, awake, then in vain",
-                silence + "9100 beat; 19000 gave-up 1 > drop1; 19001 end", true},
-           Case{"silence in vain, then handed over",
-                silence +
-                    "19000 gave-up 1; 60000 follow 1 > release1; 60001 released 1 > done1 drop1",
-                false},
-           Case{"silence, then handed over when it was done",
-                silence + "9500 released 1 > drop1; 60000 follow 1 > done1", false},
+  for (const std::string& steps : {
+           "90000; 90000 end > finished"s,
+           "0 hold 1 rig; 1 forget 1 > drop1; 9000; 9000 end > finished"s,
+           // The end.
+           "0 hold 1 rig; 0 hold 2 other; 1 end > release1 release2; 9000; 9000 released 1 > "
+           "drop1; 9001 gave-up 2 > drop2 finished"s,
+           // Handed over, and in vain.
+           "0 hold 1 rig; 1 follow 1 > release1; 9000; 9000 released 1 > done1 drop1; 9000 end > "
+           "finished"s,
+           "0 hold 1 rig; 1 follow 1 > release1; 2 end; 10001 gave-up 1 > failed1 drop1 finished"s,
+           // Keyed again while it is followed up.
+           "0 hold 1 rig; 1 follow 1 > release1; 2 hold 2 other; 3 hold 3 rig > done1 drop1; 4 "
+           "released 1; 5 end > release2 release3"s,
+           // Two that want the same rig.
+           "0 hold 1 rig; 0 hold 2 rig; 1 forget 1 > drop1; 2 end > release2"s,
+           // What becomes of a silence.
+           silence + "20000; 20000 released 1 > drop1; 20001 hold 2 rig; 25000; 25001 > silence "
+                     "release2",
+           silence + "9001 hold 2 rig > drop1",
+           silence + "9500 end; 9600 released 1 > drop1 finished",
+           silence + "19000 gave-up 1; 60000; 60000 end > release1; 70000 gave-up 1 > drop1 "
+                     "finished",
+           silence + "19000 gave-up 1; 60000 beat > drop1; 70000 end > finished",
+           silence + "9100 beat; 19000 gave-up 1 > drop1; 19001 end > finished",
+           silence + "19000 gave-up 1; 60000 follow 1 > release1; 60001 released 1 > done1 drop1",
+           silence + "9500 released 1 > drop1; 60000 follow 1 > done1",
        }) {
-    SCOPED_TRACE(c.name);
     Holdings holdings(Milliseconds(5000));
-    for (const Step& step : StepsOf(c.steps)) {
-      const std::string ordered = step.ordered.empty() ? "" : " " + step.ordered;
-      EXPECT_EQ(Happens(holdings, step), ordered) << step.at << " " << step.happens;
-    }
-    EXPECT_EQ(holdings.Finished(), c.finished);
+    Play(steps, [&](const Step& step) { return Happens(holdings, step); });
   }
 }
 
@@ -227,47 +198,37 @@ TEST(GuardianMessage, ArrivesWholeOrNotAtAll) {
   const std::string bytes = Encode(hold);
   const auto read = Decode(bytes);
   ASSERT_TRUE(read);
-  EXPECT_EQ(read->kind, hold.kind);
-  EXPECT_EQ(read->ticket, hold.ticket);
-  const auto fields = [](const ReleaseRecipe& r) {
-    return std::tuple(r.host, r.port, r.lowersLines, r.release, r.ask, r.answerEnd, r.accepted,
-                      r.tells, r.receives);
-  };
-  EXPECT_EQ(fields(read->recipe), fields(hold.recipe));
+  EXPECT_EQ(std::tuple(read->kind, read->ticket), std::tuple(hold.kind, hold.ticket));
+  EXPECT_EQ(FieldsOf(read->recipe), FieldsOf(hold.recipe));
   for (size_t size = 0; size < bytes.size(); ++size) EXPECT_FALSE(Decode(bytes.substr(0, size)));
   EXPECT_FALSE(Decode(bytes + '\0'));
-  for (int kind = 0; kind < 256; ++kind) {
-    std::string other = bytes.substr(0, 5);
-    other[0] = static_cast<char>(kind);
-    const bool needsNoMore = kind == 2 || kind == 3 || kind == 4 || (kind >= 6 && kind <= 9);
-    EXPECT_EQ(Decode(other).has_value(), needsNoMore) << kind;
-  }
+  const std::string noMore = bytes.substr(1, 4);
+  EXPECT_TRUE(Decode('\2' + noMore) && Decode('\x9' + noMore));
+  for (const char kind : {'\0', '\1', '\5', '\xa', '\xff'}) EXPECT_FALSE(Decode(kind + noMore));
   hold.recipe.ask.assign(70000, 'x');
   EXPECT_TRUE(Encode(hold).empty());
 }
 
 TEST(AnswerReader, UnderstandsAnswersHoweverTheyAreSplit) {
-  struct Case {
-    std::string bytes;
-    std::string understood;  // of each answer: accepted or not, what it tells
-  };
   const ReleaseRecipe recipe = RigRecipe(1);
-  for (const Case& c :
-       {Case{"set_ptt: 0\nRPRT 0\n", "+- "}, Case{"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
-        Case{"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "}, Case{"PTT: 01\nRPRT -5\n", "-T "},
-        Case{"PTT: 0\nRPRT 0", ""}, Case{"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
-        Case{std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
+  // Of each answer: whether it accepts, and what it tells.
+  for (const auto& [bytes, expected] : std::map<std::string, std::string>{
+           {"set_ptt: 0\nRPRT 0\n", "+- "},
+           {"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
+           {"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "},
+           {"PTT: 01\nRPRT -5\n", "-T "},
+           {"PTT: 0\nRPRT 0", ""},
+           {"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
+           {std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
     for (const size_t piece : {1U, 7U}) {
       AnswerReader reader(recipe);
       std::string understood;
-      for (size_t i = 0; i < c.bytes.size(); i += piece) {
-        if (const auto answer = reader.Read(std::string_view(c.bytes).substr(i, piece))) {
-          understood += answer->accepted ? '+' : '-';
-          understood += std::string("-RT").at(static_cast<size_t>(answer->told));
-          understood += ' ';
-        }
+      for (size_t i = 0; i < bytes.size(); i += piece) {
+        const auto answer = reader.Read(std::string_view(bytes).substr(i, piece));
+        if (!answer) continue;
+        understood += {answer->accepted ? '+' : '-', "-RT"[static_cast<int>(answer->told)], ' '};
       }
-      EXPECT_EQ(understood, c.understood) << c.bytes.substr(0, 80);
+      EXPECT_EQ(understood, expected) << bytes.substr(0, 80);
     }
   }
 }

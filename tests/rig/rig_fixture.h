@@ -31,6 +31,9 @@ struct RigFixture : testing::Test, ProgramFixture {
     scheduler.RunPosted();
     return writes1.Take();
   }
+  Texts WritesWithin(Milliseconds span) {
+    return WritesAfter([&] { scheduler.Advance(span); });
+  }
   void Pass(Milliseconds span) { scheduler.Advance(span); }
   std::string Frequency() const { return form.lblFrequency.caption; }
   // What the message line holds, which is emptied.

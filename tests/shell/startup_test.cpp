@@ -5,42 +5,38 @@
 namespace velt {
 namespace {
 
-TEST(Startup, ResetDeletesTheSettingsAndStartsNothing) {
+TEST(Startup, DoesWhatTheCallAsksForButNothingAfterAResetOrBesideAnotherRun) {
   ProgramFixture f;
   f.store.Save("VELT-SA", "Slider", "33");
   f.store.Save("CAT", "Rig1", "x");
   f.setup.resetSettings = true;
   f.Restart();
   EXPECT_EQ(f.Start(), Startup::Result::SettingsReset);
-  EXPECT_EQ(f.Stored("Slider"), "(missing)");
-  EXPECT_FALSE(f.store.Get("CAT", "Rig1"));
-  EXPECT_TRUE(f.files.folders.empty());
-}
-
-TEST(Startup, ASecondInstanceEndsSilentlyUnlessExempt) {
-  ProgramFixture f;
+  EXPECT_FALSE(f.store.Get("VELT-SA", "Slider") || f.store.Get("CAT", "Rig1"));
+  f.setup.resetSettings = false;
   f.lock.alone = false;
+  f.Restart();
   EXPECT_EQ(f.Start(), Startup::Result::AnotherInstance);
   EXPECT_TRUE(f.files.folders.empty());
   f.setup.exemptFromSingleInstance = true;
+  f.setup.startAnalyser = true;
+  f.setup.dataFolder = "/data";
   f.Restart();
+  f.audio.opens = false;
   EXPECT_EQ(f.Start(), Startup::Result::Running);
-}
-
-TEST(Startup, AFolderThatCannotBeMadeIsToldAndDoesNotKeepTheOthersFromBeingMade) {
-  ProgramFixture f;
-  f.files.unmakable = {"/home/om/VELT/WAV"};
-  f.Start();
-  EXPECT_TRUE(f.files.folders.contains("/home/om/VELT/BMP"));
-  EXPECT_NE(f.log.lines.at(0).find("/home/om/VELT/WAV could not be made"), std::string::npos);
+  EXPECT_TRUE(f.files.folders.contains("/data/WAV"));
+  EXPECT_EQ(f.audio.opened.size(), 1U);
+  EXPECT_FALSE(f.audio.watching);
+  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
 }
 
 // What happens while the program starts and ends, in its order, as those see it who stand around.
 struct Sequence : ProgramFixture {
   std::string order;
+  bool rigShown = false;
   Connections watching;
 
-  // A restarted program with its events written down; `engine`: one is installed.
+  // `engine`: one is installed.
   explicit Sequence(bool engine) {
     if (engine) {
       files.files["/opt/engine/velt.jar"] = "";
@@ -53,6 +49,8 @@ struct Sequence : ProgramFixture {
       order += files.folders.contains("/home/om/VELT/WAV") ? "engine " : "engine-early ";
     });
     watching += p.form.mnuclosezoka.clicked.Listen(note("close-engine "));
+    watching += p.form.Timer1.enabled.changed.Listen(
+        [this] { order += Form().Timer1.enabled ? "capture " : "stop-capture "; });
     watching += p.form.tmrStatus.ticked.Listen([this] {
       // The timer's own ticks come later.
       if (rigShown) order += "status ";
@@ -63,15 +61,22 @@ struct Sequence : ProgramFixture {
     watching +=
         p.shutdown.rigOff.Listen([this] { order += Form().lblTRXMode.caption.Get() + " "; });
     watching += p.rig.display.statusShown.Listen([this] {
-      if (std::exchange(rigShown, true)) return;
-      order += audio.opened == 1 ? "capture rig " : "rig ";
+      if (!std::exchange(rigShown, true)) order += "rig ";
     });
-    audio.closed = [this] { order += "stop-capture "; };
-    store.committed = [this] {
+    store.commit = [this] {
       order += rig1.Link().state == RigLink::State::Off ? "save-late " : "save ";
+      return 0;
     };
   }
-  bool rigShown = false;
+  // Shown shifted by so much and keyed; what happened so far is forgotten.
+  void Key(int16_t offsetKHz = 0) {
+    program->rig.state.offsetKHz = offsetKHz;
+    program->rig.display.ShowRigParams();
+    Form().mnuPTT_ON.Click();
+    scheduler.Advance(Milliseconds(300));
+    order.clear();
+    writes1.Take();
+  }
 };
 
 TEST(Startup, GoesThroughItsStepsInOrder) {
@@ -79,37 +84,37 @@ TEST(Startup, GoesThroughItsStepsInOrder) {
   f.Reachable(true);
   f.store.Save("VELT-SA", "AutoStartSA", "True");
   f.store.Save("VELT-SA", "Expander", "1");
+  f.files.unmakable = {"/home/om/VELT/"};  // which keeps no other from being made
   f.Start();
   EXPECT_EQ(f.order, "engine capture rig status ");
+  EXPECT_NE(f.log.lines.at(0).find("/home/om/VELT/ could not be made"), std::string::npos);
   Main& form = f.Form();
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Simulated rig");
-  EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.Timer1.enabled && form.imgRecOnOff.enabled);
-  EXPECT_EQ(form.imgRecOnOff.tag.Get(), "");  // nothing is being recorded
+  EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.imgRecOnOff.enabled);
   EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
   EXPECT_EQ(form.chkExpand.value, 1);
   // A later restart of the link undoes no choice of the user's.
   form.chkExpand.UserPick(false);
-  f.program->rig.dialog.Open();
-  f.program->catForm.cmdStartStop.Click();
-  f.program->catForm.cmdStartStop.Click();
+  for (int press = 0; press < 2; ++press) f.program->catForm.cmdStartStop.Click();
   f.scheduler.RunPosted();
   EXPECT_EQ(form.lblFrequency.caption.Get(), "14.074.00");
   EXPECT_EQ(form.chkExpand.value, 0);
 }
 
-TEST(Startup, WithoutAnEngineItsItemsAreOff) {
+TEST(Startup, WithoutAnEngineItsItemsAreOffAndWithoutARigItIsAskedOnce) {
   Sequence f(false);
   f.store.Save("VELT-SA", "AutoRunZOKA", "True");
   f.Start();
   Main& form = f.Form();
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA");
-  for (const MenuItem* item :
-       {&form.mnuautos[0], &form.mnuautos[1], &form.mnurunzoka, &form.mnuclosezoka}) {
-    EXPECT_FALSE(item->enabled);
-  }
-  EXPECT_FALSE(form.lblMode.enabled);
+  const Control* const off[] = {&form.mnuautos[0],  &form.mnuautos[1], &form.mnurunzoka,
+                                &form.mnuclosezoka, &form.lblMode,     &form.tmrCheckZOKA};
+  for (const Control* item : off) EXPECT_FALSE(item->enabled);
   EXPECT_EQ(f.order, "off-line ");
-  EXPECT_FALSE(form.tmrCheckZOKA.enabled);
+  ASSERT_EQ(f.prompts.asked.size(), 1U);
+  EXPECT_EQ(f.prompts.asked[0].title, "OmniRig not Configured for CAT");
+  f.prompts.answer(true);
+  EXPECT_TRUE(f.program->catForm.Window.visible);
 }
 
 // A rig can be missing in two ways, and be switched on or reached later.
@@ -146,51 +151,57 @@ TEST(Startup, WhatAFirstRunWithoutARigNeverAppliedIsNotLost) {
   EXPECT_EQ(f.Stored("Expander") + f.Stored("OnTop"), "00");
 }
 
-TEST(Startup, WhatTheCallAsksForComesBeforeTheSettings) {
+TEST(Startup, AddressesAndLimitAreKeptInTheirOwnSection) {
   ProgramFixture f;
-  f.setup.startAnalyser = true;
-  f.setup.dataFolder = "/data";
-  f.Restart();
-  f.audio.answer = FakeAudioInput::Answer::Failed;
+  const auto saved = [&f](const char* key) {
+    f.program->settings.SaveRegistryStuff();
+    return f.store.Get("CAT", key);
+  };
+  f.store.Save("CAT", "Rig2", "10.0.0.7:4600");
+  f.store.Save("CAT", "TransmissionLimitMinutes", "99");
   f.Start();
-  EXPECT_TRUE(f.files.folders.contains("/data/WAV"));
-  EXPECT_EQ(f.audio.opened, 1);
-  EXPECT_FALSE(f.audio.watching);
-  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
+  EXPECT_EQ(f.server.Address(2), "10.0.0.7:4600");
+  EXPECT_EQ(f.program->rig.guard.LimitMinutes(), 60);
+  EXPECT_EQ(saved("Rig2"), "10.0.0.7:4600");
+  EXPECT_EQ(saved("Rig1"), std::nullopt);  // never set up
+  f.program->rig.dialog.Open();
+  f.program->catForm.txtAddress1.UserText("localhost:4540");
+  f.program->catForm.cmdApplyAddresses.Click();
+  EXPECT_EQ(saved("Rig1"), "localhost:4540");
+  // An address for one run only is used, and not kept.
+  f.setup.rigAddresses[1] = "shack:4601";
+  f.Restart();
+  f.Start();
+  EXPECT_EQ(f.server.Address(2), "shack:4601");
+  f.program->settings.KeepRigAddresses();
+  EXPECT_EQ(saved("Rig2"), "10.0.0.7:4600");
 }
 
 TEST(Shutdown, GoesThroughItsStepsInOrder) {
-  struct Case {
-    bool rigUp, capturing, keyed;
-    std::string order;
-  };
-  for (const Case& c :
-       {Case{true, false, false, "save close-engine last-14074000 "},
-        {false, false, false, "save close-engine OFF "},
-        {true, true, true, "release save close-engine last-14074000 stop-capture "}}) {
+  for (const auto& [rigUp, capturing, order] :
+       {std::tuple{true, false, "save close-engine last-14074000 "},
+        {false, false, "save close-engine OFF "},
+        {true, true, "release save close-engine last-14074000 stop-capture "}}) {
     Sequence f(true);
-    f.Reachable(c.rigUp);
+    f.Reachable(rigUp);
     f.watching += f.rig1.written.Listen([&f](const std::string& what) {
       if (what == "RX") f.order += "release ";
     });
     f.Start();
-    if (c.capturing) f.StartCapture();
-    if (c.keyed) f.Form().mnuPTT_ON.Click();
-    f.scheduler.Advance(Milliseconds(300));
+    if (capturing) f.StartCapture();
+    if (capturing) f.Key();
     f.program->rig.dialog.Open();
     f.Form().lblFrequency.Click();  // a menu is open
     f.order.clear();
-    EXPECT_EQ(f.Close(), !c.capturing);
-    EXPECT_EQ(f.order, c.order);
-    EXPECT_FALSE(f.program->catForm.Window.visible);
-    EXPECT_FALSE(f.prompts.popupClosed);
-    EXPECT_EQ(f.ended, false);
-    EXPECT_EQ(f.Close(), !c.capturing);  // asked again meanwhile: nothing is done twice
+    for (int request = 0; request < 2; ++request) {  // nothing is done twice
+      EXPECT_EQ(f.Close(), !capturing);
+      EXPECT_EQ(f.order, order);
+    }
+    EXPECT_FALSE(f.program->catForm.Window.visible || f.prompts.popupClosed || f.ended);
     f.scheduler.Advance(Milliseconds(5));
     EXPECT_TRUE(f.ended);
-    EXPECT_EQ(f.order, c.order);
-    EXPECT_FALSE(f.rig1.Transmits());
-    EXPECT_FALSE(f.program->rig.link.On());
+    EXPECT_EQ(f.order, order);
+    EXPECT_FALSE(f.rig1.Transmits() || f.program->rig.link.On());
     const int laidOut = f.Form().Scope.scaleWidth;
     f.Form().Window.widthTwips = 6000;
     EXPECT_EQ(f.Form().Scope.scaleWidth, laidOut);
@@ -198,41 +209,34 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
 }
 
 TEST(Shutdown, SettingsThatCannotBeSavedAreAskedAboutWhileSomebodyIsThere) {
-  enum class Then { TryAgain, CloseAnyway, SystemEnds };
-  for (const Then then : {Then::TryAgain, Then::CloseAnyway, Then::SystemEnds}) {
+  enum class Then { TryAgain, CloseAnyway, SystemEnds, SystemEndsAtOnce };
+  using enum Then;
+  for (const Then then : {TryAgain, CloseAnyway, SystemEnds, SystemEndsAtOnce}) {
     ProgramFixture f;
     f.Start();
-    f.store.error = ENOSPC;
+    f.store.commit = [] { return ENOSPC; };
     f.prompts.asked.clear();
-    EXPECT_FALSE(f.Close());
+    f.Close(then == SystemEndsAtOnce ? Shutdown::ClosedBy::System : Shutdown::ClosedBy::User);
     f.scheduler.RunPosted();
-    ASSERT_EQ(f.prompts.asked.size(), 1U);
+    EXPECT_EQ(f.ended, then == SystemEndsAtOnce);
+    EXPECT_EQ(f.prompts.asked.empty(), then == SystemEndsAtOnce);
+    if (f.ended) continue;
     EXPECT_EQ(f.prompts.asked[0].text, "The settings could not be saved: No space left on device.");
     EXPECT_EQ(f.prompts.asked[0].yes + f.prompts.asked[0].no, "Try againClose anyway");
-    EXPECT_FALSE(f.ended);
-    if (then == Then::TryAgain) {
+    if (then == TryAgain) {
       f.prompts.answer(true);  // and it fails again
       EXPECT_EQ(f.prompts.asked.size(), 2U);
-      f.store.error = 0;
-      f.prompts.answer(true);
-    } else if (then == Then::CloseAnyway) {
-      f.prompts.answer(false);
-    } else {
+      f.store.commit = [] { return 0; };
+    }
+    if (then == SystemEnds) {
       f.Close(Shutdown::ClosedBy::System);
+    } else {
+      f.prompts.answer(then == TryAgain);
     }
     f.scheduler.RunPosted();
     EXPECT_TRUE(f.ended);
-    EXPECT_EQ(f.prompts.answer == nullptr, then == Then::SystemEnds);
-    EXPECT_EQ(f.Stored("EXE") == "VELT-SA.exe", true);
+    EXPECT_EQ(f.prompts.answer == nullptr, then == SystemEnds);
   }
-  ProgramFixture f;
-  f.Start();
-  f.store.error = ENOSPC;
-  f.prompts.asked.clear();
-  f.Close(Shutdown::ClosedBy::System);
-  f.scheduler.RunPosted();
-  EXPECT_TRUE(f.ended);
-  EXPECT_TRUE(f.prompts.asked.empty());
 }
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
@@ -240,17 +244,13 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   f.Reachable(true);
   f.Start();
   f.StartCapture();
-  f.Form().mnuPTT_ON.Click();
-  f.scheduler.Advance(Milliseconds(300));
-  f.order.clear();
+  f.Key();
   f.Form().Image2.Click();
-  EXPECT_EQ(f.order, "stop-capture ");
   f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
   EXPECT_TRUE(f.ended);
   EXPECT_FALSE(f.rig1.Transmits());
-  EXPECT_EQ(f.order, "stop-capture ");
-  EXPECT_EQ(f.audio.opened, 1) << "capture does not go on after this menu";
+  EXPECT_EQ(f.order, "stop-capture ") << "it does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }
 
@@ -258,81 +258,13 @@ TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
   Sequence f(false);
   f.Reachable(true);
   f.Start();
-  f.program->rig.state.offsetKHz = 2;
-  f.program->rig.display.ShowRigParams();
-  f.Form().mnuPTT_ON.Click();
-  f.scheduler.Advance(Milliseconds(300));
-  f.order.clear();
-  f.writes1.Take();
+  f.Key(2);
   EXPECT_FALSE(f.Close());
   EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
   EXPECT_EQ(f.order, "");
   f.scheduler.Advance(Milliseconds(300));
   EXPECT_EQ(f.order, "status save last-14074000 ");
   EXPECT_TRUE(f.ended);
-}
-
-// The rig at start-up, through the whole program.
-struct RigInTheProgram : ProgramFixture, testing::Test {
-  RigInTheProgram() { Reachable(true); }
-};
-
-TEST_F(RigInTheProgram, ItIsShownFollowedAndKeyedFromTheMenu) {
-  ProgramFixture& f = *this;
-  f.Start();
-  Main& form = f.Form();
-  EXPECT_EQ(form.lblFrequency.caption.Get(), "14.074.00");
-  EXPECT_EQ(form.lblFrequencyExpand.caption.Get(), "14.074.00");
-  EXPECT_EQ(form.lblMode.caption.Get(), "USB");
-  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Simulated rig");
-  form.lblFrequency.Click();
-  f.prompts.Choose("12m");
-  EXPECT_EQ(f.writes1.Take(), std::vector<std::string>{"Freq 24900000"});
-  f.scheduler.RunPosted();
-  EXPECT_EQ(form.lblFrequency.caption.Get(), "24.900.00");
-  f.StartCapture();  // the mode can be clicked while capture runs
-  form.lblMode.Click();
-  f.prompts.Choose("LSB");
-  form.lblTRXMode.Click();
-  f.prompts.Choose("&TX");
-  EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"Mode " + std::to_string(PM_SSB_L), "TX"}));
-  EXPECT_TRUE(f.rig1.Transmits());
-}
-
-TEST(RigAtStartup, AnUnreachableServerIsAskedAboutOnceAndComesBackByItself) {
-  ProgramFixture f;
-  f.Start();
-  f.scheduler.RunPosted();
-  EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
-  ASSERT_EQ(f.prompts.asked.size(), 1U);
-  EXPECT_EQ(f.prompts.asked[0].title, "OmniRig not Configured for CAT");
-  f.prompts.answer(true);
-  EXPECT_TRUE(f.program->catForm.Window.visible);
-}
-
-TEST(RigAtStartup, AddressesAndLimitAreKeptInTheirOwnSection) {
-  ProgramFixture f;
-  f.store.Save("CAT", "Rig2", "10.0.0.7:4600");
-  f.store.Save("CAT", "TransmissionLimitMinutes", "99");
-  f.Start();
-  EXPECT_EQ(f.server.Address(2), "10.0.0.7:4600");
-  EXPECT_EQ(f.program->rig.guard.LimitMinutes(), 60);
-  f.program->settings.SaveRegistryStuff();
-  EXPECT_EQ(f.store.Get("CAT", "Rig2"), "10.0.0.7:4600");
-  EXPECT_EQ(f.store.Get("CAT", "Rig1"), std::nullopt);  // never set up
-  f.program->rig.dialog.Open();
-  f.program->catForm.txtAddress1.UserText("localhost:4540");
-  f.program->catForm.cmdApplyAddresses.Click();
-  f.program->settings.SaveRegistryStuff();
-  EXPECT_EQ(f.store.Get("CAT", "Rig1"), "localhost:4540");
-  // An address for one run only is used, and not kept.
-  f.setup.rigAddresses[1] = "shack:4601";
-  f.Restart();
-  f.Start();
-  EXPECT_EQ(f.server.Address(2), "shack:4601");
-  f.program->settings.KeepRigAddresses();
-  f.program->settings.SaveRegistryStuff();
-  EXPECT_EQ(f.store.Get("CAT", "Rig2"), "10.0.0.7:4600");
 }
 
 }  // namespace

@@ -11,32 +11,30 @@
 #include "adapters/files/memory_store.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "shell/program.h"
+#include "support/fake_engine_window.h"
 #include "support/fake_serial_port.h"
 #include "support/virtual_scheduler.h"
 
 namespace velt {
 
-class FakeAudioInput : public AudioInput {
- public:
-  enum class Answer { Opened, Failed, Nothing };
-  Answer answer = Answer::Opened;
+struct FakeAudioInput : AudioInput {
+  Scheduler& scheduler;
+  bool opens = true;  // else it fails to
   TakeResult result = TakeResult::Block;
   std::vector<int16_t> samples = std::vector<int16_t>(kBlockSamples);
   bool open = false;
   bool watching = false;
-  int opened = 0;
-  std::string device;
-  std::string source = "usb";  // what opens
+  std::vector<std::string> opened;  // the devices, as they were asked for
+  std::string source = "usb";       // what opens
 
-  explicit FakeAudioInput(Scheduler& scheduler) : scheduler_(scheduler) {}
-  std::vector<AudioDevice> Devices() const override { return devices; }
+  explicit FakeAudioInput(Scheduler& of) : scheduler(of) {}
+  std::vector<AudioDevice> Devices() const override { return {}; }
   void Open(const std::string& name) override {
-    device = name;
+    opened.push_back(name);
     watching = false;
-    ++opened;
-    open = answer == Answer::Opened;
-    if (answer == Answer::Opened) Tell(AudioEvent::Kind::Opened, source);
-    if (answer == Answer::Failed) Tell(AudioEvent::Kind::OpenFailed, "No sound server.");
+    open = opens;
+    if (opens) return Tell(AudioEvent::Kind::Opened, source);
+    Tell(AudioEvent::Kind::OpenFailed, "No sound server.");
   }
   void Start() override {}
   TakeResult TakeNewest(std::span<int16_t, kBlockSamples> block) override {
@@ -44,32 +42,21 @@ class FakeAudioInput : public AudioInput {
     if (result == TakeResult::Block) std::copy(samples.begin(), samples.end(), block.begin());
     return result;
   }
-  std::function<void()> closed = [] {};
-  void Close() override {
-    open = watching = false;
-    closed();
-  }
+  void Close() override { open = watching = false; }
   void WatchForReturn() override { watching = true; }
   void Tell(AudioEvent::Kind kind, const std::string& text) {
-    scheduler_.Post([this, kind, text] { happened.Raise({kind, text, "The " + text}); });
+    scheduler.Post([this, kind, text] { happened.Raise({kind, text, "The " + text}); });
   }
-  std::vector<AudioDevice> devices;
-
- private:
-  Scheduler& scheduler_;
 };
 
-class FakeFiles : public Files {
- public:
+struct FakeFiles : Files {
   std::map<std::filesystem::path, std::string> files;
   std::set<std::filesystem::path> folders;
   std::set<std::filesystem::path> unmakable;
   bool writable = true;
 
   bool IsFile(const std::filesystem::path& path) const override { return files.contains(path); }
-  bool IsFolder(const std::filesystem::path& path) const override {
-    return folders.contains(path) || folders.contains(path.parent_path() / path.filename());
-  }
+  bool IsFolder(const std::filesystem::path& path) const override { return folders.contains(path); }
   FileContent Read(const std::filesystem::path& path) const override {
     const auto found = files.find(path);
     return found == files.end() ? FileContent{ENOENT, ""} : FileContent{0, found->second};
@@ -96,48 +83,30 @@ class FakeFiles : public Files {
   std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
     return {};
   }
-  int Remove(const std::filesystem::path& path) override {
-    return files.erase(path) == 1 ? 0 : ENOENT;
-  }
-  int Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
-    if (files.contains(to)) return EEXIST;
-    auto node = files.extract(from);
-    if (node.empty()) return ENOENT;
-    node.key() = to;
-    files.insert(std::move(node));
-    return 0;
-  }
+  int Remove(const std::filesystem::path&) override { return EACCES; }
+  int Rename(const std::filesystem::path&, const std::filesystem::path&) override { return EACCES; }
   int MakeFolder(const std::filesystem::path& path) override {
-    if (!writable || unmakable.contains(path)) return EACCES;
-    folders.insert(path);
-    return 0;
+    return !unmakable.contains(path) && folders.insert(path).second ? 0 : EACCES;
   }
 };
 
-class FakePrompts : public Prompts {
- public:
+struct FakePrompts : Prompts {
+  using Chosen = std::function<void()>;
+  using Typed = std::function<void(std::optional<std::string>)>;
   std::vector<MessagePrompt> told;
   std::vector<MessagePrompt> asked;
   std::vector<PopupItem> popup;
-  std::function<void(std::function<void()>)> popupClosed;
+  std::function<void(Chosen)> popupClosed;
   std::function<void(bool)> answer;
-  std::function<void()> dismiss;
-  std::function<void(std::optional<std::string>)> input;
+  Typed input;
 
-  void Tell(const MessagePrompt& box, std::function<void()> closed) override {
-    told.push_back(box);
-    dismiss = std::move(closed);
-  }
+  void Tell(const MessagePrompt& box, std::function<void()>) override { told.push_back(box); }
   void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override {
     asked.push_back(box);
     answer = std::move(answered);
   }
-  void Input(const InputPrompt&,
-             std::function<void(std::optional<std::string>)> answered) override {
-    input = std::move(answered);
-  }
-  bool Popup(const std::vector<PopupItem>& items,
-             std::function<void(std::function<void()>)> closed) override {
+  void Input(const InputPrompt&, Typed answered) override { input = std::move(answered); }
+  bool Popup(const std::vector<PopupItem>& items, std::function<void(Chosen)> closed) override {
     if (popupClosed) return false;
     popup = items;
     popupClosed = std::move(closed);
@@ -145,7 +114,6 @@ class FakePrompts : public Prompts {
   }
   void DropAll() override {
     popupClosed = nullptr;
-    dismiss = nullptr;
     answer = nullptr;
   }
   // Closes the open pop-up with the line of that caption chosen; false: it has no such line.
@@ -156,9 +124,7 @@ class FakePrompts : public Prompts {
     return closed && chosen;
   }
 
- private:
-  static std::function<void()> Find(const std::vector<PopupItem>& items,
-                                    const std::string& caption) {
+  static Chosen Find(const std::vector<PopupItem>& items, const std::string& caption) {
     for (const PopupItem& item : items) {
       if (item.caption == caption) return item.choose;
       if (auto found = Find(item.items, caption)) return found;
@@ -167,87 +133,73 @@ class FakePrompts : public Prompts {
   }
 };
 
-class FakeSystem : public SystemInfo {
- public:
-  std::optional<SystemVersion> version = SystemVersion{5, 1, ""};
-  std::string folder = "/windows";
-  std::string registry;
-  std::optional<SystemVersion> Version() const override { return version; }
-  std::string SystemFolder() const override { return folder; }
+struct FakeSystem : SystemInfo {
+  std::optional<SystemVersion> Version() const override { return SystemVersion{5, 1, ""}; }
+  std::string SystemFolder() const override { return "/windows"; }
   std::string SpecialFolder(int32_t identifier) const override {
     return identifier == 40 ? "/home/om" : "";
   }
   std::string RegistryString(RegistryRoot, const std::string&, const std::string&) const override {
-    return registry;
+    return "";
   }
 };
 
-class FakeLauncher : public Launcher {
- public:
+struct FakeLauncher : Launcher {
   std::vector<std::string> opened;
   void OpenDocument(const std::string& target) override { opened.push_back(target); }
+
+  // Documents to be started, with the command for want of a program; answered by the test.
+  std::vector<std::string> started;
+  std::function<void(Start)> answer;
+  void StartDocument(const std::filesystem::path& document, const std::vector<std::string>& command,
+                     std::function<void(Start)> told) override {
+    started.push_back(document.string());
+    for (const std::string& word : command) started.back() += " " + word;
+    answer = std::move(told);
+  }
 };
 
-class FakeLock : public InstanceLock {
- public:
+struct FakeLock : InstanceLock {
   bool alone = true;
   bool TryHold() override { return alone; }
 };
 
-class FakeLog : public Log {
- public:
+struct FakeLog : Log {
   std::vector<std::string> lines;
   void Write(LogLevel, const char*, std::string_view text) override { lines.emplace_back(text); }
 };
 
-class FakeClock : public Clock {
- public:
-  explicit FakeClock(const Scheduler& scheduler) : scheduler_(scheduler) {}
-  LocalTime now{2026, 3, 7, 9, 5, 1};
+struct FakeClock : Clock {
+  const Scheduler& scheduler;
+  explicit FakeClock(const Scheduler& of) : scheduler(of) {}
   Milliseconds slept{0};  // while the scheduler's time stood still
-  LocalTime Now() const override { return now; }
-  SteadyTime Elapsed() const override { return scheduler_.Now() + slept; }
-
- private:
-  const Scheduler& scheduler_;
+  LocalTime Now() const override { return {2026, 3, 7, 9, 5, 1}; }
+  SteadyTime Elapsed() const override { return scheduler.Now() + slept; }
 };
 
-class FakeGuardian : public Guardian {
- public:
+struct FakeGuardian : Guardian {
   bool present = true;
   std::map<uint32_t, ReleaseRecipe> held;
-  std::vector<uint32_t> followed;
+  size_t followed = 0;
   int beats = 0;
+  uint32_t last = 0;
   uint32_t Hold(const ReleaseRecipe& recipe) override {
-    if (!present) return 0;
-    held[++last_] = recipe;
-    return last_;
+    return present ? held.emplace(++last, recipe).first->first : 0;
   }
   void Forget(uint32_t ticket) override { held.erase(ticket); }
-  void Follow(uint32_t ticket) override {
-    if (held.erase(ticket) == 1) followed.push_back(ticket);
-  }
+  void Follow(uint32_t ticket) override { followed += held.erase(ticket); }
   void Beat() override { ++beats; }
-
- private:
-  uint32_t last_ = 0;
 };
 
-class FakeSleepLock : public SleepLock {
- public:
+struct FakeSleepLock : SleepLock {
   bool held = false;
   void Hold() override { held = true; }
   void LetGo() override { held = false; }
 };
 
-class FakeStore : public MemoryStore {
- public:
-  std::function<void()> committed = [] {};
-  int error = 0;
-  int Commit() override {
-    committed();
-    return error != 0 ? error : MemoryStore::Commit();
-  }
+struct FakeStore : MemoryStore {
+  std::function<int()> commit = [] { return 0; };
+  int Commit() override { return commit(); }
 };
 
 // What has come to a simulated rig and was not taken yet.
@@ -273,6 +225,7 @@ struct ProgramFixture {
   RigWrites writes1{rig1}, writes2{rig2};
   FakeGuardian guardian;
   FakeSleepLock sleepLock;
+  FakeEngineWindow engineWindow{scheduler};
   FakeSerialPort serialPort{scheduler};
   FakeFiles files;
   FakeStore store;
@@ -299,7 +252,7 @@ struct ProgramFixture {
     for (SimulatedRig* rig : {&rig1, &rig2}) are ? rig->ComeBack() : rig->Vanish();
   }
   // Makes the program without starting it.
-  Main& Restart() {
+  void Restart() {
     program.reset();
     program = std::make_unique<Program>(Program::Ports{.scheduler = scheduler,
                                                        .clock = clock,
@@ -307,6 +260,7 @@ struct ProgramFixture {
                                                        .server = server,
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,
+                                                       .engineWindow = engineWindow,
                                                        .serial = serialPort,
                                                        .files = files,
                                                        .settings = store,
@@ -318,7 +272,6 @@ struct ProgramFixture {
                                         setup);
     ended = false;
     connections += program->shutdown.ended.Listen([this] { ended = true; });
-    return program->form;
   }
   Startup::Result Start() {
     const auto result = program->startup.Run();

@@ -20,11 +20,6 @@ const TempFolder& Folder() {
   return folder;
 }
 
-QString NameOfAConnection() {
-  static int count = 0;
-  return QString("login-manager-%1").arg(++count);
-}
-
 }  // namespace
 
 std::string MessageBus::Address() {
@@ -32,18 +27,10 @@ std::string MessageBus::Address() {
 }
 
 MessageBus::MessageBus() {
-  Folder().Write(
-      "bus.conf",
-      "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-      "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
-      "<busconfig><listen>" +
-          Address() +
-          "</listen><policy context=\"default\"><allow own=\"*\"/>"
-          "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/></policy></busconfig>");
   std::filesystem::remove(Folder() / "up");
   process_ = std::make_unique<Process>(
-      std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile", "--print-address=3",
-                               "--config-file=" + (Folder() / "bus.conf").string()},
+      std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                               "--print-address=3", "--address=" + Address()},
       Process::Options{.output = Folder() / "log", .files = {{3, Folder() / "up"}}});
   // It says where it is once it listens there.
   if (!WaitUntil([] { return ReadText(Folder() / "up").ends_with('\n'); },
@@ -59,7 +46,7 @@ MessageBus::~MessageBus() {
 
 LoginManager::LoginManager()
     : connection_(QDBusConnection::connectToBus(QString::fromStdString(MessageBus::Address()),
-                                                NameOfAConnection())) {
+                                                "login-manager")) {
   if (!connection_.registerVirtualObject(kPath, this) || !connection_.registerService(kService)) {
     throw std::runtime_error("login manager: " + connection_.lastError().message().toStdString());
   }
@@ -80,32 +67,19 @@ void LoginManager::GoToSleep(bool begins) {
   connection_.send(QDBusMessage::createSignal(kPath, kInterface, "PrepareForSleep") << begins);
 }
 
-void LoginManager::AnswerNow() {
-  for (const QDBusMessage& message : heldBack_) Answer(message);
-  heldBack_.clear();
-}
-
 bool LoginManager::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
   if (message.interface() != kInterface || message.member() != "Inhibit") return false;
   QStringList arguments;
   for (const QVariant& argument : message.arguments()) arguments << argument.toString();
   asked.push_back(arguments.join('|').toStdString());
   message.setDelayedReply(true);
-  if (holdsBack) {
-    heldBack_.push_back(message);
-  } else {
-    Answer(message);
-  }
-  return true;
-}
-
-void LoginManager::Answer(const QDBusMessage& message) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("pipe2");
   locks_.emplace_back(ends[0]);
   const Descriptor theirs(ends[1]);
   connection_.send(
       message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(theirs.Number()))));
+  return true;
 }
 
 }  // namespace velt

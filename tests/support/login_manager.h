@@ -41,21 +41,15 @@ class LoginManager : public QDBusVirtualObject {
   // Whether a lock that was handed out is still kept.
   bool Locked() const;
   void GoToSleep(bool begins = true);
-  // Answers what was asked while `holdsBack`.
-  void AnswerNow();
 
   MessageBus bus;
   std::vector<std::string> asked;  // the arguments of each call, joined by '|'
-  bool holdsBack = false;
 
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  private:
-  void Answer(const QDBusMessage& message);
-
   QDBusConnection connection_;
-  std::vector<QDBusMessage> heldBack_;
   std::vector<Descriptor> locks_;  // our ends
 };
 

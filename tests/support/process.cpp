@@ -1,45 +1,17 @@
 #include "support/process.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
-#include <sstream>
-#include <stdexcept>
+#include <set>
 #include <system_error>
 #include <thread>
 
 namespace velt {
 namespace {
-
-int NumberOf(ProcessSignal signal) {
-  switch (signal) {
-    case ProcessSignal::Terminate:
-      return SIGTERM;
-    case ProcessSignal::Interrupt:
-      return SIGINT;
-    case ProcessSignal::HangUp:
-      return SIGHUP;
-    case ProcessSignal::Quit:
-      return SIGQUIT;
-    case ProcessSignal::User:
-      return SIGUSR1;
-    case ProcessSignal::Alarm:
-      return SIGALRM;
-    case ProcessSignal::Crash:
-      return SIGSEGV;
-    case ProcessSignal::Kill:
-      return SIGKILL;
-    case ProcessSignal::Stop:
-      return SIGSTOP;
-    case ProcessSignal::Continue:
-      return SIGCONT;
-  }
-  throw std::invalid_argument("signal");
-}
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -48,17 +20,14 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-std::vector<std::string> EnvironmentWith(const std::vector<std::string>& additions) {
-  // The first of two equal names counts.
-  std::vector<std::string> environment = additions;
-  for (char** entry = environ; *entry; ++entry) environment.emplace_back(*entry);
-  std::map<std::string, std::string> byName;
-  for (std::string& entry : environment) {
-    byName.try_emplace(entry.substr(0, entry.find('=')), std::move(entry));
-  }
-  environment.clear();
-  for (auto& [name, entry] : byName) environment.push_back(std::move(entry));
-  return environment;
+// Of equal names the first counts.
+std::vector<std::string> EnvironmentWith(std::vector<std::string> entries) {
+  for (char** entry = environ; *entry; ++entry) entries.emplace_back(*entry);
+  std::set<std::string> names;
+  std::erase_if(entries, [&names](const std::string& entry) {
+    return !names.insert(entry.substr(0, entry.find('='))).second;
+  });
+  return entries;
 }
 
 }  // namespace
@@ -73,13 +42,11 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 }
 
 std::string ReadText(const std::filesystem::path& file) {
-  std::ostringstream text;
-  text << std::ifstream(file, std::ios::binary).rdbuf();
-  return text.str();
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-Process::Process(const std::vector<std::string>& command, const Options& options)
-    : ownGroup_(options.ownGroup) {
+Process::Process(const std::vector<std::string>& command, const Options& options) {
   // Everything that allocates comes before the fork: another thread may hold the allocator's lock.
   std::vector<std::string> commandTexts = command;
   const std::vector<char*> arguments = Pointers(commandTexts);
@@ -90,7 +57,7 @@ Process::Process(const std::vector<std::string>& command, const Options& options
   if (id_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
   if (id_ > 0) {
     // On both sides, as either may be the first to need it.
-    if (ownGroup_) setpgid(static_cast<pid_t>(id_), 0);
+    if (options.ownGroup) setpgid(static_cast<pid_t>(id_), 0);
     return;
   }
 
@@ -125,7 +92,7 @@ bool Process::Running() {
 }
 
 void Process::Signal(ProcessSignal signal) {
-  if (Running()) kill(static_cast<pid_t>(id_), NumberOf(signal));
+  if (Running()) kill(static_cast<pid_t>(id_), static_cast<int>(signal));
 }
 
 void Process::Kill() {
@@ -134,7 +101,6 @@ void Process::Kill() {
 }
 
 void Process::KillGroup() {
-  if (!ownGroup_) throw std::logic_error("it is in the test's own group");
   if (Running()) kill(-static_cast<pid_t>(id_), SIGKILL);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -23,16 +24,16 @@ std::string ReadText(const std::filesystem::path& file);
 
 // What a program can be made to do from outside.
 enum class ProcessSignal {
-  Terminate,
-  Interrupt,
-  HangUp,
-  Quit,
-  User,
-  Alarm,
-  Crash,
-  Kill,
-  Stop,
-  Continue,
+  Terminate = SIGTERM,
+  Interrupt = SIGINT,
+  HangUp = SIGHUP,
+  Quit = SIGQUIT,
+  User = SIGUSR1,
+  Alarm = SIGALRM,
+  Crash = SIGSEGV,
+  Kill = SIGKILL,
+  Stop = SIGSTOP,
+  Continue = SIGCONT,
 };
 
 // A started program. The destructor ends it: Terminate, and Kill when it has not gone after 2 s.
@@ -55,7 +56,7 @@ class Process {
   bool Running();
   void Signal(ProcessSignal signal);  // nothing happens once the program has ended
   void Kill();                        // returns when the program has ended
-  void KillGroup();                   // all of the group that it leads
+  void KillGroup();                   // all of the group that it leads, if it does
   bool WaitForEnd(std::chrono::milliseconds limit) {
     return WaitUntil([this] { return !Running(); }, limit);
   }
@@ -65,7 +66,6 @@ class Process {
 
  private:
   int64_t id_ = -1;
-  bool ownGroup_ = false;
   std::optional<int> exitCode_;
 };
 

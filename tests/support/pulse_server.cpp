@@ -1,31 +1,12 @@
 #include "support/pulse_server.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <fstream>
 #include <numbers>
 #include <stdexcept>
 
 namespace velt {
-namespace {
-
-bool TakesConnections(const std::filesystem::path& socketPath) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
-  const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const bool connected =
-      connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-  close(client);
-  return connected;
-}
-
-}  // namespace
 
 PulseServer::PulseServer(Sound sound) : sound_(sound) {
   std::filesystem::create_directory(folder_.Path() / "home");
@@ -47,25 +28,23 @@ void PulseServer::ExportEnvironment() const {
 
 void PulseServer::Restart() {
   process_.reset();
-  const std::filesystem::path socketPath = folder_.Path() / "pulse.sock";
-  std::vector<std::string> command = {
-      "pulseaudio",
-      "-n",
-      "--daemonize=no",
-      "--use-pid-file=no",
-      "--exit-idle-time=-1",
-      "--disallow-exit",
-      "--high-priority=no",
-      "--realtime=no",
-      "-L",
-      "module-native-protocol-unix socket=" + socketPath.string() + " auth-anonymous=1"};
-  if (sound_ == Sound::NullSink) {
-    // With rewinds the first block would take 2 s.
-    command.insert(command.end(), {"-L", "module-null-sink sink_name=test rate=44100 norewinds=1"});
-  }
+  std::vector<std::string> command = {"pulseaudio",          "-n",
+                                      "--daemonize=no",      "--use-pid-file=no",
+                                      "--exit-idle-time=-1", "--disallow-exit",
+                                      "--high-priority=no",  "--realtime=no"};
+  const auto load = [&](const std::string& module) {
+    command.insert(command.end(), {"-L", module});
+  };
+  load("module-native-protocol-unix auth-anonymous=1 socket=" + (folder_ / "pulse.sock").string());
+  // With rewinds the first block would take 2 s.
+  if (sound_ == Sound::NullSink) load("module-null-sink sink_name=test rate=44100 norewinds=1");
   process_ = std::make_unique<Process>(
       command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
-  if (!WaitUntil([&] { return TakesConnections(socketPath); }, std::chrono::seconds(5))) {
+  const auto answers = [this] {
+    Process client({"pactl", "info"}, {.environment = Environment()});
+    return client.WaitForEnd(std::chrono::seconds(5)) && client.ExitCode() == 0;
+  };
+  if (!WaitUntil(answers, std::chrono::seconds(5))) {
     throw std::runtime_error("pulseaudio: " + ReadText(folder_.Path() / "pulseaudio.log"));
   }
 }
@@ -83,14 +62,14 @@ std::string PulseServer::Pactl(const std::vector<std::string>& arguments) {
   return text;
 }
 
-std::string PulseServer::LoadModule(const std::vector<std::string>& nameAndArguments) {
+void PulseServer::LoadModule(const std::vector<std::string>& nameAndArguments) {
   std::vector<std::string> arguments = {"load-module"};
   arguments.insert(arguments.end(), nameAndArguments.begin(), nameAndArguments.end());
-  return Pactl(arguments);
+  Pactl(arguments);
 }
 
 std::unique_ptr<Process> PulseServer::PlayTone(double frequencyHz) {
-  const auto file = folder_.Path() / ("tone" + std::to_string(++toneCount_) + ".wav");
+  const auto file = folder_.Path() / "tone.wav";
   WriteToneFile(file, frequencyHz, 60);
   return std::make_unique<Process>(
       std::vector<std::string>{"paplay", "--latency-msec=50", "--device=test", file.string()},

@@ -12,7 +12,7 @@ class PulseServer {
  public:
   enum class Sound { NullSink, None };
 
-  // Returns when the server takes connections; throws std::runtime_error after 5 s without.
+  // Returns when the server answers; throws std::runtime_error after 5 s without.
   explicit PulseServer(Sound sound = Sound::NullSink);
 
   // What a client needs to find this server ("NAME=value").
@@ -27,8 +27,7 @@ class PulseServer {
   // What pactl prints, without its last newline. Throws std::runtime_error, with what it printed,
   // when it fails or takes more than 5 s.
   std::string Pactl(const std::vector<std::string>& arguments);
-  std::string LoadModule(const std::vector<std::string>& nameAndArguments);  // its index
-  void UnloadModule(const std::string& nameOrIndex) { Pactl({"unload-module", nameOrIndex}); }
+  void LoadModule(const std::vector<std::string>& nameAndArguments);
 
   // Plays a sine of half the full scale into the sink "test" for as long as the result lives, at
   // most 60 s.
@@ -37,7 +36,6 @@ class PulseServer {
  private:
   TempFolder folder_;
   Sound sound_;
-  int toneCount_ = 0;
   std::unique_ptr<Process> process_;
 };
 

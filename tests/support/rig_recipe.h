@@ -1,6 +1,8 @@
 // How the CAT server with its rig is released.
 #pragma once
 
+#include <tuple>
+
 #include "ports/guardian.h"
 
 namespace velt {
@@ -14,6 +16,12 @@ inline ReleaseRecipe RigRecipe(uint16_t port) {
           .accepted = "RPRT 0",
           .tells = "PTT: ",
           .receives = "PTT: 0"};
+}
+
+// All of a recipe but the descriptor, to compare.
+inline auto FieldsOf(const ReleaseRecipe& r) {
+  return std::tuple(r.host, r.port, r.lowersLines, r.release, r.ask, r.answerEnd, r.accepted,
+                    r.tells, r.receives);
 }
 
 }  // namespace velt

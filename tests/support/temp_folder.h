@@ -11,10 +11,11 @@ namespace velt {
 
 class TempFolder {
  public:
-  TempFolder() {
+  TempFolder() : TempFolder(std::filesystem::temp_directory_path()) {}
+  explicit TempFolder(const std::filesystem::path& where) {
     std::random_device random;
     do {
-      path_ = std::filesystem::temp_directory_path() / ("velt-" + std::to_string(random()));
+      path_ = where / ("velt-" + std::to_string(random()));
     } while (!std::filesystem::create_directory(path_));
     std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -21,7 +22,7 @@ class VirtualScheduler : public Scheduler {
 
   Handle After(Milliseconds delay, std::function<void()> f) override {
     auto alive = std::make_shared<std::function<void()>>(std::move(f));
-    timed_.push_back({now_ + delay, ++order_, alive});
+    timed_.emplace(now_ + delay, alive);
     return Handle(std::move(alive));
   }
 
@@ -45,14 +46,10 @@ class VirtualScheduler : public Scheduler {
   void Advance(Milliseconds span) {
     const SteadyTime end = now_ + span;
     RunPosted();
-    for (;;) {
-      std::erase_if(timed_, [](const Timed& t) { return t.f.expired(); });
-      const auto next = std::min_element(timed_.begin(), timed_.end());
-      if (next == timed_.end() || next->due > end) break;
-      now_ = std::max(now_, next->due);
-      const auto alive = next->f.lock();
-      timed_.erase(next);
-      if (alive) {
+    while (!timed_.empty() && timed_.begin()->first <= end) {
+      const auto next = timed_.extract(timed_.begin());
+      now_ = std::max(now_, next.key());
+      if (const auto alive = next.mapped().lock()) {
         const auto run = std::move(*alive);
         run();
       }
@@ -62,18 +59,8 @@ class VirtualScheduler : public Scheduler {
   }
 
  private:
-  struct Timed {
-    SteadyTime due;
-    uint64_t order;
-    std::weak_ptr<std::function<void()>> f;
-    bool operator<(const Timed& other) const {
-      return due != other.due ? due < other.due : order < other.order;
-    }
-  };
-
   SteadyTime now_ = SteadyTime() + std::chrono::hours(1);
-  uint64_t order_ = 0;
-  std::vector<Timed> timed_;
+  std::multimap<SteadyTime, std::weak_ptr<std::function<void()>>> timed_;  // those due first, first
   std::mutex mutex_;
   std::vector<std::function<void()>> posted_;
 };

@@ -10,8 +10,13 @@ namespace velt {
 
 class XDesktop {
  public:
+  enum class Manager { Openbox, None };
+
   // Returns when the window manager is up; throws std::runtime_error after 10 s without.
-  explicit XDesktop(const std::string& screen = "1280x900x24");
+  explicit XDesktop(Manager manager = Manager::Openbox);
+
+  void StartManager();
+  void KillManager() { windowManager_->Kill(); }
 
   void Kill() { server_->Kill(); }
   void Freeze() { server_->Signal(ProcessSignal::Stop); }

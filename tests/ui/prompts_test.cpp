@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
-#include <stdexcept>
 #include <string>
 
 #include "adapters/qt/qt_prompts.h"
@@ -14,65 +13,60 @@ namespace {
 
 struct PromptsTest : testing::Test {
   PromptsTest() { prompts.SetOwner(&window); }
-  void ShowWindow() {
-    window.show();
-    QApplication::setActiveWindow(&window);
+  void Tell(const std::string& title) {
+    prompts.Tell({.title = title, .text = "?"}, [this, title] { heard += title + ";"; });
   }
   // The title of the one box that is open; "" without one.
   std::string Open() {
     Turn();
     std::string titles;
     for (QDialog* dialog : window.findChildren<QDialog*>()) {
-      if (dialog->isVisible()) titles += dialog->windowTitle().toStdString();
+      if (!dialog->isVisible()) continue;
+      titles += dialog->windowTitle().toStdString();
+      box = dialog;
     }
     return titles;
   }
-  QDialog& Visible() {
-    for (QDialog* dialog : window.findChildren<QDialog*>()) {
-      if (dialog->isVisible()) return *dialog;
-    }
-    throw std::logic_error("no box is open");
-  }
-  QMessageBox& Box() { return dynamic_cast<QMessageBox&>(Visible()); }
 
   QWidget window;
+  QDialog* box = nullptr;
   QtPrompts prompts;
   std::string heard;
 };
 
 TEST_F(PromptsTest, BoxesComeOneAtATimeOnceTheWindowIsUp) {
-  prompts.Tell({.title = "first", .text = "1"}, [this] { heard += "first;"; });
+  Tell("first");
   prompts.Ask({.title = "second", .text = "2", .yes = "Try again", .no = "Close anyway"},
               [this](bool yes) { heard += yes ? "yes;" : "no;"; });
   EXPECT_EQ(Open(), "");
-  ShowWindow();
-  EXPECT_EQ(Open(), "first");
+  window.show();
+  QApplication::setActiveWindow(&window);
+  ASSERT_EQ(Open(), "first");
   // What an answer brings up waits its turn too.
   prompts.Input({.title = "third", .prompt = "?", .initial = "14074"},
                 [this](const std::optional<std::string>& text) { heard += text.value_or("-"); });
-  Box().reject();
-  EXPECT_EQ(Open(), "second");
+  box->reject();
+  ASSERT_EQ(Open(), "second");
   EXPECT_EQ(heard, "first;");
-  EXPECT_EQ(Box().button(QMessageBox::Yes)->text(), "Try again");
-  Box().button(QMessageBox::No)->click();
-  EXPECT_EQ(Open(), "third");
-  Visible().accept();
+  const auto& question = dynamic_cast<QMessageBox&>(*box);
+  EXPECT_EQ(question.button(QMessageBox::Yes)->text(), "Try again");
+  question.button(QMessageBox::No)->click();
+  ASSERT_EQ(Open(), "third");
+  box->accept();
   EXPECT_EQ(Open(), "");
   EXPECT_EQ(heard, "first;no;14074");
-}
 
-TEST_F(PromptsTest, WhatIsDroppedAnswersNothingAndLaterBoxesStillCome) {
-  ShowWindow();
-  prompts.Tell({.title = "open", .text = "1"}, [this] { heard += "open;"; });
-  prompts.Tell({.title = "waiting", .text = "2"}, [this] { heard += "waiting;"; });
+  // What is dropped answers nothing, and later boxes still come.
+  Tell("open");
+  Tell("waiting");
   EXPECT_EQ(Open(), "open");
   prompts.DropAll();
   EXPECT_EQ(Open(), "");
-  prompts.Tell({.title = "later", .text = "3"}, [this] { heard += "later;"; });
-  EXPECT_EQ(Open(), "later");
-  Box().accept();
+  Tell("later");
+  ASSERT_EQ(Open(), "later");
+  box->accept();
   Turn();
-  EXPECT_EQ(heard, "later;");
+  EXPECT_EQ(heard, "first;no;14074later;");
 }
 
 }  // namespace

@@ -3,10 +3,10 @@
 
 #include <QEventLoop>
 #include <QImage>
-#include <QMetaObject>
 #include <QPixmap>
 #include <QScreen>
 #include <QWidget>
+#include <stdexcept>
 
 namespace velt {
 
@@ -22,6 +22,15 @@ inline void Turn() {
 // What the window has painted so far.
 inline QImage OnScreen(const QWidget& window) {
   return window.screen()->grabWindow(window.winId()).toImage();
+}
+
+// The window's widget of that accessible name, which what the widget shows may follow. Throws,
+// which fails the test, when there is none.
+inline QWidget& Find(const QWidget& window, const QString& name) {
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    if ((widget->accessibleName() + ": ").startsWith(name + ": ")) return *widget;
+  }
+  throw std::out_of_range("no " + name.toStdString());
 }
 
 }  // namespace velt

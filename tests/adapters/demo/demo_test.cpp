@@ -8,6 +8,8 @@ namespace {
 
 // Numbers its samples; fails on demand.
 struct Counter {
+  bool* failing;
+  uint64_t next = 0;
   std::string Open() {
     next = 0;
     return *failing ? "it is gone" : "";
@@ -20,31 +22,26 @@ struct Counter {
     next += count;
     return !*failing;
   }
-  std::shared_ptr<bool> failing = std::make_shared<bool>(false);
-  uint64_t next = 0;
 };
 
-struct PacedInputTest : testing::Test {
-  PacedInputTest() {
-    listening =
-        input.happened.Listen([this](const AudioEvent& event) { events.push_back(event.kind); });
-  }
-  TakeResult TakeAfter(Milliseconds passed) {
-    scheduler.Advance(passed);
-    return input.TakeNewest(block);
-  }
-  using Kind = AudioEvent::Kind;
+TEST(PacedInput, GivesTheNewestSamplesThatTheClockHasReachedAndTellsALoss) {
   VirtualScheduler scheduler;
-  Counter counter;
-  PacedInput<Counter> input{counter, {"count", "Counter"}, scheduler};
-  std::vector<Kind> events;
-  Connection listening;
+  bool failing = true;
+  PacedInput<Counter> input({&failing}, {"count", "Counter"}, scheduler);
+  using Kind = AudioEvent::Kind;
+  std::vector<Kind> told;
+  const Connection listening =
+      input.happened.Listen([&told](const AudioEvent& event) { told.push_back(event.kind); });
   std::array<int16_t, kBlockSamples> block{};
-};
-
-TEST_F(PacedInputTest, GivesTheNewestSamplesThatTheClockHasReached) {
+  const auto takeAfter = [&](int ms) {
+    scheduler.Advance(Milliseconds(ms));
+    return input.TakeNewest(block);
+  };
   input.Open("");
-  EXPECT_EQ(TakeAfter(Milliseconds(5000)), TakeResult::NotYet) << "not started";
+  EXPECT_EQ(takeAfter(0), TakeResult::Gone);
+  failing = false;
+  input.Open("");
+  EXPECT_EQ(takeAfter(5000), TakeResult::NotYet) << "not started";
   input.Start();
   struct Case {
     int waitMs, last;  // number of the block's last sample, 0 when there is no block yet
@@ -52,36 +49,24 @@ TEST_F(PacedInputTest, GivesTheNewestSamplesThatTheClockHasReached) {
   // After a long sleep it goes on where it was, save for the last part of a second.
   for (const Case& c : {Case{11, 0}, Case{1, 528}, Case{0, 0}, Case{11, 0}, Case{2, 1101},
                         Case{475, 22049}, Case{86400 * 1000, 6149}, Case{0, 0}}) {
-    const bool isBlock = TakeAfter(Milliseconds(c.waitMs)) == TakeResult::Block;
+    const bool isBlock = takeAfter(c.waitMs) == TakeResult::Block;
     ASSERT_EQ(isBlock, c.last != 0) << c.last;
     EXPECT_TRUE(!isBlock || (block.back() == c.last && block.front() == c.last - 511)) << c.last;
   }
-  input.Close();
-  EXPECT_EQ(input.TakeNewest(block), TakeResult::Gone);
-}
-
-TEST_F(PacedInputTest, TellsWhenTheSourceCannotBeReadAndWhenItIsBack) {
-  *counter.failing = true;
-  input.Open("");
-  EXPECT_EQ(TakeAfter(Milliseconds(0)), TakeResult::Gone);
-  *counter.failing = false;
-  input.Open("");
-  input.Start();
-  scheduler.Advance(Milliseconds(25));
-  *counter.failing = true;
-  EXPECT_EQ(input.TakeNewest(block), TakeResult::Gone);
+  failing = true;
+  EXPECT_EQ(takeAfter(25), TakeResult::Gone);
   input.WatchForReturn();
   scheduler.Advance(Milliseconds(5500));
-  EXPECT_EQ(events, (std::vector{Kind::OpenFailed, Kind::Opened, Kind::Lost}));
-  *counter.failing = false;
+  EXPECT_EQ(told, (std::vector{Kind::OpenFailed, Kind::Opened, Kind::Lost}));
+  failing = false;
   scheduler.Advance(Milliseconds(1000));
-  EXPECT_EQ(events.back(), Kind::Returned);
+  EXPECT_EQ(told.back(), Kind::Returned);
   // What was closed meanwhile tells nothing any more.
   input.Open("");
   input.WatchForReturn();
   input.Close();
-  scheduler.Advance(Milliseconds(5000));
-  EXPECT_EQ(events.size(), 4U);
+  EXPECT_EQ(takeAfter(5000), TakeResult::Gone);
+  EXPECT_EQ(told.size(), 4U);
 }
 
 }  // namespace

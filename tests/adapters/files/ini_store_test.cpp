@@ -1,13 +1,18 @@
 #include "adapters/files/ini_store.h"
 
 #include <gtest/gtest.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
+#include <functional>
 #include <set>
+#include <stdexcept>
 
 #include "adapters/files/disk_files.h"
 #include "adapters/files/full_disk.h"
-#include "adapters/files/killed_child.h"
 #include "support/temp_folder.h"
 
 namespace velt {
@@ -25,41 +30,38 @@ struct CountingLog : Log {
   int lines = 0;
 };
 
-// A disk on which single operations fail.
+// A disk on which one operation fails: reading files with that extension, or the one of that name.
 struct FailingFiles : DiskFiles {
   FileContent Read(const fs::path& path) const override {
-    return readError != 0 && path != readable ? FileContent{readError, ""} : DiskFiles::Read(path);
+    return path.extension() == failing ? FileContent{EIO, ""} : DiskFiles::Read(path);
   }
   int KeepAs(const fs::path& file, const fs::path& name) override {
-    return keepError != 0 ? keepError : DiskFiles::KeepAs(file, name);
+    return failing == "keep" ? EIO : DiskFiles::KeepAs(file, name);
   }
   int Restore(const fs::path& file, const fs::path& backup) override {
-    return restoreError != 0 ? restoreError : DiskFiles::Restore(file, backup);
+    return failing == "restore" ? EIO : DiskFiles::Restore(file, backup);
   }
-  fs::path readable;
-  int readError = 0, keepError = 0, restoreError = 0;
+  string failing = "nothing";
 };
 
 struct IniStoreTest : testing::Test {
-  TempFolder folder;
+  TempFolder folder{"/dev/shm"};  // where flushing takes no time
   FailingFiles files;
   CountingLog log;
   fs::path path = folder / "s.ini";
 
   IniStore Open() { return {path, files, log}; }
-  std::optional<string> Key() { return Open().Get("S", "Key"); }
+  string Key() { return Open().Get("S", "Key").value_or("(none)"); }
   int SaveKey(const string& text) {
     IniStore store = Open();
     store.Save("S", "Key", text);
     return store.Commit();
   }
-  int Reset() { return Open().DeleteAll(); }
   // New files: those of the run before may be one file with two names.
-  void Prepare(const string& bytes, const string& backup) {
-    for (const auto& [file, text] : {std::pair{path, bytes}, {path.string() + ".bak", backup}}) {
-      fs::remove(file);
-      std::ofstream(file, std::ios::binary) << text;
-    }
+  void Prepare(const string& bytes, const string& backup = kGood + kEnd) {
+    for (const auto& entry : fs::directory_iterator(folder.Path())) fs::remove(entry);
+    folder.Write("s.ini", bytes);
+    folder.Write("s.ini.bak", backup);
   }
 };
 
@@ -111,30 +113,31 @@ TEST_F(IniStoreTest, ADamagedFileIsKeptAndTheBackupTakesItsPlace) {
   // Not so without damage: a file or a section that is missing means the defaults, and where the
   // backup has no closing line the file needs none.
   folder.Write("s.ini.bak", kGood);
-  EXPECT_EQ(Key(), std::nullopt);
+  EXPECT_EQ(Key(), "(none)");
   folder.Write("s.ini", "[Other]\n");
-  EXPECT_EQ(Key(), std::nullopt);
+  EXPECT_EQ(Key(), "(none)");
   // Some editors leave the last line without its end, and somebody may add lines behind it.
   for (const string& whole :
        {"[S]\nKey=mine\n" + kEnd.substr(0, kEnd.size() - 1), "[S]\n" + kEnd + "Key=mine\n"}) {
-    Prepare(whole, kGood + kEnd);
+    Prepare(whole);
     EXPECT_EQ(Key(), "mine");
   }
   EXPECT_EQ(log.lines, 0);
-  int round = 0;
   for (const string& damaged :
        {string(), string(kDamaged), string("[S]\nKey=b\0d\n", 12), string("[S\nKey=bad\n"),
         string("[S]\nKey\n"), string("[S]\n=bad\n"), string("Key=bad\n"), string("[S]\nKey=bad\n"),
         "[S]\nKey=bad\n" + kEnd.substr(0, 9)}) {
-    Prepare(damaged, kGood + kEnd);
+    Prepare(damaged);
+    folder.Write("s.ini.damaged", "an earlier one");
+    log.lines = 0;
     EXPECT_EQ(Key(), "good") << damaged;
-    const string number = ++round == 1 ? "" : "." + std::to_string(round);
-    EXPECT_EQ(folder.Read("s.ini.damaged" + number), damaged);
-    EXPECT_GE(log.lines, round);
+    EXPECT_EQ(folder.Read("s.ini.damaged.2"), damaged);
+    EXPECT_EQ(folder.Read("s.ini.damaged"), "an earlier one");
     EXPECT_EQ(folder.Read("s.ini"), kGood + kEnd);
+    EXPECT_GE(log.lines, 1);
   }
   Prepare("", "rubbish");
-  EXPECT_EQ(Key(), std::nullopt);
+  EXPECT_EQ(Key(), "(none)");
   EXPECT_EQ(folder.Read("s.ini.bak.damaged"), "rubbish");
   ASSERT_EQ(SaveKey("new"), 0);
   EXPECT_EQ(Key(), "new");
@@ -142,15 +145,15 @@ TEST_F(IniStoreTest, ADamagedFileIsKeptAndTheBackupTakesItsPlace) {
 
 TEST_F(IniStoreTest, WhatCannotBeReadOrWrittenIsLeftAloneAndToldOnce) {
   folder.Write("s.ini", kGood);
-  for (const int readError : {EIO, 0}) {
-    path = readError != 0 ? path : folder / "s.ini/below";
+  for (const int error : {EIO, ENOTDIR}) {
+    if (error == ENOTDIR) path = folder / "s.ini/below";
+    files.failing = error == EIO ? ".ini" : "nothing";
     log.lines = 0;
-    files.readError = readError;
     IniStore store = Open();
-    files.readError = 0;
+    files.failing = "nothing";
     EXPECT_EQ(store.Get("S", "Key"), std::nullopt);
     store.Save("S", "Key", "2");
-    for (int i = 0; i < 2; ++i) EXPECT_EQ(store.Commit(), readError != 0 ? EIO : ENOTDIR);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(store.Commit(), error);
     EXPECT_EQ(store.Get("S", "Key"), "2");
     EXPECT_EQ(log.lines, 1);
     EXPECT_EQ(folder.Read("s.ini"), kGood);
@@ -160,83 +163,87 @@ TEST_F(IniStoreTest, WhatCannotBeReadOrWrittenIsLeftAloneAndToldOnce) {
 // Whatever fails on the way, in runs that save as every normal end does, the good settings are the
 // file's, the backup's or both, and come back once nothing fails any more.
 TEST_F(IniStoreTest, OfADamagedFileAndItsGoodBackupNothingIsLostWhateverFails) {
-  fs::create_directory(folder / "disk");
-  FullDisk disk(folder / "disk");
-  path = folder / "disk/s.ini";
-  struct Case {
-    const char* name;
-    int backupError, keepError, restoreError;
-    bool full;
-  };
-  for (const Case& c :
-       {Case{"full disk", 0, 0, 0, true}, Case{"backup unreadable", EIO, 0, 0, false},
-        Case{"nothing can be kept", 0, ENOSPC, 0, false},
-        Case{"nothing can be restored", 0, 0, EIO, false}}) {
-    Prepare(kDamaged, kGood + kEnd);
-    if (c.full) disk.Fill();
+  const FullDisk disk;
+  for (const string failing : {"growing", ".bak", "keep", "restore"}) {
+    Prepare(kDamaged);
+    if (failing == "growing") disk.Fill();
+    files.failing = failing;
     for (int run = 0; run < 3; ++run) {
-      files.readError = c.backupError;
-      files.readable = path;
-      files.keepError = c.keepError;
-      files.restoreError = c.restoreError;
       IniStore store = Open();
       const auto key = store.Get("S", "Key");
-      EXPECT_EQ(key.value_or("(none)"), c.backupError == 0 ? "good" : "(none)") << c.name;
+      EXPECT_EQ(key.value_or("(none)"), failing == ".bak" ? "(none)" : "good") << failing;
       store.Save("S", "Key", key.value_or("default"));
-      const int error = store.Commit();
-      EXPECT_EQ(error == 0, c.restoreError != 0) << c.name << " " << error;
-      EXPECT_EQ(folder.Read("disk/s.ini.bak"), kGood + kEnd) << c.name;
+      EXPECT_EQ(store.Commit() == 0, failing == "restore") << failing;
+      EXPECT_EQ(folder.Read("s.ini.bak"), kGood + kEnd) << failing;
     }
     disk.Free();
-    files.readError = files.keepError = files.restoreError = 0;
-    EXPECT_EQ(Key(), "good") << c.name;
-    EXPECT_EQ(folder.Read("disk/s.ini.damaged"), kDamaged) << c.name;
-    EXPECT_FALSE(fs::exists(folder / "disk/s.ini.damaged.2")) << c.name;
-    fs::remove(folder / "disk/s.ini.damaged");
+    files.failing = "nothing";
+    EXPECT_EQ(Key(), "good") << failing;
+    EXPECT_EQ(folder.Read("s.ini.damaged"), kDamaged) << failing;
+    EXPECT_FALSE(files.IsFile(folder / "s.ini.damaged.2")) << failing;
   }
 }
 
-TEST_F(IniStoreTest, KilledBeforeAnyChangeNothingIsLost) {
-  fs::create_directory(folder / "disk");
-  FullDisk disk(folder / "disk");
-  path = folder / "disk/s.ini";
-  const auto saves = [this] { SaveKey("new"); };
+// Runs the work in a child process and kills it before or after one of its system calls, the
+// number counting these stops from 0. False when it came to its end before.
+bool KilledAtStop(int number, const std::function<void()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    ::raise(SIGSTOP);
+    work();
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL);
+  for (int stop = 0; stop <= number && !WIFEXITED(status); ++stop) {
+    if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0) {
+      throw std::runtime_error("the child process cannot be followed");
+    }
+    ::waitpid(child, &status, 0);
+  }
+  if (WIFEXITED(status)) return false;
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
+  return true;
+}
+
+TEST_F(IniStoreTest, KilledAtAnyMomentNothingIsLost) {
+  const FullDisk disk;
+  const auto save = [this] { SaveKey("new"); };
+  const auto reset = [this] { Open().DeleteAll(); };
   struct Case {
-    const char* name;
     std::function<void()> work;
     string file;
     bool full;
     std::set<string> next;  // what the next start may have
   };
-  for (const Case& c :
-       {Case{"saving", saves, "[S]\nKey=old\n" + kEnd, false, {"old", "new"}},
-        Case{"saving over a damaged file", saves, kDamaged, false, {"good", "new"}},
-        Case{"the same on a full disk", saves, "[S]\nKey=bad\n", true, {"good", "new"}},
-        Case{"reset", [this] { Reset(); }, "[S]\nKey=old\n" + kEnd, false, {"old", "(none)"}},
-        Case{"reset of a damaged file", [this] { Reset(); }, "", true, {"good", "(none)"}}}) {
-    int change = 0;
-    for (bool killed = true; killed; ++change) {
-      Prepare(c.file, kGood + kEnd);
-      fs::remove(folder / "disk/s.ini.before-reset");
+  for (const Case& c : {Case{save, "[S]\nKey=old\n" + kEnd, false, {"old", "new"}},
+                        Case{save, kDamaged, false, {"good", "new"}},
+                        Case{save, "[S]\nKey=bad\n", true, {"good", "new"}},
+                        Case{reset, "[S]\nKey=old\n" + kEnd, false, {"old", "(none)"}},
+                        Case{reset, "", true, {"good", "(none)"}}}) {
+    int stop = 0;
+    for (bool killed = true; killed; ++stop) {
+      SCOPED_TRACE(*c.next.rbegin() + " instead of " + c.file + " at stop " + std::to_string(stop));
+      Prepare(c.file);
       if (c.full) disk.Fill();
-      killed = KilledBeforeChange(change, c.work);
+      killed = KilledAtStop(stop, c.work);
       disk.Free();
-      const string where = c.name + string(" before change ") + std::to_string(change);
-      const string next = Key().value_or("(none)");
-      ASSERT_TRUE(c.next.contains(next)) << where << ": " << next;
+      const string next = Key();
+      ASSERT_TRUE(c.next.contains(next)) << next;
       // Good settings other than those in use are still in the backup, or kept by the reset.
-      const auto kept = IniText::Parse(folder.Read("disk/s.ini.before-reset"));
-      const auto backup = IniText::Parse(folder.Read("disk/s.ini.bak"));
-      ASSERT_TRUE(backup || next == "(none)") << where;
-      const auto keptKey = kept ? kept->Get("S", "Key") : std::nullopt;
-      ASSERT_TRUE(next != "(none)" || keptKey == *c.next.rbegin()) << where;
-      for (const auto& entry : fs::directory_iterator(folder / "disk")) {
-        ASSERT_NE(entry.path().extension(), ".tmp") << where;
+      const char* other = next == "(none)" ? "s.ini.before-reset" : "s.ini.bak";
+      const auto kept = IniText::Parse(folder.Read(other));
+      ASSERT_TRUE(kept && (next != "(none)" || kept->Get("S", "Key") == *c.next.rbegin()));
+      ASSERT_FALSE(files.IsFile(folder / "s.ini.damaged.2"));
+      for (const auto& entry : fs::directory_iterator(folder.Path())) {
+        ASSERT_NE(entry.path().extension(), ".tmp");
       }
     }
-    EXPECT_GT(change, 5) << c.name;
+    EXPECT_GT(stop, 5);
   }
-  EXPECT_FALSE(fs::exists(folder / "disk/s.ini.damaged.4"));
 }
 
 }  // namespace

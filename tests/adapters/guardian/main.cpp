@@ -2,19 +2,16 @@
 
 #include <string_view>
 
-#include "adapters/guardian/holder.h"
 #include "guardian/run_guardian.h"
 
-// The guardian and its holder run in processes of their own; the guardian with short limits.
+// Its guardians run in processes of their own, with short limits.
 int main(int argc, char** argv) {
   using velt::Milliseconds;
-  const std::string_view word = argc > 1 ? argv[1] : "";
-  if (word == "--guardian") {
+  if (argc > 1 && std::string_view(argv[1]) == "--guardian") {
     return velt::RunGuardian(
         {.silence = Milliseconds(1500),
          .followUp = {.all = Milliseconds(3000), .answer = Milliseconds(700)}});
   }
-  if (word == "--holder" && argc == 4) return velt::RunHolder(argc, argv);
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <numbers>
 #include <numeric>
+#include <regex>
 
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/sample_ring.h"
@@ -53,24 +54,24 @@ TEST(SampleRing, GivesTheNewestBlockThatWasNotUsedYet) {
 
 struct PulseInputTest : testing::Test {
   void StartServer(PulseServer::Sound sound = PulseServer::Sound::NullSink) {
+    input.reset();
     server = std::make_unique<PulseServer>(sound);
     server->ExportEnvironment();
-    MakeInput();
-  }
-
-  void MakeInput() {
     input = std::make_unique<PulseInput>(scheduler);
     listening = input->happened.Listen([this](const AudioEvent& event) {
       constexpr const char* kinds[] = {"Opened ", "Moved ", "OpenFailed ", "Lost ", "Returned "};
       events.push_back(kinds[static_cast<int>(event.kind)] + event.text);
-      if (!event.description.empty()) events.back() += " = " + event.description;
+      if (event.description.empty()) return;
+      EXPECT_TRUE(event.text.ends_with(".monitor") ? event.description.starts_with("Monitor of ")
+                                                   : event.description == "Mic-" + event.text)
+          << event.description;
     });
   }
 
   // The next event, as "Kind text".
-  std::string Next(std::chrono::milliseconds limit = 1s) {
+  std::string Next() {
     const auto happened = [this] { return scheduler.RunPosted(), !events.empty(); };
-    if (!WaitUntil(happened, limit)) return "nothing in time";
+    if (!WaitUntil(happened, 3500ms)) return "nothing in time";
     const std::string event = events.front();
     events.erase(events.begin());
     const bool runs = event.starts_with("Opened") || event.starts_with("Moved") || !input;
@@ -78,31 +79,40 @@ struct PulseInputTest : testing::Test {
     return event;
   }
 
-  void Capture(const std::string& device, const std::string& name) {
-    input->Open(device);
-    const std::string event = Next();
-    ASSERT_EQ(event.substr(0, event.find(" = ")), "Opened " + name);
-    input->Start();
-    ExpectBlock(2s);
-  }
-  void ExpectBlock(std::chrono::milliseconds limit) {
-    EXPECT_TRUE(WaitUntil([this] { return Take() == TakeResult::Block; }, limit));
-  }
-
   TakeResult Take() { return input->TakeNewest(block); }
 
-  template <class Call>
-  static void ExpectQuick(Call call) {
+  void Move(const std::string& name) {
+    const std::string outputs = server->Pactl({"list", "short", "source-outputs"});
+    server->Pactl({"move-source-output", outputs.substr(0, outputs.find('\t')), name});
+  }
+  // What the user or the devices do.
+  void Act(const std::string& verb, const std::string& name, const std::string& device) {
+    if (verb == "sink") {
+      server->LoadModule({"module-null-sink", "sink_name=" + name, "norewinds=1"});
+    }
+    if (verb == "source") {
+      server->LoadModule({"module-null-source", "source_name=" + name, "description=Mic-" + name});
+    }
+    if (verb == "load") server->LoadModule({name});
+    if (verb == "doze") server->LoadModule({"module-suspend-on-idle", "timeout=0"});
+    if (verb == "unload") server->Pactl({"unload-module", name});
+    if (verb == "default") server->Pactl({"set-default-source", name});
+    if (verb == "suspend") server->Pactl({"suspend-source", name, "1"});
+    if (verb == "resume") server->Pactl({"suspend-source", name, "0"});
+    if (verb == "move") Move(name);
+    if (verb == "cannot-move") {
+      EXPECT_THROW(Move(name), std::runtime_error);
+    }
+    if (verb == "kill") server->Kill();
+    if (verb == "restart") server->Restart();
+    if (verb == "freeze") server->Freeze();
+    if (verb == "thaw") server->Thaw();
     const auto start = std::chrono::steady_clock::now();
-    call();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 100ms);
-  }
-
-  void AddSink(const std::string& name) {
-    server->LoadModule({"module-null-sink", "sink_name=" + name, "norewinds=1"});
-  }
-  void AddSource(const std::string& name) {
-    server->LoadModule({"module-null-source", "source_name=" + name, "description=Mic-" + name});
+    if (verb == "open") input->Open(device);
+    if (verb == "close") input->Close();
+    if (verb == "watch") input->WatchForReturn();
+    if (verb == "end") input.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 100ms) << verb;
   }
 
   std::unique_ptr<PulseServer> server;
@@ -116,7 +126,9 @@ struct PulseInputTest : testing::Test {
 TEST_F(PulseInputTest, CapturesATone) {
   StartServer();
   const auto player = server->PlayTone(1000);
-  Capture("", "test.monitor");
+  input->Open("");
+  ASSERT_EQ(Next(), "Opened test.monitor");
+  input->Start();
 
   // Each sample of a pure tone follows from the two before it: 2 cos(w) x[n-1] - x[n-2].
   const double twiceCosine = 2 * std::cos(2 * std::numbers::pi * 1000 / kSampleRateHz);
@@ -133,193 +145,84 @@ TEST_F(PulseInputTest, CapturesATone) {
     return pureInARow == 20;
   };
   EXPECT_TRUE(WaitUntil(heard, 5s)) << pureInARow;
-
-  // A tick every 25 ms hardly ever comes too early for its block.
-  constexpr int kTicks = 80;
-  int tooEarly = 0;
-  auto due = std::chrono::steady_clock::now();
-  for (int tick = 0; tick < kTicks; ++tick) {
-    due += 25ms;
-    WaitUntil([due] { return std::chrono::steady_clock::now() >= due; }, 1s);
-    if (Take() == TakeResult::NotYet) ++tooEarly;
-  }
-  EXPECT_LE(tooEarly, kTicks / 10);
 }
 
-TEST_F(PulseInputTest, SaysWhyNothingCanBeOpenedAndNoticesTheServersReturn) {
-  StartServer(PulseServer::Sound::None);
-  input->Open("");
-  EXPECT_EQ(Next(), "OpenFailed Sound server has no source.");
-  input->Open("nowhere");
-  EXPECT_EQ(Next(), "OpenFailed Sound source nowhere does not exist.");
-  server->Kill();
+TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
+  using Sound = PulseServer::Sound;
+  struct Case {
+    Sound sound;
+    std::string device;
+    std::string steps;  // "action name > event; ..."
+  };
+  const std::string micIsBack =
+      "unload module-null-source > Lost Sound source Mic-mic was removed.; watch; source mic > "
+      "Returned mic; open > Opened mic";
   // What could not be opened is waited for as what was lost is.
-  for (const char* device : {"late.monitor", ""}) {
-    input->Open(device);
-    EXPECT_EQ(Next(), "OpenFailed No sound server: Connection refused.");
-    for (const char* end : {"first", "second"}) {
-      input->WatchForReturn();
-      server->Restart();
-      AddSink("late");
-      ASSERT_EQ(Next(3s), "Returned late.monitor") << end;
-      Capture(device, "late.monitor");
-      EXPECT_EQ(input->Devices().at(0).name, "late.monitor");
-      server->Kill();
-      EXPECT_EQ(Next(), "Lost Sound server is gone.") << end;
-      EXPECT_TRUE(input->Devices().empty());
+  std::string comesAndGoes =
+      "open > OpenFailed Sound server has no source.; kill; open > OpenFailed No sound server: "
+      "Connection refused.";
+  for (int times = 0; times < 2; ++times) {
+    comesAndGoes +=
+        "; watch; restart; sink late > Returned late.monitor; open > Opened late.monitor; kill > "
+        "Lost Sound server is gone.";
+  }
+  for (const Case& c : {
+           Case{Sound::None, "", comesAndGoes},
+           Case{Sound::None, "late.monitor",
+                std::regex_replace(comesAndGoes, std::regex("server has no source"),
+                                   "source late.monitor does not exist")},
+           Case{Sound::NullSink, "",
+                "open > Opened test.monitor; freeze; close; open > OpenFailed Sound server does "
+                "not answer.; watch; thaw > Returned test.monitor; freeze; watch; end"},
+           // The default is followed; where the user moved the stream it stays while that is there.
+           Case{Sound::NullSink, "",
+                "open > Opened test.monitor; source mic > Moved mic; default test.monitor > Moved "
+                "test.monitor; move mic > Moved mic; open > Opened mic; " +
+                    micIsBack +
+                    "; move test.monitor > Moved test.monitor; default mic > Moved mic; move "
+                    "test.monitor > Moved test.monitor; default test.monitor; default mic; source "
+                    "line; move line > Moved line"},
+           // A stand-in gives way at once, and does not replace what was lost; another default does
+           // when that is not back after 3 s.
+           Case{Sound::None, "",
+                "load module-always-sink; open > Opened auto_null.monitor; sink usb > Moved "
+                "usb.monitor; unload module-null-sink > Lost Sound source Monitor of Null Output "
+                "was removed.; watch > nothing in time; source mic > Returned mic; open > Opened "
+                "mic"},
+           // A source chosen by name is nobody's to take away.
+           Case{Sound::NullSink, "mic",
+                "source mic; open > Opened mic; default test.monitor; cannot-move test.monitor; "
+                "default mic; " +
+                    micIsBack},
+           // An idle source that the server itself has put to sleep is nobody's wish.
+           Case{Sound::NullSink, "mic",
+                "source mic; doze; open > Opened mic; suspend mic > Lost "
+                "Sound source Mic-mic is suspended.; open > OpenFailed Sound source Mic-mic is "
+                "suspended.; watch > nothing in time; resume mic > Returned mic; open > Opened "
+                "mic"},
+       }) {
+    SCOPED_TRACE(c.steps);
+    StartServer(c.sound);
+    static const std::regex pattern("([a-z-]+) ?([^ ;]*)( > ([^;]*))?(; |$)");
+    std::ptrdiff_t understood = 0;
+    for (std::sregex_iterator step(c.steps.begin(), c.steps.end(), pattern), end; step != end;
+         ++step) {
+      understood += step->length();
+      Act((*step)[1], (*step)[2], c.device);
+      const std::string event = (*step)[4];
+      if (event.empty()) continue;
+      ASSERT_EQ(Next(), event) << step->str();
+      if (event.starts_with("Opened")) {
+        input->Start();
+        EXPECT_TRUE(std::ranges::any_of(
+            input->Devices(), [&](const AudioDevice& d) { return event.ends_with(" " + d.name); }));
+      }
+      // Some null sinks need 2 s for their first block.
+      if (Take() != TakeResult::Gone) {
+        EXPECT_TRUE(WaitUntil([this] { return Take() == TakeResult::Block; }, 3s));
+      }
     }
-  }
-}
-
-struct PlaceStep {
-  const char* action;  // of the user or the devices
-  const char* event;   // that follows; null: none until the next one
-};
-struct PlaceCase {
-  const char* name;
-  PulseServer::Sound sound;
-  const char* device;
-  std::vector<PlaceStep> steps;
-};
-class PulseInputPlaceTest : public PulseInputTest, public testing::WithParamInterface<PlaceCase> {
- protected:
-  void Act(const std::string& action) {
-    const size_t blank = action.find(' ');
-    const std::string verb = action.substr(0, blank);
-    const std::string name = blank == std::string::npos ? "" : action.substr(blank + 1);
-    const auto move = [&] {
-      const std::string outputs = server->Pactl({"list", "short", "source-outputs"});
-      server->Pactl({"move-source-output", outputs.substr(0, outputs.find('\t')), name});
-    };
-    if (verb == "sink") AddSink(name);
-    if (verb == "source") AddSource(name);
-    if (verb == "module") server->LoadModule({name});
-    if (verb == "remove") server->UnloadModule(name);
-    if (verb == "default") server->Pactl({"set-default-source", name});
-    if (verb == "move") move();
-    if (verb == "cannot-move") {
-      EXPECT_THROW(move(), std::runtime_error);
-    }
-    if (verb == "open") input->Open(GetParam().device);
-    if (verb == "watch") input->WatchForReturn();
-  }
-};
-
-TEST_P(PulseInputPlaceTest, ItComesFromWhereItShould) {
-  StartServer(GetParam().sound);
-  for (const auto& [action, event] : GetParam().steps) {
-    Act(action);
-    if (event == nullptr) continue;
-    ASSERT_EQ(Next(std::string_view(event).starts_with("nothing") ? 3500ms : 1s), event) << action;
-    const bool opened = std::string_view(event).starts_with("Opened");
-    if (opened) input->Start();
-    // Some null sinks need 2 s for their first block.
-    if (Take() != TakeResult::Gone) ExpectBlock(opened ? 3s : 500ms);
-  }
-}
-
-constexpr const char* kMicLost = "Lost Sound source Mic-mic was removed.";
-
-INSTANTIATE_TEST_SUITE_P(
-    , PulseInputPlaceTest,
-    testing::Values(
-        // The default is followed; where the user moved the stream it stays while that is there.
-        PlaceCase{"Default",
-                  PulseServer::Sound::NullSink,
-                  "",
-                  {{"open", "Opened test.monitor = Monitor of Null Output"},
-                   {"source mic", "Moved mic = Mic-mic"},  // it becomes the default
-                   {"default test.monitor", "Moved test.monitor = Monitor of Null Output"},
-                   {"move mic", "Moved mic = Mic-mic"},
-                   {"open", "Opened mic = Mic-mic"},
-                   {"remove module-null-source", kMicLost},
-                   {"watch", nullptr},
-                   {"source mic", "Returned mic"},
-                   {"open", "Opened mic = Mic-mic"},
-                   {"move test.monitor", "Moved test.monitor = Monitor of Null Output"},
-                   {"default mic", "Moved mic = Mic-mic"},
-                   {"move test.monitor", "Moved test.monitor = Monitor of Null Output"},
-                   {"default test.monitor", nullptr},
-                   {"default mic", nullptr},
-                   {"source line", nullptr},
-                   {"move line", "Moved line = Mic-line"}}},
-        // A stand-in gives way at once, and does not replace what was lost; another default does
-        // when that is not back after 3 s.
-        PlaceCase{
-            "StandIn",
-            PulseServer::Sound::None,
-            "",
-            {{"module module-always-sink", nullptr},
-             {"open", "Opened auto_null.monitor = Monitor of Dummy Output"},
-             {"sink usb", "Moved usb.monitor = Monitor of Null Output"},
-             {"remove module-null-sink", "Lost Sound source Monitor of Null Output was removed."},
-             {"watch", "nothing in time"},
-             {"source mic", "Returned mic"},
-             {"open", "Opened mic = Mic-mic"}}},
-        // A source chosen by name is nobody's to take away.
-        PlaceCase{"Named",
-                  PulseServer::Sound::NullSink,
-                  "mic",
-                  {{"source mic", nullptr},
-                   {"open", "Opened mic = Mic-mic"},
-                   {"default test.monitor", nullptr},
-                   {"cannot-move test.monitor", nullptr},
-                   {"default mic", nullptr},
-                   {"remove module-null-source", kMicLost},
-                   {"watch", nullptr},
-                   {"source mic", "Returned mic"},
-                   {"open", "Opened mic = Mic-mic"}}}),
-    [](const auto& place) { return std::string(place.param.name); });
-
-TEST_F(PulseInputTest, NoticesSuspensionAndResumption) {
-  StartServer();
-  AddSource("quiet");
-  // An idle source that the server itself has put to sleep is nobody's wish.
-  server->LoadModule({"module-suspend-on-idle", "timeout=0"});
-  Capture("quiet", "quiet");
-  server->Pactl({"suspend-source", "quiet", "1"});
-  EXPECT_EQ(Next(), "Lost Sound source Mic-quiet is suspended.");
-  input->Open("quiet");
-  EXPECT_EQ(Next(), "OpenFailed Sound source Mic-quiet is suspended.");
-  input->WatchForReturn();
-  EXPECT_EQ(Next(500ms), "nothing in time");
-  server->Pactl({"suspend-source", "quiet", "0"});
-  EXPECT_EQ(Next(2s), "Returned quiet");
-  Capture("quiet", "quiet");
-}
-
-TEST_F(PulseInputTest, AFrozenServerBlocksNothing) {
-  StartServer();
-  Capture("", "test.monitor");
-  server->Freeze();
-  ExpectQuick([this] { input->Close(); });
-  ExpectQuick([this] { input->Open(""); });
-  EXPECT_EQ(Next(4s), "OpenFailed Sound server does not answer.");
-  ExpectQuick([this] { input->WatchForReturn(); });
-  ExpectQuick([this] { EXPECT_TRUE(input->Devices().size() <= 1); });
-  server->Thaw();
-  EXPECT_EQ(Next(2s), "Returned test.monitor");
-  server->Freeze();
-  input->WatchForReturn();
-  ExpectQuick([this] { input.reset(); });
-}
-
-TEST_F(PulseInputTest, ASourceRemovedWhileOpeningEndsTheOpening) {
-  StartServer();
-  for (const bool openedFirst : {true, false}) {
-    // The server finds both wishes when it wakes up, in either order.
-    server->Freeze();
-    if (openedFirst) input->Open("test.monitor");
-    Process remover({"pactl", "unload-module", "module-null-sink"}, {server->Environment()});
-    if (!openedFirst) input->Open("test.monitor");
-    server->Thaw();
-    std::string outcome = Next(4s);
-    if (outcome.starts_with("Opened test.monitor")) outcome = Next(4s);
-    EXPECT_TRUE(outcome.starts_with("OpenFailed Sound source ") ||
-                outcome.starts_with("Lost Sound source "))
-        << outcome;
-    EXPECT_TRUE(remover.WaitForEnd(2s));
-    AddSink("test");
+    EXPECT_EQ(understood, std::ssize(c.steps));
   }
 }
 
@@ -328,14 +231,13 @@ TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
   for (const bool ends : {false, true}) {
     input->Open("");
     // The event is on its way.
-    ASSERT_TRUE(WaitUntil([this] { return Take() == TakeResult::NotYet; }, 1s));
-    if (ends) input.reset();
-    if (!ends) input->Close();
+    ASSERT_TRUE(WaitUntil([this] { return Take() == TakeResult::NotYet; }, 5s));
+    ends ? input.reset() : input->Close();
     scheduler.RunPosted();
     EXPECT_EQ(events, std::vector<std::string>());
   }
   // The receiver of an event may end it.
-  MakeInput();
+  StartServer();
   listening = input->happened.Listen([this](const AudioEvent& event) {
     input.reset();
     events.push_back(event.text);
@@ -347,20 +249,22 @@ TEST_F(PulseInputTest, TellsNothingOfWhatWasClosedOrHasEnded) {
 TEST_F(PulseInputTest, ListsDevicesWithoutOpeningOne) {
   StartServer();
   PulseDeviceLister lister(scheduler);
-  const auto list = [&](std::chrono::milliseconds limit) {
-    std::optional<DeviceListing> listing;
-    lister.List([&](const DeviceListing& answer) { listing = answer; });
-    EXPECT_TRUE(WaitUntil([&] { return scheduler.RunPosted(), listing.has_value(); }, limit));
-    return listing.value_or(DeviceListing{});
+  DeviceListing listing;
+  bool listed = false;
+  const auto list = [&] {
+    listed = false;
+    lister.List([&](const DeviceListing& answer) {
+      listing = answer;
+      listed = true;
+    });
+    return WaitUntil([&] { return scheduler.RunPosted(), listed; }, 4s);
   };
-  const DeviceListing listing = list(1s);
-  ASSERT_EQ(listing.devices.size(), 1U) << listing.error;
+  ASSERT_TRUE(list() && listing.devices.size() == 1U) << listing.error;
   EXPECT_EQ(listing.devices[0].description, "Monitor of Null Output");
   EXPECT_EQ(listing.defaultName, "test.monitor");
   server->Freeze();
-  EXPECT_EQ(list(4s).error, "Sound server does not answer.");
-  server->Kill();
-  EXPECT_EQ(list(1s).error, "No sound server: Connection refused.");
+  EXPECT_TRUE(list());
+  EXPECT_EQ(listing.error, "Sound server does not answer.");
 }
 
 }  // namespace

@@ -2,10 +2,8 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTimer>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -28,15 +26,12 @@ inline void EnsureLoop() {
 inline bool LoopUntil(const std::function<bool()>& condition,
                       std::chrono::milliseconds limit = std::chrono::seconds(8)) {
   EnsureLoop();
-  QEventLoop loop;
-  QTimer look;
-  const auto end = std::chrono::steady_clock::now() + limit;
-  QObject::connect(&look, &QTimer::timeout, [&] {
-    if (condition() || std::chrono::steady_clock::now() > end) loop.quit();
-  });
-  look.start(1);
-  loop.exec();
-  return condition();
+  const auto turn = [&condition] {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return condition();
+  };
+  return WaitUntil(turn, limit);
 }
 
 inline uint16_t FreePort() {

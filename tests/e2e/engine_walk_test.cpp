@@ -1,0 +1,147 @@
+// The engine's window, driven by the program in a real window: a Java program plays the engine.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <algorithm>
+
+#include "adapters/rigctld/live_loop.h"
+#include "e2e/surroundings.h"
+#include "e2e/window_driver.h"
+#include "support/java_engine.h"
+
+namespace velt {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr const char* kTitle = "VELT V9.9";
+
+int64_t NowMs() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+struct EngineWalk : testing::Test {
+  Surroundings around;
+  DummyRig rig;
+  TempFolder folder;  // the engine's
+  TempFolder programs;
+  EngineLog log{folder.Path()};
+
+  EngineWalk() {
+    std::filesystem::copy_file(VELT_JAR, folder / "velt.jar");
+    folder.Write("zoka.ver", std::string(kTitle) + "\n");
+    const auto settings = around.home.Path() / "config" / "KALVARO";
+    std::filesystem::create_directories(settings);
+    std::ofstream(settings / "VELT-SA.ini")
+        << "[VELT-SA]\nVersion=3.0.0\nAutoRunZOKA=False\ncmdZOKAstart=True\n";
+    // The desktop that the test runs on has no say in how the engine is started.
+    std::filesystem::create_symlink("/usr/bin/java", programs / "java");
+  }
+  ~EngineWalk() override {
+    if (const int engine = EngineId()) ::kill(engine, SIGKILL);
+  }
+
+  std::unique_ptr<WindowDriver> Start() {
+    std::vector<std::string> environment = around.Environment();
+    environment.push_back("PATH=" + programs.Path().string());
+    return std::make_unique<WindowDriver>(
+        std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder", folder.Path().string()},
+        environment);
+  }
+  static int EngineId() {
+    return std::atoi(
+        Output({"xdotool", "search", "--name", "^" + std::string(kTitle), "getwindowpid"}, {})
+            .c_str());
+  }
+  static void ChooseRun(const WindowDriver& window) {
+    window.Click(window.form.Image2.place);
+    window.Press({"Down", "Return"});
+  }
+  static void ChooseClose(const WindowDriver& window) {
+    window.Click(window.form.Image2.place);
+    window.Press({"Down", "Down", "Return"});
+  }
+  bool Chords(const std::string& expected) const {
+    return WaitUntil([&] { return log.Chords() == expected; }, seconds(10));
+  }
+  bool Closes() const {
+    return WaitUntil([&] { return log.All("close").size() + log.Lines().size() > 0 &&
+                                  log.Lines().back().text == "close"; },
+                     seconds(5));
+  }
+  bool Opens(size_t times) const {
+    return WaitUntil([&] { return std::ranges::count(log.Lines(), "open", &EngineLog::Line::text) ==
+                                  static_cast<int64_t>(times); },
+                     seconds(20));
+  }
+};
+
+TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
+  const auto window = Start();
+  window->Click(window->form.imgStartStop.place);
+  ChooseRun(*window);
+  ASSERT_TRUE(Opens(1));
+  std::string expected = "Ctrl+S, Ctrl+S";
+  EXPECT_TRUE(Chords(expected)) << log.Chords();
+
+  window->Click(window->form.lblMode.place);
+  window->Press({"Down", "Return"});
+  expected += ", Ctrl+L, Ctrl+L";
+  EXPECT_TRUE(Chords(expected)) << log.Chords();
+  EXPECT_TRUE(WaitUntil([&] { return rig.Ask("m") == "LSB"; }, seconds(5)));
+  EXPECT_EQ(ReadText(folder / "status.cfg").substr(0, 4), "LSB\n");
+
+  rig.Ask("T 1");
+  int64_t least = 10'000;
+  for (int round = 0; round < 3; ++round) {
+    for (const int side : {0, 1}) {
+      const int64_t clicked = NowMs();
+      window->Click(window->form.optTXRX[side].place);
+      expected += side == 0 ? ", Ctrl+T, Ctrl+T" : ", Ctrl+R, Ctrl+R";
+      ASSERT_TRUE(Chords(expected)) << log.Chords();
+      const int64_t took = log.Lines().back().atMs - clicked;
+      least = std::min(least, took);
+      RecordProperty("FromClickToSecondChordMs" + std::to_string(2 * round + side), int(took));
+    }
+  }
+  EXPECT_LE(least, 150) << "with the time that the tool takes to click";
+  EXPECT_TRUE(WaitUntil([&] { return rig.Ask("t") == "0"; }, seconds(5))) << "RX always works";
+
+  ASSERT_GT(EngineId(), 0);
+  ::kill(EngineId(), SIGKILL);
+  EXPECT_TRUE(WaitUntil(
+      [&] {
+        return window->ReadLabel(window->form.lblMode.place, 12, Qt::AlignCenter, {"N/A"}) == "N/A";
+      },
+      seconds(5)));
+  window->Click(window->form.optTXRX[0].place);
+  EXPECT_TRUE(WaitUntil([&] { return rig.Ask("t") == "1"; }, seconds(5))) << "it goes to the rig";
+  window->Click(window->form.optTXRX[1].place);
+  EXPECT_TRUE(WaitUntil([&] { return rig.Ask("t") == "0"; }, seconds(5)));
+
+  ChooseRun(*window);
+  ASSERT_TRUE(Opens(2));
+  ASSERT_TRUE(Chords(expected += ", Ctrl+S, Ctrl+S")) << log.Chords();
+  ChooseClose(*window);
+  EXPECT_TRUE(Closes());
+  ChooseClose(*window);
+  EXPECT_TRUE(window->Dismiss("Closing VELT"));
+
+  ChooseRun(*window);
+  ASSERT_TRUE(Opens(3));
+  window->Close();
+  EXPECT_TRUE(Closes()) << "with the program, as the settings say";
+  EXPECT_FALSE(window->Program().Running());
+}
+
+TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {
+  std::filesystem::remove(programs / "java");
+  const auto window = Start();
+  ChooseRun(*window);
+  EXPECT_TRUE(window->Dismiss("Running VELT"));
+}
+
+}  // namespace
+}  // namespace velt

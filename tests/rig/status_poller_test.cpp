@@ -1,0 +1,200 @@
+// The whole program with an engine beside it: its window and its files are doubles that the test
+// writes, the rig is simulated.
+#include "rig_fixture.h"
+
+namespace velt {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr const char* kRequest = "/opt/engine/transmitter.cfg";
+constexpr const char* kSiblingRequest = "/opt/engine_SA/transmitter.cfg";
+constexpr const char* kStatusRx = "/opt/engine/STATUSRX.CFG";
+
+class StatusPollerTest : public testing::Test, protected ProgramFixture {
+ protected:
+  StatusPollerTest() {
+    rig1.Tune(7100000);
+    rig1.Select(PM_SSB_L);
+    Reachable(true);
+    files.files["/opt/engine/velt.jar"] = "";
+    Transmitter("off", "0");
+    Status("USB", "");
+    Restart();
+    Start();
+    engineWindow.Open("VELT V2.5.");
+    scheduler.Advance(seconds(4));
+    writes1.Take();
+  }
+  void Status(const std::string& mode, const std::string& transmitter,
+              const std::string& inverted = "") {
+    files.files["/opt/engine/status.cfg"] =
+        mode + "\n300\n2700\n0\n" + transmitter + "\n" + inverted + "\n";
+  }
+  void Transmitter(const std::string& state, const std::string& frequency) {
+    files.files[kRequest] = state + "\n" + frequency + "\n";
+  }
+  std::vector<std::string> WritesOf(int rounds = 2) {
+    writes1.Take();
+    scheduler.Advance(Milliseconds(350) * rounds);
+    return writes1.Take();
+  }
+  std::string Mode() { return Form().lblMode.caption; }
+  std::string Trx() { return Form().lblTRXMode.caption; }
+  using Texts = std::vector<std::string>;
+};
+
+TEST_F(StatusPollerTest, ShowsWhatTheEngineDoesAndThatItIsGone) {
+  EXPECT_EQ(Mode(), "USB");
+  EXPECT_EQ(program->rig.engine.passbandHigh, 2700);
+  Status("CW-LSB", "");
+  WritesOf();
+  EXPECT_EQ(Mode(), "cw-l");
+  engineWindow.Vanish();
+  WritesOf();
+  EXPECT_EQ(Mode(), "N/A");
+  EXPECT_EQ(program->rig.engine.passbandHigh, 0);
+}
+
+TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
+  for (const char* file : {kRequest, kSiblingRequest}) {
+    files.files[file] = "off\n7074000\n";
+    EXPECT_EQ(WritesOf(4), Texts{"Freq 7074000"}) << file;
+    EXPECT_EQ(files.files[file], "off\r\n\r\n");
+    files.files[file] = "off\n1\n";
+    EXPECT_EQ(WritesOf(), Texts{});
+    EXPECT_EQ(files.files[file], "off\n1\n") << "no request, nothing to take back";
+    files.files[file] = "off\n70740";
+    EXPECT_EQ(WritesOf(1), Texts{}) << "it may be the beginning of a number";
+    files.files[file] = "off\n7074000";
+    EXPECT_EQ(WritesOf(3), Texts{"Freq 7074000"});
+  }
+  files.writable = false;
+  Transmitter("off", "7050000");
+  EXPECT_EQ(WritesOf(5), Texts{"Freq 7050000"}) << "once, though it cannot be taken back";
+}
+
+TEST_F(StatusPollerTest, KeysAndReleasesWithTheEngine) {
+  Transmitter("on", "0");
+  EXPECT_EQ(WritesOf(), Texts{"TX"});
+  EXPECT_EQ(Trx(), "TX");
+  // Its files are read on while it transmits, whatever becomes of the capture.
+  StartCapture();
+  Form().imgStartStop.Click();
+  scheduler.RunPosted();
+  Transmitter("off", "0");
+  EXPECT_EQ(WritesOf(), Texts{"RX"});
+  EXPECT_EQ(Trx(), "RX");
+
+  // The operator's receive ends the engine's transmission, and only a new "on" begins another.
+  scheduler.Advance(seconds(3));
+  StartCapture();
+  WritesOf();
+  Transmitter("on", "0");
+  EXPECT_EQ(WritesOf(), Texts{"TX"});
+  program->rig.ptt.PTT_OFF();
+  EXPECT_EQ(WritesOf(4), Texts{}) << "the release went before";
+  EXPECT_FALSE(rig1.Transmits());
+  EXPECT_EQ(Trx(), "RX");
+
+  // What the operator keyed is not the engine's to release.
+  Transmitter("off", "0");
+  WritesOf();
+  program->rig.ptt.PTT_ON();
+  Transmitter("on", "0");
+  WritesOf();
+  Transmitter("off", "0");
+  WritesOf();
+  EXPECT_TRUE(rig1.Transmits());
+  EXPECT_EQ(Trx(), "TX");
+}
+
+TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
+  Transmitter("on", "0");
+  WritesOf();
+  engineWindow.Vanish();
+  EXPECT_EQ(WritesOf(), Texts{"RX"});
+  engineWindow.Open("VELT V2.5.");
+  EXPECT_EQ(WritesOf(5), Texts{}) << "the file still says on";
+  files.files.erase(kRequest);
+  WritesOf(5);
+  Transmitter("on", "0");
+  EXPECT_EQ(WritesOf(5), Texts{});
+}
+
+TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
+  struct Case {
+    const char* line;
+    Texts writes;
+  };
+  const Case cases[] = {{"lsb", {"Mode LSB"}},
+                        {" USB ", {"Mode USB"}},
+                        {"cw-lsb", {"Mode CW-L"}},
+                        {"cw-usb", {"Mode CW-U"}},
+                        {"rtty", {}},
+                        {"", {}}};
+  for (const Case& c : cases) {
+    Status("USB", c.line);
+    const Texts writes = WritesOf(4);
+    EXPECT_EQ(writes.size(), c.writes.size()) << c.line;
+  }
+  Status("LSB", "lock_to_txcr");
+  EXPECT_EQ(WritesOf(4).size(), 1U) << "the mode of a locked engine";
+  Status("USB", "lock_to_txcr");
+  EXPECT_EQ(WritesOf(4).size(), 1U);
+  engineWindow.Vanish();
+  WritesOf();
+  Status("USB", "lsb");
+  EXPECT_EQ(WritesOf(4), Texts{}) << "a mode of an engine that is not there";
+}
+
+TEST_F(StatusPollerTest, CalibrationMovesTheScaleAndTheOffset) {
+  files.files["/opt/engine/calall.cfg"] =
+      "100,2,30\nUSB,200,3,40\nLSB,300,4,50\nCW-USB,0,0,0\nCW-LSB,0,0,0\n";
+  WritesOf();
+  EngineState& engine = program->rig.engine;
+  EXPECT_EQ(engine.scaleOffset, 100);
+  EXPECT_EQ(engine.calibrationC, 18);
+  EXPECT_EQ(program->rig.state.offsetKHz, 2);
+  Status("LSB", "lock_to_txcr");
+  WritesOf(6);
+  EXPECT_EQ(engine.scaleOffset, 300);
+  EXPECT_EQ(engine.calibrationC, 38) << "12 is taken off once";
+  EXPECT_EQ(program->rig.state.offsetKHz, 4);
+}
+
+TEST_F(StatusPollerTest, AnInvertedSidebandIsShownAndUsed) {
+  Status("USB", "", "on");
+  scheduler.Advance(Milliseconds(350));
+  EXPECT_EQ(program->rig.state.invertedSideband, "on");
+  Status("USB", "", "off");
+  WritesOf();
+  EXPECT_EQ(Mode(), "USB");
+}
+
+TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
+  rig1.Tune(7050000);
+  scheduler.Advance(seconds(1));
+  EXPECT_EQ(files.files[kStatusRx], "7050000\r\nRX\r\n0\r\n");
+  rig1.Tune(0);
+  scheduler.Advance(seconds(1));
+  EXPECT_EQ(files.files[kStatusRx], "\"no-com\"\r\nRX\r\n0\r\n");
+  Close();
+  EXPECT_EQ(files.files[kStatusRx], "0\r\nOFF\r\n0\r\n");
+}
+
+TEST(StatusPoller, WithoutAnEngineNothingIsReadOrWritten) {
+  ProgramFixture f;
+  f.rig1.Tune(7100000);
+  f.Reachable(true);
+  f.files.files[kRequest] = "off\n7074000\n";
+  f.Restart();
+  f.Start();
+  f.scheduler.Advance(seconds(4));
+  EXPECT_EQ(f.rig1.Freq(), 7100000);
+  EXPECT_FALSE(f.Form().tmrStatus.enabled);
+  EXPECT_FALSE(f.files.files.contains(kStatusRx));
+}
+
+}  // namespace
+}  // namespace velt
