@@ -26,6 +26,9 @@ bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
   }
   const bool guarded = watch.ticket != 0;
   if (!HandToGuardian(watch)) {
+    if (keyer.Recipe()) {
+      parts_.messages.Show("Not keyed: nothing would release the transmitter after a crash");
+    }
     keyer.GiveUp();
     return false;
   }
@@ -131,12 +134,8 @@ bool TransmitGuard::HandToGuardian(Watch& watch) {
   const uint32_t connection = watch.keyer.Connection();
   if (watch.ticket != 0 && watch.connection == connection) return true;
   const auto recipe = watch.keyer.Recipe();
-  if (!recipe) return false;
-  const uint32_t ticket = parts_.guardian.Hold(*recipe);
-  if (ticket == 0) {
-    parts_.messages.Show("Not keyed: nothing would release the transmitter after a crash");
-    return false;
-  }
+  const uint32_t ticket = recipe ? parts_.guardian.Hold(*recipe) : 0;
+  if (ticket == 0) return false;
   if (watch.ticket != 0) parts_.guardian.Forget(watch.ticket);
   watch.ticket = ticket;
   watch.connection = connection;

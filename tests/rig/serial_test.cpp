@@ -389,6 +389,15 @@ TEST_F(CounterTest, TakesTheRigsPlaceAndTellsTheEngine) {
   Say("7500000\n");
   EXPECT_FALSE(form.lblFrequency.stale);
 
+  // A server comes whose rig is off, and then is switched on.
+  rig1.Tune(0);
+  Reachable(true);
+  Pass(seconds(15));
+  rig1.Select(PM_SSB_U);  // and is heard
+  EXPECT_EQ(Frequency(), "007.500.00");
+  rig1.Tune(14250000);
+  Pass(seconds(1));
+  EXPECT_EQ(rig.state.RealRigFrequency, 14250000);
   int32_t last = 0;
   connections += program->shutdown.lastFrequency.Listen([&](int32_t hertz) { last = hertz; });
   EXPECT_TRUE(Close());

@@ -263,7 +263,7 @@ TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
   EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
   EXPECT_EQ(f.order, "");
   f.scheduler.Advance(Milliseconds(300));
-  EXPECT_EQ(f.order, "status save last-14074000 ");
+  EXPECT_EQ(f.order, "save last-14074000 ");
   EXPECT_TRUE(f.ended);
 }
 

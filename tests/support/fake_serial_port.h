@@ -78,7 +78,7 @@ class FakeSerialPort : public SerialPort {
     input_.erase(0, taken.size());
     return taken;
   }
-  int Descriptor() const override { return open_ ? 77 : -1; }
+  int Descriptor() const override { return open_ ? 76 + openings_ : -1; }
 
  private:
   void See(const std::string& what) {

@@ -6,7 +6,7 @@
 namespace velt {
 
 std::filesystem::path DeviceNames::Of(int16_t number) const {
-  if (!only_.empty()) return only_;
+  if (!only_.empty()) return devices_ / only_;
   const auto named = settings_.Get("SerialPorts", "COM" + std::to_string(number));
   if (named && !Trimmed(*named).empty()) {
     return devices_ / TextPath(std::string(Trimmed(*named)));  // a path of its own stays as it is

@@ -11,8 +11,8 @@ namespace velt {
 
 class DeviceNames {
  public:
-  // `only`: the device that every number stands for in this run; empty: none. `devices` is the
-  // folder with the system's devices.
+  // `only`: the device that every number stands for in this run, a path or a name in the folder of
+  // devices; empty: none.
   DeviceNames(const SettingsStore& settings, std::filesystem::path only,
               std::filesystem::path devices = "/dev")
       : settings_(settings), only_(std::move(only)), devices_(std::move(devices)) {}

@@ -1,0 +1,91 @@
+// An Arduino on a serial line, and a transmitter that is keyed by such a line's own wires, with the
+// program in a real window.
+#include <gtest/gtest.h>
+
+#include "adapters/rigctld/live_loop.h"
+#include "e2e/window_driver.h"
+#include "support/arduino_stand_in.h"
+
+namespace velt {
+namespace {
+
+using std::chrono::seconds;
+
+struct SerialWalk : testing::Test {
+  ArduinoStandIn arduino;
+  std::unique_ptr<WindowDriver> window;
+  int64_t guardian = 0;
+
+  void Start(const std::string& method) {
+    const auto home = std::make_shared<const TempFolder>();
+    home->Write("RS232.cfg", "1\n9600\nN\n8\n1\n0\nNONE\n" + method + "\nBOTH\n");
+    std::filesystem::create_directory(*home / "KALVARO");
+    home->Write("KALVARO/VELT-SA.ini", "[VELT-SA]\nArduinoFreq=True\n");
+    window = std::make_unique<WindowDriver>(
+        std::vector<std::string>{"--rig1", "127.0.0.1:" + std::to_string(FreePort()),
+                                 "--engine-folder", home->Path().string(), "--serial-port",
+                                 arduino.Path()},
+        std::vector<std::string>{}, home);
+    guardian = GuardianOf(window->Program().Id());
+    ASSERT_TRUE(window->Dismiss("OmniRig not Configured for CAT"));
+  }
+  bool Shows(const std::string& text) const {
+    return window->Reads(window->form.lblFrequency, 21, text, seconds(8));
+  }
+  void Press(int button) const { window->Click(window->form.optTXRX[button]); }
+  bool Hears(const std::string& letters) {
+    return WaitUntil([&] { return arduino.Heard() == letters; }, seconds(5));
+  }
+};
+
+TEST_F(SerialWalk, AnArduinoCountsAndKeysAndComesBack) {
+  Start("ARDUINO");
+  EXPECT_TRUE(Shows("007.100.00"));
+  EXPECT_EQ(arduino.Heard(), "");
+  Press(0);
+  EXPECT_TRUE(Hears("T"));
+  Press(1);
+  EXPECT_TRUE(Hears("TR"));
+  Press(0);
+  EXPECT_TRUE(Hears("TRT"));
+  arduino.HangUp();
+  EXPECT_TRUE(Shows("Com error"));
+  arduino.Connect();
+  EXPECT_TRUE(Hears("TRTR")) << "the release goes first";
+  EXPECT_TRUE(Shows("007.100.00"));
+  Press(0);
+  EXPECT_TRUE(Hears("TRTRT"));
+  window->Close();
+  EXPECT_TRUE(WaitUntil([&] { return arduino.IsClosed(); }, seconds(5)));
+  EXPECT_TRUE(arduino.Heard().starts_with("TRTRTR")) << arduino.Heard();
+}
+
+TEST_F(SerialWalk, WhateverEndsTheProgramReleasesAndCloses) {
+  struct Case {
+    std::string method;
+    ProcessSignal end;
+  };
+  for (const Case& c :
+       {Case{"ARDUINO", ProcessSignal::Kill}, Case{"ARDUINO", ProcessSignal::Terminate},
+        Case{"ARDUINO", ProcessSignal::Stop}, Case{"COM", ProcessSignal::Kill},
+        Case{"COM", ProcessSignal::Terminate}}) {
+    SCOPED_TRACE(c.method + " " + std::to_string(static_cast<int>(c.end)));
+    const bool byLetters = c.method == "ARDUINO";
+    Start(c.method);
+    arduino.Forget();
+    EXPECT_EQ(arduino.IsClosed(), !byLetters) << "open means transmitting";
+    Press(0);
+    ASSERT_TRUE(byLetters ? Hears("T")
+                          : WaitUntil([&] { return !arduino.IsClosed(); }, seconds(5)));
+    window->Program().Signal(c.end);
+    EXPECT_TRUE(
+        WaitUntil([&] { return byLetters ? arduino.Heard().find('R') == 1 : arduino.IsClosed(); },
+                  seconds(9)));
+    if (c.end == ProcessSignal::Stop) window->Program().Kill();
+    EXPECT_TRUE(WaitUntil([&] { return arduino.IsClosed() && !IsAlive(guardian); }, seconds(9)));
+    EXPECT_EQ(window->Said().find("may still be on"), std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace velt
