@@ -21,9 +21,10 @@ constexpr seconds kWithACore{6};
 class Station : public WindowDriver {
  public:
   explicit Station(DummyRig& rig, const std::vector<std::string>& environment = {})
-      : WindowDriver({"--rig1", rig.Address()}, environment),
-        rig_(rig),
-        guardian_(GuardianOf(Program().Id())) {}
+      : WindowDriver({"--rig1", rig.Address()}, environment), rig_(rig) {
+    // Without it nothing is keyed, and on a busy machine the window may be there first.
+    WaitUntil([this] { return (guardian_ = GuardianOf(Program().Id())) != 0; }, seconds(10));
+  }
 
   bool Has(const std::string& question, const std::string& answer, milliseconds limit) {
     return WaitUntil([&] { return rig_.Ask(question) == answer; }, limit);
@@ -67,7 +68,7 @@ class Station : public WindowDriver {
 
  private:
   DummyRig& rig_;
-  const int64_t guardian_;
+  int64_t guardian_ = 0;
 };
 
 TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
