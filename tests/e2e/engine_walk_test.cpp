@@ -5,9 +5,9 @@
 #include <algorithm>
 
 #include "adapters/rigctld/live_loop.h"
-#include "e2e/surroundings.h"
 #include "e2e/window_driver.h"
 #include "support/java_engine.h"
+#include "support/pulse_server.h"
 
 namespace velt {
 namespace {
@@ -23,8 +23,9 @@ int64_t NowMs() {
 }
 
 struct EngineWalk : testing::Test {
-  Surroundings around;
+  PulseServer sound;
   DummyRig rig;
+  const std::shared_ptr<TempFolder> home = std::make_shared<TempFolder>();
   TempFolder folder;  // the engine's
   TempFolder programs;
   EngineLog log{folder.Path()};
@@ -32,10 +33,9 @@ struct EngineWalk : testing::Test {
   EngineWalk() {
     std::filesystem::copy_file(VELT_JAR, folder / "velt.jar");
     folder.Write("zoka.ver", std::string(kTitle) + "\n");
-    const auto settings = around.home.Path() / "config" / "KALVARO";
-    std::filesystem::create_directories(settings);
-    std::ofstream(settings / "VELT-SA.ini")
-        << "[VELT-SA]\nVersion=3.0.0\nAutoRunZOKA=False\ncmdZOKAstart=True\n";
+    std::filesystem::create_directory(*home / "KALVARO");
+    home->Write("KALVARO/VELT-SA.ini",
+                "[VELT-SA]\nVersion=3.0.0\nAutoRunZOKA=False\ncmdZOKAstart=True\n");
     // The desktop that the test runs on has no say in how the engine is started.
     std::filesystem::create_symlink("/usr/bin/java", programs / "java");
   }
@@ -44,12 +44,12 @@ struct EngineWalk : testing::Test {
   }
 
   std::unique_ptr<WindowDriver> Start() {
-    std::vector<std::string> environment = around.Environment();
+    std::vector<std::string> environment = sound.Environment();
     environment.push_back("PATH=" + programs.Path().string());
     return std::make_unique<WindowDriver>(
         std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder",
                                  folder.Path().string()},
-        environment);
+        environment, home);
   }
   static int EngineId() {
     return std::atoi(
@@ -57,11 +57,11 @@ struct EngineWalk : testing::Test {
             .c_str());
   }
   static void ChooseRun(const WindowDriver& window) {
-    window.Click(window.form.Image2.place);
+    window.Click(window.form.Image2);
     window.Press({"Down", "Return"});
   }
   static void ChooseClose(const WindowDriver& window) {
-    window.Click(window.form.Image2.place);
+    window.Click(window.form.Image2);
     window.Press({"Down", "Down", "Return"});
   }
   bool Chords(const std::string& expected) const {
@@ -87,13 +87,13 @@ struct EngineWalk : testing::Test {
 
 TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   const auto window = Start();
-  window->Click(window->form.imgStartStop.place);
+  window->Click(window->form.imgStartStop);
   ChooseRun(*window);
   ASSERT_TRUE(Opens(1));
   std::string expected = "Ctrl+S, Ctrl+S";
   EXPECT_TRUE(Chords(expected)) << log.Chords();
 
-  window->Click(window->form.lblMode.place);
+  window->Click(window->form.lblMode);
   window->Press({"Down", "Return"});
   expected += ", Ctrl+L, Ctrl+L";
   EXPECT_TRUE(Chords(expected)) << log.Chords();
@@ -105,7 +105,7 @@ TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   for (int round = 0; round < 3; ++round) {
     for (const int side : {0, 1}) {
       const int64_t clicked = NowMs();
-      window->Click(window->form.optTXRX[side].place);
+      window->Click(window->form.optTXRX[side]);
       expected += side == 0 ? ", Ctrl+T, Ctrl+T" : ", Ctrl+R, Ctrl+R";
       ASSERT_TRUE(Chords(expected)) << log.Chords();
       const int64_t took = log.Lines().back().atMs - clicked;
@@ -118,14 +118,10 @@ TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
 
   ASSERT_GT(EngineId(), 0);
   ::kill(EngineId(), SIGKILL);
-  EXPECT_TRUE(WaitUntil(
-      [&] {
-        return window->ReadLabel(window->form.lblMode.place, 12, Qt::AlignCenter, {"N/A"}) == "N/A";
-      },
-      seconds(5)));
-  window->Click(window->form.optTXRX[0].place);
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "N/A"));
+  window->Click(window->form.optTXRX[0]);
   EXPECT_TRUE(WaitUntil([&] { return rig.Ask("t") == "1"; }, seconds(5))) << "it goes to the rig";
-  window->Click(window->form.optTXRX[1].place);
+  window->Click(window->form.optTXRX[1]);
   EXPECT_TRUE(WaitUntil([&] { return rig.Ask("t") == "0"; }, seconds(5)));
 
   ChooseRun(*window);

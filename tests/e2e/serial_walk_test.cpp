@@ -26,7 +26,7 @@ struct SerialWalk : testing::Test {
                                  "--engine-folder", home->Path().string(), "--serial-port",
                                  arduino.Path()},
         std::vector<std::string>{}, home);
-    guardian = GuardianOf(window->Program().Id());
+    WaitUntil([this] { return (guardian = GuardianOf(window->Program().Id())) != 0; }, seconds(10));
     ASSERT_TRUE(window->Dismiss("OmniRig not Configured for CAT"));
   }
   bool Shows(const std::string& text) const {
@@ -63,12 +63,10 @@ TEST_F(SerialWalk, AnArduinoCountsAndKeysAndComesBack) {
 TEST_F(SerialWalk, WhateverEndsTheProgramReleasesAndCloses) {
   struct Case {
     std::string method;
-    ProcessSignal end;
+    int end;
   };
-  for (const Case& c :
-       {Case{"ARDUINO", ProcessSignal::Kill}, Case{"ARDUINO", ProcessSignal::Terminate},
-        Case{"ARDUINO", ProcessSignal::Stop}, Case{"COM", ProcessSignal::Kill},
-        Case{"COM", ProcessSignal::Terminate}}) {
+  for (const Case& c : {Case{"ARDUINO", SIGKILL}, Case{"ARDUINO", SIGTERM},
+                        Case{"ARDUINO", SIGSTOP}, Case{"COM", SIGKILL}, Case{"COM", SIGTERM}}) {
     SCOPED_TRACE(c.method + " " + std::to_string(static_cast<int>(c.end)));
     const bool byLetters = c.method == "ARDUINO";
     Start(c.method);
@@ -81,7 +79,7 @@ TEST_F(SerialWalk, WhateverEndsTheProgramReleasesAndCloses) {
     EXPECT_TRUE(
         WaitUntil([&] { return byLetters ? arduino.Heard().find('R') == 1 : arduino.IsClosed(); },
                   seconds(9)));
-    if (c.end == ProcessSignal::Stop) window->Program().Kill();
+    if (c.end == SIGSTOP) window->Program().Kill();
     EXPECT_TRUE(WaitUntil([&] { return arduino.IsClosed() && !IsAlive(guardian); }, seconds(9)));
     EXPECT_EQ(window->Said().find("may still be on"), std::string::npos);
   }

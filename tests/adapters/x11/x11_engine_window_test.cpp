@@ -35,7 +35,7 @@ TEST(KeyNotation, ChordsAreReadAndNonsenseIsRefused) {
 
 struct Desk {
   explicit Desk(XDesktop::Manager manager)
-      : desktop("1280x900x24", manager), windows(scheduler, desktop.Display()) {
+      : desktop(manager), windows(scheduler, desktop.Display()) {
     connection = windows.changed.Listen([this] { ++changes; });
   }
 
@@ -158,7 +158,7 @@ TEST_P(X11EngineWindowTest, TheTitleIsFollowedAndTheWindowClosesLikeByItsUser) {
 
 TEST_P(X11EngineWindowTest, WhatDiesIsSeenAndWhatStandsStillHoldsNothingUp) {
   ASSERT_TRUE(Ready());
-  engine.Program().Signal(ProcessSignal::Stop);
+  engine.Program().Signal(SIGSTOP);
   if (GetParam() == XDesktop::Manager::Openbox) {
     ASSERT_TRUE(desk.Activate(kOther));
     EXPECT_FALSE(desk.Send(kTitle, "(^x)")) << "it is not the active one";
