@@ -153,14 +153,13 @@ TEST(Structure, TheSourcesKeepTheRules) {
       "text/numbers.cpp from_chars",                       // the checked conversions are made here
   };
   const Findings allowedCallbacks{
-      "adapters/qt/qt_prompts.h Chosen",        // private
-      "adapters/qt/qt_scheduler.h run",         // of a struct that nobody else sees
-      "adapters/x11/x11_engine_window.h done",  // the same, and the next
-      "adapters/x11/x_connection.h answered",
-      "event/event.h Listener",      // a parameter's
-      "ports/engine_window.h Done",  // the same
-      "ports/prompts.h choose",      // data: what a line of a pop-up menu does, handed over with it
-      "shell/settings.h fallback",   // rows of a table that nobody else sees
+      "adapters/qt/qt_prompts.h Chosen",       // private
+      "adapters/qt/qt_scheduler.h run",        // of a struct that nobody else sees
+      "adapters/x11/x_connection.h answered",  // the same
+      "event/event.h Listener",                // a parameter's
+      "ports/engine_window.h Done",            // the same
+      "ports/prompts.h choose",     // data: what a line of a pop-up menu does, handed over with it
+      "shell/settings.h fallback",  // rows of a table that nobody else sees
       "shell/settings.h load",
       "shell/settings.h save",
   };

@@ -147,7 +147,12 @@ TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {
   // One that shows nothing is waited for.
   std::filesystem::create_symlink("/bin/true", programs / "java");
   ChooseRun(*window);
-  EXPECT_TRUE(window->WaitForWindow("VELT-SA"));
+  const auto waits = [&] {
+    return !Output({"xdotool", "search", "--onlyvisible", "--name", "^VELT-SA$"},
+                   window->Environment())
+                .empty();
+  };
+  EXPECT_TRUE(WaitUntil(waits, seconds(5)));
 }
 
 }  // namespace

@@ -29,7 +29,10 @@ int Area(const QRegion& region) {
 std::string Output(const std::vector<std::string>& command,
                    const std::vector<std::string>& environment) {
   const TempFolder folder;
-  Process process(command, {.environment = environment, .output = folder / "output"});
+  // The environment may have a PATH that is meant for the program alone.
+  std::vector<std::string> whole = command;
+  if (whole.front().front() != '/') whole.front().insert(0, "/usr/bin/");
+  Process process(whole, {.environment = environment, .output = folder / "output"});
   return process.WaitForEnd(seconds(10)) ? ReadText(folder / "output") : "";
 }
 
