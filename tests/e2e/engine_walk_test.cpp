@@ -139,6 +139,39 @@ TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   EXPECT_FALSE(window->Program().Running());
 }
 
+TEST_F(EngineWalk, ItsFilesMoveTheRigAndNothingStaysKeyed) {
+  folder.Write("transmitter.cfg", "on\n0\n");  // left over from another run
+  const auto window = Start();
+  ChooseRun(*window);
+  ASSERT_TRUE(Opens(1));
+  const auto has = [this](const char* command, const char* answer) {
+    return WaitUntil([&] { return rig.Ask(command) == answer; }, seconds(3));
+  };
+  EXPECT_TRUE(window->Reads(window->form.lblFrequency, 21, "145.000.00"));
+  EXPECT_EQ(ReadText(folder / "STATUSRX.CFG").substr(0, 9), "145000000");
+  EXPECT_FALSE(has("t", "1")) << "what is left over keys nothing";
+
+  folder.Write("transmitter.cfg", "off\n7050000\n");
+  EXPECT_TRUE(has("f", "7050000"));
+  EXPECT_TRUE(
+      WaitUntil([&] { return folder.Read("transmitter.cfg") == "off\r\n\r\n"; }, seconds(2)));
+  EXPECT_TRUE(window->Reads(window->form.lblFrequency, 21, "7.050.00"));
+  folder.Write("status.cfg", "CW-USB\n0\n0\n0\nlsb\noff\n");
+  EXPECT_TRUE(has("m", "LSB")) << "the transmitter's mode";
+
+  for (const bool killed : {false, true}) {
+    folder.Write("transmitter.cfg", "on\n0\n");
+    EXPECT_TRUE(has("t", "1"));
+    if (killed) {
+      ::kill(EngineId(), SIGKILL);
+    } else {
+      folder.Write("transmitter.cfg", "off\n0\n");
+    }
+    EXPECT_TRUE(has("t", "0"));
+  }
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "N/A"));
+}
+
 TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {
   std::filesystem::remove(programs / "java");
   const auto window = Start();
