@@ -2,38 +2,15 @@
 // by its accessible name.
 #include "ui/main_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QPainter>
-#include <QTest>
 
-#include "support/doubles.h"
 #include "ui/on_screen.h"
-#include "ui/turn.h"
+#include "ui/window_fixture.h"
 
 namespace velt {
 namespace {
 
-struct MainWindowTest : testing::Test, ProgramFixture {
-  MainWindowTest() {
-    program->layout.Form_Resize();
-    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight, Colour(0xFFFFFF));
-    form.imgStartStop.toolTip = "Start";
-    window.show();
-    Turn();
-    QApplication::setActiveWindow(&window);
-  }
-  QWidget& Find(const QString& name) { return velt::Find(window, name); }
-
-  Main& form = program->form;
-  Raster raster;
-  int painted = 0;
-  MainWindow window{form, [this]() -> const Raster& {
-                      ++painted;
-                      return raster;
-                    }};
-};
+using MainWindowTest = WindowFixture;
 
 TEST(OnScreen, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
   const QRect left(0, 0, 1280, 900), right(1280, 100, 800, 600);
@@ -68,13 +45,6 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
       {"S-meter", [&] { form.Smeter.topTwips = -2000 * kTwipsPerPixel; }},
       {"Spectrum display", [&] { form.Scope.horizontalGrid = {}; }},
       {"Waterfall", [&] { form.chkSpecMode.value = 1; }},
-      {"Spectrum display", [&] { form.Scope.gridColour = 0xFF123456; }},
-      {"Spectrum display", [&] { form.Scope.verticalGrid = {}; }},
-      {"Spectrum display",
-       [&] {
-         form.Scope.markers = std::vector<ScopeLine>{{9, 0, 9, 50}};
-       }},
-      {"Spectrum display", [&] { form.Scope.markerColour = 0xFF654321; }},
       {"Frequency scale", [&] { form.lblScales[0].caption = "#"; }},
       {"Where modes are sent to", [&] { form.Label3.caption = "Velt Mode"; }},
       {"Message", [&] { form.lblMessage.caption = "Hello"; }},
@@ -97,16 +67,15 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
 }
 
 TEST_F(MainWindowTest, ANoticeStaysOverANewPictureOfTheDisplay) {
-  const QRect notice = Find("Notice, click to dismiss").geometry();
+  const QWidget& notice = Find("Notice, click to dismiss");
   form.lblNotice.visible = true;
   form.Scope.verticalGrid = {};
   Turn();
   raster = Raster(raster.Width(), raster.Height(), Colour::FromArgb(0xFFFF0000));
   form.Scope.frame = 1;
   Turn();
-  const QPoint in = notice.topLeft() + QPoint(2, 2);
-  EXPECT_EQ(OnScreen(window).pixel(in), 0xFFFFD45E);
-  EXPECT_EQ(OnScreen(window).pixel(in + QPoint(0, notice.height())), 0xFFFF0000);
+  EXPECT_EQ(Pixel(notice, {2, 2}), 0xFFFFD45E);
+  EXPECT_EQ(Pixel(notice, {2, notice.height() + 2}), 0xFFFF0000);
 }
 
 TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
