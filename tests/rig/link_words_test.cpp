@@ -1,6 +1,4 @@
 // What a user reads of the link: in the main window at all times, in the dialog in full.
-#include "rig/link_words.h"
-
 #include "rig_fixture.h"
 
 namespace velt {
@@ -32,10 +30,6 @@ TEST_F(LinkWordsTest, TheMainWindowTellsTheLinkAtAllTimes) {
   EXPECT_TRUE(dialogForm.lblCommand.caption.Get().ends_with(" -t 4600"));
   dialogForm.cmdApplyAddresses.Click();
   EXPECT_TRUE(Told("Rig 1 at 10.0.0.2:4600"));
-  EXPECT_EQ(ShortLinkText(RigLink{.state = RigLink::State::Linked}, true), "simulated rig");
-  for (const char* bad : {"shack", "shack:", "shack:0", "shack:65536"}) {
-    EXPECT_EQ(ServerCommand(bad), "") << bad;
-  }
 }
 
 TEST_F(LinkWordsTest, TheFrequencyBoxOpensWithWhatIsShownAndLeavesItSo) {

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QGroupBox>
-#include <QLabel>
 #include <QTest>
 
 #include "rig/rig_fixture.h"
@@ -74,7 +73,6 @@ TEST_F(OmniRigWindowTest, RigTargetAndModeAreChosen) {
   EXPECT_EQ(modes.property("currentText"), "LSB");
   Key(Qt::Key_U, &modes);
   EXPECT_EQ(writes1.Take(), Texts{"Mode " + std::to_string(PM_SSB_U)});
-  EXPECT_EQ(modes.property("currentText"), "USB");
   Press("Rig 2");
   EXPECT_EQ(rig.state.rigChoice, 2);
   Key(Qt::Key_Up, &Find("Rig 2"));
@@ -91,9 +89,7 @@ TEST_F(OmniRigWindowTest, EnterAppliesAnAddressAndABadOneKeepsTheWindowOpen) {
   Type(address1, "<b>nonsense");
   Press("Close");
   EXPECT_TRUE(window.isVisible());
-  const auto& message = dynamic_cast<QLabel&>(Find("Server address"));
-  EXPECT_EQ(message.text(), ToQt(dialogForm.lblAddressMessage.caption.Get()));
-  EXPECT_EQ(message.textFormat(), Qt::PlainText);
+  Find("Server address: " + ToQt(dialogForm.lblAddressMessage.caption.Get()));
   Type(address1, "radio:1");
   Press("Apply the server addresses");
   EXPECT_EQ(server.Address(1), "radio:1");
