@@ -35,9 +35,9 @@ TEST_F(LooksTest, WhoTransmitsIsLitInOnePlace) {
     bool transmits;
   };
   for (const Row& row : {Row{"RX", false, false},
+                         {"RX", true, true},
                          {"TX", true, true},
-                         {"TX", false, true},  // keyed by somebody else
-                         {"RX", true, true}}) {
+                         {"TX", false, true}}) {  // keyed by somebody else
     form.lblTRXMode.caption = row.told;
     form.optTXRX[0].value = row.pressed;
     form.optTXRX[1].value = !row.pressed;
