@@ -1,5 +1,5 @@
-// The main window without a mouse and without looking: keys, pop-ups opened by them, and the texts
-// that are always there.
+// The main window without a mouse and without looking: pop-ups opened by keys, and the texts that
+// are always there.
 #include <QMenu>
 
 #include "adapters/qt/qt_prompts.h"
@@ -10,28 +10,6 @@ namespace velt {
 namespace {
 
 using KeyboardTest = WindowFixture;
-
-TEST_F(KeyboardTest, KeysPressWhatHasTheFocusAndOpenMenusAndManual) {
-  struct Row {
-    const char* focus;
-    Qt::Key key;
-    Qt::KeyboardModifier modifier;
-    Event<>* heard;
-  };
-  for (const Row& row :
-       {Row{"Spectrum display", Qt::Key_O, Qt::AltModifier, &form.cmdOptions.clicked},
-        {"Spectrum display", Qt::Key_F, Qt::AltModifier, &form.Image2.clicked},
-        {"Transmit", Qt::Key_C, Qt::AltModifier, &form.Image3.clicked},
-        {"Spectrum display", Qt::Key_F1, Qt::NoModifier, &form.mnumanual.clicked},
-        {"Frequency RigOffLine", Qt::Key_Enter, Qt::NoModifier, &form.lblFrequency.clicked},
-        {"CAT configuration", Qt::Key_Return, Qt::NoModifier, &form.Image3.clicked}}) {
-    int times = 0;
-    const Connection listening = row.heard->Listen([&times] { ++times; });
-    Find(row.focus).setFocus();
-    QTest::keyClick(window.windowHandle(), row.key, row.modifier);
-    EXPECT_TRUE(QTest::qWaitFor([&times] { return times == 1; }, 2000)) << row.focus << row.key;
-  }
-}
 
 TEST_F(KeyboardTest, WhatAUserHasToKnowStandsInTheWindow) {
   const QWidget& listen = Find(ToQt(form.lblListen.caption.Get()));

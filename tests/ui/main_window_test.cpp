@@ -83,33 +83,43 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
     const char* name;
     Event<>& event;
     Qt::Key key = Qt::Key_Space;
+    Qt::KeyboardModifier modifier = Qt::NoModifier;
   };
   form.lblNotice.visible = true;
   Turn();
   const Row rows[] = {{"Options menu", form.cmdOptions.clicked},
                       {"File menu", form.Image2.clicked},
-                      {"CAT configuration", form.Image3.clicked},
+                      {"CAT configuration", form.Image3.clicked, Qt::Key_Return},
                       {"Start or stop the spectrum analyser", form.imgStartStop.clicked},
-                      {"Frequency RigOffLine", form.lblFrequency.clicked},
+                      {"Frequency RigOffLine", form.lblFrequency.clicked, Qt::Key_Enter},
                       {"Mode N/A", form.lblMode.clicked},
                       {"State RX", form.lblTRXMode.clicked},
                       {"Waterfall", form.chkSpecMode.value.changed},
                       {"Level of the spectrum", form.Slider.value.changed, Qt::Key_Up},
                       {"Gain of the waterfall", form.Slider2.value.changed, Qt::Key_Up},
-                      {"Notice, click to dismiss", form.lblNotice.clicked}};
-  std::string heard;
+                      {"Notice, click to dismiss", form.lblNotice.clicked},
+                      {"Spectrum display", form.cmdOptions.clicked, Qt::Key_O, Qt::AltModifier},
+                      {"Transmit", form.Image2.clicked, Qt::Key_F, Qt::AltModifier},
+                      {"Receive", form.Image3.clicked, Qt::Key_C, Qt::AltModifier},
+                      {"Spectrum display", form.mnumanual.clicked, Qt::Key_F1}};
   for (const Row& row : rows) {
-    connections += row.event.Listen([&] { heard = row.name; });
+    int times = 0;
+    const Connection listening = row.event.Listen([&times] { ++times; });
     QWidget& widget = Find(row.name);
     EXPECT_NE(widget.focusPolicy() & Qt::TabFocus, 0) << row.name;
-    QTest::keyClick(&widget, row.key);
-    EXPECT_EQ(heard, row.name);
+    widget.setFocus();
+    QTest::keyClick(&widget, row.key, row.modifier);
+    EXPECT_TRUE(QTest::qWaitFor([&times] { return times == 1; }, 2000)) << row.name << row.key;
   }
   for (const auto& [index, name] : {std::pair{0, "Transmit"}, {1, "Receive"}}) {
-    connections += form.optTXRX[index].mouseDown.Listen(
-        [&heard, told = name](int button) { heard = told + std::to_string(button); });
-    QTest::keyClick(&Find(name), Qt::Key_Space);
-    EXPECT_EQ(heard, name + std::string("1"));
+    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
+      int pressed = 0;
+      const Connection listening =
+          form.optTXRX[index].mouseDown.Listen([&pressed](int button) { pressed += button; });
+      Find(name).setFocus();
+      QTest::keyClick(&Find(name), key);
+      EXPECT_EQ(pressed, 1) << name << key;
+    }
   }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
