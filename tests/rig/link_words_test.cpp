@@ -1,4 +1,4 @@
-// What a user reads of the link: in the main window at all times, in the dialog in full.
+// What a user reads of the link in the main window at all times.
 #include "rig_fixture.h"
 
 namespace velt {
@@ -40,17 +40,6 @@ TEST_F(LinkWordsTest, TheFrequencyBoxOpensWithWhatIsShownAndLeavesItSo) {
   EXPECT_EQ(prompts.inputAsked.initial, ".75.50");
   EXPECT_EQ(WritesAfter([this] { prompts.input(prompts.inputAsked.initial); }),
             Texts{"Freq 75500"});
-}
-
-TEST_F(LinkWordsTest, TheDialogNamesTheCauseAndKeepsTheLastValues) {
-  Link();
-  rig.dialog.Open();
-  rig1.Vanish();
-  scheduler.RunPosted();
-  EXPECT_EQ(dialogForm.lblCause.caption.Get(), "Connection refused: is rigctld running?");
-  dialogForm.cmdStartStop.Click();
-  EXPECT_EQ(dialogForm.frmReport.caption.Get() + " " + dialogForm.Label3.caption.Get(),
-            "Transceiver (last known values) 7100000");
 }
 
 // The notice stays until somebody has seen the transmitter receive.

@@ -92,7 +92,6 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
     return opened;
   };
   const auto counterIsOn = [this] { return form.mnuArduinoFreq.checked.Get(); };
-  const auto showsOscilloscope = [this] { return program->display.options.analysis.oscillosMode; };
   struct Row {
     const Event<>& opener;
     std::string line;
@@ -103,7 +102,6 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
            Row{options, form.mnunorig.caption, dialogOpens},
            {options, form.mnuOmniRigStatus.caption, dialogOpens},
            {options, form.mnuArduinoFreq.caption, counterIsOn},
-           {options, form.mnusettings[2].caption, showsOscilloscope},
            {options, form.mnuexit.caption, [] { return true; }},
            {form.lblFrequency.clicked, "12m", [&] { return rig1.Freq() == 24900000; }},
            {form.lblMode.clicked, "LSB", [&] { return rig1.Mode() == PM_SSB_L; }},
