@@ -8,8 +8,6 @@
 namespace velt {
 namespace {
 
-using std::chrono::seconds;
-
 constexpr const char* kAccessible = "org.a11y.atspi.Accessible";
 constexpr const char* kRegistry = "org.a11y.atspi.Registry";
 constexpr const char* kRoot = "/org/a11y/atspi/accessible/root";
@@ -37,75 +35,52 @@ QVariant AskProperty(const QDBusConnection& connection, const SpokenObject& obje
 
 }  // namespace
 
-ScreenReader::ScreenReader() {
-  const std::string address = "unix:path=" + (folder_ / "bus").string();
-  folder_.Write(
-      "bus.conf",
-      "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-      "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
-      "<busconfig><type>session</type><listen>" +
-          address +
-          "</listen><policy context=\"default\"><allow own=\"*\"/>"
-          "<allow send_destination=\"*\"/><allow eavesdrop=\"true\"/></policy></busconfig>");
-  const Process::Options options{.environment = {"DBUS_SESSION_BUS_ADDRESS=" + address,
-                                                 "XDG_RUNTIME_DIR=" + folder_.Path().string()},
-                                 .output = folder_ / "log",
-                                 .files = {{3, folder_ / "up"}}};
-  bus_ = std::make_unique<Process>(
-      std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile", "--print-address=3",
-                               "--config-file=" + (folder_ / "bus.conf").string()},
-      options);
-  if (!WaitUntil([this] { return ReadText(folder_ / "up").ends_with('\n'); }, seconds(10))) {
+ScreenReader::ScreenReader()
+    : bus_({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + address_},
+           {.environment = {"XDG_RUNTIME_DIR=" + folder_.Path().string()},
+            .output = folder_ / "log"}) {
+  // The bus starts what keeps the accessibility bus when it is asked for that.
+  QString found;
+  const auto answers = [&] {
+    QDBusConnection::disconnectFromBus(kConnection);
+    const auto session =
+        QDBusConnection::connectToBus(QString::fromStdString(address_), kConnection);
+    found = Ask(session, {"org.a11y.Bus", "/org/a11y/bus", {}, {}}, "org.a11y.Bus", "GetAddress")
+                .toString();
+    return !found.isEmpty();
+  };
+  if (!WaitUntil(answers, std::chrono::seconds(10))) {
     throw std::runtime_error("dbus-daemon: " + folder_.Read("log"));
   }
-  launcher_ = std::make_unique<Process>(
-      std::vector<std::string>{"/usr/libexec/at-spi-bus-launcher", "--launch-immediately"},
-      options);
-  const QDBusConnection session =
-      QDBusConnection::connectToBus(QString::fromStdString(address), "session");
-  QString found;
-  WaitUntil(
-      [&] {
-        found =
-            Ask(session, {"org.a11y.Bus", "/org/a11y/bus", {}, {}}, "org.a11y.Bus", "GetAddress")
-                .toString();
-        return !found.isEmpty();
-      },
-      seconds(10));
-  QDBusConnection::disconnectFromBus("session");
-  if (found.isEmpty()) throw std::runtime_error("at-spi-bus-launcher: " + folder_.Read("log"));
+  QDBusConnection::disconnectFromBus(kConnection);
   connection_ = QDBusConnection::connectToBus(found, kConnection);
 }
 
 ScreenReader::~ScreenReader() {
   connection_.reset();
   QDBusConnection::disconnectFromBus(kConnection);
-  launcher_->KillGroup();
-  bus_->KillGroup();
+  bus_.KillGroup();
 }
 
 std::vector<std::string> ScreenReader::Environment() const {
-  return {"DBUS_SESSION_BUS_ADDRESS=unix:path=" + (folder_ / "bus").string(),
-          "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
+  return {"DBUS_SESSION_BUS_ADDRESS=" + address_, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
 }
 
 std::optional<SpokenObject> ScreenReader::Find(const std::string& name) {
   std::optional<SpokenObject> found;
-  WaitUntil([&] { return (found = Look(name)).has_value(); }, seconds(8));
+  WaitUntil(
+      [&] {
+        return (found = Search({kRegistry, kRoot, {}, {}}, name)).has_value();
+      },
+      std::chrono::seconds(8));
   return found;
-}
-
-std::optional<SpokenObject> ScreenReader::Look(const std::string& name) {
-  for (const SpokenObject& program : Children({kRegistry, kRoot, {}, {}})) {
-    if (const auto found = Search(program, name)) return found;
-  }
-  return std::nullopt;
 }
 
 std::optional<SpokenObject> ScreenReader::Search(const SpokenObject& below,
                                                  const std::string& name) {
   for (const SpokenObject& child : Children(below)) {
-    if (child.name.starts_with(name) && HasState(child, kShowing)) return child;
+    const bool named = child.name.starts_with(name) && child.role != "application";
+    if (named && HasState(child, kShowing)) return child;
     if (const auto found = Search(child, name)) return found;
   }
   return std::nullopt;

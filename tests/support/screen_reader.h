@@ -3,8 +3,6 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,11 +41,10 @@ class ScreenReader {
   std::vector<SpokenObject> Children(const SpokenObject& parent);
   std::optional<SpokenObject> Search(const SpokenObject& below, const std::string& name);
   bool HasState(const SpokenObject& object, unsigned state);
-  std::optional<SpokenObject> Look(const std::string& name);
 
   TempFolder folder_;
-  std::unique_ptr<Process> bus_;
-  std::unique_ptr<Process> launcher_;
+  const std::string address_ = "unix:path=" + (folder_ / "bus").string();
+  Process bus_;
   std::optional<QDBusConnection> connection_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace velt {
@@ -27,6 +28,16 @@ TEST(Canvas, DrawsInsideItsSizeOnly) {
       EXPECT_EQ(pixels[static_cast<size_t>(y) * 8 + static_cast<size_t>(x)], expected)
           << x << "," << y;
     }
+  }
+}
+
+TEST(Canvas, LinesAreAsWideAtEveryPlace) {
+  for (const auto& [width, pen] :
+       {std::pair{80, 1}, {100, 1}, {120, 2}, {140, 2}, {160, 2}, {240, 3}}) {
+    std::vector<uint32_t> pixels(static_cast<size_t>(width));
+    Canvas canvas(pixels.data(), width, {width, 1}, {80, 1});
+    for (const int x : {10, 23, 36, 49}) canvas.Line({x, 0}, {x, 0}, 0xFFFFFFFF);
+    EXPECT_EQ(std::count(pixels.begin(), pixels.end(), 0xFFFFFFFF), 4 * pen) << width;
   }
 }
 

@@ -2,38 +2,15 @@
 // by its accessible name.
 #include "ui/main_window.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QPainter>
-#include <QTest>
 
-#include "support/doubles.h"
 #include "ui/on_screen.h"
-#include "ui/turn.h"
+#include "ui/window_fixture.h"
 
 namespace velt {
 namespace {
 
-struct MainWindowTest : testing::Test, ProgramFixture {
-  MainWindowTest() {
-    program->layout.Form_Resize();
-    raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight, Colour(0xFFFFFF));
-    form.imgStartStop.toolTip = "Start";
-    window.show();
-    Turn();
-    QApplication::setActiveWindow(&window);
-  }
-  QWidget& Find(const QString& name) { return velt::Find(window, name); }
-
-  Main& form = program->form;
-  Raster raster;
-  int painted = 0;
-  MainWindow window{form, [this]() -> const Raster& {
-                      ++painted;
-                      return raster;
-                    }};
-};
+using MainWindowTest = WindowFixture;
 
 TEST(OnScreen, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
   const QRect left(0, 0, 1280, 900), right(1280, 100, 800, 600);
@@ -68,13 +45,6 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
       {"S-meter", [&] { form.Smeter.topTwips = -2000 * kTwipsPerPixel; }},
       {"Spectrum display", [&] { form.Scope.horizontalGrid = {}; }},
       {"Waterfall", [&] { form.chkSpecMode.value = 1; }},
-      {"Spectrum display", [&] { form.Scope.gridColour = 0xFF123456; }},
-      {"Spectrum display", [&] { form.Scope.verticalGrid = {}; }},
-      {"Spectrum display",
-       [&] {
-         form.Scope.markers = std::vector<ScopeLine>{{9, 0, 9, 50}};
-       }},
-      {"Spectrum display", [&] { form.Scope.markerColour = 0xFF654321; }},
       {"Frequency scale", [&] { form.lblScales[0].caption = "#"; }},
       {"Where modes are sent to", [&] { form.Label3.caption = "Velt Mode"; }},
       {"Message", [&] { form.lblMessage.caption = "Hello"; }},
@@ -97,16 +67,15 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
 }
 
 TEST_F(MainWindowTest, ANoticeStaysOverANewPictureOfTheDisplay) {
-  const QRect notice = Find("Notice, click to dismiss").geometry();
+  const QWidget& notice = Find("Notice, click to dismiss");
   form.lblNotice.visible = true;
   form.Scope.verticalGrid = {};
   Turn();
   raster = Raster(raster.Width(), raster.Height(), Colour::FromArgb(0xFFFF0000));
   form.Scope.frame = 1;
   Turn();
-  const QPoint in = notice.topLeft() + QPoint(2, 2);
-  EXPECT_EQ(OnScreen(window).pixel(in), 0xFFFFD45E);
-  EXPECT_EQ(OnScreen(window).pixel(in + QPoint(0, notice.height())), 0xFFFF0000);
+  EXPECT_EQ(Pixel(notice, {2, 2}), 0xFFFFD45E);
+  EXPECT_EQ(Pixel(notice, {2, notice.height() + 2}), 0xFFFF0000);
 }
 
 TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
@@ -114,33 +83,43 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
     const char* name;
     Event<>& event;
     Qt::Key key = Qt::Key_Space;
+    Qt::KeyboardModifier modifier = Qt::NoModifier;
   };
   form.lblNotice.visible = true;
   Turn();
   const Row rows[] = {{"Options menu", form.cmdOptions.clicked},
                       {"File menu", form.Image2.clicked},
-                      {"CAT configuration", form.Image3.clicked},
+                      {"CAT configuration", form.Image3.clicked, Qt::Key_Return},
                       {"Start or stop the spectrum analyser", form.imgStartStop.clicked},
-                      {"Frequency RigOffLine", form.lblFrequency.clicked},
+                      {"Frequency RigOffLine", form.lblFrequency.clicked, Qt::Key_Enter},
                       {"Mode N/A", form.lblMode.clicked},
                       {"State RX", form.lblTRXMode.clicked},
                       {"Waterfall", form.chkSpecMode.value.changed},
                       {"Level of the spectrum", form.Slider.value.changed, Qt::Key_Up},
                       {"Gain of the waterfall", form.Slider2.value.changed, Qt::Key_Up},
-                      {"Notice, click to dismiss", form.lblNotice.clicked}};
-  std::string heard;
+                      {"Notice, click to dismiss", form.lblNotice.clicked},
+                      {"Spectrum display", form.cmdOptions.clicked, Qt::Key_O, Qt::AltModifier},
+                      {"Transmit", form.Image2.clicked, Qt::Key_F, Qt::AltModifier},
+                      {"Receive", form.Image3.clicked, Qt::Key_C, Qt::AltModifier},
+                      {"Spectrum display", form.mnumanual.clicked, Qt::Key_F1}};
   for (const Row& row : rows) {
-    connections += row.event.Listen([&] { heard = row.name; });
+    int times = 0;
+    const Connection listening = row.event.Listen([&times] { ++times; });
     QWidget& widget = Find(row.name);
     EXPECT_NE(widget.focusPolicy() & Qt::TabFocus, 0) << row.name;
-    QTest::keyClick(&widget, row.key);
-    EXPECT_EQ(heard, row.name);
+    widget.setFocus();
+    QTest::keyClick(&widget, row.key, row.modifier);
+    EXPECT_TRUE(QTest::qWaitFor([&times] { return times == 1; }, 2000)) << row.name << row.key;
   }
   for (const auto& [index, name] : {std::pair{0, "Transmit"}, {1, "Receive"}}) {
-    connections += form.optTXRX[index].mouseDown.Listen(
-        [&heard, told = name](int button) { heard = told + std::to_string(button); });
-    QTest::keyClick(&Find(name), Qt::Key_Space);
-    EXPECT_EQ(heard, name + std::string("1"));
+    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
+      int pressed = 0;
+      const Connection listening =
+          form.optTXRX[index].mouseDown.Listen([&pressed](int button) { pressed += button; });
+      Find(name).setFocus();
+      QTest::keyClick(&Find(name), key);
+      EXPECT_EQ(pressed, 1) << name << key;
+    }
   }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));

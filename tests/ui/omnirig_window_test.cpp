@@ -2,8 +2,8 @@
 #include "ui/omnirig_window.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QGroupBox>
-#include <QLabel>
 #include <QTest>
 
 #include "rig/rig_fixture.h"
@@ -20,8 +20,8 @@ struct OmniRigWindowTest : RigFixture {
     Turn();
     QApplication::setActiveWindow(&window);
   }
-  void Turn(int milliseconds = 0) {
-    scheduler.Advance(Milliseconds(milliseconds));
+  void Turn() {
+    scheduler.RunPosted();
     velt::Turn();
   }
   QWidget& Find(const QString& name) { return velt::Find(window, name); }
@@ -42,16 +42,9 @@ struct OmniRigWindowTest : RigFixture {
   }
 
   OmniRigWindow window{dialogForm, nullptr};
-  QWidget& address1 = Find("Server address of rig 1");
-  QWidget& limit = Find("Longest transmission in minutes");
-  QWidget& modes = Find("Set mode");
 };
 
 TEST_F(OmniRigWindowTest, ItShowsTheLinkAndWhatTheRigReports) {
-  QWidget& lamp = Find("Lamp of the link");
-  const auto lit = [&lamp] { return lamp.grab().toImage().pixelColor(7, 7).name(); };
-  EXPECT_EQ(lit(), "#8c8c8c");
-  Find("Mode: \u2013");
   rig1.Select(PM_FM);
   rig1.TuneB(3600000);
   Press("Start the link");
@@ -59,31 +52,32 @@ TEST_F(OmniRigWindowTest, ItShowsTheLinkAndWhatTheRigReports) {
                            "VFO A: 7 100 000 Hz", "VFO B: 3 600 000 Hz", "Mode: FM"}) {
     Find(text);
   }
-  EXPECT_EQ(lit(), "#2ea043");
+  EXPECT_EQ(Find("Lamp of the link").grab().toImage().pixel(7, 7), 0xFF2EA043);
   rig1.Vanish();
   Turn();
-  EXPECT_FALSE(modes.isEnabled());
-  EXPECT_EQ(lit(), "#e89b0c");
-  EXPECT_EQ(window.findChildren<QGroupBox*>().at(2)->title(), "Transceiver (last known values)");
-  EXPECT_EQ(Find("VFO B: 3 600 000 Hz").foregroundRole(), QPalette::PlaceholderText);
-  Turn(2500);  // a countdown is no event
+  EXPECT_FALSE(Find("Set mode").isEnabled());
+  scheduler.Advance(Milliseconds(2500));  // a countdown is no event
+  Turn();
   Find("Link: Stale values, reconnecting in 3 s");
   Press("Stop the link");
   EXPECT_EQ(rig1.Link().state, RigLink::State::Off);
+  EXPECT_EQ(window.findChildren<QGroupBox*>().at(2)->title(), "Transceiver (last known values)");
+  Find("VFO B: 3 600 000 Hz");
+  Press("Copy the command that starts the server");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), ToQt(dialogForm.lblCommand.caption.Get()));
 }
 
 TEST_F(OmniRigWindowTest, RigTargetAndModeAreChosen) {
+  QWidget& modes = Find("Set mode");
   Link();
   Turn();
+  EXPECT_EQ(modes.property("currentText"), "LSB");
   Key(Qt::Key_U, &modes);
   EXPECT_EQ(writes1.Take(), Texts{"Mode " + std::to_string(PM_SSB_U)});
-  EXPECT_EQ(modes.property("currentText"), "USB");
   Press("Rig 2");
   EXPECT_EQ(rig.state.rigChoice, 2);
-  Find("Current frequency: 14 250 000 Hz");
   Key(Qt::Key_Up, &Find("Rig 2"));
   EXPECT_EQ(rig.state.rigChoice, 1);
-  EXPECT_TRUE(Find("Rig 1").property("checked").toBool());
   int16_t vfo = 3;
   for (const char* target : {"VFO B and A", "VFO B", "VFO A", "Current VFO"}) {
     Press(QString("Frequencies go to ") + target);
@@ -92,24 +86,24 @@ TEST_F(OmniRigWindowTest, RigTargetAndModeAreChosen) {
 }
 
 TEST_F(OmniRigWindowTest, EnterAppliesAnAddressAndABadOneKeepsTheWindowOpen) {
-  Type(Find("Server address of rig 2"), "radio:45");
-  Key(Qt::Key_Return);
-  EXPECT_EQ(server.Address(2), "radio:45");
+  QWidget& address1 = Find("Server address of rig 1");
   Type(address1, "<b>nonsense");
   Press("Close");
   EXPECT_TRUE(window.isVisible());
-  const auto& message = dynamic_cast<QLabel&>(Find("Server address"));
-  EXPECT_EQ(message.text(), ToQt(dialogForm.lblAddressMessage.caption.Get()));
-  EXPECT_EQ(message.textFormat(), Qt::PlainText);
-  EXPECT_GE(message.height(), message.heightForWidth(message.width()));
+  Find("Server address: " + ToQt(dialogForm.lblAddressMessage.caption.Get()));
   Type(address1, "radio:1");
   Press("Apply the server addresses");
   EXPECT_EQ(server.Address(1), "radio:1");
-  Key(Qt::Key_Return, &address1);
+  Type(Find("Server address of rig 2"), "radio:45");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(server.Address(2), "radio:45");
+  EXPECT_TRUE(window.isVisible());
+  Key(Qt::Key_Return);
   EXPECT_FALSE(window.isVisible());
 }
 
 TEST_F(OmniRigWindowTest, TheLimitIsTakenWhenItsTypingIsOver) {
+  QWidget& limit = Find("Longest transmission in minutes");
   Type(limit, "1");
   EXPECT_EQ(rig.guard.LimitMinutes(), 10);
   QTest::keyClicks(&limit, "5");
@@ -120,7 +114,6 @@ TEST_F(OmniRigWindowTest, TheLimitIsTakenWhenItsTypingIsOver) {
   EXPECT_FALSE(dialogForm.Window.visible);
   Open();
   EXPECT_EQ(limit.property("text"), "15");
-  EXPECT_EQ(rig.guard.LimitMinutes(), 15);
   Type(limit, "99");
   Key(Qt::Key_Return);
   EXPECT_TRUE(window.isVisible());

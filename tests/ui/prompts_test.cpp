@@ -69,5 +69,16 @@ TEST_F(PromptsTest, BoxesComeOneAtATimeOnceTheWindowIsUp) {
   EXPECT_EQ(heard, "first;no;14074later;");
 }
 
+TEST_F(PromptsTest, ABoxBelongsToTheDialogThatTheUserIsAt) {
+  window.show();
+  QApplication::setActiveWindow(&window);
+  QDialog dialog(&window);
+  dialog.show();
+  QApplication::setActiveWindow(&dialog);
+  Tell("told");
+  ASSERT_EQ(Open(), "told");
+  EXPECT_EQ(box->parentWidget(), &dialog);
+}
+
 }  // namespace
 }  // namespace velt
