@@ -5,6 +5,7 @@
 #include <QPalette>
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 #include "spectrum/s_meter.h"
 
@@ -16,6 +17,8 @@ constexpr int kFrame = 1;
 constexpr int kBar = 8;
 constexpr int kMarks = kBar + 2 * kFrame + 1;
 constexpr int kTexts = kMarks + 5;
+// A bar that noise moves by less is not worth a new picture at every tick.
+constexpr int kUnseen = 1;
 // With fewer pixels to the unit only the marks that have a text are drawn.
 constexpr int kRoomyUnit = 4;
 
@@ -40,9 +43,9 @@ int UnitHeight(int unit, int height) {
 MeterWidget::MeterWidget(QWidget* parent) : LiveWidget(parent) {}
 
 void MeterWidget::SetLevel(int32_t twips) {
-  const int before = BarHeight();
   level_ = twips;
-  if (BarHeight() != before) Changed();
+  const int bar = BarHeight();
+  if (std::abs(bar - shownBar_) > kUnseen || (bar == 0 && shownBar_ != 0)) Changed();
 }
 
 int MeterWidget::Percent() const {
@@ -60,6 +63,7 @@ void MeterWidget::Paint(Canvas& canvas) {
   const int bottom = canvas.Area().height() - pen;
   const int most = bottom - pen;
   const int bar = SMeterBar(level_, most);
+  shownBar_ = bar;
   const int lower = std::min(bar, UnitHeight(kS9, most));
   const int left = canvas.AtX(kFrame);
   const int width = canvas.AtX(kFrame + kBar) - left;

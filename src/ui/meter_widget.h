@@ -24,7 +24,8 @@ class MeterWidget : public LiveWidget {
   void DrawScale(QSize size);
 
   int32_t level_ = 0;
-  QImage scale_;  // everything but the bar, as painted last
+  int shownBar_ = 0;  // in pixels of the device, as painted last
+  QImage scale_;      // everything but the bar, as painted last
 };
 
 }  // namespace velt
