@@ -60,12 +60,10 @@ TEST_F(SerialWalk, AnArduinoCountsAndKeysAndComesBack) {
 TEST_F(SerialWalk, WhateverEndsTheProgramReleasesAndCloses) {
   constexpr int kClose = 0;
   const auto closed = [this] { return arduino->IsClosed(); };
-  for (const auto& [letters, end] : {std::pair{true, SIGKILL},
-                                     {true, SIGTERM},
-                                     {true, SIGSTOP},
-                                     {true, kClose},
-                                     {false, SIGKILL},
-                                     {false, SIGTERM}}) {
+  const std::vector<std::pair<bool, int>> cases{{true, SIGKILL},  {true, SIGTERM},
+                                                {true, SIGSTOP},  {true, kClose},
+                                                {false, SIGKILL}, {false, SIGTERM}};
+  for (const auto& [letters, end] : cases) {
     SCOPED_TRACE(std::to_string(end) + (letters ? " letters" : " lines"));
     Start(letters ? "ARDUINO" : "COM");
     EXPECT_EQ(arduino->IsClosed(), !letters) << "open means transmitting";

@@ -15,8 +15,9 @@ class FakeSerialPort : public SerialPort {
   explicit FakeSerialPort(Scheduler& scheduler) : scheduler_(scheduler) {}
 
   int openError = 0;
-  bool takes = true;   // what is written; else it stays in the buffer
-  std::string device;  // that was opened last
+  bool takes = true;  // what is written; else it stays in the buffer
+  int16_t number = 0;
+  std::string settings;
   // What came to the device since the last Take: "open", "DTR up", "T", "RTS down", "close".
   std::vector<std::string> Take() { return std::exchange(seen_, {}); }
   bool Lines() const { return open_ && (dtr_ || rts_); }
@@ -37,13 +38,12 @@ class FakeSerialPort : public SerialPort {
     });
   }
 
-  void SetCommPort(int16_t number) override { number_ = number; }
-  void SetSettings(const std::string& settings) override { settings_ = settings; }
+  void SetCommPort(int16_t wanted) override { number = wanted; }
+  void SetSettings(const std::string& wanted) override { settings = wanted; }
   void SetDTREnable(bool on) override { Bring(dtr_, on, "DTR"); }
   void SetRTSEnable(bool on) override { Bring(rts_, on, "RTS"); }
   int Open() override {
     if (open_ || openError != 0) return open_ ? 0 : openError;
-    device = "COM" + std::to_string(number_) + " " + settings_;
     See("open");
     open_ = true;
     ++openings_;
@@ -90,8 +90,6 @@ class FakeSerialPort : public SerialPort {
   }
 
   Scheduler& scheduler_;
-  int16_t number_ = 1;
-  std::string settings_ = "9600,N,8,1";
   bool dtr_ = false, rts_ = false, open_ = false;
   int openings_ = 0;
   size_t waiting_ = 0;

@@ -1,36 +1,14 @@
-// What a serial port promises, kept by the double and by the system's port; and what only the
-// system has: names of devices, lines that hang up.
+// What a serial port promises, kept by the system's port on a line that hangs up and comes back.
 #include <gtest/gtest.h>
 
 #include "adapters/files/memory_store.h"
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/live_loop.h"
 #include "adapters/serial/qt_serial_port.h"
-#include "support/fake_serial_port.h"
 #include "support/serial_line.h"
-#include "support/virtual_scheduler.h"
 
 namespace velt {
 namespace {
-
-using Condition = std::function<bool()>;
-
-struct DoublePort : testing::Test {
-  VirtualScheduler scheduler;
-  FakeSerialPort port{scheduler};
-  FakeSerialPort& line = port;
-
-  void ComeBack() { port.openError = 0; }
-  std::string Heard() {
-    std::string heard;
-    for (const std::string& what : port.Take()) heard += what.size() == 1 ? what : "";
-    return heard;
-  }
-  bool Until(const Condition& condition) {
-    scheduler.Advance(Milliseconds(100));
-    return condition();
-  }
-};
 
 struct SystemPort : testing::Test {
   SystemPort() { EnsureLoop(); }
@@ -38,15 +16,9 @@ struct SystemPort : testing::Test {
   QtScheduler scheduler;
   MemoryStore settings;
   QtSerialPort port{scheduler, DeviceNames(settings, line.Path())};
-
-  void ComeBack() { line.Connect(); }
-  std::string Heard() { return line.Heard(); }
-  static bool Until(const Condition& condition) {
-    return LoopUntil(condition, std::chrono::seconds(5));
-  }
 };
 
-void KeepsThePromises(auto& wire, SerialPort& port, const std::function<void()>& hangUp) {
+TEST_F(SystemPort, KeepsThePromises) {
   int receptions = 0, drains = 0;
   std::vector<int> failures;
   Connections connections;
@@ -66,41 +38,33 @@ void KeepsThePromises(auto& wire, SerialPort& port, const std::function<void()>&
   port.Output("T");
   port.Output("R");
   EXPECT_EQ(drains, 0);
-  EXPECT_TRUE(wire.Until([&] { return drains > 0; }));
-  EXPECT_EQ(wire.Heard(), "TR");
+  EXPECT_TRUE(LoopUntil([&] { return drains > 0; }));
+  EXPECT_EQ(line.Heard(), "TR");
   EXPECT_EQ(port.OutBufferCount(), 0U);
 
-  wire.line.Say("7100");
+  line.Say("7100");
   EXPECT_EQ(receptions, 0);
-  EXPECT_TRUE(wire.Until([&] { return receptions > 0 && port.InBufferCount() == 4; }));
+  EXPECT_TRUE(LoopUntil([&] { return receptions > 0 && port.InBufferCount() == 4; }));
   EXPECT_EQ(port.Input(1), "7");
   EXPECT_EQ(port.Input(99), "100");
-  wire.line.Say("unread");
+  line.Say("unread");
   port.Close();
   EXPECT_EQ(port.InBufferCount(), 0U);
   EXPECT_EQ(port.Input(1), "");
   for (size_t round = 1; round <= 3; ++round) {
     ASSERT_EQ(port.Open(), 0);
-    hangUp();
-    EXPECT_TRUE(wire.Until([&] { return failures.size() == round; }));
+    line.HangUp();
+    EXPECT_TRUE(LoopUntil([&] { return failures.size() == round; }));
     EXPECT_EQ(failures.back(), EIO);
     EXPECT_EQ(port.Open(), ENOENT);
-    wire.ComeBack();
+    line.Connect();
   }
   // What failed just before it was closed by hand is no failure any more.
   ASSERT_EQ(port.Open(), 0);
-  hangUp();
+  line.HangUp();
   port.Close();
-  wire.Until([passes = 0]() mutable { return ++passes > 20; });
+  EXPECT_FALSE(LoopUntil([] { return false; }, Milliseconds(100)));
   EXPECT_EQ(failures.size(), 3U);
-}
-
-TEST_F(DoublePort, KeepsThePromises) {
-  KeepsThePromises(*this, port, [this] { port.HangUp(ENOENT); });
-}
-
-TEST_F(SystemPort, KeepsThePromises) {
-  KeepsThePromises(*this, port, [this] { line.HangUp(); });
 }
 
 TEST_F(SystemPort, TakesTheSettingsThatMakeSense) {
