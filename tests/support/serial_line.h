@@ -44,8 +44,7 @@ class SerialLine {
   void HangUp() {
     if (end_ >= 0) ::close(end_);
     end_ = -1;
-    std::error_code error;
-    std::filesystem::remove(Path(), error);
+    ::unlink(Path().c_str());
   }
   bool Say(std::string_view text) const {
     return ::write(end_, text.data(), text.size()) == static_cast<ssize_t>(text.size());
