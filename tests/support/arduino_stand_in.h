@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -12,31 +13,19 @@
 namespace velt {
 
 class ArduinoStandIn {
+  auto Locked(auto action) {
+    const std::lock_guard lock(mutex_);
+    return std::invoke(action, line_);
+  }
+
  public:
   ArduinoStandIn() : thread_([this](const std::stop_token& stop) { Run(stop); }) {}
 
   std::string Path() const { return line_.Path(); }
-  void HangUp() {
-    const std::lock_guard lock(mutex_);
-    line_.HangUp();
-  }
-  void Connect() {
-    const std::lock_guard lock(mutex_);
-    line_.Connect();
-  }
-  bool IsClosed() {
-    const std::lock_guard lock(mutex_);
-    return line_.IsClosed();
-  }
-  // The letters since the last call of Forget.
-  std::string Heard() {
-    const std::lock_guard lock(mutex_);
-    return line_.Heard();
-  }
-  void Forget() {
-    const std::lock_guard lock(mutex_);
-    line_.Forget();
-  }
+  void HangUp() { Locked(&SerialLine::HangUp); }
+  void Connect() { Locked(&SerialLine::Connect); }
+  bool IsClosed() { return Locked(&SerialLine::IsClosed); }
+  std::string Heard() { return Locked(&SerialLine::Heard); }
 
  private:
   void Run(const std::stop_token& stop) {

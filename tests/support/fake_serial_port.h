@@ -15,8 +15,9 @@ class FakeSerialPort : public SerialPort {
   explicit FakeSerialPort(Scheduler& scheduler) : scheduler_(scheduler) {}
 
   int openError = 0;
-  bool takes = true;   // what is written; else it stays in the buffer
-  std::string device;  // that was opened last
+  bool takes = true;  // what is written; else it stays in the buffer
+  int16_t number = 0;
+  std::string settings;
   // What came to the device since the last Take: "open", "DTR up", "T", "RTS down", "close".
   std::vector<std::string> Take() { return std::exchange(seen_, {}); }
   bool Lines() const { return open_ && (dtr_ || rts_); }
@@ -24,30 +25,25 @@ class FakeSerialPort : public SerialPort {
   Event<const std::string&> happened;
 
   void Say(std::string_view text) {
-    if (!open_) return;
-    input_ += text;
+    input_ += open_ ? text : "";
     scheduler_.Post([this] { received.Raise(); });
   }
   // The open device goes away; it can be opened again unless there is an error.
   void HangUp(int error = 0) {
     openError = error;
-    if (!open_) return;
-    scheduler_.Post([this, opening = openings_] {
-      if (!open_ || openings_ != opening) return;
+    scheduler_.Post([this] {
+      if (!open_) return;
       Close();
       failed.Raise(EIO);
     });
   }
 
-  void SetCommPort(int16_t number) override { number_ = number; }
-  void SetSettings(const std::string& settings) override { settings_ = settings; }
+  void SetCommPort(int16_t wanted) override { number = wanted; }
+  void SetSettings(const std::string& wanted) override { settings = wanted; }
   void SetDTREnable(bool on) override { Bring(dtr_, on, "DTR"); }
   void SetRTSEnable(bool on) override { Bring(rts_, on, "RTS"); }
   int Open() override {
-    if (open_) return 0;
-    if (settings_.find(',') == std::string::npos) return EINVAL;
-    if (openError != 0) return openError;
-    device = "COM" + std::to_string(number_) + " " + settings_;
+    if (open_ || openError != 0) return open_ ? 0 : openError;
     See("open");
     open_ = true;
     ++openings_;
@@ -69,13 +65,16 @@ class FakeSerialPort : public SerialPort {
     if (!open_) return;
     See(std::string(bytes));
     waiting_ += bytes.size();
-    if (takes) scheduler_.Post([this] { Drain(); });
+    if (!takes) return;
+    scheduler_.Post([this] {
+      if (std::exchange(waiting_, 0) > 0) drained.Raise();
+    });
   }
   size_t OutBufferCount() const override { return waiting_; }
   size_t InBufferCount() const override { return input_.size(); }
   std::string Input(size_t count) override {
     const std::string taken = input_.substr(0, count);
-    input_.erase(0, taken.size());
+    input_.erase(0, count);
     return taken;
   }
   int Descriptor() const override { return open_ ? 76 + openings_ : -1; }
@@ -86,22 +85,12 @@ class FakeSerialPort : public SerialPort {
     happened.Raise(what);
   }
   void Bring(bool& line, bool on, const std::string& name) {
-    if (line == on) return;
+    if (line != on && open_) See(name + (on ? " up" : " down"));
     line = on;
-    if (open_) See(name + (on ? " up" : " down"));
-  }
-  void Drain() {
-    if (!takes || waiting_ == 0) return;
-    waiting_ = 0;
-    drained.Raise();
   }
 
   Scheduler& scheduler_;
-  int16_t number_ = 1;
-  std::string settings_ = "9600,N,8,1";
-  bool dtr_ = false;
-  bool rts_ = false;
-  bool open_ = false;
+  bool dtr_ = false, rts_ = false, open_ = false;
   int openings_ = 0;
   size_t waiting_ = 0;
   std::string input_;

@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <cerrno>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -28,9 +28,9 @@ class SerialLine {
   std::string Path() const { return (folder_.Path() / "tty").string(); }
 
   void Connect() {
-    std::array<char, 64> name{};
+    HangUp();
     int device = -1;
-    if (::openpty(&end_, &device, name.data(), nullptr, nullptr) != 0) return;
+    if (::openpty(&end_, &device, nullptr, nullptr, nullptr) != 0) return;
     termios raw{};
     ::tcgetattr(device, &raw);
     ::cfmakeraw(&raw);
@@ -38,16 +38,13 @@ class SerialLine {
     ::close(device);
     ::fcntl(end_, F_SETFL, O_NONBLOCK);
     ::fcntl(end_, F_SETFD, FD_CLOEXEC);
-    std::error_code error;
-    std::filesystem::remove(Path(), error);
-    std::filesystem::create_symlink(name.data(), Path());
+    std::filesystem::create_symlink(::ptsname(end_), Path());
   }
   // The device is gone for whoever has it open.
   void HangUp() {
     if (end_ >= 0) ::close(end_);
     end_ = -1;
-    std::error_code error;
-    std::filesystem::remove(Path(), error);
+    ::unlink(Path().c_str());
   }
   bool Say(std::string_view text) const {
     return ::write(end_, text.data(), text.size()) == static_cast<ssize_t>(text.size());
@@ -60,10 +57,6 @@ class SerialLine {
       heard_.append(bytes.data(), static_cast<size_t>(count));
     }
     return heard_;
-  }
-  void Forget() {
-    Heard();
-    heard_.clear();
   }
   // Nobody has the device open (any more).
   bool IsClosed() const {
