@@ -39,22 +39,9 @@ class StatusPollerTest : public testing::Test, protected ProgramFixture {
     scheduler.Advance(Milliseconds(350) * rounds);
     return writes1.Take();
   }
-  std::string Mode() { return Form().lblMode.caption; }
   std::string Trx() { return Form().lblTRXMode.caption; }
   using Texts = std::vector<std::string>;
 };
-
-TEST_F(StatusPollerTest, ShowsWhatTheEngineDoesAndThatItIsGone) {
-  EXPECT_EQ(Mode(), "USB");
-  EXPECT_EQ(program->rig.engine.passbandHigh, 2700);
-  Status("CW-LSB", "");
-  WritesOf();
-  EXPECT_EQ(Mode(), "cw-l");
-  engineWindow.Vanish();
-  WritesOf();
-  EXPECT_EQ(Mode(), "N/A");
-  EXPECT_EQ(program->rig.engine.passbandHigh, 0);
-}
 
 TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
   for (const char* file : {kRequest, kSiblingRequest}) {
@@ -124,63 +111,58 @@ TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
 
 TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
   struct Case {
+    const char* mode;
     const char* line;
     Texts writes;
+    const char* shown;
   };
-  const Case cases[] = {{"lsb", {"Mode LSB"}},
-                        {" USB ", {"Mode USB"}},
-                        {"cw-lsb", {"Mode CW-L"}},
-                        {"cw-usb", {"Mode CW-U"}},
-                        {"rtty", {}},
-                        {"", {}}};
-  for (const Case& c : cases) {
-    Status("USB", c.line);
-    const Texts writes = WritesOf(4);
-    EXPECT_EQ(writes.size(), c.writes.size()) << c.line;
+  const auto mode = [](int32_t number) { return Texts{"Mode " + std::to_string(number)}; };
+  for (const Case& c : std::vector<Case>{{"USB", " USB ", mode(PM_SSB_U), "USB"},
+                                         {"USB", "lsb", mode(PM_SSB_L), "USB"},
+                                         {"CW-LSB", "cw-lsb", mode(PM_CW_L), "cw-l"},
+                                         {"USB", "cw-usb", mode(PM_CW_U), "USB"},
+                                         {"USB", "rtty", {}, "USB"},
+                                         {"LSB", "lock_to_txcr", mode(PM_SSB_L), "LSB"},
+                                         {"USB", "lock_to_txcr", mode(PM_SSB_U), "USB"}}) {
+    Status(c.mode, c.line);
+    EXPECT_EQ(WritesOf(4), c.writes) << c.line;
+    EXPECT_EQ(Form().lblMode.caption.Get(), c.shown) << c.line;
   }
-  Status("LSB", "lock_to_txcr");
-  EXPECT_EQ(WritesOf(4).size(), 1U) << "the mode of a locked engine";
-  Status("USB", "lock_to_txcr");
-  EXPECT_EQ(WritesOf(4).size(), 1U);
   engineWindow.Vanish();
   WritesOf();
+  EXPECT_EQ(Form().lblMode.caption.Get(), "N/A");
+  EXPECT_EQ(program->rig.engine.passbandHigh, 0);
   Status("USB", "lsb");
   EXPECT_EQ(WritesOf(4), Texts{}) << "a mode of an engine that is not there";
 }
 
-TEST_F(StatusPollerTest, CalibrationMovesTheScaleAndTheOffset) {
-  files.files["/opt/engine/calall.cfg"] =
-      "100,2,30\nUSB,200,3,40\nLSB,300,4,50\nCW-USB,0,0,0\nCW-LSB,0,0,0\n";
+TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
+  files.files["/opt/engine/calall.cfg"] = "100,2,30\nUSB,200,3,40\nLSB,300,4,50\n";
+  Status("USB", "", "on");
   WritesOf();
   EngineState& engine = program->rig.engine;
   EXPECT_EQ(engine.scaleOffset, 100);
-  EXPECT_EQ(engine.calibrationC, 18);
+  EXPECT_EQ(engine.passbandHigh, 2700);
   EXPECT_EQ(program->rig.state.offsetKHz, 2);
-  Status("LSB", "lock_to_txcr");
+  EXPECT_EQ(program->rig.state.invertedSideband, "on");
+  Status("LSB", "lock_to_txcr", "off");
   WritesOf(6);
   EXPECT_EQ(engine.scaleOffset, 300);
   EXPECT_EQ(engine.calibrationC, 38) << "12 is taken off once";
   EXPECT_EQ(program->rig.state.offsetKHz, 4);
-}
-
-TEST_F(StatusPollerTest, AnInvertedSidebandIsShownAndUsed) {
-  Status("USB", "", "on");
-  scheduler.Advance(Milliseconds(350));
-  EXPECT_EQ(program->rig.state.invertedSideband, "on");
-  Status("USB", "", "off");
-  WritesOf();
-  EXPECT_EQ(Mode(), "USB");
+  EXPECT_EQ(program->rig.state.invertedSideband, "off");
 }
 
 TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
+  const std::string& told = files.files[kStatusRx];
   rig1.Tune(7050000);
   scheduler.Advance(seconds(1));
-  EXPECT_EQ(files.files[kStatusRx], "7050000\r\nRX\r\n0\r\n");
+  EXPECT_EQ(told, "7050000\r\nRX\r\n0\r\n");
   rig1.Tune(0);
   scheduler.Advance(seconds(1));
-  EXPECT_EQ(files.files[kStatusRx], "\"no-com\"\r\nRX\r\n0\r\n");
+  EXPECT_EQ(told, "\"no-com\"\r\nRX\r\n0\r\n");
   Close();
-  EXPECT_EQ(files.files[kStatusRx], "0\r\nOFF\r\n0\r\n");
+  EXPECT_EQ(told, "0\r\nOFF\r\n0\r\n");
 }
 
 TEST(StatusPoller, WithoutAnEngineNothingIsReadOrWritten) {
