@@ -75,7 +75,8 @@ struct FakeFiles : Files {
   // Tells different contents apart.
   std::optional<FileStamp> Stamp(const std::filesystem::path& path) const override {
     if (!IsFile(path)) return std::nullopt;
-    return FileStamp{std::hash<std::string>()(files.at(path)), 1, 1};
+    const std::string& bytes = files.at(path);
+    return FileStamp{bytes.size(), static_cast<int64_t>(std::hash<std::string>()(bytes)), 1};
   }
   std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
     return {};
