@@ -40,8 +40,7 @@ void PulseServer::Restart() {
   process_ = std::make_unique<Process>(
       command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
   const auto answers = [this] {
-    Process client({"pactl", "info"}, {.environment = Environment()});
-    return client.WaitForEnd(std::chrono::seconds(5)) && client.ExitCode() == 0;
+    return Output({"pactl", "info"}, Environment()).find("pulse.sock") != std::string::npos;
   };
   if (!WaitUntil(answers, std::chrono::seconds(5))) {
     throw std::runtime_error("pulseaudio: " + ReadText(folder_.Path() / "pulseaudio.log"));
