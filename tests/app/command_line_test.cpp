@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "adapters/files/full_disk.h"
 #include "app/words.h"
@@ -53,20 +54,26 @@ struct CommandLine : testing::Test {
 
 TEST_F(CommandLine, AnalysesATone) {
   WriteToneFile("tone.wav", 3000, 2.0);
-  const Result result = Call("--analyse tone.wav --csv o.csv --image o.png --size 600x90");
+  Result result = Call("--analyse tone.wav --csv o.csv --image o.png --size 600x90");
   EXPECT_TRUE(result.exitCode == 0 && result.Says("Blocks: 172")) << result.said;
-  std::string csv = folder.Read("o.csv");
-  std::ranges::replace(csv, ',', ' ');
-  const std::vector<std::string> values = Words(csv);
-  ASSERT_EQ(values.size(), 172U * (4 + 601));
-  for (size_t line = 0; line < 172; ++line) {
-    const std::string* first = &values[line * (4 + 601)];
-    EXPECT_EQ(first[0], std::to_string(line + 1));
-    EXPECT_NEAR(std::stod(first[1]), 3000, 90);
+  std::ifstream csv("o.csv");
+  int lines = 0;
+  for (std::string line; std::getline(csv, line);) {
+    std::ranges::replace(line, ',', ' ');
+    const std::vector<std::string> values = Words(line);
+    ASSERT_EQ(values.size(), 4U + 601U);
+    EXPECT_EQ(values[0], std::to_string(++lines));
+    EXPECT_NEAR(std::stod(values[1]), 3000, 90);
     // The column of the tone stands out.
-    EXPECT_GT(std::stod(first[4 + 3000 * 600 / 22115]), 4 * std::stod(first[4 + 500]));
+    EXPECT_GT(std::stod(values[4 + 3000 * 600 / 22115]), 4 * std::stod(values[4 + 500]));
   }
+  EXPECT_EQ(lines, 172);
   EXPECT_EQ(folder.Read("o.png").substr(1, 3), "PNG");
+
+  fs::resize_file("tone.wav", 44100);
+  result = Call("--analyse tone.wav");
+  EXPECT_EQ(result.exitCode, 0);
+  EXPECT_TRUE(result.Says("Blocks: 43") && result.Says("velt-sa: ")) << result.said;
   WriteToneFile("zeros.wav", 0, 0.1);
   EXPECT_TRUE(Call("--analyse zeros.wav").Says("silence (100 %)"));
 }
@@ -83,6 +90,16 @@ TEST_F(CommandLine, WhatCannotBeReadOrWrittenGetsOneClearLine) {
   for (const char* call : {"--analyse good.wav", "--help"}) {
     const Result result = Call(call, "", {{1, "/dev/full"}});
     EXPECT_TRUE(result.exitCode == 1 && result.IsOneLineWith("No space left")) << result.said;
+  }
+}
+
+TEST_F(CommandLine, WrongCallsShowTheUsage) {
+  using Case = std::tuple<const char*, int, const char*>;
+  for (const auto& [call, exitCode, text] :
+       {Case{"--bogus", 2, "Usage:"}, Case{"--help", 0, "Usage:"},
+        Case{"--version", 0, "VELT-SA 3.0.0\n"}, Case{"--guardian", 2, ""}}) {
+    const Result result = Call(call);
+    EXPECT_TRUE(result.exitCode == exitCode && result.Says(text)) << result.said;
   }
 }
 
@@ -153,6 +170,9 @@ TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
     EXPECT_TRUE(result.IsOneLineWith("would write over")) << result.said;
     EXPECT_EQ(folder.Read("tone.wav"), sound) << call;
   }
+  fs::create_symlink("/dev/null", "null");
+  EXPECT_EQ(Call("--analyse tone.wav --image null").exitCode, 0);
+  EXPECT_TRUE(fs::is_character_file("null"));
 }
 
 TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
@@ -182,17 +202,26 @@ TEST_F(CommandLine, WhatIsNoRegularFileIsWrittenStraight) {
 }
 
 TEST_F(CommandLine, TheStoredScaleOfTheWindowMultipliesTheDesktops) {
-  // The widths as the picture's header says them.
-  for (const auto& [file, stored, environment, width] :
-       {std::tuple{"VELT-SA.ini", "150", "", "\x03\x47"},
-        {"VELT-SA.ini", "150", "QT_SCALE_FACTOR=2", "\x06\x8D"},
-        {"VELT-SA.ini.bak", "200", "", "\x04\x5E"}}) {
-    fs::create_directory("data");
-    folder.Write("data/VELT-SA.ini", "damaged");
-    folder.Write(std::string("data/") + file, std::string("[Window]\nScale=") + stored + "\n");
-    Call("--demo --headless --seconds 1 --screenshot window.png --data-folder data", environment);
-    EXPECT_EQ(folder.Read("window.png").substr(18, 2), width) << stored;
-    fs::remove_all("data");
+  struct Row {
+    const char* file;
+    const char* stored;
+    const char* environment;
+    const char* size;  // as the picture's header says it
+  };
+  for (const Row& row : {Row{"VELT-SA.ini", "150", "", "\x03\x47\x00\x00\x00\xF6"},
+                         {"VELT-SA.ini", "150", "QT_SCALE_FACTOR=2", "\x06\x8D\x00\x00\x01\xEC"},
+                         {"VELT-SA.ini", "130", "QT_SCALE_FACTOR=2", "\x04\x5E\x00\x00\x01\x48"},
+                         {"VELT-SA.ini.bak", "200", "", "\x04\x5E\x00\x00\x01\x48"}}) {
+    const TempFolder data;
+    data.Write("VELT-SA.ini", "damaged");
+    data.Write(row.file, std::string("[Window]\nScale=") + row.stored + "\n");
+    const Result result = Call(
+        "--demo --headless --seconds 1 --screenshot window.png "
+        "--data-folder " +
+            data.Path().string(),
+        row.environment);
+    EXPECT_EQ(result.exitCode, 0) << result.said;
+    EXPECT_EQ(folder.Read("window.png").substr(18, 6), std::string(row.size, 6)) << row.stored;
   }
 }
 

@@ -26,6 +26,16 @@ int Area(const QRegion& region) {
 
 }  // namespace
 
+std::string Output(const std::vector<std::string>& command,
+                   const std::vector<std::string>& environment) {
+  const TempFolder folder;
+  // The environment may have a PATH that is meant for the program alone.
+  std::vector<std::string> whole = command;
+  if (whole.front().front() != '/') whole.front().insert(0, "/usr/bin/");
+  Process process(whole, {.environment = environment, .output = folder / "output"});
+  return process.WaitForEnd(seconds(10)) ? ReadText(folder / "output") : "";
+}
+
 WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
                            const std::vector<std::string>& environment,
                            std::shared_ptr<const TempFolder> home)

@@ -12,6 +12,10 @@
 
 namespace velt {
 
+// Runs a command to its end and returns what it printed; "" after 10 s without an end.
+std::string Output(const std::vector<std::string>& command,
+                   const std::vector<std::string>& environment);
+
 class WindowDriver {
  public:
   // Starts the program with these arguments and its user's home, without sound unless the

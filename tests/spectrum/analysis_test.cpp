@@ -93,14 +93,22 @@ TEST(AnalysisTest, EveryModeAndStyleGivesTheObviousPicture) {
 
 TEST(Analysis, TheWaterfallSurvivesANewSize) {
   Analyser analyser;
-  AnalysisSettings settings{.waterfall = true};
+  AnalysisSettings settings;
+  const WaterPalette palette = Rainbow();
   AnalysisOutput output{Display(), {}};
-  for (const int width : {524, 600, 97}) {
-    settings.plotWidth = width;
-    settings.plotHeight = width / 10;
-    analyser.Analyse(Block{300}, settings, {}, Rainbow(), output);
-    EXPECT_EQ(output.display->shown.Pixels().size(), static_cast<size_t>(width) * (width / 10));
-  }
+  const auto tick = [&](const Block& block) {
+    return analyser.Analyse(block, settings, {}, palette, output);
+  };
+  settings.waterfall = true;
+  settings.waterfallSensitivity = 1;
+  for (int row = 0; row < 4; ++row) tick(Block{300});
+  settings.plotWidth = 600;
+  settings.plotHeight = 50;
+  tick(Block{450});
+  const Raster& shown = output.display->shown;
+  EXPECT_TRUE(shown.Row(0)[523] == palette[300].Argb() && shown.Row(1)[523] == palette[200].Argb());
+  EXPECT_EQ(shown.Row(0)[599], palette[300].Argb());
+  EXPECT_EQ(shown.Pixels().size(), 600U * 50);
 }
 
 TEST(DerivedSettings, DivisorAndLevel) {

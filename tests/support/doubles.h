@@ -58,7 +58,8 @@ struct FakeFiles : Files {
   bool IsFile(const std::filesystem::path& path) const override { return files.contains(path); }
   bool IsFolder(const std::filesystem::path& path) const override { return folders.contains(path); }
   FileContent Read(const std::filesystem::path& path) const override {
-    return IsFile(path) ? FileContent{0, files.at(path)} : FileContent{ENOENT, ""};
+    const auto found = files.find(path);
+    return found == files.end() ? FileContent{ENOENT, ""} : FileContent{0, found->second};
   }
   int Replace(const std::filesystem::path& path, std::string_view bytes, bool) override {
     if (!writable) return EACCES;
@@ -74,9 +75,10 @@ struct FakeFiles : Files {
   }
   // Tells different contents apart.
   std::optional<FileStamp> Stamp(const std::filesystem::path& path) const override {
-    if (!IsFile(path)) return std::nullopt;
-    const std::string& bytes = files.at(path);
-    return FileStamp{bytes.size(), static_cast<int64_t>(std::hash<std::string>()(bytes)), 1};
+    const auto found = files.find(path);
+    if (found == files.end()) return std::nullopt;
+    return FileStamp{found->second.size(),
+                     static_cast<int64_t>(std::hash<std::string>()(found->second)), 1};
   }
   std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
     return {};
@@ -208,13 +210,15 @@ struct FakeStore : MemoryStore {
 };
 
 // What has come to a simulated rig and was not taken yet.
-struct RigWrites {
+class RigWrites {
+ public:
   explicit RigWrites(SimulatedRig& rig)
-      : connection(rig.written.Listen([this](const std::string& w) { writes.push_back(w); })) {}
-  std::vector<std::string> Take() { return std::exchange(writes, {}); }
+      : connection_(rig.written.Listen([this](const std::string& w) { writes_.push_back(w); })) {}
+  std::vector<std::string> Take() { return std::exchange(writes_, {}); }
 
-  std::vector<std::string> writes;
-  const Connection connection;
+ private:
+  std::vector<std::string> writes_;
+  Connection connection_;
 };
 
 // Everything around the program. A test may restart the program over the same surroundings.

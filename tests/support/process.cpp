@@ -82,16 +82,6 @@ void Process::KillGroup() {
   if (Running()) kill(-static_cast<pid_t>(id_), SIGKILL);
 }
 
-std::string Output(const std::vector<std::string>& command,
-                   const std::vector<std::string>& environment) {
-  const TempFolder folder;
-  // The environment may have a PATH that is meant for the program alone.
-  std::vector<std::string> whole = command;
-  if (whole.front().front() != '/') whole.front().insert(0, "/usr/bin/");
-  Process process(whole, {.environment = environment, .output = folder / "output"});
-  return process.WaitForEnd(std::chrono::seconds(10)) ? ReadText(folder / "output") : "";
-}
-
 int64_t GuardianOf(int64_t program) {
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     std::ifstream stat(entry.path() / "stat");

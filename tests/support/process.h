@@ -55,10 +55,6 @@ class Process {
   std::optional<int> exitCode_;
 };
 
-// Runs a command to its end and returns what it printed; "" after 10 s without an end.
-std::string Output(const std::vector<std::string>& command,
-                   const std::vector<std::string>& environment);
-
 // The guardian that a program has, 0 for none.
 int64_t GuardianOf(int64_t program);
 

@@ -40,7 +40,8 @@ void PulseServer::Restart() {
   process_ = std::make_unique<Process>(
       command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
   const auto answers = [this] {
-    return Output({"pactl", "info"}, Environment()).find("pulse.sock") != std::string::npos;
+    Process client({"pactl", "info"}, {.environment = Environment()});
+    return client.WaitForEnd(std::chrono::seconds(5)) && client.ExitCode() == 0;
   };
   if (!WaitUntil(answers, std::chrono::seconds(5))) {
     throw std::runtime_error("pulseaudio: " + ReadText(folder_.Path() / "pulseaudio.log"));

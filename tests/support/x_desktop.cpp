@@ -27,8 +27,11 @@ void XDesktop::StartManager() {
   windowManager_ = std::make_unique<Process>(std::vector<std::string>{"openbox", "--sm-disable"},
                                              Process::Options{environment, log, {}});
   const auto managed = [&] {
-    const std::string told = Output({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, environment);
-    return told.find("window id") != std::string::npos;
+    const auto output = folder_.Path() / "xprop.out";
+    std::filesystem::remove(output);
+    Process xprop({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, {environment, output, {}});
+    return xprop.WaitForEnd(std::chrono::seconds(2)) &&
+           ReadText(output).find("window id") != std::string::npos;
   };
   if (!WaitUntil(managed, std::chrono::seconds(10))) {
     throw std::runtime_error("openbox: " + ReadText(log));

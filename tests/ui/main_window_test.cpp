@@ -2,7 +2,6 @@
 // by its accessible name.
 #include "ui/main_window.h"
 
-#include <QAccessible>
 #include <QPainter>
 
 #include "ui/on_screen.h"
@@ -124,31 +123,6 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
-}
-
-TEST_F(MainWindowTest, AScreenReaderHearsWhatThingsAreAndPressesThem) {
-  form.lblNotice.visible = true;
-  form.Smeter.topTwips = -2000 * kTwipsPerPixel;
-  Turn();
-  const auto heard = [](QWidget& widget) { return QAccessible::queryAccessibleInterface(&widget); };
-  EXPECT_EQ(heard(window)->role(), QAccessible::Window);
-  for (const auto& [name, role] : {std::pair{"Frequency RigOffLine", QAccessible::ButtonMenu},
-                                   {"Peak ", QAccessible::StaticText},
-                                   {"S-meter", QAccessible::ProgressBar},
-                                   {"Spectrum display", QAccessible::Graphic},
-                                   {"Notice, click to dismiss", QAccessible::AlertMessage}}) {
-    EXPECT_EQ(heard(Find(name))->role(), role) << name;
-  }
-  EXPECT_GT(heard(Find("S-meter"))->valueInterface()->currentValue().toDouble(), 10);
-  int pressed = 0;
-  const Connection clicking = form.lblFrequency.clicked.Listen([&pressed] { ++pressed; });
-  const Connection keying =
-      form.optTXRX[0].mouseDown.Listen([&pressed](int button) { pressed += button; });
-  for (const char* name : {"Frequency RigOffLine", "Transmit"}) {
-    QAccessibleActionInterface* actions = heard(Find(name))->actionInterface();
-    actions->doAction(actions->actionNames().value(0));
-  }
-  EXPECT_TRUE(QTest::qWaitFor([&pressed] { return pressed == 2; }, 2000)) << pressed;
 }
 
 TEST_F(MainWindowTest, TheWindowItselfFollowsItsFrameAndTellsIt) {
