@@ -10,13 +10,24 @@ namespace velt {
 namespace {
 
 constexpr const char* kStatus = "CW-USB\n300.5\n2700\n1\nlock_to_txcr\non\n";
-TEST(EngineFiles, CalibrationsAreReadItemByItem) {
-  const Calibrations read = ReadCalibrations(
-      FieldReader("10,20,30\r\n\"USB\",1,2,3\r\nLSB\r\n4\r\n5\r\n6\r\nCW-LSB,-10,40000,12.5\r\n"),
-      {});
+constexpr const char* kCalibration =
+    "10,20,30\r\n\"USB\",1,2,3\r\nLSB\r\n4\r\n5\r\n6\r\nCW-USB,7,8,9\r\nCW-LSB,-10,40000,12.5\r\n";
+
+std::string Text(const EngineStatus& s) {
+  return s.mode + "|" + std::to_string(s.values[0]) + "|" + std::to_string(s.values[1]) + "|" +
+         std::to_string(s.values[2]) + "|" + s.transmitterLine + "|" + s.invertedSideband;
+}
+
+TEST(EngineFiles, WholeOnesAreReadItemByItem) {
+  const EngineStatus status = ReadEngineStatus(FieldReader(kStatus), {});
+  EXPECT_EQ(Text(status), "CW-USB|300.500000|2700.000000|1.000000|lock_to_txcr|on");
+
+  const Calibrations read = ReadCalibrations(FieldReader(kCalibration), {});
   EXPECT_EQ(read.Of("AM"), (Calibration{10, 20, 30}));
   EXPECT_EQ(read.Of("USB"), (Calibration{1, 2, 3}));
   EXPECT_EQ(read.Of("LSB"), (Calibration{4, 5, 6}));
+  EXPECT_EQ(read.Of("CW-USB"), (Calibration{7, 8, 9}));
+  EXPECT_EQ(read.Of("CW-LSB"), (Calibration{-10, 0, 12})) << "40000 has no 16 bits";
 }
 
 // While the engine writes, the file ends anywhere. What is not there yet stays as it was, and no
@@ -24,18 +35,17 @@ TEST(EngineFiles, CalibrationsAreReadItemByItem) {
 TEST(EngineFiles, ACutFileChangesNothingThatItDoesNotHold) {
   const EngineStatus before{"AM", {1, 2, 3}, "usb", "off"};
   const std::string whole = kStatus;
-  EngineStatus read;
   for (size_t length = 0; length <= whole.size(); ++length) {
     const std::string cut = whole.substr(0, length);
-    read = ReadEngineStatus(FieldReader(cut, FieldReader::Tail::MayGoOn), before);
-    EXPECT_TRUE(read.mode == "AM" || read.mode == "CW-USB") << cut;
-    EXPECT_TRUE(read.values[0] == 1 || read.values[0] == 300.5F) << cut;
-    EXPECT_TRUE(read.values[1] == 2 || read.values[1] == 2700) << cut;
-    EXPECT_TRUE(read.transmitterLine == "usb" || read.transmitterLine == "lock_to_txcr") << cut;
-    EXPECT_TRUE(read.invertedSideband == "off" || read.invertedSideband == "on") << cut;
+    const EngineStatus read =
+        ReadEngineStatus(FieldReader(cut, FieldReader::Tail::MayGoOn), before);
+    SCOPED_TRACE(length);
+    EXPECT_TRUE(read.mode == "AM" || read.mode == "CW-USB") << read.mode;
+    EXPECT_TRUE(read.values[0] == 1 || read.values[0] == 300.5F) << read.values[0];
+    EXPECT_TRUE(read.values[1] == 2 || read.values[1] == 2700) << read.values[1];
+    EXPECT_TRUE(read.transmitterLine == "usb" || read.transmitterLine == "lock_to_txcr");
+    EXPECT_TRUE(read.invertedSideband == "off" || read.invertedSideband == "on");
   }
-  EXPECT_EQ(read.mode + read.transmitterLine + read.invertedSideband, "CW-USBlock_to_txcron");
-  EXPECT_EQ(read.values[0] + read.values[1] + read.values[2], 3001.5F);
 }
 
 TEST(EngineFiles, OnlyWhatCanBeReadIsAskedOfTheTransmitter) {
@@ -52,10 +62,14 @@ TEST(EngineFiles, OnlyWhatCanBeReadIsAskedOfTheTransmitter) {
       {"on\r7074000\r", kWhole, "on", 7074000},
       {"on\r\n\"7074000\"\r\n", kWhole, "on", 7074000},
       {"off\n7074", kMayGoOn, "off", std::nullopt},
+      {"off\n7074", kWhole, "off", 7074},
       {"on", kMayGoOn, std::nullopt, std::nullopt},
       {"", kWhole, std::nullopt, std::nullopt},
+      {"off\n\n", kWhole, "off", 0},
       {"off\n99999999999\n", kWhole, "off", std::nullopt},
       {"off\n7.074.000\n", kWhole, "off", std::nullopt},
+      {"off\n7074000Hz\n", kWhole, "off", std::nullopt},
+      {"off\n1e400\n", kWhole, "off", std::nullopt},
       {std::string("\0\n\0\n", 4), kWhole, std::string("\0", 1), std::nullopt},
       {"off\n\"7074000\n", kWhole, "off", std::nullopt},
   };
@@ -65,6 +79,8 @@ TEST(EngineFiles, OnlyWhatCanBeReadIsAskedOfTheTransmitter) {
     EXPECT_EQ(read.state, c.state);
     EXPECT_EQ(read.frequencyHz, c.frequencyHz);
   }
+  EXPECT_FALSE(TransmitFile({}, 1).Requests());
+  EXPECT_TRUE(TransmitFile({}, 2).Requests());
 }
 
 TEST(EngineFiles, TheTransceiversStateIsWrittenInThreeLines) {
@@ -83,8 +99,11 @@ TEST(EngineFiles, TheSerialPortIsConfiguredOnlyByAWholeFile) {
       {"3\n0\nnone\n8\n1\n0\nNONE\ncom\ndtr\n", "9600,N,8,1 COM DTR"},
       {"3,4800,Even,7,2,0,XON/XOFF,Arduino\nX\n", "4800,E,7,2 ARDUINO DTR RTS"},
       {"3\n4800\nodd\n8\n1\n0\nHARDWARE\nCOM\nRTS", "4800,O,8,1 COM RTS"},
+      {"3\n4800\nN\n8\n1\n0\nNONE\nCOM\nnothing known\n", "4800,N,8,1 COM"},
+      {"3\n4800\nN\n8\n1\n0\nNONE\nOmniRig\nDTR\n", ""},
       {"3\n4800\nN\n8\n1\n0\nNONE\nNO\nDTR\n", ""},
       {"0\n4800\nN\n8\n1\n0\nNONE\nCOM\nDTR\n", ""},
+      {"COM3\n4800\nN\n8\n1\n0\nNONE\nCOM\nDTR\n", ""},
       {"3\nfast\nN\n8\n1\n0\nNONE\nCOM\nDTR\n", ""},
       {"", ""},
   };
@@ -94,6 +113,7 @@ TEST(EngineFiles, TheSerialPortIsConfiguredOnlyByAWholeFile) {
     const std::string summary = config.settings + " " + config.pttMethod +
                                 (config.raisesDtr ? " DTR" : "") + (config.raisesRts ? " RTS" : "");
     EXPECT_EQ(config.UsesPort() ? summary : "", c.summary);
+    EXPECT_TRUE(config.UsesPort() || config.pttMethod == "NONE");
   }
   const std::string whole = cases[0].text;
   // Without its line end the last item is still all there.
@@ -129,11 +149,16 @@ TEST(EngineWish, OnlyAnOnThatFollowsAnOffOfTheSameWindowKeys) {
     EngineWish wish;
     uint32_t window = 7;
     std::string changes;
-    for (const char round : std::string(c.rounds)) {
-      if (round == 'W') ++window;
-      std::optional<bool> on;
-      if (round != '?' && round != 'w') on = round != '0';
-      const Change change = round == 'p' ? wish.Pause() : wish.Round(round == 'w' ? 0 : window, on);
+    for (const char* round = c.rounds; *round != '\0'; ++round) {
+      Change change = Change::None;
+      if (*round == 'W') ++window;
+      if (*round == 'p') {
+        change = wish.Pause();
+      } else {
+        std::optional<bool> on;
+        if (*round == '0' || *round == '1' || *round == 'W') on = *round != '0';
+        change = wish.Round(*round == 'w' ? 0 : window, on);
+      }
       changes += change == Change::Begins ? 'K' : change == Change::Ends ? 'R' : '.';
     }
     EXPECT_EQ(changes, c.changes) << c.what << ": " << c.rounds;
