@@ -1,7 +1,5 @@
 #include "rig/serial_config.h"
 
-#include <algorithm>
-
 #include "text/field_reader.h"
 #include "text/formats.h"
 #include "text/numbers.h"
@@ -10,14 +8,6 @@ namespace velt {
 namespace {
 
 constexpr size_t kShortestName = 3;
-
-std::string Upper(std::string_view text) {
-  std::string upper(Trimmed(text));
-  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return upper;
-}
 
 }  // namespace
 
@@ -41,14 +31,15 @@ SerialConfig ReadSerialConfig(std::string_view text) {
                     handshake && method && line;
   if (!config.complete) return config;
 
-  config.settings = std::to_string(*baud == 0 ? 9600 : *baud) + "," + Upper(*parity).substr(0, 1) +
-                    "," + std::to_string(*dataBits) + "," + std::to_string(*stopBits);
-  config.pttMethod = Upper(*method);
+  config.settings = std::to_string(*baud == 0 ? 9600 : *baud) + "," +
+                    Raised(Trimmed(*parity)).substr(0, 1) + "," + std::to_string(*dataBits) + "," +
+                    std::to_string(*stopBits);
+  config.pttMethod = Raised(Trimmed(*method));
   // The CAT server's own way to key is no method of the port.
   if (config.pttMethod.size() < kShortestName || config.pttMethod == "OMNIRIG") {
     config.pttMethod = "NONE";
   }
-  const std::string pttLine = Upper(*line);
+  const std::string pttLine = Raised(Trimmed(*line));
   const bool both = pttLine.size() < kShortestName || pttLine == "BOTH";
   config.raisesDtr = both || pttLine == "DTR";
   config.raisesRts = both || pttLine == "RTS";

@@ -17,13 +17,6 @@ std::string Key(std::string_view text) {
   return Lowered(Trimmed(text));
 }
 
-std::string Upper(std::string text) {
-  for (char& c : text) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return text;
-}
-
 std::filesystem::path Sibling(std::filesystem::path engineFolder) {
   if (!engineFolder.has_filename()) engineFolder = engineFolder.parent_path();
   engineFolder += "_SA";
@@ -147,7 +140,7 @@ void StatusPoller::FollowTransmitterMode() {
   if (mode.empty()) mode = "off";
   if (mode == transmitterMode_) return;
   transmitterMode_ = mode;
-  parts_.form.lblMode.caption = Upper(mode);
+  parts_.form.lblMode.caption = Raised(mode);
   if (window_ == 0) return;
   struct Row {
     const char* mode;
@@ -180,7 +173,7 @@ void StatusPoller::FollowInversion() {
   if (inverted == "on") {
     shown = shown.Get() == "USB" ? "LSB" : "USB";
   } else {
-    shown = Upper(status_.mode);
+    shown = Raised(status_.mode);
   }
 }
 

@@ -70,6 +70,14 @@ std::string Lowered(std::string_view text) {
   return lowered;
 }
 
+std::string Raised(std::string_view text) {
+  std::string raised(text);
+  for (char& c : raised) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return raised;
+}
+
 std::string Without(std::string_view text, char removed) {
   std::string kept;
   kept.reserve(text.size());

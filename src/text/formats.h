@@ -34,6 +34,9 @@ std::string FixedText(double value, int decimals);
 // ASCII letters in lower case; other bytes stay as they are.
 std::string Lowered(std::string_view text);
 
+// ASCII letters in upper case; other bytes stay as they are.
+std::string Raised(std::string_view text);
+
 // The text with every occurrence of one character removed.
 std::string Without(std::string_view text, char removed);
 
