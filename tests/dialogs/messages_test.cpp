@@ -21,12 +21,16 @@ TEST(MessageLine, BlinksFourTimesAndLeavesTheRecordingText) {
 
 TEST(Notices, TheTransmitterComesFirstAndDismissingShowsTheNext) {
   ProgramFixture f;
-  Label& label = f.Form().lblNotice;
+  NoticeLabel& label = f.Form().lblNotice;
   f.program->notices.Raise(NoticeKind::Sound, "sound");
   f.program->notices.Raise(NoticeKind::Transmitter, "keyed");
   f.program->notices.Raise(NoticeKind::Sound, "sound again");
+  f.program->notices.Raise(NoticeKind::Transmission, "ended");
   EXPECT_EQ(label.caption.Get(), "keyed");
+  EXPECT_TRUE(label.urgent);
   label.Click();
+  EXPECT_FALSE(label.urgent);
+  f.program->notices.Over(NoticeKind::Transmission);
   EXPECT_EQ(label.caption.Get(), "sound again");
   EXPECT_TRUE(label.visible);
   f.program->notices.Over(NoticeKind::Sound);
