@@ -107,6 +107,8 @@ TEST_F(RigControlTest, TheShownFrequencyAndTransmitStateFollowTheRig) {
               expected);
     EXPECT_EQ(form.mnunorig.checked, kept == 0);
   }
+  form.mnuModMode.Click();
+  EXPECT_TRUE(form.mnuModModes[1].checked && !form.mnuModModes[2].checked) << "LSB is marked";
 }
 
 TEST_F(RigControlTest, WindowAndDialogNameModesTheirOwnWay) {
