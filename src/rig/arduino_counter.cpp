@@ -1,8 +1,5 @@
 #include "rig/arduino_counter.h"
 
-#include <algorithm>
-#include <limits>
-
 #include "rig/shown_frequency.h"
 #include "text/formats.h"
 #include "text/numbers.h"
@@ -12,13 +9,6 @@ namespace {
 
 constexpr const char* kComError = "Com error";
 constexpr const char* kWaiting = "Arduino";
-constexpr const char* kNoCounter =
-    "Transceiver Frequency or set the frequency in kc (click for options)";
-
-int32_t Clamped(int64_t value) {
-  return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
-                                                  std::numeric_limits<int32_t>::max()));
-}
 
 }  // namespace
 
@@ -47,7 +37,7 @@ void ArduinoCounter::FollowMethod() {
   parts_.form.mnuArduinoFreq.enabled = false;
   if (!parts_.form.tmrFreqcount.enabled) return;
   parts_.form.tmrFreqcount.enabled = false;
-  parts_.form.lblFrequency.toolTip = kNoCounter;
+  parts_.form.lblFrequency.toolTip = RigDisplay::kNoRigToolTip;
   parts_.form.lblFrequency.caption = kRigOffLine;
 }
 
@@ -74,7 +64,7 @@ std::string ArduinoCounter::FormatDisplay(const std::string& text) {
   const auto count = ParseWhole(text);
   if (!count) return {};
   const int64_t frequencyHz = *count + kFirstOffsetHz + kSecondOffsetHz;
-  const int32_t toWrite = Clamped(frequencyHz);
+  const int32_t toWrite = Clamp32(frequencyHz);
   if (toWrite != lastWritten_ && writeTurn_ == 0) {
     lastWritten_ = toWrite;
     parts_.statusFile.WriteStatusRX(toWrite);

@@ -1,21 +1,10 @@
 #include "rig/rig_display.h"
 
-#include <algorithm>
-#include <limits>
-
 #include "rig/shown_frequency.h"
 #include "text/formats.h"
 #include "text/numbers.h"
 
 namespace velt {
-namespace {
-
-int32_t Clamped(int64_t value) {
-  return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
-                                                  std::numeric_limits<int32_t>::max()));
-}
-
-}  // namespace
 
 RigDisplay::RigDisplay(RigControls& form, RigState& state, const EngineState& engine,
                        const CurrentRig& rig, StatusFile& statusFile)
@@ -43,7 +32,7 @@ void RigDisplay::ShowRigParams() {
 
 void RigDisplay::TakeFrequency(int32_t frequencyHz) {
   state_.RealRigFrequency = frequencyHz;
-  state_.scaleAnchorHz = Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
+  state_.scaleAnchorHz = Clamp32(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} +
                                  engine_.scaleOffset + state_.RealRigFrequency);
 }
 
@@ -64,8 +53,7 @@ void RigDisplay::MarkStale(bool stale) {
 
 void RigDisplay::ShowOffLine() {
   form_.lblFrequency.caption = kRigOffLine;
-  form_.lblFrequency.toolTip =
-      "Transceiver Frequency or set the frequency in kc (click for options)";
+  form_.lblFrequency.toolTip = kNoRigToolTip;
   form_.lblMode.caption = "N/A";
   form_.lblTRXMode.caption = "RX";
   form_.lblTRXMode.enabled = false;
@@ -82,7 +70,7 @@ std::string RigDisplay::FrequencyToShow(int32_t frequencyHz) {
   const bool locked = Lowered(engine_.transmitterModeLine) == "lock_to_txcr" &&
                       form_.lblTRXMode.caption.Get() == "TX" && state_.offsetKHz != 0;
   if (!locked) {
-    return FrequencyText(Clamped(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} + frequencyHz));
+    return FrequencyText(Clamp32(int64_t{WrapMultiply16(state_.offsetKHz, 1000)} + frequencyHz));
   }
   FollowShownFrequency(frequencyHz);
   return FrequencyText(frequencyHz);

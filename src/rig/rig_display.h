@@ -12,6 +12,10 @@ namespace velt {
 
 class RigDisplay {
  public:
+  // Of lblFrequency while nothing is known of a rig.
+  static constexpr const char* kNoRigToolTip =
+      "Transceiver Frequency or set the frequency in kc (click for options)";
+
   RigDisplay(RigControls& form, RigState& state, const EngineState& engine, const CurrentRig& rig,
              StatusFile& statusFile);
 

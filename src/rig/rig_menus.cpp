@@ -34,8 +34,7 @@ void RigMenus::mnuArduinoFreq_Click() {
   if (parts_.form.mnuArduinoFreq.checked) {
     parts_.form.lblFrequency.toolTip = "Arduino Frequency in " + parts_.state.arduinoUnit;
   } else {
-    parts_.form.lblFrequency.toolTip =
-        "Transceiver Frequency or set the frequency in kc (click for options)";
+    parts_.form.lblFrequency.toolTip = RigDisplay::kNoRigToolTip;
     parts_.form.lblFrequency.caption = kRigOffLine;
   }
 }

@@ -1,5 +1,6 @@
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -77,6 +78,11 @@ int16_t Wrap16(int64_t value) {
 
 int16_t WrapMultiply16(int32_t a, int32_t b) {
   return Wrap16(static_cast<int64_t>(a) * static_cast<int64_t>(b));
+}
+
+int32_t Clamp32(int64_t value) {
+  return static_cast<int32_t>(std::clamp<int64_t>(value, std::numeric_limits<int32_t>::min(),
+                                                  std::numeric_limits<int32_t>::max()));
 }
 
 std::optional<int32_t> DivideTruncating(int32_t dividend, int32_t divisor) {

@@ -21,6 +21,9 @@ int16_t Wrap16(int64_t value);
 // Product in 16-bit signed arithmetic that wraps silently.
 int16_t WrapMultiply16(int32_t a, int32_t b);
 
+// The nearest number of 32 bits.
+int32_t Clamp32(int64_t value);
+
 // Whole-number quotient truncated toward zero; empty for a divisor of 0 and for the one quotient
 // that does not fit.
 std::optional<int32_t> DivideTruncating(int32_t dividend, int32_t divisor);

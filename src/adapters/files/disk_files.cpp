@@ -28,7 +28,7 @@ FileContent DiskFiles::Read(const fs::path& path) const {
 }
 
 int DiskFiles::Replace(const fs::path& path, std::string_view bytes, bool backup) {
-  if (cleared_.insert(FolderOf(path)).second) RemoveLeftoversBeside(path);
+  ClearOnce(path);
   WholeFile file;
   int error = file.Open(path);
   if (error == 0) error = file.Write(bytes);
@@ -36,7 +36,12 @@ int DiskFiles::Replace(const fs::path& path, std::string_view bytes, bool backup
   return error;
 }
 
+void DiskFiles::ClearOnce(const fs::path& path) {
+  if (cleared_.insert(FolderOf(path)).second) RemoveLeftoversBeside(path);
+}
+
 int DiskFiles::Publish(const fs::path& path, std::string_view bytes) {
+  ClearOnce(path);
   fs::path target = path;
   SpareFile file;
   struct stat before {};
@@ -52,6 +57,7 @@ int DiskFiles::Publish(const fs::path& path, std::string_view bytes) {
 
 int DiskFiles::ReplaceIfSame(const fs::path& path, std::string_view expected,
                              std::string_view bytes) {
+  ClearOnce(path);
   fs::path target = path;
   SpareFile file;
   struct stat before {};
@@ -64,9 +70,11 @@ int DiskFiles::ReplaceIfSame(const fs::path& path, std::string_view expected,
   if (error != 0) return error;
   error = file.Exchange(target);
   if (error == EINVAL || error == ENOSYS) return file.RenameOver(target);
-  // Whoever had the old file open may have written into it up to now, or while it is put back.
+  // Whoever had the old file open may have written into it up to now: then it is put back.
   if (error != 0 || Read(file.Name()).bytes == expected) return error;
   error = file.Exchange(target);
+  // Or it wrote a newer one, under the name, while the new file was there.
+  if (error == 0 && Read(file.Name()).bytes != bytes) error = file.Exchange(target);
   return error == 0 ? EAGAIN : error;
 }
 

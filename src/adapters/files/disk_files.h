@@ -52,6 +52,8 @@ class DiskFiles : public Files {
   virtual int Restore(const std::filesystem::path& file, const std::filesystem::path& backup);
 
  private:
+  void ClearOnce(const std::filesystem::path& path);
+
   std::set<std::filesystem::path> cleared_;  // folders without leftovers
 };
 
