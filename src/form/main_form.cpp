@@ -65,7 +65,10 @@ EngineControls::EngineControls(Form& form)
       Timer3(form, 700),
       tmrCheckZOKA(form, 600) {}
 
-PanelControls::PanelControls(Form& form) : cmbPresetMode(form) {}
+PanelControls::PanelControls(Form& form)
+    : mnuExpandedRigControl(form, "Expanded Rig Control View"),
+      mnuSetupBands(form, "Setup Frequencies Presets..."),
+      cmbPresetMode(form) {}
 
 CaptureControls::CaptureControls(Form& form)
     : StartButton(form, "Start"),
@@ -109,9 +112,19 @@ DisplayControls::DisplayControls(Form& form)
                          {2, "&Oscilloscope"},
                          {3, "Remember Screen Size"},
                          {4, "Absolute Grid Labels"}}),
+      lblFreq(form),
+      lblDelta(form),
       mnudomfreq(form, "Dominant &Frequency Detection"),
       mnuprec(form, "&Resolution"),
-      mnuprecision(form, {{1, "Normal"}, {2, "Median"}, {3, "Averaging"}, {4, "Minimum"}}) {}
+      mnuprecision(form, {{1, "Normal"}, {2, "Median"}, {3, "Averaging"}, {4, "Minimum"}}),
+      mnueditcolorshemes(form, "Edit User Colors..."),
+      mnuopenbmp(form, "Browse BMP's..."),
+      mnusavebmp(form, "&Save BMP..."),
+      mnucopy(form, "Copy Spectrum to Clipboard") {}
+
+RecordingControls::RecordingControls(Form& form)
+    : mnuopenrec(form, "&Open & Play Recordings..."),
+      mnuspectrogram(form, "Spectrogram of a recording...") {}
 
 MessageControls::MessageControls(Form& form)
     : lblMessage(form), lblNotice(form), Timer2(form, 250) {
@@ -128,7 +141,12 @@ ShellControls::ShellControls(Form& form)
       mnuscale(form, "Window Scale"),
       mnuscales(form,
                 {{100, "100 %"}, {125, "125 %"}, {150, "150 %"}, {175, "175 %"}, {200, "200 %"}}),
+      mnusetupcalib(form, "Calibration and Customization..."),
+      mnuprofile(form, "Profile Manager..."),
+      mnurunSAjar(form, "Run &Java Spectrum Analyzer"),
       mnumanual(form, "&Manual VELT-SA"),
+      mnumanual1(form, "Manual VELT-J Engine"),
+      mnuabout(form, "&About"),
       mnuexit(form, "E&xit menu"),
       mnucloseme(form, "Close VELT-SA "),
       QuitTimer(form, 1) {}
@@ -139,6 +157,7 @@ Main::Main()
       PanelControls(static_cast<Form&>(*this)),
       CaptureControls(static_cast<Form&>(*this)),
       DisplayControls(static_cast<Form&>(*this)),
+      RecordingControls(static_cast<Form&>(*this)),
       MessageControls(static_cast<Form&>(*this)),
       ShellControls(static_cast<Form&>(*this)) {}
 

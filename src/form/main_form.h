@@ -74,9 +74,11 @@ struct EngineControls {
   Timer tmrCheckZOKA;
 };
 
-// Of the expanded panel.
+// Of the expanded panel, and what opens the presets.
 struct PanelControls {
   explicit PanelControls(Form& form);
+  MenuItem mnuExpandedRigControl;
+  MenuItem mnuSetupBands;
   ListBox cmbPresetMode;  // the selected preset's mode
 };
 
@@ -107,9 +109,21 @@ struct DisplayControls {
   MenuItem mnuzokamode;
   ControlArray<MenuItem> mnuzokamodes;
   ControlArray<MenuItem> mnusettings;
+  Label lblFreq;   // sound frequency under the cursor: "1234Hz"
+  Label lblDelta;  // radio frequency under the cursor
   MenuItem mnudomfreq;
   MenuItem mnuprec;
   ControlArray<MenuItem> mnuprecision;
+  MenuItem mnueditcolorshemes;
+  MenuItem mnuopenbmp;
+  MenuItem mnusavebmp;
+  MenuItem mnucopy;
+};
+
+struct RecordingControls {
+  explicit RecordingControls(Form& form);
+  MenuItem mnuopenrec;
+  MenuItem mnuspectrogram;
 };
 
 struct MessageControls {
@@ -128,7 +142,12 @@ struct ShellControls {
   MenuItem mnufile;
   MenuItem mnuscale;  // of the window, in per cent of its design size
   ControlArray<MenuItem> mnuscales;
+  MenuItem mnusetupcalib;
+  MenuItem mnuprofile;
+  MenuItem mnurunSAjar;
   MenuItem mnumanual;
+  MenuItem mnumanual1;
+  MenuItem mnuabout;
   MenuItem mnuexit;
   MenuItem mnucloseme;
   Timer QuitTimer;
@@ -140,6 +159,7 @@ struct Main : Form,
               PanelControls,
               CaptureControls,
               DisplayControls,
+              RecordingControls,
               MessageControls,
               ShellControls {
   Main();

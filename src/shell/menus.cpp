@@ -30,7 +30,10 @@ Menus::Menus(Main& form) {
   Append(frequency, All(form.mnuBands));
   options = {{&form.mnuPTT, "", ptt}};
   std::vector<MenuEntry> rig = All(form.mnuBands);
-  Append(rig, {{&form.mnuSetFreqManual, "", {}}, kSeparator, {&form.mnunorig, "", {}}});
+  Append(rig, {{&form.mnuSetFreqManual, "", {}},
+               kSeparator,
+               {&form.mnuSetupBands, "", {}},
+               {&form.mnunorig, "", {}}});
   Append(options, {{&form.mnuRig, "", rig},
                    kSeparator,
                    {&form.mnuauto, "", All(form.mnuautos)},
@@ -38,16 +41,32 @@ Menus::Menus(Main& form) {
   Append(options, All(form.mnusettings));
   Append(options, {{&form.mnudomfreq, "", {}},
                    {&form.mnuArduinoFreq, "", {}},
+                   {&form.mnuExpandedRigControl, "", {}},
                    {&form.mnuprec, "", All(form.mnuprecision)},
+                   {&form.mnueditcolorshemes, "", {}},
                    {&form.mnuscale, "", All(form.mnuscales)},
+                   kSeparator,
+                   {&form.mnusetupcalib, "F9", {}},
                    kSeparator,
                    {&form.mnuOmniRigStatus, "", {}},
                    kSeparator,
                    {&form.mnuexit, "", {}}});
-  file = {{&form.mnurunzoka, "F11", {}},
+  file = {{&form.mnuopenrec, "", {}},
+          {&form.mnuspectrogram, "", {}},
+          {&form.mnuprofile, "", {}},
+          {&form.mnuopenbmp, "", {}},
+          {&form.mnusavebmp, "F2", {}},
+          kSeparator,
+          {&form.mnucopy, "F5", {}},
+          kSeparator,
+          {&form.mnurunzoka, "F11", {}},
           {&form.mnuclosezoka, "F12", {}},
           kSeparator,
+          {&form.mnurunSAjar, "", {}},
+          kSeparator,
           {&form.mnumanual, "F1", {}},
+          {&form.mnumanual1, "", {}},
+          {&form.mnuabout, "", {}},
           kSeparator,
           {&form.mnucloseme, "", {}}};
 }
