@@ -14,6 +14,7 @@
 #include "adapters/pulse/pulse_input.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
+#include "adapters/qt/qt_pictures.h"
 #include "adapters/qt/qt_prompts.h"
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/rigctld_server.h"
@@ -103,6 +104,7 @@ class LinuxAdapters : public Adapters {
             .system = system_,
             .prompts = *prompts_,
             .launcher = launcher_,
+            .pictures = pictures_,
             .lock = lock_,
             .log = log_};
   }
@@ -123,6 +125,7 @@ class LinuxAdapters : public Adapters {
   DiskFiles files_;
   LinuxSystemInfo system_;
   QtLauncher launcher_;
+  QtPictures pictures_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;
   std::unique_ptr<IOmniRigX> server_;

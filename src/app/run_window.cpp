@@ -23,6 +23,9 @@ Installation Where(const Options& options) {
   Installation where;
   where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
   where.programFolder = ProgramFolder();
+  std::error_code unknown;
+  where.currentFolder = std::filesystem::current_path(unknown);
+  where.documentationFolder = where.programFolder / VELT_DOCUMENTATION_FROM_PROGRAM;
   const char* variable = std::getenv("VELT_ENGINE_FOLDER");
   if (!options.engineFolder.empty()) {
     where.engineFolder = options.engineFolder;

@@ -2,7 +2,7 @@
 
 namespace velt {
 
-MainDisplay::MainDisplay(const Parts& parts)
+MainDisplay::MainDisplay(const Parts& parts, const Snapshots::Ports& ports)
     : options(parts.form, parts.rigForm),
       tick({.captureForm = parts.captureForm,
             .displayForm = parts.form,
@@ -17,6 +17,26 @@ MainDisplay::MainDisplay(const Parts& parts)
                   .options = options,
                   .colours = colours,
                   .engine = parts.engine}),
+      cursor({.form = parts.form,
+              .rig = parts.rigForm,
+              .messageTimer = parts.messageTimer,
+              .options = options,
+              .engine = parts.engine}),
+      clicks({.form = parts.form,
+              .captureForm = parts.captureForm,
+              .rigForm = parts.rigForm,
+              .rig = parts.rig,
+              .options = options,
+              .control = parts.control,
+              .commands = parts.commands,
+              .messages = parts.messages}),
+      snapshots({.form = parts.form,
+                 .tick = tick,
+                 .options = options,
+                 .installation = parts.installation,
+                 .platform = parts.platform,
+                 .messages = parts.messages},
+                ports),
       parts_(parts) {
   DisplayControls& form = parts_.form;
   for (auto& [index, item] : form.mnusettings) {

@@ -7,9 +7,12 @@
 #include "audio/capture.h"
 #include "display/analysis_tick.h"
 #include "display/appearance.h"
+#include "display/click_to_tune.h"
+#include "display/cursor_readout.h"
 #include "display/display_colours.h"
 #include "display/display_options.h"
 #include "display/graticule.h"
+#include "display/snapshots.h"
 #include "form/main_form.h"
 #include "rig/rig_state.h"
 
@@ -22,18 +25,27 @@ class MainDisplay {
     WindowFrame& window;
     CaptureControls& captureForm;
     RigControls& rigForm;
+    Timer& messageTimer;
     Capture& capture;
     const RigState& rig;
     const EngineState& engine;
     StatusFile& statusFile;
+    RigControl& control;
+    OperatorCommands& commands;
+    MessageLine& messages;
+    const Installation& installation;
+    const PlatformHelpers& platform;
   };
-  explicit MainDisplay(const Parts& parts);
+  MainDisplay(const Parts& parts, const Snapshots::Ports& ports);
 
   DisplayColours colours;
   DisplayOptions options;
   AnalysisTick tick;
   Graticule graticule;
   Appearance appearance;
+  CursorReadout cursor;
+  ClickToTune clicks;
+  Snapshots snapshots;
 
   // Brings scale, lines and colours in step with the options and the display's place.
   void Refresh();

@@ -89,6 +89,10 @@ void OperatorCommands::Receive() {
   parts_.ptt.PTT_OFF();
 }
 
+void OperatorCommands::SendEngineMode(const char* mode) {
+  if (parts_.installation.enginePresent) parts_.keys.Run(CommandScript(kModeKeys.at(mode)));
+}
+
 void OperatorCommands::cmbPresetMode_Click() {
   const std::string& mode = parts_.panel.cmbPresetMode.text;
   if (EnginePresent()) {

@@ -41,6 +41,9 @@ class OperatorCommands {
   void mnuPTT_OFF_Click();
   void optTXRX_MouseDown(int32_t index);  // 0 transmit, else receive
 
+  // Has the engine choose LSB, USB or CW, as the display's halves do; nothing without an engine.
+  void SendEngineMode(const char* mode);
+
   // Sets the mode whose name the box shows.
   void cmbPresetMode_Click();
   // Asks for a name to be added to the box.

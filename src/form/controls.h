@@ -191,10 +191,23 @@ struct ScopeControl : Control {
   Property<uint32_t> backColour;
   Property<uint32_t> gridColour;
   Property<uint32_t> markerColour;
+  // The mouse, in pixels of the display; buttons are 1 left, 2 right.
+  Event<int> mouseMove;       // x
+  Event<int, int> mouseDown;  // button, x
+  Event<int> mouseUp;         // button
   Event<> focusWanted;
 
   // Gives the keyboard to the display.
   void SetFocus() const { focusWanted.Raise(); }
+
+  void UserMove(int x) const { mouseMove.Raise(x); }
+  // A finger presses where no mouse has moved to before.
+  void UserPress(int button, int x) const {
+    mouseMove.Raise(x);
+    mouseDown.Raise(button, x);
+  }
+  // Only of a button that was pressed and let go over the display.
+  void UserRelease(int button) const { mouseUp.Raise(button); }
 };
 
 // A picture that slides upward inside its frame; `top` is 0 at rest and negative as it rises.

@@ -114,6 +114,7 @@ DisplayControls::DisplayControls(Form& form)
                          {4, "Absolute Grid Labels"}}),
       lblFreq(form),
       lblDelta(form),
+      lblCursor(form),
       mnudomfreq(form, "Dominant &Frequency Detection"),
       mnuprec(form, "&Resolution"),
       mnuprecision(form, {{1, "Normal"}, {2, "Median"}, {3, "Averaging"}, {4, "Minimum"}}),

@@ -19,6 +19,23 @@ struct WindowSize {
   bool operator==(const WindowSize&) const = default;
 };
 
+// Codes of the keys that act on the whole window.
+enum KeyCode : int32_t {
+  kKeyPageUp = 33,
+  kKeyPageDown = 34,
+  kKeyEnd = 35,
+  kKeyHome = 36,
+  kKeyLeft = 37,
+  kKeyUp = 38,
+  kKeyRight = 39,
+  kKeyDown = 40,
+  kKeyF2 = 113,
+  kKeyF5 = 116,
+  kKeyF9 = 120,
+  kKeyF11 = 122,
+  kKeyF12 = 123,
+};
+
 // The window itself. Position and size are those of its content, in twips.
 struct WindowFrame : Control {
   explicit WindowFrame(Form& form);
@@ -36,6 +53,7 @@ struct WindowFrame : Control {
   Property<bool> topMost;
   // 0xFFRRGGBB, or 0 for the desktop's own button face.
   Property<uint32_t> faceColour;
+  Event<int32_t> keyDown;  // the platform's virtual key codes, as in KeyCode
 };
 
 struct RigControls {
@@ -109,8 +127,9 @@ struct DisplayControls {
   MenuItem mnuzokamode;
   ControlArray<MenuItem> mnuzokamodes;
   ControlArray<MenuItem> mnusettings;
-  Label lblFreq;   // sound frequency under the cursor: "1234Hz"
-  Label lblDelta;  // radio frequency under the cursor
+  Label lblFreq;    // sound frequency under the cursor: "1234Hz"
+  Label lblDelta;   // the same in tens of hertz: "123"
+  Label lblCursor;  // radio frequency under the cursor in kHz: "14075.23"
   MenuItem mnudomfreq;
   MenuItem mnuprec;
   ControlArray<MenuItem> mnuprecision;

@@ -23,6 +23,8 @@ bool IsVersionBelow3(std::string_view versionText);
 struct Installation {
   ProgramVersion version;
   std::filesystem::path programFolder;
+  std::filesystem::path currentFolder;        // of the start
+  std::filesystem::path documentationFolder;  // where an installed manual lies
   std::filesystem::path engineFolder;
   std::filesystem::path dataFolder;
   std::filesystem::path omniRigFolder;

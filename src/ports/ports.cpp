@@ -8,6 +8,7 @@
 #include "ports/launcher.h"
 #include "ports/log.h"
 #include "ports/omnirig.h"
+#include "ports/pictures.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
 #include "ports/serial_port.h"

@@ -52,15 +52,21 @@ RigControl::RigControl(const Parts& parts) : parts_(parts), restore_(parts.sched
 
 void RigControl::SetTRXFrequency(int32_t frequencyHz, int16_t vfo) {
   if (Blocked() || RefusedWithoutLink()) return;
-  const int64_t value = int64_t{frequencyHz} - WrapMultiply16(parts_.state.offsetKHz, 1000);
-  if (!InRange(value)) return parts_.messages.Show("Frequency outside 10 kHz to 2 GHz: not sent");
-  parts_.messages.Show("Updating VFO...");
-  if (restore_.Late()) {
-    // The user has moved on while the link was lost.
-    restore_.Disarm();
-    shift_.reset();
-  }
-  Write(static_cast<int32_t>(value), vfo);
+  if (Tune(int64_t{frequencyHz} - WrapMultiply16(parts_.state.offsetKHz, 1000), vfo))
+    parts_.messages.Show("Updating VFO...");
+}
+
+void RigControl::TuneTo(double frequencyHz) {
+  if (!parts_.rig.Exists() || RefusedWithoutLink()) return;
+  if (Tune(RoundHalfEven(frequencyHz).value_or(INT32_MAX), 0))
+    parts_.messages.Show("Updating VFO...");
+}
+
+void RigControl::Step(int32_t stepHz) {
+  if (ShownFrequencyHz(parts_.form.lblFrequency).value_or(0) <= 0) return;
+  if (!parts_.rig.Exists() || RefusedWithoutLink()) return;
+  if (stepHz != 0) Tune(int64_t{parts_.rig->Freq()} + stepHz, 0);
+  parts_.display.ShowRigParams();
 }
 
 void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
@@ -134,6 +140,21 @@ bool RigControl::StandsWhereItWasShifted() const {
   if (shift_->vfo == 1 || shift_->vfo == 3) now = parts_.rig->FreqA();
   if (shift_->vfo == 2) now = parts_.rig->FreqB();
   return std::abs(int64_t{now} - shift_->frequencyHz) < 1000;
+}
+
+// False, and told, when the frequency is out of range.
+bool RigControl::Tune(int64_t frequencyHz, int16_t vfo) {
+  if (!InRange(frequencyHz)) {
+    parts_.messages.Show("Frequency outside 10 kHz to 2 GHz: not sent");
+    return false;
+  }
+  if (restore_.Late()) {
+    // The user has moved on while the link was lost.
+    restore_.Disarm();
+    shift_.reset();
+  }
+  Write(static_cast<int32_t>(frequencyHz), vfo);
+  return true;
 }
 
 void RigControl::Write(int32_t frequencyHz, int16_t vfo) {

@@ -35,6 +35,14 @@ class RigControl {
   // 3 VFO B and then VFO A; any other writes nothing.
   void SetTRXFrequency(int32_t frequencyHz, int16_t vfo = 0);
 
+  // Writes the current frequency as it is, without the rig's offset; what does not fit into 32 bits
+  // is as much out of range as the largest number that does. Says so on the message line.
+  void TuneTo(double frequencyHz);
+
+  // Moves the current frequency by a step, from where it is or is about to be, and shows it.
+  // Nothing while no frequency above 0 is shown.
+  void Step(int32_t stepHz);
+
   // Moves the rig to the frequency shown (shiftTheRig) or, 1.1 s later, back to where it was.
   // Nothing when shiftKHz is 0, nor back when it was not moved. Moving it again before it is back
   // keeps the first place.
@@ -61,6 +69,7 @@ class RigControl {
   };
 
   bool Blocked() const;
+  bool Tune(int64_t frequencyHz, int16_t vfo);
   void ShiftAway(int16_t vfo);
   bool MoveBack(int16_t vfo);
   bool StandsWhereItWasShifted() const;

@@ -21,11 +21,12 @@
 #include "presets/band_menu.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
-#include "shell/manual.h"
+#include "shell/helper_programs.h"
 #include "shell/menus.h"
 #include "shell/rig_reporter.h"
 #include "shell/run_setup.h"
 #include "shell/settings.h"
+#include "shell/shortcut_keys.h"
 #include "shell/shutdown.h"
 #include "shell/startup.h"
 #include "shell/window_layout.h"
@@ -49,6 +50,7 @@ class Program {
     SystemInfo& system;
     Prompts& prompts;
     Launcher& launcher;
+    Pictures& pictures;
     InstanceLock& lock;
     Log& log;
   };
@@ -82,7 +84,8 @@ class Program {
   RigReporter reporter;
   Startup startup;
   Shutdown shutdown;
-  Manual manual;
+  HelperPrograms helpers;
+  ShortcutKeys keys;
   Menus menus;
   MenuOpener menuOpener;
 

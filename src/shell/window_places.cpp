@@ -13,14 +13,19 @@ constexpr int kBottomRow = 16;
 constexpr int kSlider = 16;
 constexpr int kMeter = 26;
 constexpr int kModeSource = 64;
-constexpr int kSource = 150;
+constexpr int kSource = 120;
 constexpr int kLamp = 10;
-constexpr int kLink = 118;
+constexpr int kLink = 100;
 constexpr int kLeastSource = 53;
 constexpr int kLeastLink = 70;
 constexpr int kSmallButton = 26;
 constexpr int kCompactButton = 24;
 constexpr int kCompactPeak = 82;
+constexpr int kCursorHz = 62;
+constexpr int kCompactCursorHz = 48;
+constexpr int kCursorDelta = 38;
+constexpr int kCursorKilohertz = 68;
+constexpr int kCompactCursorKilohertz = 52;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
 constexpr int kRoomyWidth = 540;
@@ -30,6 +35,7 @@ constexpr int kDisplayTop = kMargin + kTopRow + kGap;
 // to and give what is short as little as it needs.
 struct LastRow {
   Rectangle modeSource, source, lamp, link, message;
+  Rectangle cursorHz, cursorDelta, cursorKilohertz;  // below the message, which comes and goes
 
   explicit LastRow(const WindowGrid& grid) {
     const Rectangle whole = grid.Bottom(0, grid.Compact() ? kCompactPeak + kGap : 0);
@@ -47,6 +53,14 @@ struct LastRow {
     lamp = take(kLamp);
     link = take(linkWidth);
     message = take(whole.left + whole.width - next);
+    int end = message.left + message.width;
+    const auto takeFromEnd = [&](int width) {
+      end -= width + kGap;
+      return Rectangle{end + kGap, whole.top, width, whole.height};
+    };
+    cursorKilohertz = takeFromEnd(grid.Compact() ? kCompactCursorKilohertz : kCursorKilohertz);
+    if (!grid.Compact()) cursorDelta = takeFromEnd(kCursorDelta);
+    cursorHz = takeFromEnd(grid.Compact() ? kCompactCursorHz : kCursorHz);
   }
 };
 
@@ -132,6 +146,9 @@ std::vector<PlaceRule> PlaceRules(Main& form) {
       {&form.lblSource, [](Grid& g) { return LastRow(g).source; }},
       {&form.lampLink, [](Grid& g) { return LastRow(g).lamp; }},
       {&form.lblLink, [](Grid& g) { return LastRow(g).link; }},
+      {&form.lblFreq, [](Grid& g) { return LastRow(g).cursorHz; }},
+      {&form.lblDelta, [](Grid& g) { return LastRow(g).cursorDelta; }},
+      {&form.lblCursor, [](Grid& g) { return LastRow(g).cursorKilohertz; }},
       {&form.lblMessage, [](Grid& g) { return LastRow(g).message; }},
       // These two lie over the display.
       {&form.lblListen,

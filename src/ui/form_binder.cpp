@@ -343,6 +343,10 @@ ScopeWidget* FormBinder::Bind(const ScopeControl& control, ScopeWidget* widget,
   live_.push_back(widget);
   Mirror(control, widget, words);
   Watch(control, [&control, widget] { widget->Follow(control); });
+  connections_ += widget->moved.Listen([&control](int x) { control.UserMove(x); });
+  connections_ +=
+      widget->pressed.Listen([&control](int button, int x) { control.UserPress(button, x); });
+  connections_ += widget->released.Listen([&control](int button) { control.UserRelease(button); });
   return widget;
 }
 

@@ -109,6 +109,7 @@ class FormBinder : public QObject {
   std::vector<Control*> spare_;
   std::vector<TextBinding*> texts_;
   std::vector<LiveWidget*> live_;
+  Connections connections_;
 };
 
 }  // namespace velt

@@ -21,6 +21,7 @@
 #include "ui/scale_strip.h"
 #include "ui/scope_widget.h"
 #include "ui/symbol_button.h"
+#include "ui/window_keys.h"
 
 namespace velt {
 namespace {
@@ -99,6 +100,7 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   BindDisplay(std::move(picture));
   BindMessages();
   binder_.Watch(form_.Window, [this] { ShowWindowState(); });
+  new WindowKeys(form_.Window, this);
   auto* help = new QShortcut(Qt::Key_F1, this);
   help->setContext(Qt::ApplicationShortcut);
   connect(help, &QShortcut::activated, this, [this] { form_.mnumanual.Click(); });
@@ -129,8 +131,9 @@ void MainWindow::BindTopRow() {
   const auto light = [=, this] { LightTransmit(*state, *transmit, *receive); };
   binder_.Watch(form_.lblTRXMode, light);
   for (auto& [index, option] : form_.optTXRX) binder_.Watch(*option, light);
-  binder_.Bind(form_.lblFreqDetect, MakePassiveLabel(kBoldPixels, true, Qt::AlignCenter),
-               {"Peak %1", "Dominant frequency"});
+  auto* peak = binder_.Bind(form_.lblFreqDetect, MakeLabel(kBoldPixels, true),
+                            {"Peak %1", "Dominant frequency; a click tunes to it"});
+  peak->SetSpokenRole(QAccessible::Button);
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
                {"Waterfall", "Waterfall instead of the spectrum"});
 }
@@ -207,6 +210,15 @@ void MainWindow::BindMessages() {
   binder_.Bind(form_.lampLink, new LampWidget(this, kRowLamp), {"Lamp of the link: %1"});
   binder_.Bind(form_.lblLink, MakePassiveLabel(kTextPixels, false, Qt::AlignLeft),
                {"Link to the rig: %1", "Link to the rig: %1"});
+  binder_.Bind(form_.lblFreq, MakePassiveLabel(kTextPixels, false, Qt::AlignRight),
+               {.name = "Sound frequency under the cursor: %1",
+                .toolTip = "Sound frequency under the cursor"});
+  binder_.Bind(form_.lblDelta, MakePassiveLabel(kTextPixels, false, Qt::AlignRight),
+               {.name = "Offset of the cursor in tens of hertz: %1",
+                .toolTip = "Sound frequency under the cursor, in tens of hertz"});
+  binder_.Bind(form_.lblCursor, MakePassiveLabel(kTextPixels, true, Qt::AlignRight),
+               {.name = "Radio frequency under the cursor in kHz: %1",
+                .toolTip = "Radio frequency under the cursor, in kHz"});
   auto* message = binder_.Bind(
       form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight), {"Message: %1", "%1"});
   AlertWith(form_.lblMessage, message);

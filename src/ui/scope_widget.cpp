@@ -1,5 +1,6 @@
 #include "ui/scope_widget.h"
 
+#include <QMouseEvent>
 #include <QPalette>
 #include <algorithm>
 
@@ -11,6 +12,11 @@ constexpr uint32_t kGridOpacity = 0x59000000U;
 constexpr uint32_t kHalo = 0x90FFFFFFU;
 constexpr uint32_t kCapEdge = 0xFFF0F4FFU;
 constexpr int kCapRows = 5;
+
+int ButtonOf(const QMouseEvent& event) {
+  if (event.button() == Qt::LeftButton) return 1;
+  return event.button() == Qt::RightButton ? 2 : 0;
+}
 
 }  // namespace
 
@@ -83,6 +89,19 @@ void ScopeWidget::Paint(Canvas& canvas) {
   horizontal_.Paint(canvas);
   markers_.PaintMarkers(canvas);
   if (hasFocus()) canvas.Frame(palette().color(QPalette::Highlight).rgb());
+}
+
+void ScopeWidget::mouseMoveEvent(QMouseEvent* event) {
+  if (const QPoint at = event->position().toPoint(); rect().contains(at)) moved.Raise(at.x());
+}
+
+void ScopeWidget::mousePressEvent(QMouseEvent* event) {
+  if (const int button = ButtonOf(*event)) pressed.Raise(button, event->position().toPoint().x());
+}
+
+void ScopeWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const int button = ButtonOf(*event);
+  if (button != 0 && rect().contains(event->position().toPoint())) released.Raise(button);
 }
 
 void ScopeWidget::focusInEvent(QFocusEvent* event) {

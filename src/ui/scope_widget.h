@@ -5,6 +5,7 @@
 #include <QVector>
 #include <functional>
 
+#include "event/event.h"
 #include "form/controls.h"
 #include "spectrum/raster.h"
 #include "ui/live_widget.h"
@@ -16,11 +17,19 @@ class ScopeWidget : public LiveWidget {
   // `picture` gives what the analysis drew last; it is asked whenever the widget paints itself.
   ScopeWidget(std::function<const Raster&()> picture, QWidget* parent);
 
+  // The mouse over the picture: x in logical pixels, buttons 1 left and 2 right.
+  Event<int> moved;
+  Event<int, int> pressed;
+  Event<int> released;
+
   // Shows the control's lines and colours, and its picture when there is a new one.
   void Follow(const ScopeControl& control);
 
  protected:
   void Paint(Canvas& canvas) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 

@@ -155,6 +155,13 @@ struct FakeLauncher : Launcher {
   std::vector<std::string> opened;
   void OpenDocument(const std::string& target) override { opened.push_back(target); }
 
+  std::vector<std::filesystem::path> programs;
+  int programError = 0;
+  int StartProgram(const std::filesystem::path& program) override {
+    programs.push_back(program);
+    return programError;
+  }
+
   // Documents to be started, with the command for want of a program; answered by the test.
   std::vector<std::string> started;
   std::function<void(Start)> answer;
@@ -163,6 +170,16 @@ struct FakeLauncher : Launcher {
     started.push_back(document.string());
     for (const std::string& word : command) started.back() += " " + word;
     answer = std::move(told);
+  }
+};
+
+struct FakePictures : Pictures {
+  std::vector<uint32_t> clipboard;  // pixels
+  void CopyToClipboard(const PictureView& picture) override {
+    clipboard.assign(picture.pixels.begin(), picture.pixels.end());
+  }
+  std::string Png(const PictureView& picture) const override {
+    return std::to_string(picture.width);
   }
 };
 
@@ -239,6 +256,7 @@ struct ProgramFixture {
   FakeSystem system;
   FakePrompts prompts;
   FakeLauncher launcher;
+  FakePictures pictures;
   FakeLock lock;
   FakeLog log;
   bool ended = false;
@@ -274,6 +292,7 @@ struct ProgramFixture {
                                                        .system = system,
                                                        .prompts = prompts,
                                                        .launcher = launcher,
+                                                       .pictures = pictures,
                                                        .lock = lock,
                                                        .log = log},
                                         setup);

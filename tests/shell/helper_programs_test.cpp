@@ -1,0 +1,48 @@
+#include "shell/helper_programs.h"
+
+#include <gtest/gtest.h>
+
+#include "support/doubles.h"
+
+namespace velt {
+namespace {
+
+TEST(HelperPrograms, AreLookedForAndStartedFromTheMenu) {
+  ProgramFixture f;
+  f.setup.installation.currentFolder = "/here";
+  f.setup.installation.documentationFolder = "/doc";
+  f.files.files["/opt/engine/velt.jar"] = "";
+  f.Restart();
+  f.Start();
+  const auto choose = [&](const char* caption) {
+    f.Form().Image2.Click();
+    EXPECT_TRUE(f.prompts.Choose(caption)) << caption;
+  };
+  choose("&Manual VELT-SA");
+  EXPECT_TRUE(f.launcher.opened.empty());
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(),
+            "No manual found: there is no /opt/velt/Manual VELT-SA.pdf");
+  std::vector<std::string> wanted;
+  for (const std::string folder : {"/doc", "/opt/velt", "/here"}) {
+    for (const std::string name : {"&Manual VELT-SA", "Manual VELT-J Engine"}) {
+      const bool engine = name.starts_with("Manual");
+      wanted.push_back(folder + (engine ? "/Manual VELT-J.pdf" : "/Manual VELT-SA.pdf"));
+      f.files.files[wanted.back()] = "";
+      choose(name.c_str());
+    }
+  }
+  EXPECT_EQ(f.launcher.opened, wanted);
+
+  choose("Run &Java Spectrum Analyzer");
+  EXPECT_EQ(f.launcher.started.back(), "/opt/velt/Spectrum Analyzer.jar java -jar");
+  choose("Profile Manager...");
+  EXPECT_EQ(f.launcher.programs, std::vector<std::filesystem::path>{"/opt/velt/VELT-PM.exe"});
+  EXPECT_TRUE(f.prompts.told.empty());
+  f.launcher.programError = ENOENT;
+  choose("Profile Manager...");
+  EXPECT_EQ(f.prompts.told.back().text,
+            "Error runninf Profile Manager (2) No such file or directory");
+}
+
+}  // namespace
+}  // namespace velt
