@@ -77,6 +77,7 @@ void Startup::PrepareEngine() {
     form.mnuautos[1].enabled = false;
     form.mnurunzoka.enabled = false;
     form.mnuclosezoka.enabled = false;
+    form.mnurunSAjar.enabled = false;
     form.lblMode.enabled = false;
     return;
   }

@@ -67,7 +67,7 @@ struct EngineWalk : testing::Test {
   }
 };
 
-const std::vector<std::string> kRun{"Down", "Return"}, kClose{"Down", "Down", "Return"};
+const std::vector<std::string> kRun{"r"}, kClose{"c"};
 
 TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   const auto window = Start();

@@ -65,9 +65,13 @@ std::string WindowDriver::Search(const std::string& title) const {
 }
 
 void WindowDriver::Click(const Control& control) const {
+  ClickAt(control, control.place.Get().width / 2, 1);
+}
+
+void WindowDriver::ClickAt(const Control& control, int x, int button) const {
   const Rectangle place = control.place;
-  Tool({"mousemove", "--window", window_, std::to_string(place.left + place.width / 2),
-        std::to_string(place.top + place.height / 2), "click", "1"});
+  Tool({"mousemove", "--window", window_, std::to_string(place.left + x),
+        std::to_string(place.top + place.height / 2), "click", std::to_string(button)});
 }
 
 void WindowDriver::Press(const std::vector<std::string>& keys) const {

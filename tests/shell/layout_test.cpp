@@ -83,6 +83,93 @@ TEST_F(WindowTest, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
   EXPECT_EQ(focused, 3);
 }
 
+std::string TextOf(const std::vector<MenuEntry>& menu, const std::string& indent = "") {
+  std::string text;
+  for (const MenuEntry& entry : menu) {
+    text += indent + (entry.item == nullptr ? "-" : entry.item->caption.Get());
+    if (!entry.shortcut.empty()) text += " = " + entry.shortcut;
+    text += "\n" + TextOf(entry.entries, indent + " ");
+  }
+  return text;
+}
+
+TEST_F(WindowTest, TheMenusHoldWhatTheyAreKnownFor) {
+  EXPECT_EQ(TextOf(program->menus.options), R"(PTT
+ &TX
+ &RX
+Set TRX Frequency
+ 160m
+ 80m
+ 40m
+ 30m
+ 20m
+ 17m
+ 15m
+ 12m
+ 10m
+ 6m
+ &Enter Frequency...
+ -
+ Setup Frequencies Presets...
+ Setup Rig...
+-
+&Automation
+ Run VELT Engine
+ Close VELT Engine
+ Start Spectrum Analyzer at startup
+ Start VELT Engine at startup
+Spectrum Mode
+ Normal
+ Full Spectrum
+ Zoom Spectrum
+Stay on &top
+Spectrum Bars
+&Oscilloscope
+Remember Screen Size
+Absolute Grid Labels
+Dominant &Frequency Detection
+Arduino Frequency Counter Mode
+Expanded Rig Control View
+&Resolution
+ Normal
+ Median
+ Averaging
+ Minimum
+Edit User Colors...
+Window Scale
+ 100 %
+ 125 %
+ 150 %
+ 175 %
+ 200 %
+-
+Calibration and Customization... = F9
+-
+&OmniRig Configuration && Status...
+-
+E&xit menu
+)");
+  EXPECT_EQ(TextOf(program->menus.file), R"(&Open & Play Recordings...
+Spectrogram of a recording...
+Profile Manager...
+Browse BMP's...
+&Save BMP... = F2
+-
+Copy Spectrum to Clipboard = F5
+-
+&Run VELT Engine = F11
+&Close VELT Engine = F12
+-
+Run &Java Spectrum Analyzer
+-
+&Manual VELT-SA = F1
+Manual VELT-J Engine
+&About
+-
+Close VELT-SA 
+)");
+}
+
 TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
   Reachable(true);
   scheduler.RunPosted();
