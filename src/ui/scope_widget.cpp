@@ -3,6 +3,7 @@
 #include <QMouseEvent>
 #include <QPalette>
 #include <algorithm>
+#include <utility>
 
 namespace velt {
 namespace {
@@ -12,6 +13,7 @@ constexpr uint32_t kGridOpacity = 0x59000000U;
 constexpr uint32_t kHalo = 0x90FFFFFFU;
 constexpr uint32_t kCapEdge = 0xFFF0F4FFU;
 constexpr int kCapRows = 5;
+constexpr int kMovementPauseMs = 25;
 
 int ButtonOf(const QMouseEvent& event) {
   if (event.button() == Qt::LeftButton) return 1;
@@ -92,10 +94,25 @@ void ScopeWidget::Paint(Canvas& canvas) {
 }
 
 void ScopeWidget::mouseMoveEvent(QMouseEvent* event) {
-  if (const QPoint at = event->position().toPoint(); rect().contains(at)) moved.Raise(at.x());
+  const QPoint at = event->position().toPoint();
+  if (!rect().contains(at)) return;
+  movedTo_ = at.x();
+  if (!pause_.isActive()) TellMovement();
+}
+
+void ScopeWidget::timerEvent(QTimerEvent*) {
+  pause_.stop();
+  TellMovement();
+}
+
+void ScopeWidget::TellMovement() {
+  if (!movedTo_) return;
+  pause_.start(kMovementPauseMs, Qt::PreciseTimer, this);
+  moved.Raise(*std::exchange(movedTo_, std::nullopt));
 }
 
 void ScopeWidget::mousePressEvent(QMouseEvent* event) {
+  movedTo_.reset();
   if (const int button = ButtonOf(*event)) pressed.Raise(button, event->position().toPoint().x());
 }
 

@@ -1,9 +1,11 @@
 // The main display: the picture that the analysis made, with grid and marker lines over it.
 #pragma once
 
+#include <QBasicTimer>
 #include <QLine>
 #include <QVector>
 #include <functional>
+#include <optional>
 
 #include "event/event.h"
 #include "form/controls.h"
@@ -17,7 +19,8 @@ class ScopeWidget : public LiveWidget {
   // `picture` gives what the analysis drew last; it is asked whenever the widget paints itself.
   ScopeWidget(std::function<const Raster&()> picture, QWidget* parent);
 
-  // The mouse over the picture: x in logical pixels, buttons 1 left and 2 right.
+  // The mouse over the picture: x in logical pixels, buttons 1 left and 2 right. Movements are told
+  // as often as the picture changes; a mouse tells of up to a thousand a second.
   Event<int> moved;
   Event<int, int> pressed;
   Event<int> released;
@@ -27,6 +30,7 @@ class ScopeWidget : public LiveWidget {
 
  protected:
   void Paint(Canvas& canvas) override;
+  void timerEvent(QTimerEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
@@ -34,6 +38,8 @@ class ScopeWidget : public LiveWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  void TellMovement();
+
   // Lines of one colour (0xAARRGGBB), and the strokes that they are made of.
   class Lines {
    public:
@@ -49,6 +55,8 @@ class ScopeWidget : public LiveWidget {
   };
 
   std::function<const Raster&()> picture_;
+  QBasicTimer pause_;
+  std::optional<int> movedTo_;  // during the pause
   uint32_t frame_ = 0;
   uint32_t back_ = 0;
   Lines vertical_;

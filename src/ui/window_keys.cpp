@@ -44,7 +44,7 @@ bool WindowKeys::eventFilter(QObject* watched, QEvent* event) {
   }
   const auto* press = static_cast<QKeyEvent*>(event);
   if (const auto cursor = kCursorKeys.find(press->key()); cursor != kCursorKeys.end()) {
-    if (NeedsCursorKeys(QApplication::focusWidget())) return false;
+    if (NeedsCursorKeys(widget) || NeedsCursorKeys(QApplication::focusWidget())) return false;
     form_.keyDown.Raise(cursor->second);
     return true;
   }

@@ -56,7 +56,7 @@ TEST(ScreenReaderWalk, TheWindowIsReadAndTheRigKeyedThroughIt) {
       },
       seconds(8)))
       << peak;
-  EXPECT_EQ(heardAs("Peak "), "label");
+  EXPECT_EQ(heardAs("Peak "), "push button");
   EXPECT_EQ(heardAs("Sound source: Monitor of "), "label");
   const auto meter = reader.Find("S-meter");
   ASSERT_TRUE(meter);
