@@ -181,16 +181,19 @@ TEST_F(PointerTest, SnapshotsHoldTheWholeDisplay) {
   program->installation.dataFolder = "/data";
   files.folders.insert("/data/BMP");
   form.Scope.scaleWidth = 3;  // a row of nine bytes is filled up to twelve
-  form.Scope.scaleHeight = 2;
-  program->display.options.analysis.background = Colour(0x030201);
+  form.Scope.scaleHeight = 1;
+  program->display.tick.Timer1_Timer();
   form.StopButton.Click();
-  program->display.tick.ClearDisplay();
+  form.Scope.scaleHeight = 2;  // what is not drawn yet has the colour of the ground
+  program->display.options.analysis.background = Colour(0x030201);
   form.mnusavebmp.Click();
   EXPECT_EQ(form.lblMessage.caption.Get(), "Saving...\\BMP\\VELTSA_26-03-07_09.05.01.bmp....");
   const std::string bmp = files.files["/data/BMP/VELTSA_26-03-07_09.05.01.bmp"];
   ASSERT_EQ(bmp.size(), 54U + 24U);
   EXPECT_EQ(bmp.substr(0, 6), std::string("BM\x4E\0\0\0", 6));
-  EXPECT_EQ(bmp.substr(54, 12), std::string("\3\2\1\3\2\1\3\2\1\0\0\0", 12));
+  const std::string ground("\3\2\1\3\2\1\3\2\1\0\0\0", 12);
+  EXPECT_EQ(bmp.substr(54, 12), ground) << "the lowest row comes first";
+  EXPECT_NE(bmp.substr(66, 12), ground);
   EXPECT_EQ(files.files["/data/BMP/VELTSA_26-03-07_09.05.01.png"], "3");
 
   form.mnuzokamodes[1].Click();
