@@ -216,7 +216,7 @@ void MainWindow::BindMessages() {
   binder_.Bind(form_.lblDelta, MakePassiveLabel(kTextPixels, false, Qt::AlignRight),
                {.name = "Offset of the cursor in tens of hertz: %1",
                 .toolTip = "Sound frequency under the cursor, in tens of hertz"});
-  binder_.Bind(form_.lblCursor, MakePassiveLabel(kTextPixels, true, Qt::AlignRight),
+  binder_.Bind(form_.lblCursor, MakePassiveLabel(kTextPixels, false, Qt::AlignRight),
                {.name = "Radio frequency under the cursor in kHz: %1",
                 .toolTip = "Radio frequency under the cursor, in kHz"});
   auto* message = binder_.Bind(
