@@ -66,7 +66,22 @@ EngineControls::EngineControls(Form& form)
       tmrCheckZOKA(form, 600) {}
 
 PanelControls::PanelControls(Form& form)
-    : mnuExpandedRigControl(form, "Expanded Rig Control View"),
+    : picExpand(form),
+      optBandsFreq(form, {{0, ""},
+                          {1, ""},
+                          {2, ""},
+                          {3, ""},
+                          {4, ""},
+                          {5, ""},
+                          {6, ""},
+                          {7, ""},
+                          {8, ""},
+                          {9, ""}}),
+      optDefFreqs(form, {{0, ""}, {1, ""}, {2, ""}, {3, ""}, {4, ""}, {5, ""}}),
+      cmdFreqSteps(form, {{0, "-10"}, {1, "-1k"}, {2, "-1M"}, {3, "+1M"}, {4, "+1k"}, {5, "+10"}}),
+      txtManualFrequency(form),
+      cmdokman(form, "Set"),
+      mnuExpandedRigControl(form, "Expanded Rig Control View"),
       mnuSetupBands(form, "Setup Frequencies Presets..."),
       cmbPresetMode(form) {}
 

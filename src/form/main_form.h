@@ -95,6 +95,12 @@ struct EngineControls {
 // Of the expanded panel, and what opens the presets.
 struct PanelControls {
   explicit PanelControls(Form& form);
+  Image picExpand;                          // the panel's ground
+  ControlArray<OptionButton> optBandsFreq;  // the bands' titles
+  ControlArray<OptionButton> optDefFreqs;   // the selected band's presets in kHz
+  ControlArray<Button> cmdFreqSteps;
+  TextBox txtManualFrequency;  // kHz
+  Button cmdokman;             // takes what is typed there
   MenuItem mnuExpandedRigControl;
   MenuItem mnuSetupBands;
   ListBox cmbPresetMode;  // the selected preset's mode

@@ -47,6 +47,7 @@ const std::string& PresetTable::Cell(int32_t band, int32_t column) const {
 }
 
 void PresetTable::PresetDefaults() {
+  PresetModeList = "CW,USB,LSB,AM,FM,DRM";
   for (int32_t band = 0; band < kBands; ++band) {
     const BandDefault& defaults = kBandDefaults[static_cast<size_t>(band)];
     Cell(band, kTitle) = defaults.title;
