@@ -138,7 +138,11 @@ struct ListBox : Control {
 struct TextBox : Control {
   explicit TextBox(Form& form) : Control(form), text(*this, {}) {}
   Property<std::string> text;
-  Event<> edited;  // by the user
+  Event<> edited;   // by the user
+  Event<> entered;  // by the Enter key
+  void UserEnter() const {
+    if (enabled) entered.Raise();
+  }
   void UserText(const std::string& typed) {
     if (!enabled) return;
     text = typed;

@@ -294,6 +294,7 @@ QLineEdit* FormBinder::Bind(TextBox& control, QLineEdit* widget, const Words& wo
                             Typing typing) {
   auto* text = new TextBinding(control, *widget, typing, this);
   texts_.push_back(text);
+  connect(widget, &QLineEdit::returnPressed, this, [&control] { control.UserEnter(); });
   Mirror(control, widget, words);
   Watch(control, [text] { text->Show(); });
   return widget;

@@ -16,6 +16,7 @@
 #include "ui/lamp_widget.h"
 #include "ui/meter_widget.h"
 #include "ui/on_screen.h"
+#include "ui/panel_view.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/scale_strip.h"
@@ -98,6 +99,7 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   // Made in the order in which Tab walks through them.
   BindTopRow();
   BindDisplay(std::move(picture));
+  BindPanel(binder_, form_, this);
   BindMessages();
   binder_.Watch(form_.Window, [this] { ShowWindowState(); });
   new WindowKeys(form_.Window, this);
@@ -136,6 +138,10 @@ void MainWindow::BindTopRow() {
   peak->SetSpokenRole(QAccessible::Button);
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
                {"Waterfall", "Waterfall instead of the spectrum"});
+  auto* expand = new MenuButton(this);
+  expand->setCheckable(true);
+  binder_.Bind(form_.chkExpand, expand,
+               {"Rig control panel", "Shows or hides the rig control panel"});
 }
 
 void MainWindow::BindCatButton() {
