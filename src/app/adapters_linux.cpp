@@ -12,6 +12,7 @@
 #include "adapters/logind/logind_sleep_lock.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
+#include "adapters/qt/qt_colour_chooser.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_prompts.h"
@@ -102,12 +103,14 @@ class LinuxAdapters : public Adapters {
             .settings = *settings_,
             .system = system_,
             .prompts = *prompts_,
+            .colours = colours_,
             .launcher = launcher_,
             .lock = lock_,
             .log = log_};
   }
 
   void SetOwner(QWidget* owner) override {
+    colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
   }
 
@@ -122,6 +125,7 @@ class LinuxAdapters : public Adapters {
   LocalClock clock_;
   DiskFiles files_;
   LinuxSystemInfo system_;
+  QtColourChooser colours_;
   QtLauncher launcher_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;

@@ -15,7 +15,6 @@ MainDisplay::MainDisplay(const Parts& parts)
       appearance({.scope = parts.form.Scope,
                   .window = parts.window,
                   .options = options,
-                  .colours = colours,
                   .engine = parts.engine}),
       parts_(parts) {
   DisplayControls& form = parts_.form;
@@ -34,7 +33,13 @@ MainDisplay::MainDisplay(const Parts& parts)
 void MainDisplay::Refresh() {
   graticule.Place(options.analysis.zokaMode, parts_.form.mnusettings[4].checked,
                   options.analysis.waterfall);
-  appearance.Opmaak();
+  appearance.Opmaak(ShownColours());
+}
+
+void MainDisplay::TryColours(const std::optional<DisplayColours>& tried) {
+  tried_ = tried;
+  Refresh();
+  tick.DrawAgain();
 }
 
 void MainDisplay::ApplyBorderRule() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "audio/capture.h"
 #include "display/analysis_tick.h"
@@ -29,6 +30,7 @@ class MainDisplay {
   };
   explicit MainDisplay(const Parts& parts);
 
+  // As they are kept with the settings.
   DisplayColours colours;
   DisplayOptions options;
   AnalysisTick tick;
@@ -37,6 +39,10 @@ class MainDisplay {
 
   // Brings scale, lines and colours in step with the options and the display's place.
   void Refresh();
+
+  // Shows other colours than those that are kept, at once; empty: those that are kept again.
+  void TryColours(const std::optional<DisplayColours>& tried);
+  const DisplayColours& ShownColours() const { return tried_ ? *tried_ : colours; }
 
   // Sizeable border while the screen size is remembered, else a fixed one.
   void ApplyBorderRule();
@@ -47,6 +53,7 @@ class MainDisplay {
 
  private:
   Parts parts_;
+  std::optional<DisplayColours> tried_;
   Connections connections_;
 };
 

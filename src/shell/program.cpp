@@ -75,6 +75,9 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .rig = rig.state,
                .engine = rig.engine,
                .statusFile = rig.statusFile}),
+      colorDialog(
+          form.mnueditcolorshemes,
+          {.form = colorsForm, .display = display, .onTop = onTop, .chooser = ports.colours}),
       layout(form, display),
       scale(form, ports.prompts),
       settings({.form = form,
@@ -113,6 +116,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .log = ports.log}),
       shutdown({.form = form,
                 .capture = capture,
+                .colorDialog = colorDialog,
                 .settings = settings,
                 .layout = layout,
                 .rig = rig,

@@ -7,10 +7,12 @@
 #include "dialogs/message_line.h"
 #include "dialogs/message_window.h"
 #include "dialogs/notices.h"
+#include "display/color_dialog.h"
 #include "display/main_display.h"
 #include "engine/engine_process.h"
 #include "engine/key_runner.h"
 #include "engine/operator_commands.h"
+#include "form/colors_form.h"
 #include "form/main_form.h"
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
@@ -48,6 +50,7 @@ class Program {
     SettingsStore& settings;
     SystemInfo& system;
     Prompts& prompts;
+    ColourChooser& colours;
     Launcher& launcher;
     InstanceLock& lock;
     Log& log;
@@ -60,6 +63,7 @@ class Program {
   const RunSetup setup;
   Main form;
   OmniRigForm catForm;
+  ColorsForm colorsForm;
   MessageForm messageForm;
   Installation installation;
   CarriedSettings carried;
@@ -76,6 +80,7 @@ class Program {
   BandMenu bandMenu;
   Capture capture;
   MainDisplay display;
+  ColorDialog colorDialog;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

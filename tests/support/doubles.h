@@ -140,6 +140,19 @@ struct FakePrompts : Prompts {
   }
 };
 
+struct FakeColourChooser : ColourChooser {
+  std::string title;  // of the open one; empty: none is open
+  uint32_t initial = 0;
+  std::function<void(std::optional<uint32_t>)> choose;
+  void Pick(const std::string& of, uint32_t colour,
+            std::function<void(std::optional<uint32_t>)> chosen) override {
+    title = of;
+    initial = colour;
+    choose = std::move(chosen);
+  }
+  void Drop() override { title.clear(); }
+};
+
 struct FakeSystem : SystemInfo {
   std::optional<SystemVersion> Version() const override { return SystemVersion{5, 1, ""}; }
   std::string SystemFolder() const override { return "/windows"; }
@@ -238,6 +251,7 @@ struct ProgramFixture {
   FakeStore store;
   FakeSystem system;
   FakePrompts prompts;
+  FakeColourChooser chooser;
   FakeLauncher launcher;
   FakeLock lock;
   FakeLog log;
@@ -273,6 +287,7 @@ struct ProgramFixture {
                                                        .settings = store,
                                                        .system = system,
                                                        .prompts = prompts,
+                                                       .colours = chooser,
                                                        .launcher = launcher,
                                                        .lock = lock,
                                                        .log = log},
