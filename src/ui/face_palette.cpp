@@ -8,7 +8,6 @@ namespace {
 
 constexpr double kReadable = 4.5;
 constexpr double kPale = 3.0;  // what is off, but still to be read
-constexpr double kSeen = 1.8;  // what is no text
 
 double Linear(float component) {
   return component <= 0.04045F ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
@@ -27,11 +26,40 @@ QColor PaleInk(const QColor& ink, const QColor& face) {
   return Between(ink, face, std::max(share, 0.0));
 }
 
+// What Qt's own style makes of a button's colour, in the middle where its text is.
+QColor Styled(const QColor& button) {
+  const QColor lighter = button.lighter(100 + std::max(1, (180 - qGray(button.rgb())) / 6));
+  return QColor::fromHsvF(std::max(lighter.hueF(), 0.0F), lighter.saturationF() * 0.75F,
+                          lighter.valueF())
+      .lighter(110);
+}
+
+// Edges are made by darkening: on a dark face a button has to be lighter to be seen, or else
+// darker, as long as its text is read.
+QColor ButtonOn(const QColor& face, const QColor& ink) {
+  if (ink == Qt::black) return face;
+  for (const double lighter : {0.18, 0.1}) {
+    const QColor button = Between(face, Qt::white, lighter);
+    if (Contrast(ink, Styled(button)) >= kReadable) return button;
+  }
+  double darker = 0;
+  QColor button = face;
+  while (darker < 1 && Contrast(ink, Styled(button)) < kReadable) {
+    darker += 0.1;
+    button = Between(face, Qt::black, darker);
+  }
+  return button;
+}
+
 }  // namespace
 
 double Contrast(const QColor& one, const QColor& other) {
   const auto [less, more] = std::minmax({Luminance(one), Luminance(other)});
   return (more + 0.05) / (less + 0.05);
+}
+
+bool IsSeen(const QColor& one, const QColor& other) {
+  return Contrast(one, other) >= 1.8;
 }
 
 QColor InkOn(const QColor& face) {
@@ -47,9 +75,7 @@ QColor Between(const QColor& from, const QColor& to, double share) {
 QPalette FacePalette(const QColor& face) {
   const QColor ink = InkOn(face);
   const bool dark = ink == Qt::white;
-  // Edges are made by darkening; on a dark face a button has to be lighter to be seen.
-  QColor button = dark ? Between(face, Qt::white, 0.12) : face;
-  if (Contrast(ink, button) < kReadable) button = Between(face, Qt::black, 0.2);
+  const QColor button = ButtonOn(face, ink);
 
   QPalette colours;
   colours.setColor(QPalette::Window, face);
@@ -66,7 +92,7 @@ QPalette FacePalette(const QColor& face) {
     colours.setColor(QPalette::Disabled, role, PaleInk(ink, below));
   }
   colours.setColor(QPalette::PlaceholderText, PaleInk(ink, face));
-  if (Contrast(colours.color(QPalette::Highlight), face) < kSeen) {
+  if (!IsSeen(colours.color(QPalette::Highlight), face)) {
     colours.setColor(QPalette::Highlight, ink);
     colours.setColor(QPalette::HighlightedText, face);
   }

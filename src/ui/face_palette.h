@@ -10,6 +10,9 @@ namespace velt {
 // How well one colour is seen on another, by their luminances: 1 (not at all) to 21.
 double Contrast(const QColor& one, const QColor& other);
 
+// Whether a symbol or an edge of one colour is seen on the other.
+bool IsSeen(const QColor& one, const QColor& other);
+
 // Black or white, whichever is read better on that.
 QColor InkOn(const QColor& face);
 

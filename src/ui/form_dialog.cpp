@@ -2,6 +2,7 @@
 
 #include <QScreen>
 
+#include "ui/on_screen.h"
 #include "ui/qt_text.h"
 
 namespace velt {
@@ -41,11 +42,17 @@ void FormDialog::PlaceBesideParent() {
   const QRect main = parentWidget()->frameGeometry();
   const int titleBar = parentWidget()->geometry().top() - main.top();
   const QSize wanted = size() + QSize(0, titleBar);
-  const QRect screen = parentWidget()->screen()->availableGeometry();
+  const QVector<QRect> screen{parentWidget()->screen()->availableGeometry()};
+  int leastHidden = main.width() * main.height();
   for (const QPoint place :
        {main.bottomLeft() + QPoint(0, 1), main.topLeft() - QPoint(0, wanted.height() + 1),
         main.topRight() + QPoint(1, 0), main.topLeft() - QPoint(wanted.width() + 1, 0)}) {
-    if (screen.contains({place, wanted})) return move(place);
+    const QRect possible = BroughtOnScreen({place, wanted}, screen);
+    const QRect hides = possible & main;
+    const int hidden = hides.width() * hides.height();
+    if (hidden >= leastHidden) continue;
+    leastHidden = hidden;
+    move(possible.topLeft());
   }
 }
 

@@ -18,13 +18,11 @@ void PaletteStrip::SetColours(const std::vector<uint32_t>& colours) {
 
 void PaletteStrip::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  if (!colours_.empty()) {
-    const QImage row(reinterpret_cast<const uchar*>(colours_.data()),
-                     static_cast<int>(colours_.size()), 1, QImage::Format_RGB32);
-    painter.drawImage(QRectF(rect()), row);
-  }
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.fillRect(rect(), palette().color(QPalette::Mid));
+  if (colours_.empty()) return;
+  const QImage row(reinterpret_cast<const uchar*>(colours_.data()),
+                   static_cast<int>(colours_.size()), 1, QImage::Format_RGB32);
+  painter.drawImage(QRectF(rect().adjusted(1, 1, -1, -1)), row);
 }
 
 }  // namespace velt

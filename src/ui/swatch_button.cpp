@@ -29,12 +29,11 @@ QSize SwatchButton::sizeHint() const {
 void SwatchButton::paintEvent(QPaintEvent* event) {
   QPushButton::paintEvent(event);
   QPainter painter(this);
-  const QColor colour = colour_ == 0 ? palette().color(QPalette::Button) : QColor::fromRgb(colour_);
+  const QColor face = palette().color(QPalette::Button);
+  const QRect box = rect().adjusted(kEdge, kEdge, -kEdge, -kEdge);
   // Seen whatever the colour is.
-  painter.setPen(
-      Between(palette().color(QPalette::Button), InkOn(palette().color(QPalette::Button)), 0.6));
-  painter.setBrush(colour);
-  painter.drawRect(rect().adjusted(kEdge, kEdge, -kEdge - 1, -kEdge - 1));
+  painter.fillRect(box, Between(face, InkOn(face), 0.6));
+  painter.fillRect(box.adjusted(1, 1, -1, -1), colour_ == 0 ? face : QColor::fromRgb(colour_));
 }
 
 }  // namespace velt
