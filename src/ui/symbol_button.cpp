@@ -33,9 +33,13 @@ void SymbolButton::paintEvent(QPaintEvent*) {
   const QColor ink =
       palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText);
   const auto coloured = [&](const QColor& colour) {
-    const bool isSeen = IsSeen(colour, palette().color(QPalette::Button)) &&
-                        IsSeen(colour, palette().color(QPalette::Window));
-    return isEnabled() && isSeen ? colour : ink;
+    for (const QColor& shade : {colour, colour.lighter(150)}) {
+      if (isEnabled() && IsSeen(shade, palette().color(QPalette::Button)) &&
+          IsSeen(shade, palette().color(QPalette::Window))) {
+        return shade;
+      }
+    }
+    return ink;
   };
   switch (symbol_) {
     case Symbol::Play:
