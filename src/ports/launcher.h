@@ -14,6 +14,10 @@ class Launcher {
   // Opens a file path, a web address or a mail link with its default program. Failures are ignored.
   virtual void OpenDocument(const std::string& target) = 0;
 
+  // Starts a program; its folder becomes its current directory, and it outlives this one. Returns
+  // the system's error number, 0 for success.
+  virtual int StartProgram(const std::filesystem::path& program) = 0;
+
   enum class Start {
     Started,
     NoProgram,  // there is none for this kind of document, and the command was not found either

@@ -124,6 +124,12 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                {.prompts = ports.prompts, .scheduler = ports.scheduler}),
       manual({.form = form, .installation = installation, .messages = messages},
              {.files = ports.files, .launcher = ports.launcher}),
+      aboutBox({.form = aboutForm,
+                .mainForm = form,
+                .installation = installation,
+                .platform = platform,
+                .onTop = onTop},
+               {.system = ports.system, .launcher = ports.launcher, .prompts = ports.prompts}),
       menus(form),
       menuOpener(
           {.form = form, .menus = menus, .options = display.options, .prompts = ports.prompts}),

@@ -12,6 +12,7 @@
 #include "engine/engine_process.h"
 #include "engine/key_runner.h"
 #include "engine/operator_commands.h"
+#include "form/about_form.h"
 #include "form/colors_form.h"
 #include "form/main_form.h"
 #include "form/message_form.h"
@@ -23,6 +24,7 @@
 #include "presets/band_menu.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
+#include "shell/about_box.h"
 #include "shell/manual.h"
 #include "shell/menus.h"
 #include "shell/rig_reporter.h"
@@ -64,6 +66,7 @@ class Program {
   Main form;
   OmniRigForm catForm;
   ColorsForm colorsForm;
+  AboutForm aboutForm;
   MessageForm messageForm;
   Installation installation;
   CarriedSettings carried;
@@ -88,6 +91,7 @@ class Program {
   Startup startup;
   Shutdown shutdown;
   Manual manual;
+  AboutBox aboutBox;
   Menus menus;
   MenuOpener menuOpener;
 

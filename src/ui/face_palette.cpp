@@ -40,11 +40,11 @@ QColor ButtonOn(const QColor& face, const QColor& ink) {
   if (ink == Qt::black) return face;
   for (const double lighter : {0.18, 0.1}) {
     const QColor button = Between(face, Qt::white, lighter);
-    if (Contrast(ink, Styled(button)) >= kReadable) return button;
+    if (IsRead(ink, Styled(button))) return button;
   }
   double darker = 0;
   QColor button = face;
-  while (darker < 1 && Contrast(ink, Styled(button)) < kReadable) {
+  while (darker < 1 && !IsRead(ink, Styled(button))) {
     darker += 0.1;
     button = Between(face, Qt::black, darker);
   }
@@ -60,6 +60,10 @@ double Contrast(const QColor& one, const QColor& other) {
 
 bool IsSeen(const QColor& one, const QColor& other) {
   return Contrast(one, other) >= 1.8;
+}
+
+bool IsRead(const QColor& one, const QColor& other) {
+  return Contrast(one, other) >= kReadable;
 }
 
 QColor InkOn(const QColor& face) {

@@ -13,6 +13,9 @@ double Contrast(const QColor& one, const QColor& other);
 // Whether a symbol or an edge of one colour is seen on the other.
 bool IsSeen(const QColor& one, const QColor& other);
 
+// Whether a text of one colour is read on the other.
+bool IsRead(const QColor& one, const QColor& other);
+
 // Black or white, whichever is read better on that.
 QColor InkOn(const QColor& face);
 

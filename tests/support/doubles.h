@@ -162,11 +162,26 @@ struct FakeSystem : SystemInfo {
   std::string RegistryString(RegistryRoot, const std::string&, const std::string&) const override {
     return "";
   }
+  std::map<std::string, RegistryValue> registry;  // by key and name: "KEY\\NAME"
+  std::optional<RegistryValue> RegistryData(RegistryRoot, const std::string& subkey,
+                                            const std::string& name) const override {
+    const auto found = registry.find(subkey + "\\" + name);
+    return found == registry.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::filesystem::path tool;
+  std::filesystem::path InformationTool() const override { return tool; }
 };
 
 struct FakeLauncher : Launcher {
   std::vector<std::string> opened;
   void OpenDocument(const std::string& target) override { opened.push_back(target); }
+
+  std::vector<std::filesystem::path> programs;
+  int programError = 0;
+  int StartProgram(const std::filesystem::path& program) override {
+    programs.push_back(program);
+    return programError;
+  }
 
   // Documents to be started, with the command for want of a program; answered by the test.
   std::vector<std::string> started;

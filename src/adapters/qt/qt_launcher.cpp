@@ -1,5 +1,7 @@
 #include "adapters/qt/qt_launcher.h"
 
+#include <unistd.h>
+
 #include <QDesktopServices>
 #include <QFile>
 #include <QMimeDatabase>
@@ -7,6 +9,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
+#include <cerrno>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -49,6 +53,14 @@ Launcher::Start StartDetached(const QString& program, const QStringList& argumen
 
 void QtLauncher::OpenDocument(const std::string& target) {
   QDesktopServices::openUrl(QUrl::fromUserInput(QString::fromStdString(target)));
+}
+
+int QtLauncher::StartProgram(const std::filesystem::path& program) {
+  // Qt does not tell why a program could not be started.
+  if (access(program.c_str(), X_OK) != 0) return errno;
+  if (std::filesystem::is_directory(program)) return EACCES;
+  const QString folder = ToQtPath(program.parent_path());
+  return StartDetached(ToQtPath(program), {}, folder) == Start::Started ? 0 : ENOEXEC;
 }
 
 void QtLauncher::StartDocument(const std::filesystem::path& document,
