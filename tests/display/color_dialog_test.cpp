@@ -75,6 +75,7 @@ TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
   form.cmdDefaults.Click();
   EXPECT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
   form.cmdCancel.Click();
+  EXPECT_TRUE(Shows(0xFF302010, 0xFF302013));
   Open();
   form.cmdColor[5].Click();
   chooser.pointedAt.Raise(0xFF777777);
