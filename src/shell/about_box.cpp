@@ -66,7 +66,7 @@ std::filesystem::path AboutBox::InformationTool() const {
     return TextPath(found);
   }
   if (parts_.platform.GetKeyValue(RegistryRoot::LocalMachine, kToolFolderKey, "MSINFO", found)) {
-    const std::filesystem::path tool = TextPath(found + "\\MSINFO32.EXE");
+    std::filesystem::path tool = TextPath(found + "\\MSINFO32.EXE");
     if (parts_.platform.FileExists(tool)) return tool;
   }
   return ports_.system.InformationTool();

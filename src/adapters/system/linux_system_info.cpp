@@ -60,7 +60,7 @@ std::filesystem::path LinuxSystemInfo::InformationTool() const {
   for (const char* tool : {"hardinfo2", "hardinfo", "kinfocenter", "mate-system-monitor",
                            "gnome-system-monitor", "lshw-gtk"}) {
     for (const std::filesystem::path& folder : places) {
-      const std::filesystem::path program = folder / tool;
+      std::filesystem::path program = folder / tool;
       if (::access(program.c_str(), X_OK) == 0) return program;
     }
   }
