@@ -2,11 +2,9 @@
 #include "ui/colors_window.h"
 
 #include <QColorDialog>
-#include <QPushButton>
 
 #include "adapters/qt/qt_colour_chooser.h"
 #include "ui/face_palette.h"
-#include "ui/palette_strip.h"
 #include "ui/window_fixture.h"
 
 namespace velt {
@@ -56,61 +54,37 @@ TEST_F(ColorsWindowTest, ItIsReadSeenAndWorkedByKeyboard) {
   EXPECT_EQ(program->display.colours.spectrum, 0x00FFFF);
 }
 
-TEST_F(ColorsWindowTest, ThePlatformsChooserTellsAndBlocksNothing) {
+TEST_F(ColorsWindowTest, ThePlatformsChooserBlocksNothingAndIsDroppedUncalled) {
   QtColourChooser own;
-  own.SetOwner(&window);
   std::string heard;
-  const Connection pointed =
-      own.pointedAt.Listen([&](uint32_t c) { heard += std::to_string(c & 0xFF) + ";"; });
   const auto pick = [&] {
-    own.Pick("Grid", 0xFF000001, [&](std::optional<uint32_t> c) {
-      heard += c ? "chose " + std::to_string(*c & 0xFF) + ";" : "cancelled;";
-    });
+    own.Pick("Grid", 0xFF000001, [&](auto colour) { heard += colour ? "chose" : "cancelled"; });
     Turn();
-    QColorDialog* open = nullptr;
-    for (auto* each : window.findChildren<QColorDialog*>()) {
-      if (each->isVisible()) open = each;
-    }
-    return open;
+    return dynamic_cast<QColorDialog*>(QApplication::activeWindow());
   };
   QColorDialog* open = pick();
-  ASSERT_NE(open, nullptr);
-  EXPECT_FALSE(open->isModal());
-  EXPECT_EQ(open->currentColor(), QColor(0, 0, 1));
-  open->setCurrentColor(QColor(0, 0, 2));
-  open->accept();
-  Turn();
-  pick()->close();
-  Turn();
-  open = pick();
+  ASSERT_TRUE(open != nullptr && !open->isModal() && open->currentColor() == QColor(0, 0, 1));
+  open->close();
+  ASSERT_NE(pick(), nullptr);
   own.Drop();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_EQ(window.findChildren<QColorDialog*>().size(), 0);
-  EXPECT_EQ(heard, "2;chose 2;cancelled;");
+  EXPECT_EQ(dynamic_cast<QColorDialog*>(QApplication::activeWindow()), nullptr);
+  EXPECT_EQ(heard, "cancelled");
 }
 
 TEST(FacePalette, EveryTextIsReadOnEveryFace) {
-  for (int red = 0; red < 256; red += 51) {
-    for (int green = 0; green < 256; green += 51) {
-      for (int blue = 0; blue < 256; blue += 51) {
-        const QColor face(red, green, blue);
-        const QPalette colours = FacePalette(face);
-        SCOPED_TRACE(face.name().toStdString());
-        const auto contrast = [&](QPalette::ColorGroup group, QPalette::ColorRole text,
-                                  QPalette::ColorRole below) {
-          return Contrast(colours.color(group, text), colours.color(group, below));
-        };
-        for (const auto& [text, below] : {std::pair{QPalette::WindowText, QPalette::Window},
-                                          {QPalette::ButtonText, QPalette::Button},
-                                          {QPalette::Text, QPalette::Base}}) {
-          EXPECT_GE(contrast(QPalette::Active, text, below), 4.5);
-          EXPECT_GE(contrast(QPalette::Disabled, text, below), 2.9);
-          EXPECT_LT(contrast(QPalette::Disabled, text, below),
-                    contrast(QPalette::Active, text, below));
-        }
-        EXPECT_TRUE(IsSeen(colours.color(QPalette::Highlight), face));
-      }
+  for (int shade = 0; shade < 216; ++shade) {
+    const QColor face(shade / 36 * 51, shade / 6 % 6 * 51, shade % 6 * 51);
+    const QPalette colours = FacePalette(face);
+    SCOPED_TRACE(face.name().toStdString());
+    for (const auto& [text, below] : {std::pair{QPalette::WindowText, QPalette::Window},
+                                      {QPalette::ButtonText, QPalette::Button},
+                                      {QPalette::Text, QPalette::Base}}) {
+      const double read = Contrast(colours.color(text), colours.color(below));
+      const double pale = Contrast(colours.color(QPalette::Disabled, text), colours.color(below));
+      EXPECT_GE(read, 4.5);
+      EXPECT_TRUE(pale >= 2.9 && pale < read) << pale;
     }
+    EXPECT_TRUE(IsSeen(colours.color(QPalette::Highlight), face));
   }
 }
 
