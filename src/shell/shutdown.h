@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "audio/capture.h"
+#include "display/color_dialog.h"
 #include "engine/engine_process.h"
 #include "form/main_form.h"
 #include "ports/prompts.h"
@@ -20,6 +21,7 @@ class Shutdown {
   struct Parts {
     Main& form;
     Capture& capture;
+    ColorDialog& colorDialog;
     Settings& settings;
     WindowLayout& layout;
     Rig& rig;
