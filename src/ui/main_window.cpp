@@ -99,9 +99,17 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   BindDisplay(std::move(picture));
   BindMessages();
   binder_.Watch(form_.Window, [this] { ShowWindowState(); });
-  auto* help = new QShortcut(Qt::Key_F1, this);
-  help->setContext(Qt::ApplicationShortcut);
-  connect(help, &QShortcut::activated, this, [this] { form_.mnumanual.Click(); });
+  // The manual helps in every window.
+  BindKey(Qt::Key_F1, form_.mnumanual).setContext(Qt::ApplicationShortcut);
+  BindKey(Qt::Key_F11, form_.mnurunzoka);
+  BindKey(Qt::Key_F12, form_.mnuclosezoka);
+}
+
+QShortcut& MainWindow::BindKey(Qt::Key key, const MenuItem& item) {
+  auto* shortcut = new QShortcut(key, this);
+  shortcut->setAutoRepeat(false);
+  connect(shortcut, &QShortcut::activated, this, [&item] { item.Click(); });
+  return *shortcut;
 }
 
 void MainWindow::BindTopRow() {

@@ -8,6 +8,8 @@
 #include "spectrum/raster.h"
 #include "ui/form_binder.h"
 
+class QShortcut;
+
 namespace velt {
 
 class MainWindow : public QWidget {
@@ -31,6 +33,8 @@ class MainWindow : public QWidget {
   void changeEvent(QEvent* event) override;
 
  private:
+  // The key that the menu shows beside the item.
+  QShortcut& BindKey(Qt::Key key, const MenuItem& item);
   void BindTopRow();
   void BindCatButton();
   void BindDisplay(std::function<const Raster&()> picture);
