@@ -1,4 +1,5 @@
-// A CAT server that answers one client at once and notes when each command to set something arrived.
+// A CAT server that answers one client at once and notes when each command to set something
+// arrived.
 #pragma once
 
 #include <arpa/inet.h>

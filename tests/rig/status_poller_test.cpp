@@ -55,6 +55,12 @@ TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
     EXPECT_EQ(WritesOf(1), Texts{}) << "it may be the beginning of a number";
     files.files[file] = "off\n7074000";
     EXPECT_EQ(WritesOf(3), Texts{"Freq 7074000"});
+    files.files[file] = "off\n7050000";
+    ++files.number;
+    EXPECT_EQ(WritesOf(1), Texts{}) << "at once it is not sure";
+    scheduler.Advance(WatchedFile::kSecondLook);
+    EXPECT_EQ(writes1.Take(), Texts{"Freq 7050000"})
+        << "a file that was replaced is looked at twice";
   }
   files.writable = false;
   Transmitter("off", "7050000");
