@@ -24,6 +24,7 @@ struct Installation {
   ProgramVersion version;
   std::filesystem::path programFolder;
   std::filesystem::path engineFolder;
+  bool engineFolderNamed = false;  // by somebody who expects the engine there
   std::filesystem::path dataFolder;
   std::filesystem::path omniRigFolder;
   bool enginePresent = false;

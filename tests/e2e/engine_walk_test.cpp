@@ -40,7 +40,7 @@ struct EngineWalk : testing::Test {
     environment.push_back("PATH=" + programs.Path().string());
     return std::make_unique<WindowDriver>(
         std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder",
-                                 folder.Path().string()},
+                                 std::filesystem::relative(folder.Path()).string()},
         environment, home);
   }
   static int EngineId() {
