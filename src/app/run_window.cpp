@@ -21,6 +21,13 @@
 namespace velt {
 namespace {
 
+// The engine is started in its folder, from where another one's path would lead elsewhere.
+std::filesystem::path FromEverywhere(const std::filesystem::path& folder) {
+  std::error_code error;
+  const std::filesystem::path whole = std::filesystem::absolute(folder, error);
+  return error ? folder : whole.lexically_normal();
+}
+
 Installation Where(const Options& options) {
   Installation where;
   where.version = {VELT_VERSION_MAJOR, VELT_VERSION_MINOR, VELT_VERSION_REVISION};
@@ -36,6 +43,8 @@ Installation Where(const Options& options) {
   } else {
     where.engineFolder = where.programFolder;
   }
+  where.engineFolderNamed = where.engineFolder != where.programFolder;
+  where.engineFolder = FromEverywhere(where.engineFolder);
   where.engineTitle = options.engineTitle;
   return where;
 }

@@ -13,7 +13,7 @@ enum class NoticeKind {
   Transmitter,   // it may be on although nobody wants it
   Transmission,  // one was ended without being asked
   Sound,
-  Engine,  // its window cannot be controlled in this session
+  Engine,  // it is missing, or its window is, or cannot be controlled in this session
 };
 
 class Notices {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "text/paths.h"
+
 namespace velt {
 
 EngineProcess::EngineProcess(const Parts& parts, const Ports& ports)
@@ -26,12 +28,18 @@ uint32_t EngineProcess::DetectProgWindow(const std::string& title) const {
 }
 
 void EngineProcess::Begin() {
-  if (!parts_.installation.enginePresent) return;
-  if (const std::string why = ports_.window.Unavailable(); !why.empty()) {
-    ports_.log.Write(LogLevel::Warning, "velt.engine", why);
-    parts_.notices.Raise(NoticeKind::Engine, why);
+  const Installation& installation = parts_.installation;
+  if (!installation.enginePresent) {
+    if (!installation.engineFolderNamed) return;
+    return Warn("No velt.jar in " + PathText(installation.engineFolder) + ".");
   }
+  if (const std::string why = ports_.window.Unavailable(); !why.empty()) Warn(why);
   tmrCheckZOKA_Timer();
+}
+
+void EngineProcess::Warn(const std::string& problem) {
+  ports_.log.Write(LogLevel::Warning, "velt.engine", problem);
+  parts_.notices.Raise(NoticeKind::Engine, problem);
 }
 
 void EngineProcess::mnurunzoka_Click() {
@@ -50,6 +58,7 @@ void EngineProcess::Start() {
     started_ = ports_.scheduler.Now();
     parts_.form.Timer3.enabled = true;
     parts_.messageWindow.Show();
+    parts_.notices.Over(NoticeKind::Engine);
   }
   ports_.launcher.StartDocument(parts_.installation.engineFolder / "velt.jar", {"java", "-jar"},
                                 [this, alive = std::weak_ptr(alive_)](Launcher::Start start) {
@@ -90,9 +99,8 @@ void EngineProcess::Timer3_Timer() {
   if (started_ && ports_.scheduler.Now() - *started_ < kStartLimit) return;
   EndStart();
   const std::string title = parts_.installation.EngineTitle();
-  ports_.log.Write(LogLevel::Warning, "velt.engine",
-                   "No window \"" + title + "\" within a minute of the start.");
-  parts_.messages.Show("The engine did not appear: no window \"" + title + "\"");
+  Warn("The engine did not appear: no window \"" + title +
+       "\". Its title can be named with --engine-title.");
 }
 
 void EngineProcess::tmrCheckZOKA_Timer() {
@@ -109,6 +117,7 @@ void EngineProcess::EndStart() {
 }
 
 void EngineProcess::Appeared() {
+  parts_.notices.Over(NoticeKind::Engine);
   parts_.messageWindow.Unload();
   parts_.rig.Label3.caption = "Velt Mode";
 }

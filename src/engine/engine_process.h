@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "dialogs/message_line.h"
 #include "dialogs/message_window.h"
 #include "dialogs/notices.h"
 #include "engine/key_runner.h"
@@ -30,7 +29,6 @@ class EngineProcess {
     const Installation& installation;
     EngineState& engine;
     MessageWindow& messageWindow;
-    MessageLine& messages;
     Notices& notices;
     KeyRunner& keys;
   };
@@ -47,8 +45,8 @@ class EngineProcess {
   uint32_t DetectVELTWindow() const;
   uint32_t DetectProgWindow(const std::string& title) const;
 
-  // To be called when it is known whether an engine is installed. Where its window cannot be
-  // controlled the user is told so, once in a run.
+  // To be called when it is known whether an engine is installed. Where it is missing in the
+  // folder that was named, or its window cannot be controlled, the user is told so, once in a run.
   void Begin();
 
   // Starts the engine, or brings it to the front. While a start is shown a second one is not made.
@@ -61,6 +59,7 @@ class EngineProcess {
   bool quitting = false;
 
  private:
+  void Warn(const std::string& problem);  // in the window and in the log
   void Start();
   void Answered(Launcher::Start start);
   void EndStart();

@@ -39,7 +39,7 @@ void KeyRunner::Next() {
 void KeyRunner::Step() {
   if (step_ == script_.size()) return Next();
   const uint32_t window = parts_.installation.DetectVELTWindow(ports_.window);
-  if (window == 0) return Fail("its window is gone");
+  if (window == 0) return Fail("window gone");
   std::visit([this, window](const auto& step) { Take(step, window); }, script_.at(step_++));
 }
 
@@ -50,7 +50,7 @@ void KeyRunner::Take(const ActivateStep&, uint32_t window) {
 void KeyRunner::Activate(uint32_t window) {
   ports_.window.Activate(window, [this, alive = std::weak_ptr(alive_)](bool ok) {
     if (alive.expired()) return;
-    ok ? Step() : Fail("its window does not come to the front");
+    ok ? Step() : Fail("it stays behind");
   });
 }
 
@@ -68,13 +68,14 @@ void KeyRunner::Take(const ChordStep& chord, uint32_t window) {
 // Nothing was typed: another window took the keyboard meanwhile.
 void KeyRunner::TypeAgain() {
   const uint32_t window = parts_.installation.DetectVELTWindow(ports_.window);
-  if (window == 0 || ++repeats_ > kMostRepeats) return Fail("another window has the keyboard");
+  if (window == 0 || ++repeats_ > kMostRepeats) return Fail("keyboard taken");
   --step_;
   Activate(window);
 }
 
+// Short enough for the line at the window's foot.
 void KeyRunner::Fail(const char* problem) {
-  const std::string text = std::string("The engine was not told: ") + problem;
+  const std::string text = std::string("Engine not told: ") + problem;
   parts_.messages.Show(text);
   ports_.log.Write(LogLevel::Warning, "velt.engine", text);
   Next();

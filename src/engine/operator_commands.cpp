@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "text/formats.h"
+
 namespace velt {
 namespace {
 
@@ -42,7 +44,7 @@ OperatorCommands::OperatorCommands(const Parts& parts, const Ports& ports)
 }
 
 void OperatorCommands::mnuModMode_Click() {
-  const std::string& mode = parts_.form.lblMode.caption;
+  const std::string mode = Raised(parts_.form.lblMode.caption.Get());
   parts_.form.mnuModModes[1].checked = mode == "LSB";
   parts_.form.mnuModModes[2].checked = mode == "USB";
   parts_.form.mnuModModes[3].checked = mode.starts_with("CW");

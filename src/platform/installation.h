@@ -26,6 +26,7 @@ struct Installation {
   std::filesystem::path currentFolder;        // of the start
   std::filesystem::path documentationFolder;  // where an installed manual lies
   std::filesystem::path engineFolder;
+  bool engineFolderNamed = false;  // by somebody who expects the engine there
   std::filesystem::path dataFolder;
   std::filesystem::path omniRigFolder;
   bool enginePresent = false;

@@ -18,10 +18,19 @@ void WatchedFile::Move(std::filesystem::path path) {
   stamp_.reset();
   content_.reset();
   settled_ = false;
+  secondLook_ = false;
+}
+
+void WatchedFile::Forget() {
+  stamp_ = files_.Stamp(found_);
+  stampSince_ = clock_.Elapsed();
+  content_.reset();
+  settled_ = false;
 }
 
 bool WatchedFile::Look() {
   const SteadyTime now = clock_.Elapsed();
+  secondLook_ = false;
   std::optional<FileStamp> stamp = files_.Stamp(found_);
   if (!stamp) {
     FindOtherCase();
@@ -33,6 +42,7 @@ bool WatchedFile::Look() {
     return false;
   }
   const bool rewritten = stamp != stamp_;
+  const bool another = stamp && stamp_ && stamp->file != stamp_->file;
   stamp_ = stamp;
 
   std::optional<std::string> content;
@@ -44,10 +54,11 @@ bool WatchedFile::Look() {
   const bool settles = same && !settled_;
   settled_ = same;
   content_ = std::move(content);
+  const bool tail =
+      content_ && !content_->empty() && content_->back() != '\n' && content_->back() != '\r';
+  secondLook_ = another && tail && !settled_;
   // Settling shows what stands behind the last line end.
-  const bool tailShown = settles && content_ && !content_->empty() && content_->back() != '\n' &&
-                         content_->back() != '\r';
-  return !same || (rewritten && content_) || tailShown;
+  return !same || (rewritten && content_) || (settles && tail);
 }
 
 FieldReader WatchedFile::Reader() const {

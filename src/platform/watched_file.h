@@ -20,6 +20,8 @@ class WatchedFile {
   // Disks tell times in steps of up to two seconds: for so long after a change it is read each
   // time.
   static constexpr Milliseconds kCoarsestTime{2500};
+  // When WantsSecondLook() does.
+  static constexpr Milliseconds kSecondLook{10};
 
   // When there is no file of that name, one whose name differs only in upper and lower case is
   // taken.
@@ -30,6 +32,14 @@ class WatchedFile {
 
   // Looks at the file. True when there is something else to be read than before.
   bool Look();
+
+  // Another file took its place, which is whole as a rule, but its last line has no end: it need
+  // not wait for the next round to be found the same twice. A file that is written where it lies
+  // has to.
+  bool WantsSecondLook() const { return secondLook_; }
+
+  // We replaced it: whatever is found next is new.
+  void Forget();
 
   // Whether it was there and could be read at the last look.
   bool IsThere() const { return content_.has_value(); }
@@ -53,6 +63,7 @@ class WatchedFile {
   SteadyTime stampSince_;
   std::optional<std::string> content_;
   bool settled_ = false;  // the same was read twice
+  bool secondLook_ = false;
 };
 
 }  // namespace velt

@@ -35,7 +35,9 @@ StatusPoller::StatusPoller(const Parts& parts, const Ports& ports)
   Timer& timer = parts_.form.tmrStatus;
   connections_ += timer.ticked.Listen([this] { tmrStatus_Timer(); });
   connections_ += timer.enabled.changed.Listen([this] {
-    if (!parts_.form.tmrStatus.enabled) CarryOut(wish_.Pause());
+    if (parts_.form.tmrStatus.enabled) return;
+    secondLook_.Cancel();
+    CarryOut(wish_.Pause());
   });
 }
 
@@ -44,6 +46,14 @@ void StatusPoller::tmrStatus_Timer() {
     parts_.form.tmrStatus.enabled = false;
     return;
   }
+  Round();
+  // What is asked for may wait for one round, not for two.
+  if (transmitFile_.WantsSecondLook() || siblingFile_.WantsSecondLook()) {
+    secondLook_ = ports_.scheduler.After(WatchedFile::kSecondLook, [this] { Round(); });
+  }
+}
+
+void StatusPoller::Round() {
   FollowFolder();
   window_ = parts_.installation.DetectVELTWindow(ports_.window);
   ReadStatus();
@@ -121,7 +131,9 @@ void StatusPoller::MeetRequest(WatchedFile& file, bool isNew) {
   const TransmitFile read = ReadTransmitFile(file.Reader());
   if (!read.Requests()) return;
   if (isNew) parts_.control.SetTRXFrequency(*read.frequencyHz, parts_.state.vfo);
-  ports_.files.ReplaceIfSame(file.Path(), file.Bytes(), MetRequestText(transmitState_));
+  if (ports_.files.ReplaceIfSame(file.Path(), file.Bytes(), MetRequestText(transmitState_)) == 0) {
+    file.Forget();
+  }
 }
 
 void StatusPoller::CarryOut(EngineWish::Change change) {

@@ -12,6 +12,7 @@
 #include "ports/clock.h"
 #include "ports/engine_window.h"
 #include "ports/files.h"
+#include "ports/scheduler.h"
 #include "rig/arduino_counter.h"
 #include "rig/engine_files.h"
 #include "rig/engine_wish.h"
@@ -40,6 +41,7 @@ class StatusPoller {
     Files& files;
     EngineWindow& window;
     const Clock& clock;
+    Scheduler& scheduler;
   };
   StatusPoller(const Parts& parts, const Ports& ports);
 
@@ -50,6 +52,7 @@ class StatusPoller {
   void tmrStatus_Timer();
 
  private:
+  void Round();
   void FollowFolder();
   void ReadStatus();
   void ShowMode();
@@ -78,6 +81,7 @@ class StatusPoller {
   std::string transmitterMode_;
   std::string lockedMode_;
   std::string inverted_;
+  Scheduler::Handle secondLook_;
   Connections connections_;
 };
 

@@ -21,7 +21,9 @@ void TransmitGuard::Add(Keyer& keyer) {
 bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
   Watch& watch = Of(keyer);
   if (const std::string problem = keyer.Prepare(); !problem.empty()) {
+    // The line at the window's foot is too short for the reason, and gone too soon.
     parts_.messages.Show("Not keyed: " + problem);
+    parts_.notices.Raise(NoticeKind::Transmission, "Not keyed: " + problem);
     return false;
   }
   const bool guarded = watch.ticket != 0;
@@ -36,6 +38,7 @@ bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
     if (!guarded) parts_.guardian.Forget(std::exchange(watch.ticket, 0));
     return false;
   }
+  if (owner == TransmitOwner::Operator) parts_.notices.Over(NoticeKind::Transmission);
   watch.wishes.insert(owner);
   ++watch.keysSent;
   watch.safety.Keyed(parts_.clock.Elapsed());

@@ -38,7 +38,6 @@ Program::Program(const Ports& ports, RunSetup runSetup)
               .installation = installation,
               .engine = rig.engine,
               .messageWindow = messageWindow,
-              .messages = messages,
               .notices = notices,
               .keys = engineKeys},
              {.window = ports.engineWindow,

@@ -72,6 +72,7 @@ void Startup::MakeFolders() {
 
 void Startup::PrepareEngine() {
   Main& form = parts_.form;
+  if (parts_.setup.controlsEngine) parts_.engine.Begin();
   if (!parts_.installation.enginePresent) {
     form.mnuautos[0].enabled = false;
     form.mnuautos[1].enabled = false;
@@ -81,7 +82,6 @@ void Startup::PrepareEngine() {
     form.lblMode.enabled = false;
     return;
   }
-  if (parts_.setup.controlsEngine) parts_.engine.Begin();
   if (form.mnuautos[1].checked) form.tmrCheckZOKA.enabled = true;
   if (form.mnuautos[0].checked && parts_.setup.controlsEngine) form.mnurunzoka.Click();
 }

@@ -106,6 +106,7 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   new WindowKeys(form_.Window, this);
   auto* help = new QShortcut(Qt::Key_F1, this);
   help->setContext(Qt::ApplicationShortcut);
+  help->setAutoRepeat(false);
   connect(help, &QShortcut::activated, this, [this] { form_.mnumanual.Click(); });
 }
 
@@ -153,13 +154,16 @@ void MainWindow::BindCatButton() {
   lamp->setAttribute(Qt::WA_TransparentForMouseEvents);
   lamp->setGeometry(2, 2, kButtonLamp, kButtonLamp);
   binder_.Watch(form_.lampLink, [this, lamp] { lamp->SetColour(form_.lampLink.colour); });
-  binder_.Watch(form_.lblLink, [this, button, words] {
+  const auto tellLink = [this, button, words] {
     const QString link = ToQt(form_.lblLink.caption.Get());
     const QString name = words.name + ": " + link;
     if (button->accessibleName() == name) return;
     button->setAccessibleName(name);
     button->setToolTip(words.toolTip + "\nLink: " + link);
-  });
+  };
+  binder_.Watch(form_.lblLink, tellLink);
+  // Whatever changes of the button itself gives it its plain name again.
+  binder_.Watch(form_.Image3, tellLink);
 }
 
 // A keyed transmitter must not be overlooked, whoever keyed it.

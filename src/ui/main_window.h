@@ -31,6 +31,7 @@ class MainWindow : public QWidget {
   void changeEvent(QEvent* event) override;
 
  private:
+  // The key that the menu shows beside the item.
   void BindTopRow();
   void BindCatButton();
   void BindDisplay(std::function<const Raster&()> picture);

@@ -208,10 +208,10 @@ TEST_F(CommandLine, TheStoredScaleOfTheWindowMultipliesTheDesktops) {
     const char* environment;
     const char* size;  // as the picture's header says it
   };
-  for (const Row& row : {Row{"VELT-SA.ini", "150", "", "\x03\x47\x00\x00\x00\xF6"},
-                         {"VELT-SA.ini", "150", "QT_SCALE_FACTOR=2", "\x06\x8D\x00\x00\x01\xEC"},
-                         {"VELT-SA.ini", "130", "QT_SCALE_FACTOR=2", "\x04\x5E\x00\x00\x01\x48"},
-                         {"VELT-SA.ini.bak", "200", "", "\x04\x5E\x00\x00\x01\x48"}}) {
+  for (const Row& row : {Row{"VELT-SA.ini", "150", "", "\x05\x22\x00\x00\x00\xF6"},
+                         {"VELT-SA.ini", "150", "QT_SCALE_FACTOR=2", "\x0A\x44\x00\x00\x01\xEC"},
+                         {"VELT-SA.ini", "130", "QT_SCALE_FACTOR=2", "\x06\xD8\x00\x00\x01\x48"},
+                         {"VELT-SA.ini.bak", "200", "", "\x06\xD8\x00\x00\x01\x48"}}) {
     const TempFolder data;
     data.Write("VELT-SA.ini", "damaged");
     data.Write(row.file, std::string("[Window]\nScale=") + row.stored + "\n");

@@ -40,7 +40,7 @@ struct EngineWalk : testing::Test {
     environment.push_back("PATH=" + programs.Path().string());
     return std::make_unique<WindowDriver>(
         std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder",
-                                 folder.Path().string()},
+                                 std::filesystem::relative(folder.Path()).string()},
         environment, home);
   }
   static int EngineId() {
@@ -49,7 +49,7 @@ struct EngineWalk : testing::Test {
             .c_str());
   }
   static void Choose(const WindowDriver& window, const std::vector<std::string>& keys) {
-    window.Click(window.form.Image2);
+    window.OpenMenu(window.form.Image2);
     window.Press(keys);
   }
   bool Rig(const char* command, const char* answer) {
@@ -77,7 +77,7 @@ TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   std::string expected = "Ctrl+S Ctrl+S ";
   EXPECT_TRUE(Chords(expected));
 
-  window->Click(window->form.lblMode);
+  window->OpenMenu(window->form.lblMode);
   window->Press({"Down", "Return"});
   EXPECT_TRUE(Chords(expected += "Ctrl+L Ctrl+L "));
   EXPECT_TRUE(Rig("m", "LSB"));

@@ -25,7 +25,7 @@ TEST(LooksWalk, ColoursAreChosenByKeyboardSeenAndKept) {
     return window.Picture().pixel(scope.left + 5, scope.top + 5) & 0xFFFFFFU;
   };
   ASSERT_TRUE(WaitUntil([&] { return background() == 0x001764; }, std::chrono::seconds(5)));
-  window.Click(window.form.cmdOptions);
+  window.OpenMenu(window.form.cmdOptions);
   window.Press({"r", "Left", "Down", "Return"});  // below Resolution, whose submenu closes again
   ASSERT_TRUE(window.WaitForWindow("Edit User Colors"));
   window.Press({"alt+d"});

@@ -52,7 +52,7 @@ class Station : public WindowDriver {
   bool Key() { return ShowsFrequency("145.000.00") && PressTransmit(); }
   // Opens the menu below the control and chooses the line that the keys go to.
   void Choose(const Control& control, std::vector<std::string> keys) const {
-    Click(control);
+    OpenMenu(control);
     keys.emplace_back("Return");
     Press(keys);
   }

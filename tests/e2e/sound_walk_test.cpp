@@ -52,7 +52,7 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgainUntilAResetForgetsTheSettings)
 
   // Choosing from a menu stops capture and lets it go on, and the keyboard is the display's again.
   window.Press({"Tab"});
-  window.Click(window.form.cmdOptions);
+  window.OpenMenu(window.form.cmdOptions);
   window.Press({"Up", "Up", "Escape"});
   EXPECT_TRUE(WaitUntil(showsSpectrum, seconds(5)));
 

@@ -2,6 +2,7 @@
 
 #include <QBitmap>
 #include <QRegion>
+#include <algorithm>
 #include <stdexcept>
 
 #include "ui/click_label.h"
@@ -66,6 +67,18 @@ std::string WindowDriver::Search(const std::string& title) const {
 
 void WindowDriver::Click(const Control& control) const {
   ClickAt(control, control.place.Get().width / 2, 1);
+}
+
+void WindowDriver::OpenMenu(const Control& control) const {
+  Click(control);
+  WaitUntil(
+      [this] {
+        const std::string windows =
+            Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()),
+                  "--class", "velt-sa"});
+        return std::ranges::count(windows, '\n') > 1;
+      },
+      seconds(5));
 }
 
 void WindowDriver::ClickAt(const Control& control, int x, int button) const {

@@ -32,6 +32,8 @@ class WindowDriver {
   std::string Settings() const { return ReadText(*home_ / "KALVARO" / "VELT-SA.ini"); }
 
   void Click(const Control& control) const;
+  // Opens the menu below the control and waits until it takes keys.
+  void OpenMenu(const Control& control) const;
   // At its column x, with the button 1 left or 3 right.
   void ClickAt(const Control& control, int x, int button) const;
   void Press(const std::vector<std::string>& keys) const;  // keysyms, to the window with the focus

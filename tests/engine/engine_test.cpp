@@ -132,8 +132,9 @@ TEST_F(EngineTest, ItIsStartedOnceWaitedForAndMadeToReceive) {
   EXPECT_TRUE(form.Timer3.enabled);
   EXPECT_FALSE(program->messageForm.Window.visible) << "only for 11 s";
   scheduler.Advance(Milliseconds(1'000));
-  EXPECT_EQ(form.lblMessage.caption.Get(), "The engine did not appear: no window \"VELT V9.9\"");
+  EXPECT_TRUE(form.lblNotice.caption.Get().starts_with("The engine did not appear: no window"));
   engineWindow.Open(kTitle);
+  EXPECT_FALSE(form.lblNotice.visible);
   EXPECT_EQ(Typed(Milliseconds(2000)), "") << "nothing is typed long after a start";
   engineWindow.Vanish();
 
@@ -171,9 +172,11 @@ TEST_F(EngineTest, AtTheStartOfTheProgram) {
 
   // One that is not installed is not there, whatever windows are.
   files.files.erase("/opt/engine/velt.jar");
+  setup.installation.engineFolderNamed = true;
   engineWindow.Open("Another");
   engineWindow.Take();
   Begin().mnuPTT_ON.Click();
+  EXPECT_EQ(Form().lblNotice.caption.Get(), "No velt.jar in /opt/engine.");
   EXPECT_EQ(Typed(), "");
   EXPECT_TRUE(rig1.Transmits());
 }

@@ -109,6 +109,9 @@ TEST_F(RigControlTest, TheShownFrequencyAndTransmitStateFollowTheRig) {
   }
   form.mnuModMode.Click();
   EXPECT_TRUE(form.mnuModModes[1].checked && !form.mnuModModes[2].checked) << "LSB is marked";
+  form.lblMode.caption = "cw-u";  // as the engine's mode is written
+  form.mnuModMode.Click();
+  EXPECT_TRUE(form.mnuModModes[3].checked && !form.mnuModModes[1].checked) << "CW is marked";
 }
 
 TEST_F(RigControlTest, WindowAndDialogNameModesTheirOwnWay) {

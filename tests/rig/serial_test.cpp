@@ -90,7 +90,8 @@ TEST_F(SerialTest, WhatCannotBeKeyedSafelyIsNotKeyedAndWhatIsLostStaysClosed) {
   for (const std::string method : {"COM", "ARDUINO"}) {
     Configure(Config(method));
     On();
-    EXPECT_EQ(Message(), "Not keyed: the serial port could not be opened: Permission denied");
+    EXPECT_EQ(Message(), Notice());
+    EXPECT_EQ(Notice(), "Not keyed: the serial port could not be opened: Permission denied");
   }
   Configure("3,9600,N,8,1");  // cut off: the method is CAT
   On();

@@ -55,6 +55,9 @@ TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
     EXPECT_EQ(WritesOf(1), Texts{}) << "it may be the beginning of a number";
     files.files[file] = "off\n7074000";
     EXPECT_EQ(WritesOf(3), Texts{"Freq 7074000"});
+    files.files[file] = "off\n7050000";
+    ++files.number;
+    EXPECT_EQ(WritesOf(1), Texts{"Freq 7050000"}) << "replaced, it is looked at again at once";
   }
   files.writable = false;
   Transmitter("off", "7050000");

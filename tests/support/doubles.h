@@ -54,6 +54,7 @@ struct FakeFiles : Files {
   std::set<std::filesystem::path> folders;
   std::set<std::filesystem::path> unmakable;
   bool writable = true;
+  uint64_t number = 1;  // of every file: changed, they were all replaced
 
   bool IsFile(const std::filesystem::path& path) const override { return files.contains(path); }
   bool IsFolder(const std::filesystem::path& path) const override { return folders.contains(path); }
@@ -78,7 +79,7 @@ struct FakeFiles : Files {
     const auto found = files.find(path);
     if (found == files.end()) return std::nullopt;
     return FileStamp{found->second.size(),
-                     static_cast<int64_t>(std::hash<std::string>()(found->second)), 1};
+                     static_cast<int64_t>(std::hash<std::string>()(found->second)), number};
   }
   std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
     return {};

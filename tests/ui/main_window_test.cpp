@@ -101,7 +101,9 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
                       {"Spectrum display", form.cmdOptions.clicked, Qt::Key_O, Qt::AltModifier},
                       {"Transmit", form.Image2.clicked, Qt::Key_F, Qt::AltModifier},
                       {"Receive", form.Image3.clicked, Qt::Key_C, Qt::AltModifier},
-                      {"Spectrum display", form.mnumanual.clicked, Qt::Key_F1}};
+                      {"Spectrum display", form.mnumanual.clicked, Qt::Key_F1},
+                      {"Transmit", form.mnurunzoka.clicked, Qt::Key_F11},
+                      {"File menu", form.mnuclosezoka.clicked, Qt::Key_F12}};
   for (const Row& row : rows) {
     int times = 0;
     const Connection listening = row.event.Listen([&times] { ++times; });
