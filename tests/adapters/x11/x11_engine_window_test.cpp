@@ -132,6 +132,8 @@ TEST(X11EngineWindow, ManagersAndTitlesChangeAndItClosesLikeByItsUser) {
   desk.desktop.KillManager();
   EXPECT_TRUE(desk.Takes("(^w)"));
   desk.desktop.StartManager();
+  // It announces itself before it takes the windows over, from which on it obeys.
+  EXPECT_TRUE(LoopUntil([&] { return desk.Activate(kOther); }));
   EXPECT_TRUE(desk.Takes("(^d)"));
   desk.Got("Ctrl+U Ctrl+I Ctrl+W Ctrl+D ");
 
