@@ -133,8 +133,7 @@ void WindowWatch::LookAtFocus(std::function<void(const Focus&)> told) {
 }
 
 // The keyboard is given to a window somewhere inside of the one that has the title.
-void WindowWatch::Climb(xcb_window_t window, Focus focus,
-                        std::function<void(const Focus&)> told) {
+void WindowWatch::Climb(xcb_window_t window, Focus focus, std::function<void(const Focus&)> told) {
   const Window* known = Known(window);
   if (known != nullptr && !(known->title + known->oldTitle).empty()) focus.window = window;
   if (window <= XCB_INPUT_FOCUS_POINTER_ROOT || window == server_.Root()) return told(focus);
