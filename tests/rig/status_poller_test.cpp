@@ -132,8 +132,10 @@ TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
   WritesOf();
   EXPECT_EQ(Form().lblMode.caption.Get(), "N/A");
   EXPECT_EQ(program->rig.engine.passbandHigh, 0);
-  Status("USB", "lsb");
+  rig1.Select(PM_AM);
+  Status("USB", "lsb", "on");
   EXPECT_EQ(WritesOf(4), Texts{}) << "a mode of an engine that is not there";
+  EXPECT_EQ(Form().lblMode.caption.Get(), "AM") << "the rig's own";
 }
 
 TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
