@@ -73,6 +73,13 @@ TEST_F(StatusPollerTest, KeysAndReleasesWithTheEngine) {
   EXPECT_EQ(WritesOf(), Texts{"RX"});
   EXPECT_EQ(Trx(), "RX");
 
+  // What was asked for while nobody looked is not done later.
+  Form().tmrStatus.enabled = false;
+  Transmitter("on", "0");
+  Form().tmrStatus.enabled = true;
+  EXPECT_EQ(WritesOf(), Texts{});
+  Transmitter("off", "0");
+
   // The operator's receive ends the engine's transmission, and only a new "on" begins another.
   scheduler.Advance(seconds(3));
   StartCapture();
@@ -94,6 +101,16 @@ TEST_F(StatusPollerTest, KeysAndReleasesWithTheEngine) {
   WritesOf();
   EXPECT_TRUE(rig1.Transmits());
   EXPECT_EQ(Trx(), "TX");
+  program->rig.ptt.PTT_OFF();
+
+  files.files["/opt/engine/RS232.cfg"] = "3,9600,N,8,1,0,NONE,COM\nDTR\n";
+  program->rig.serial.ReadRS232();
+  for (const bool on : {true, false}) {
+    Transmitter(on ? "on" : "off", "0");
+    WritesOf();
+    EXPECT_EQ(serialPort.Lines(), on);
+    EXPECT_EQ(Trx(), on ? "TX" : "RX");
+  }
 }
 
 TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
@@ -139,6 +156,8 @@ TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
 }
 
 TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
+  int layouts = 0;
+  const auto connection = program->rig.poller.displayChanged.Listen([&] { ++layouts; });
   files.files["/opt/engine/calall.cfg"] = "100,2,30\nUSB,200,3,40\nLSB,300,4,50\n";
   Status("USB", "", "on");
   WritesOf();
@@ -153,6 +172,7 @@ TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
   EXPECT_EQ(engine.calibrationC, 38) << "12 is taken off once";
   EXPECT_EQ(program->rig.state.offsetKHz, 4);
   EXPECT_EQ(program->rig.state.invertedSideband, "off");
+  EXPECT_EQ(layouts, 2);
 }
 
 TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
