@@ -65,6 +65,7 @@ void StatusPoller::tmrStatus_Timer() {
   if (parts_.form.tmrFreqcount.enabled) {
     parts_.statusFile.WriteStatusRX(parts_.counter.LastCountHz());
   }
+  parts_.statusFile.TryAgain();
 }
 
 void StatusPoller::FollowFolder() {
