@@ -128,17 +128,18 @@ TEST_P(X11EngineWindowTest, EveryChordArrivesInOrderAndNowhereElse) {
 }
 
 TEST(X11EngineWindow, ManagersAndTitlesChangeAndItClosesLikeByItsUser) {
-  Desk desk(XDesktop::Manager::None);
+  Desk desk(XDesktop::Manager::Openbox);
   EXPECT_TRUE(desk.Takes("(^u)"));
-  desk.desktop.StartManager();
-  // It announces itself before it takes the windows over, from which on it obeys.
-  EXPECT_TRUE(LoopUntil([&] { return desk.Activate(kOther); }));
   ASSERT_TRUE(desk.engine.log.Request("iconify"));
   ASSERT_TRUE(LoopUntil([&] { return desk.engine.log.All("").ends_with("icon "); }));
   EXPECT_TRUE(desk.Takes("(^i)")) << "an icon comes up";
   desk.desktop.KillManager();
   EXPECT_TRUE(desk.Takes("(^w)"));
-  desk.Got("Ctrl+U Ctrl+I Ctrl+W ");
+  desk.desktop.StartManager();
+  // It announces itself before it takes the windows over, from which on it obeys.
+  EXPECT_TRUE(LoopUntil([&] { return desk.Activate(kOther); }));
+  EXPECT_TRUE(desk.Takes("(^d)"));
+  desk.Got("Ctrl+U Ctrl+I Ctrl+W Ctrl+D ");
 
   ASSERT_TRUE(desk.engine.log.Request("title VELT"));
   EXPECT_TRUE(desk.Appears("VELT") && desk.Gone(kTitle));
