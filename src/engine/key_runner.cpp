@@ -17,8 +17,14 @@ void KeyRunner::Run(KeyScript script) {
   if (!running_) Next();
 }
 
-void KeyRunner::RunInsteadOfWaiting(KeyScript script) {
+void KeyRunner::RunInsteadOfAll(KeyScript script) {
   waiting_.clear();
+  script_.clear();
+  step_ = 0;
+  if (std::exchange(pausing_, false)) {
+    pause_.Cancel();
+    running_ = false;
+  }
   Run(std::move(script));
 }
 
@@ -55,7 +61,11 @@ void KeyRunner::Activate(uint32_t window) {
 }
 
 void KeyRunner::Take(const PauseStep& pause, uint32_t) {
-  pause_ = ports_.scheduler.After(pause.span, [this] { Step(); });
+  pausing_ = true;
+  pause_ = ports_.scheduler.After(pause.span, [this] {
+    pausing_ = false;
+    Step();
+  });
 }
 
 void KeyRunner::Take(const ChordStep& chord, uint32_t window) {
@@ -67,6 +77,7 @@ void KeyRunner::Take(const ChordStep& chord, uint32_t window) {
 
 // Nothing was typed: another window took the keyboard meanwhile.
 void KeyRunner::TypeAgain() {
+  if (script_.empty()) return Next();
   const uint32_t window = parts_.installation.DetectVELTWindow(ports_.window);
   if (window == 0 || ++repeats_ > kMostRepeats) return Fail("keyboard taken");
   --step_;

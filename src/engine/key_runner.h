@@ -32,8 +32,9 @@ class KeyRunner {
   // window is gone, does not come to the front or loses the keyboard again and again.
   void Run(KeyScript script);
 
-  // The same, in place of all that waits for its turn: receive does not stand behind anything.
-  void RunInsteadOfWaiting(KeyScript script);
+  // The same, in place of all that waits for its turn and of what the present script has not done
+  // yet: receive does not stand behind anything.
+  void RunInsteadOfAll(KeyScript script);
 
   bool Busy() const { return running_; }
 
@@ -59,6 +60,7 @@ class KeyRunner {
   size_t step_ = 0;
   int repeats_ = 0;  // of chords that another window would have got
   bool running_ = false;
+  bool pausing_ = false;
   Scheduler::Handle pause_;
   std::shared_ptr<char> alive_ = std::make_shared<char>();
 };

@@ -81,7 +81,7 @@ void OperatorCommands::Transmit() {
 
 // The engine may not listen, or something else may have keyed: the transmitter is released besides.
 void OperatorCommands::Receive() {
-  if (EnginePresent()) parts_.keys.RunInsteadOfWaiting(CommandScript(kReceiveKeys));
+  if (EnginePresent()) parts_.keys.RunInsteadOfAll(CommandScript(kReceiveKeys));
   parts_.ptt.PTT_OFF();
 }
 

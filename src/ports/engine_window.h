@@ -32,8 +32,9 @@ class EngineWindow {
 
   // Types key chords into the active window and says whether all of them were: "(^s)" is S with
   // Ctrl held ("^" Ctrl, "%" Alt, "+" Shift, parentheses group). Nothing is typed when `window` is
-  // not the active one. Every key that was pressed is released, and what the user held is held
-  // again. `done` as above.
+  // not the active one; when another one takes the keyboard at that very moment, it may have got
+  // them, which counts as not typed. Every key that was pressed is released, and what the user held
+  // is held again. `done` as above.
   virtual void SendKeys(uint32_t window, const std::string& keys, Done done) = 0;
 
   // Asks the window to close, as its user would.

@@ -20,6 +20,7 @@ struct FileStamp {
   uint64_t bytes = 0;
   int64_t changedNs = 0;  // when its content was written last, in the disk's own steps
   uint64_t file = 0;      // another one when it was replaced
+  int64_t touchedNs = 0;  // when anything of it changed last, its rights too; nobody can set it
   bool operator==(const FileStamp&) const = default;
 };
 

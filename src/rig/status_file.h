@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "form/main_form.h"
 #include "platform/installation.h"
@@ -22,12 +23,16 @@ class StatusFile {
   // without an engine; the engine never finds half of it.
   void WriteStatusRX(int32_t frequencyHz);
 
+  // What could not be written, as on a full disk, is tried again.
+  void TryAgain();
+
   // The dominant audio frequency that goes with the next writing, in Hz.
   void SetDominantFrequency(int32_t frequencyHz) { dominantFrequencyHz_ = frequencyHz; }
 
  private:
   Parts parts_;
   Files& files_;
+  std::optional<int32_t> unwrittenHz_;
   int32_t dominantFrequencyHz_ = 0;
 };
 

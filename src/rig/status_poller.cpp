@@ -55,9 +55,11 @@ void StatusPoller::tmrStatus_Timer() {
 
 void StatusPoller::Round() {
   FollowFolder();
+  const bool engineWas = window_ != 0;
   window_ = parts_.installation.DetectVELTWindow(ports_.window);
   ReadStatus();
-  ShowMode();
+  // Without the engine the label is the transceiver's, which tells its mode when it changes.
+  if (window_ != 0 || engineWas) ShowMode();
   FollowCalibration();
 
   const bool newRequest = transmitFile_.Look();
@@ -73,6 +75,7 @@ void StatusPoller::Round() {
   if (parts_.form.tmrFreqcount.enabled) {
     parts_.statusFile.WriteStatusRX(parts_.counter.LastCountHz());
   }
+  parts_.statusFile.TryAgain();
 }
 
 void StatusPoller::FollowFolder() {
@@ -152,8 +155,8 @@ void StatusPoller::FollowTransmitterMode() {
   if (mode.empty()) mode = "off";
   if (mode == transmitterMode_) return;
   transmitterMode_ = mode;
-  parts_.form.lblMode.caption = Raised(mode);
   if (window_ == 0) return;
+  parts_.form.lblMode.caption = Raised(mode);
   struct Row {
     const char* mode;
     int32_t rigMode;
@@ -181,6 +184,7 @@ void StatusPoller::FollowInversion() {
   if (inverted == inverted_) return;
   inverted_ = inverted;
   parts_.state.invertedSideband = inverted;
+  if (window_ == 0) return;
   Property<std::string>& shown = parts_.form.lblMode.caption;
   if (inverted == "on") {
     shown = shown.Get() == "USB" ? "LSB" : "USB";

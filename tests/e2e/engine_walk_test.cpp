@@ -140,7 +140,7 @@ TEST_F(EngineWalk, ItsFilesMoveTheRigAndNothingStaysKeyed) {
     }
     EXPECT_TRUE(Rig("t", "0"));
   }
-  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "N/A"));
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "LSB")) << "the rig's own";
 }
 
 TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {

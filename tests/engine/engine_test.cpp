@@ -97,10 +97,15 @@ TEST_F(EngineTest, ScriptsDoNotMixAndOldOnesAreNotTyped) {
   EXPECT_EQ(Typed(Milliseconds(2)), "up, (^s)");
   EXPECT_EQ(Typed(Milliseconds(600)), "(^s), " + Twice("(^u)"));
 
-  keys.Run({PauseStep{Milliseconds(100)}});
-  Form().mnuPTT_ON.Click();
-  Form().mnuPTT_OFF.Click();
-  EXPECT_EQ(Typed(Milliseconds(200)), Twice("(^r)")) << "receive stands behind nothing";
+  for (const KeyStep& step :
+       KeyScript{ActivateStep{}, PauseStep{Milliseconds(100)}, ChordStep{"(^t)"}}) {
+    engineWindow.intrusions = std::holds_alternative<ChordStep>(step) ? 1 : 0;
+    keys.Run({step, ChordStep{"(^t)"}});
+    Form().mnuPTT_ON.Click();
+    engineWindow.Take();
+    Form().mnuPTT_OFF.Click();
+    EXPECT_EQ(Typed(), Twice("(^r)")) << "receive stands behind nothing";
+  }
   keys.Run({PauseStep{Milliseconds(3100)}});
   keys.Run(CommandScript("(^t)"));
   EXPECT_EQ(Typed(Milliseconds(5000)), "");

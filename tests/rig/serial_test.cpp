@@ -268,7 +268,10 @@ TEST_F(CounterTest, TakesTheRigsPlaceAndTellsTheEngine) {
   EXPECT_EQ(Frequency(), "007.300.00");
   EXPECT_EQ(rig.state.scaleAnchorHz, 7300000);
   EXPECT_FALSE(form.lblFrequency.stale);
+  form.tmrStatus.enabled = true;
+  for (const char* count : {"7200000\n", "7250000\n"}) Say(count);
   Pass(seconds(6));
+  EXPECT_TRUE(files.files["/opt/engine/STATUSRX.CFG"].starts_with("7250000"));
   EXPECT_TRUE(form.lblFrequency.stale) << "nothing was counted for a while";
   // A server comes whose rig is off, and then is switched on.
   Say("7500000\n");

@@ -76,6 +76,13 @@ TEST_F(StatusPollerTest, KeysAndReleasesWithTheEngine) {
   EXPECT_EQ(WritesOf(), Texts{"RX"});
   EXPECT_EQ(Trx(), "RX");
 
+  // What was asked for while nobody looked is not done later.
+  Form().tmrStatus.enabled = false;
+  Transmitter("on", "0");
+  Form().tmrStatus.enabled = true;
+  EXPECT_EQ(WritesOf(), Texts{});
+  Transmitter("off", "0");
+
   // The operator's receive ends the engine's transmission, and only a new "on" begins another.
   scheduler.Advance(seconds(3));
   StartCapture();
@@ -97,6 +104,16 @@ TEST_F(StatusPollerTest, KeysAndReleasesWithTheEngine) {
   WritesOf();
   EXPECT_TRUE(rig1.Transmits());
   EXPECT_EQ(Trx(), "TX");
+  program->rig.ptt.PTT_OFF();
+
+  files.files["/opt/engine/RS232.cfg"] = "3,9600,N,8,1,0,NONE,COM\nDTR\n";
+  program->rig.serial.ReadRS232();
+  for (const bool on : {true, false}) {
+    Transmitter(on ? "on" : "off", "0");
+    WritesOf();
+    EXPECT_EQ(serialPort.Lines(), on);
+    EXPECT_EQ(Trx(), on ? "TX" : "RX");
+  }
 }
 
 TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
@@ -106,10 +123,6 @@ TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
   EXPECT_EQ(WritesOf(), Texts{"RX"});
   engineWindow.Open("VELT V2.5.");
   EXPECT_EQ(WritesOf(5), Texts{}) << "the file still says on";
-  files.files.erase(kRequest);
-  WritesOf(5);
-  Transmitter("on", "0");
-  EXPECT_EQ(WritesOf(5), Texts{});
 }
 
 TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
@@ -135,11 +148,15 @@ TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
   WritesOf();
   EXPECT_EQ(Form().lblMode.caption.Get(), "N/A");
   EXPECT_EQ(program->rig.engine.passbandHigh, 0);
-  Status("USB", "lsb");
+  rig1.Select(PM_AM);
+  Status("USB", "lsb", "on");
   EXPECT_EQ(WritesOf(4), Texts{}) << "a mode of an engine that is not there";
+  EXPECT_EQ(Form().lblMode.caption.Get(), "AM") << "the rig's own";
 }
 
 TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
+  int layouts = 0;
+  const auto connection = program->rig.poller.displayChanged.Listen([&] { ++layouts; });
   files.files["/opt/engine/calall.cfg"] = "100,2,30\nUSB,200,3,40\nLSB,300,4,50\n";
   Status("USB", "", "on");
   WritesOf();
@@ -154,6 +171,7 @@ TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
   EXPECT_EQ(engine.calibrationC, 38) << "12 is taken off once";
   EXPECT_EQ(program->rig.state.offsetKHz, 4);
   EXPECT_EQ(program->rig.state.invertedSideband, "off");
+  EXPECT_EQ(layouts, 2);
 }
 
 TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
@@ -161,6 +179,12 @@ TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
   rig1.Tune(7050000);
   scheduler.Advance(seconds(1));
   EXPECT_EQ(told, "7050000\r\nRX\r\n0\r\n");
+  files.writable = false;
+  rig1.Tune(7040000);
+  scheduler.Advance(seconds(1));
+  files.writable = true;
+  scheduler.Advance(seconds(1));
+  EXPECT_TRUE(told.starts_with("7040000")) << "once it can be written";
   rig1.Tune(0);
   scheduler.Advance(seconds(1));
   EXPECT_EQ(told, "\"no-com\"\r\nRX\r\n0\r\n");

@@ -82,9 +82,12 @@ std::optional<FileStamp> DiskFiles::Stamp(const fs::path& path) const {
   struct stat found {};
   if (::stat(path.c_str(), &found) != 0) return std::nullopt;
   if (!S_ISREG(found.st_mode) && !S_ISDIR(found.st_mode)) return std::nullopt;
-  constexpr int64_t kNsOfSecond = 1'000'000'000;
-  return FileStamp{static_cast<uint64_t>(found.st_size),
-                   found.st_mtim.tv_sec * kNsOfSecond + found.st_mtim.tv_nsec, found.st_ino};
+  const auto nanoseconds = [](const timespec& time) {
+    constexpr int64_t kNsOfSecond = 1'000'000'000;
+    return time.tv_sec * kNsOfSecond + time.tv_nsec;
+  };
+  return FileStamp{static_cast<uint64_t>(found.st_size), nanoseconds(found.st_mtim), found.st_ino,
+                   nanoseconds(found.st_ctim)};
 }
 
 std::vector<fs::path> DiskFiles::Names(const fs::path& folder) const {

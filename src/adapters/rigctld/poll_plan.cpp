@@ -83,6 +83,8 @@ bool PollPlan::Answers(CommandKind kind) const {
 void PollPlan::SetSilent(bool on) {
   // What failed while the rig was away says nothing of it now.
   if (silent_ && !on) errors_.clear();
+  // The server would answer the rest of the round from its memory.
+  if (!silent_ && on) round_.clear();
   silent_ = on;
 }
 

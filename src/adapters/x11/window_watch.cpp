@@ -110,8 +110,8 @@ void WindowWatch::Close(xcb_window_t window) {
 
 void WindowWatch::LookAtActive(std::function<void()> done) {
   if (manager_ == 0) {
-    return LookAtFocus([this, done = std::move(done)](xcb_window_t window) {
-      SetActive(window);
+    return LookAtFocus([this, done = std::move(done)](const Focus& focus) {
+      SetActive(focus.window);
       done();
     });
   }
@@ -123,24 +123,24 @@ void WindowWatch::LookAtActive(std::function<void()> done) {
       });
 }
 
-void WindowWatch::LookAtFocus(std::function<void(xcb_window_t)> told) {
+void WindowWatch::LookAtFocus(std::function<void(const Focus&)> told) {
   server_.Ask<xcb_get_input_focus_reply_t>(
       ::xcb_get_input_focus(server_.Get()),
       [this, told = std::move(told)](const xcb_get_input_focus_reply_t* reply) {
-        Climb(reply == nullptr ? 0 : reply->focus, 0, told);
+        const xcb_window_t keyboard = reply == nullptr ? 0 : reply->focus;
+        Climb(keyboard, {.keyboard = keyboard}, told);
       });
 }
 
 // The keyboard is given to a window somewhere inside of the one that has the title.
-void WindowWatch::Climb(xcb_window_t window, xcb_window_t titled,
-                        std::function<void(xcb_window_t)> told) {
+void WindowWatch::Climb(xcb_window_t window, Focus focus, std::function<void(const Focus&)> told) {
   const Window* known = Known(window);
-  if (known != nullptr && !(known->title + known->oldTitle).empty()) titled = window;
-  if (window <= XCB_INPUT_FOCUS_POINTER_ROOT || window == server_.Root()) return told(titled);
+  if (known != nullptr && !(known->title + known->oldTitle).empty()) focus.window = window;
+  if (window <= XCB_INPUT_FOCUS_POINTER_ROOT || window == server_.Root()) return told(focus);
   server_.Ask<xcb_query_tree_reply_t>(
       ::xcb_query_tree(server_.Get(), window),
-      [this, titled, told = std::move(told)](const xcb_query_tree_reply_t* reply) {
-        Climb(reply == nullptr ? 0 : reply->parent, titled, told);
+      [this, focus, told = std::move(told)](const xcb_query_tree_reply_t* reply) {
+        Climb(reply == nullptr ? 0 : reply->parent, focus, told);
       });
 }
 

@@ -30,8 +30,12 @@ class WindowWatch {
   // Asks again which window is the active one and calls `done` when that is known.
   void LookAtActive(std::function<void()> done);
 
+  struct Focus {
+    xcb_window_t window = 0;    // the one known that it is in; 0: none
+    xcb_window_t keyboard = 0;  // the very window that gets the keys
+  };
   // Asks which window keys go to now. A manager tells a little later which one is active.
-  void LookAtFocus(std::function<void(xcb_window_t)> told);
+  void LookAtFocus(std::function<void(const Focus&)> told);
 
  private:
   struct Window {
@@ -56,7 +60,7 @@ class WindowWatch {
   void Remove(xcb_window_t window);
   void AskTitle(xcb_window_t window);
   void SetTitle(xcb_window_t window, std::string Window::*which, std::string text);
-  void Climb(xcb_window_t window, xcb_window_t titled, std::function<void(xcb_window_t)> told);
+  void Climb(xcb_window_t window, Focus focus, std::function<void(const Focus&)> told);
   void SetActive(xcb_window_t window);
   Window* Known(xcb_window_t window);
   void SendMessage(xcb_window_t to, xcb_window_t about, uint32_t mask, xcb_atom_t type,

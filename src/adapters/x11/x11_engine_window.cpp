@@ -69,19 +69,23 @@ void X11EngineWindow::SendKeys(uint32_t window, const std::string& keys, Done do
         ::xcb_query_keymap(server_.Get()),
         [this, window, chords, done](const xcb_query_keymap_reply_t* reply) {
           if (reply == nullptr) return done(false);
-          windows_->LookAtFocus([this, window, chords, held = *reply, done](xcb_window_t focused) {
-            const bool typed = focused == window && keys_->Send(chords, held.keys);
-            typed ? Confirm(done) : done(false);
-          });
+          windows_->LookAtFocus(
+              [this, window, chords, held = *reply, done](const WindowWatch::Focus& focus) {
+                const bool typed = focus.window == window && keys_->Send(chords, held.keys);
+                typed ? Confirm(focus.keyboard, done) : done(false);
+              });
         });
   });
 }
 
-// An answer to a request behind the keys means that the server has taken them.
-void X11EngineWindow::Confirm(const Done& done) {
+// An answer to a request behind the keys means that the server has taken them. Where the keyboard
+// is another window's by then, that one may have got them.
+void X11EngineWindow::Confirm(xcb_window_t keyboard, const Done& done) {
   server_.Ask<xcb_get_input_focus_reply_t>(
       ::xcb_get_input_focus(server_.Get()),
-      [done](const xcb_get_input_focus_reply_t* reply) { done(reply != nullptr); });
+      [keyboard, done](const xcb_get_input_focus_reply_t* reply) {
+        done(reply != nullptr && reply->focus == keyboard);
+      });
 }
 
 void X11EngineWindow::Close(uint32_t window) {

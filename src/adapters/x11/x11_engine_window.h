@@ -42,7 +42,7 @@ class X11EngineWindow : public EngineWindow {
   void Activated(bool ok);
   void IsActiveStill();
   void AskForActivation();
-  void Confirm(const Done& done);
+  void Confirm(xcb_window_t keyboard, const Done& done);
   void Later(Done done, bool ok);
 
   Scheduler& scheduler_;

@@ -64,6 +64,10 @@ TEST_F(SharedFiles, AreReadAgainOnlyWhenTheyMayHaveChanged) {
   const int before = files.reads;
   for (int i = 0; i < 10; ++i) EXPECT_FALSE(file.Look());
   EXPECT_EQ(files.reads, before);
+  const auto written = fs::last_write_time(folder / "TRANSMITTER.cfg");
+  folder.Write("TRANSMITTER.cfg", "off\n7033000");
+  fs::last_write_time(folder / "TRANSMITTER.cfg", written);
+  EXPECT_TRUE(file.Look()) << "its time was put back";
   fs::remove(folder / "TRANSMITTER.cfg");
   EXPECT_TRUE(file.Look());
   EXPECT_FALSE(file.IsThere());

@@ -201,6 +201,9 @@ TEST_F(RigTest, EveryReleaseIsSentWhateverBecameOfTheOneBefore) {
     peer.instead["+T"] = FakeRig::Error("set_ptt: 0", -5);
     if (state == State::Silent) peer.instead["+f"] = FakeRig::Error("get_freq:", -5);
     EXPECT_EQ(After(1000).Link().state, state);
+    if (state == State::Silent) {
+      EXPECT_EQ(rig.Transmitter(), TxReport::Untold) << "not from memory";
+    }
     peer.lines.clear();
     for (int call = 1; call <= 20; ++call) {
       EXPECT_TRUE(rig.SetTx(PM_RX));

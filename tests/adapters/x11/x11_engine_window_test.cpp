@@ -65,8 +65,8 @@ struct Desk {
     EXPECT_TRUE(LoopUntil([&] { return engine.log.All("chord ").size() >= chords.size(); }));
     EXPECT_EQ(engine.log.All("chord "), chords);
   }
-  void Tool(const char* what, const char* key) const {
-    Process tool({"xdotool", what, key}, {.environment = desktop.Environment()});
+  void Tool(const std::vector<std::string>& command) const {
+    Process tool(command, {.environment = desktop.Environment()});
     EXPECT_TRUE(tool.WaitForEnd(seconds(5)));
   }
 
@@ -100,15 +100,19 @@ TEST_P(X11EngineWindowTest, EveryChordArrivesInOrderAndNowhereElse) {
   desk.Got(expected);
 
   // What the operator holds does not mix in and is held again.
-  for (const char* held : {"shift", "alt", "super"}) desk.Tool("keydown", held);
+  for (const char* held : {"shift", "alt", "super"}) desk.Tool({"xdotool", "keydown", held});
   EXPECT_TRUE(desk.Send(kTitle, "(^l)"));
   desk.Got(expected += "Ctrl+L ");
-  for (const char* held : {"alt", "super"}) desk.Tool("keyup", held);
-  desk.Tool("key", "a");
+  for (const char* held : {"alt", "super"}) desk.Tool({"xdotool", "keyup", held});
+  desk.Tool({"xdotool", "key", "a"});
   desk.Got(expected += "Shift+A ");
-  desk.Tool("keyup", "shift");
+  desk.Tool({"xdotool", "keyup", "shift"});
   ASSERT_TRUE(desk.engine.log.Request("held"));
   EXPECT_EQ(desk.engine.log.All("held "), "[] ");
+
+  desk.Tool({"setxkbmap", "fr"});  // W is where Z was
+  EXPECT_TRUE(desk.Takes("(^w)"));
+  desk.Got(expected += "Ctrl+W ");
 
   // What stands still holds nothing up, and what dies is seen.
   desk.engine.process->Signal(SIGSTOP);
@@ -132,6 +136,8 @@ TEST(X11EngineWindow, ManagersAndTitlesChangeAndItClosesLikeByItsUser) {
   desk.desktop.KillManager();
   EXPECT_TRUE(desk.Takes("(^w)"));
   desk.desktop.StartManager();
+  // It announces itself before it takes the windows over, from which on it obeys.
+  EXPECT_TRUE(LoopUntil([&] { return desk.Activate(kOther); }));
   EXPECT_TRUE(desk.Takes("(^d)"));
   desk.Got("Ctrl+U Ctrl+I Ctrl+W Ctrl+D ");
 
