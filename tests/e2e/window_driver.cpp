@@ -73,9 +73,8 @@ void WindowDriver::OpenMenu(const Control& control) const {
   Click(control);
   WaitUntil(
       [this] {
-        const std::string windows =
-            Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()),
-                  "--class", "velt-sa"});
+        const std::string windows = Tool({"search", "--all", "--onlyvisible", "--pid",
+                                          std::to_string(program_->Id()), "--class", "velt-sa"});
         return std::ranges::count(windows, '\n') > 1;
       },
       seconds(5));
