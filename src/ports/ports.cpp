@@ -2,6 +2,7 @@
 #include "ports/audio_input.h"
 #include "ports/clock.h"
 #include "ports/engine_window.h"
+#include "ports/file_chooser.h"
 #include "ports/files.h"
 #include "ports/guardian.h"
 #include "ports/instance_lock.h"
@@ -12,4 +13,5 @@
 #include "ports/scheduler.h"
 #include "ports/serial_port.h"
 #include "ports/settings_store.h"
+#include "ports/sound_file.h"
 #include "ports/system_info.h"
