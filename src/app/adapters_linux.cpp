@@ -12,6 +12,7 @@
 #include "adapters/logind/logind_sleep_lock.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
+#include "adapters/qt/qt_file_chooser.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_prompts.h"
@@ -22,6 +23,7 @@
 #include "adapters/serial/qt_serial_port.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "adapters/soundfile/repeated_file.h"
+#include "adapters/soundfile/sound_file_reader.h"
 #include "adapters/system/home_folder.h"
 #include "adapters/system/linux_system_info.h"
 #include "adapters/system/local_clock.h"
@@ -32,6 +34,7 @@
 #include "app/adapters.h"
 #include "app/logged_prompts.h"
 #include "app/signal_watcher.h"
+#include "app/spectrogram_file.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -103,12 +106,16 @@ class LinuxAdapters : public Adapters {
             .system = system_,
             .prompts = *prompts_,
             .launcher = launcher_,
+            .soundFile = soundFile_,
+            .fileChooser = fileChooser_,
+            .spectrogramWriter = spectrogramFile_,
             .lock = lock_,
             .log = log_};
   }
 
   void SetOwner(QWidget* owner) override {
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
+    fileChooser_.SetOwner(owner);
   }
 
   void WatchForEnd(std::function<void()> asked) override {
@@ -123,6 +130,9 @@ class LinuxAdapters : public Adapters {
   DiskFiles files_;
   LinuxSystemInfo system_;
   QtLauncher launcher_;
+  SoundFileReader soundFile_;
+  QtFileChooser fileChooser_;
+  SpectrogramFile spectrogramFile_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;
   std::unique_ptr<IOmniRigX> server_;

@@ -59,7 +59,9 @@ std::string TextOf(const RecordingSpectrogram& spectrogram) {
 }
 
 std::string TextOf(const SoundFileInfo& info) {
-  return "Duration: " + FixedText(info.DurationSeconds(), 3) + " s, " +
+  constexpr double kAbsurd = 1e9;
+  const double seconds = info.DurationSeconds();
+  return "Duration: " + (seconds < kAbsurd ? FixedText(seconds, 3) + " s, " : "not told, ") +
          std::to_string(info.channels) + (info.channels == 1 ? " channel" : " channels") + " at " +
          std::to_string(info.rateHz) + " Hz\n";
 }

@@ -2,12 +2,11 @@
 
 #include <QGuiApplication>
 
-#include "adapters/qt/qt_log.h"
-
 namespace velt {
 
 PictureText::PictureText() {
-  QtLog::Install(nullptr);
+  // Qt's remarks on a desktop that is not there are of no use to anybody.
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
   qputenv("QT_QPA_PLATFORM", "offscreen");
   static char name[] = "velt-sa";
   static char* arguments[] = {name, nullptr};

@@ -51,7 +51,7 @@ void SpectrogramMaker::Begin() {
                " on, it ends at " + LengthText(seconds);
     return;
   }
-  end_ = std::max(end_, first_ + 1);
+  end_ = std::max(end_, std::min(first_ + 2, blocks_));
   result_ = {.file = wish_.file,
              .length = LengthText(seconds) + ", " + std::to_string(info.channels) +
                        (info.channels == 1 ? " channel" : " channels") + " at " +

@@ -17,7 +17,7 @@ struct SpectrogramWish {
   int width = 1200;  // of the plot in pixels
   int height = 512;
   double fromSeconds = 0.0;         // 0 or more
-  std::optional<double> toSeconds;  // above fromSeconds; empty or beyond the end: to the end
+  std::optional<double> toSeconds = {};  // above fromSeconds; empty or beyond the end: to the end
 };
 
 class SpectrogramMaker {

@@ -14,12 +14,14 @@
 #include "form/main_form.h"
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
+#include "form/spectrogram_form.h"
 #include "platform/installation.h"
 #include "platform/on_top.h"
 #include "platform/platform_helpers.h"
 #include "platform/timer_driver.h"
 #include "presets/band_menu.h"
 #include "presets/preset_table.h"
+#include "recording/spectrogram_dialog.h"
 #include "rig/rig.h"
 #include "shell/manual.h"
 #include "shell/menus.h"
@@ -49,6 +51,9 @@ class Program {
     SystemInfo& system;
     Prompts& prompts;
     Launcher& launcher;
+    SoundFile& soundFile;
+    FileChooser& fileChooser;
+    SpectrogramWriter& spectrogramWriter;
     InstanceLock& lock;
     Log& log;
   };
@@ -61,6 +66,7 @@ class Program {
   Main form;
   OmniRigForm catForm;
   MessageForm messageForm;
+  SpectrogramForm spectrogramForm;
   Installation installation;
   CarriedSettings carried;
   PlatformHelpers platform;
@@ -76,6 +82,7 @@ class Program {
   BandMenu bandMenu;
   Capture capture;
   MainDisplay display;
+  SpectrogramDialog spectrogram;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

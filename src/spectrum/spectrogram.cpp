@@ -66,7 +66,7 @@ LevelPlot LevelPlot::Fitted(int width, int height) const {
 
 Spectrogram::Spectrogram(int width, int height, int64_t blocks, double topHz)
     : plot_(width, height),
-      looks_(std::max<int64_t>(blocks, 1) + 1),
+      looks_(std::max<int64_t>(blocks - 1, 1)),
       topHz_(std::clamp(topHz, kBinHz, kRateHz / 2)),
       column_(static_cast<size_t>(plot_.Height())) {
   const double bins = topHz_ / kBinHz;
@@ -86,23 +86,23 @@ Spectrogram::Spectrogram(int width, int height, int64_t blocks, double topHz)
 }
 
 void Spectrogram::Add(std::span<const int16_t, blockSamples> block) {
-  Look(block);
+  const auto middle = samples_.begin() + blockSamples;
+  std::ranges::copy(block, std::copy(middle, samples_.end(), samples_.begin()));
+  if (++added_ > 1) Look();
 }
 
 void Spectrogram::Finish() {
-  Look(std::array<int16_t, blockSamples>{});
+  if (added_ == 1) Look();
   CompleteColumns();
 }
 
-void Spectrogram::Look(std::span<const int16_t, blockSamples> block) {
+void Spectrogram::Look() {
   if (look_ < looks_ && ColumnOf(look_) > firstColumn_) {
     CompleteColumns();
     firstColumn_ = ColumnOf(look_);
     powers_.fill(0);
   }
   ++look_;
-  const auto middle = samples_.begin() + blockSamples;
-  std::ranges::copy(block, std::copy(middle, samples_.end(), samples_.begin()));
   fft_.RunFFT(samples_, realOut_);
   // The raised cosine over the samples is this sum over neighbouring bins.
   const float* const re = realOut_.data();
@@ -119,6 +119,9 @@ void Spectrogram::Look(std::span<const int16_t, blockSamples> block) {
 }
 
 void Spectrogram::CompleteColumns() {
+  // At both ends of the band the two halves of a sine fall together.
+  powers_.front() /= 4;
+  powers_.back() /= 4;
   const int end = look_ < looks_ ? ColumnOf(look_) : plot_.Width();
   size_t row = 0;
   for (const auto& [first, last] : binsOfRow_) {
@@ -146,7 +149,7 @@ int Spectrogram::ColumnOf(int64_t look) const {
 Spectrogram::Strongest Spectrogram::Peak() const {
   return {.levelDb = Decibels(strongestPower_),
           .frequencyHz = static_cast<double>(strongestBin_) * kBinHz,
-          .seconds = static_cast<double>(strongestLook_ * static_cast<int64_t>(blockSamples)) / kRateHz};
+          .seconds = static_cast<double>((strongestLook_ + 1) * static_cast<int64_t>(blockSamples)) / kRateHz};
 }
 
 }  // namespace velt

@@ -45,7 +45,8 @@ inline constexpr double spectrogramFloorDb = -100.0;
 
 // Takes a sound block by block; memory depends on the picture alone. Each look is at two neighbours
 // through a raised cosine, so that a strong signal does not cover the weak ones beside it; as every
-// block is looked at twice, no signal is so short that it falls between the looks.
+// block is looked at twice, no signal is so short that it falls between the looks. (Beyond its ends
+// nothing is made up: silence there would be a click in the picture that nobody has heard.)
 class Spectrogram {
  public:
   static constexpr size_t blockSamples = 512;
@@ -73,7 +74,7 @@ class Spectrogram {
  private:
   static constexpr size_t binCount = Fft::kSize / 2 + 1;
 
-  void Look(std::span<const int16_t, blockSamples> block);
+  void Look();
   void CompleteColumns();
   int ColumnOf(int64_t look) const;
 
@@ -88,6 +89,7 @@ class Spectrogram {
   std::vector<uint8_t> column_;         // from top to bottom
   std::vector<std::pair<uint16_t, uint16_t>> binsOfRow_;  // first and last
   int firstColumn_ = 0;
+  int64_t added_ = 0;  // blocks
   int64_t look_ = 0;
   float strongestPower_ = 0;
   size_t strongestBin_ = 0;

@@ -27,8 +27,9 @@ constexpr int kLegendWidth = 14;
 // The room that a tick needs along its scale, so that texts stand apart.
 constexpr int kTimeTickRoom = 80;
 constexpr int kOtherTickRoom = 36;
+constexpr double kHour = 3600;
 
-constexpr QRgb kGround = 0xFF17171C;
+
 constexpr QRgb kInk = 0xFFDADADF;
 
 // The pixels themselves, each level in its colour.
@@ -104,8 +105,9 @@ class Drawing {
     }
     painter_.drawText(
         QRect(plot_.left(), plot_.bottom() + 24, plot_.width(), kBottom - 24), Qt::AlignCenter,
-        painter_.fontMetrics().elidedText("Time (minutes:seconds)", Qt::ElideRight,
-                                          plot_.width()));
+        painter_.fontMetrics().elidedText(
+            to < kHour ? "Time (minutes:seconds)" : "Time (hours:minutes:seconds)", Qt::ElideRight,
+            plot_.width()));
   }
 
   void Frequency() {
@@ -197,7 +199,7 @@ QImage DrawSpectrogram(const RecordingSpectrogram& spectrogram, QSize plotSize, 
   const QSize whole = plotSize + SpectrogramFrame();
   QImage picture((QSizeF(whole) * ratio).toSize(), QImage::Format_RGB32);
   if (picture.isNull()) return picture;
-  picture.fill(kGround);
+  picture.fill(kSpectrogramGround);
   QPainter painter(&picture);
   const QRect plot(qRound(kLeft * ratio), qRound(kTop * ratio),
                    std::max(qRound(plotSize.width() * ratio), 1),

@@ -1,12 +1,16 @@
 // Draws a spectrogram with its title, its scales and a legend of its colours.
 #pragma once
 
+#include <QColor>
 #include <QImage>
 #include <QSize>
 
 #include "recording/recording_spectrogram.h"
 
 namespace velt {
+
+// Behind the text.
+inline constexpr QRgb kSpectrogramGround = 0xFF17171C;
 
 // What stands around the plot, in pixels at scale factor 1.
 QSize SpectrogramFrame();
