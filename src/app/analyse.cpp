@@ -49,13 +49,8 @@ int TellInterrupted() {
 }
 
 std::string TextOf(const RecordingSpectrogram& spectrogram) {
-  const Spectrogram::Strongest& strongest = spectrogram.strongest;
-  std::string text = "Spectrogram: " + TimeText(spectrogram.fromSeconds, 3) + " to " +
-                     TimeText(spectrogram.toSeconds, 3) + ", ";
-  if (strongest.levelDb < spectrogramFloorDb) return text + "nothing stronger than the floor\n";
-  return text + "strongest " + FixedText(strongest.levelDb, 1) + " dB at " +
-         FixedText(strongest.frequencyHz, 0) + " Hz, " +
-         TimeText(spectrogram.fromSeconds + strongest.seconds, 1) + "\n";
+  return "Spectrogram: " + TimeText(spectrogram.fromSeconds, 3) + " to " +
+         TimeText(spectrogram.toSeconds, 3) + ", " + StrongestText(spectrogram) + "\n";
 }
 
 std::string TextOf(const SoundFileInfo& info) {

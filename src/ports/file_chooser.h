@@ -14,8 +14,7 @@ namespace velt {
 struct FileQuestion {
   std::string title;
   std::filesystem::path folder;  // where to look first
-  // To be written: the proposed name; over an existing file the user has agreed to write. Empty: an
-  // existing file is chosen.
+  // Of a file to be written: what is proposed. Empty: one that is there is looked for.
   std::filesystem::path name = {};
   std::string kind;                   // "Sound files"
   std::vector<std::string> patterns;  // "*.wav"; other files can be chosen all the same
@@ -26,7 +25,8 @@ class FileChooser {
  public:
   virtual ~FileChooser() = default;
 
-  // Empty when cancelled. A second question while one is open only brings that to the front: false
+  // Empty when cancelled. Whether a file is there already, or at all, the user was not asked. A
+  // second question while one is open only brings that to the front: false
   // is returned and nothing is called.
   virtual bool Ask(const FileQuestion& question,
                    std::function<void(std::optional<std::filesystem::path>)> answered) = 0;

@@ -18,6 +18,9 @@ struct RecordingSpectrogram {
   Spectrogram::Strongest strongest;  // its time counts from fromSeconds on
 };
 
+// "strongest -12.3 dB at 1000 Hz, 0:12.0", or that there is only silence.
+std::string StrongestText(const RecordingSpectrogram& spectrogram);
+
 // Draws a spectrogram with its title and scales and writes it as a PNG file.
 class SpectrogramWriter {
  public:

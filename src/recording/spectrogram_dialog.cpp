@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "text/error_text.h"
+#include "text/formats.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -84,7 +85,9 @@ void SpectrogramDialog::Finish() {
   dialog.picSpectrogram.frame = dialog.picSpectrogram.frame + 1;
   dialog.cmdSave.enabled = true;
   dialog.lblProblem.caption = ports_.sound.Warning();
-  Stop("");
+  std::string strongest = StrongestText(*shown_);
+  strongest.front() = Raised(strongest.substr(0, 1)).front();
+  Stop(strongest);
 }
 
 // What was shown before stays.
@@ -121,19 +124,33 @@ void SpectrogramDialog::cmdSave_Click() {
                       .patterns = {"*.png"},
                       .ending = "png"},
                      [this](const std::optional<fs::path>& file) {
-                       if (file) Save(*file);
+                       if (file) SaveAs(*file);
+                     });
+}
+
+void SpectrogramDialog::SaveAs(const fs::path& file) {
+  if (!shown_) return;
+  pictureFolder_ = file.parent_path();
+  const auto there = ports_.files.Stamp(file);
+  if (!there) return Save(file);
+  if (there == ports_.files.Stamp(shown_->file)) {
+    parts_.dialog.lblProblem.caption =
+        PathText(file) + " is the recording itself, it was left as it is.";
+    return;
+  }
+  ports_.prompts.Ask({.title = "Save the spectrogram",
+                      .text = PathText(file.filename()) + " is there already. Replace it?",
+                      .icon = BoxIcon::Question,
+                      .yes = "Replace",
+                      .no = "Cancel"},
+                     [this, file](bool yes) {
+                       if (yes) Save(file);
                      });
 }
 
 void SpectrogramDialog::Save(const fs::path& file) {
   if (!shown_) return;
   SpectrogramForm& dialog = parts_.dialog;
-  pictureFolder_ = file.parent_path();
-  const auto there = ports_.files.Stamp(file);
-  if (there && there == ports_.files.Stamp(shown_->file)) {
-    dialog.lblProblem.caption = PathText(file) + " is the recording itself, it was left as it is.";
-    return;
-  }
   const int error = ports_.writer.Write(*shown_, file);
   dialog.lblProblem.caption =
       error == 0 ? "" : PathText(file) + " could not be written: " + ErrorText(error) + ".";

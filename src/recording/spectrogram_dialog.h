@@ -13,6 +13,7 @@
 #include "platform/on_top.h"
 #include "ports/file_chooser.h"
 #include "ports/files.h"
+#include "ports/prompts.h"
 #include "ports/scheduler.h"
 #include "recording/spectrogram_maker.h"
 
@@ -29,6 +30,7 @@ class SpectrogramDialog {
   struct Ports {
     SoundFile& sound;
     FileChooser& chooser;
+    Prompts& prompts;
     SpectrogramWriter& writer;
     const Files& files;
     Scheduler& scheduler;
@@ -50,6 +52,7 @@ class SpectrogramDialog {
   void Finish();
   void Fail(const std::string& problem);
   void Stop(const std::string& message);
+  void SaveAs(const std::filesystem::path& file);
   void Save(const std::filesystem::path& file);
 
   Parts parts_;

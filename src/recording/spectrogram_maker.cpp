@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "spectrum/scale_ticks.h"
+#include "text/formats.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -19,6 +20,16 @@ std::string LengthText(double seconds) {
 }
 
 }  // namespace
+
+std::string StrongestText(const RecordingSpectrogram& spectrogram) {
+  const Spectrogram::Strongest& strongest = spectrogram.strongest;
+  if (strongest.levelDb < spectrogramFloorDb) {
+    return "nothing reaches " + FixedText(spectrogramFloorDb, 0) + " dB";
+  }
+  return "strongest " + FixedText(strongest.levelDb, 1) + " dB at " +
+         FixedText(strongest.frequencyHz, 0) + " Hz, " +
+         TimeText(spectrogram.fromSeconds + strongest.seconds, 1);
+}
 
 std::string SpectrogramMaker::Start(const SpectrogramWish& wish) {
   wish_ = wish;

@@ -81,6 +81,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                    .onTop = onTop},
                   {.sound = ports.soundFile,
                    .chooser = ports.fileChooser,
+                   .prompts = ports.prompts,
                    .writer = ports.spectrogramWriter,
                    .files = ports.files,
                    .scheduler = ports.scheduler}),

@@ -8,7 +8,6 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "text/formats.h"
 #include "text/paths.h"
 #include "ui/error_label.h"
 #include "ui/qt_text.h"
@@ -36,10 +35,7 @@ void SpectrogramView::Renew() {
   const RecordingSpectrogram* const shown = source_();
   setAccessibleName(shown == nullptr ? "No spectrogram"
                                      : "Spectrogram of " + ToQt(PathText(shown->file.filename())));
-  setAccessibleDescription(
-      shown == nullptr ? QString()
-                       : "Strongest: " + ToQt(FixedText(shown->strongest.levelDb, 0)) + " dB at " +
-                             ToQt(FixedText(shown->strongest.frequencyHz, 0)) + " Hz");
+  setAccessibleDescription(shown == nullptr ? QString() : ToQt(StrongestText(*shown)));
   update();
 }
 
@@ -85,9 +81,6 @@ SpectrogramWindow::SpectrogramWindow(SpectrogramForm& form,
   auto* progress = new QProgressBar(this);
   progress->setFixedWidth(kProgressWidth);
   progress->setAccessibleName("Reading the recording");
-  QSizePolicy keepsItsPlace = progress->sizePolicy();
-  keepsItsPlace.setRetainSizeWhenHidden(true);
-  progress->setSizePolicy(keepsItsPlace);
   row->addWidget(progress);
   Binder().Watch(form_.prgWork, [this, progress] {
     progress->setVisible(form_.prgWork.visible);
@@ -96,6 +89,7 @@ SpectrogramWindow::SpectrogramWindow(SpectrogramForm& form,
   AddButton(*row, form_.cmdCancel,
             {.name = "%1 reading",
              .toolTip = "Stop reading the recording",
+             .accessKey = 'n',
              .toEnable = "Stops reading a recording; none is being read"});
   AddButton(*row, form_.cmdOpen,
             {.name = "%1", .toolTip = "Choose another recording", .accessKey = 'O'});

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QStyle>
 #include <QTimer>
 #include <utility>
 
@@ -15,6 +17,22 @@ QString PathToQt(const std::filesystem::path& path) {
 }
 
 }  // namespace
+
+NameIconProvider::NameIconProvider()
+    : file_(QApplication::style()->standardIcon(QStyle::SP_FileIcon)),
+      folder_(QApplication::style()->standardIcon(QStyle::SP_DirIcon)) {}
+
+QIcon NameIconProvider::icon(IconType type) const {
+  return type == File ? file_ : folder_;
+}
+
+QIcon NameIconProvider::icon(const QFileInfo& info) const {
+  return info.isDir() ? folder_ : file_;
+}
+
+QString NameIconProvider::type(const QFileInfo& info) const {
+  return info.isDir() ? "Folder" : info.suffix().toUpper();
+}
 
 QtFileChooser::~QtFileChooser() {
   Drop();
@@ -35,6 +53,9 @@ bool QtFileChooser::Ask(const FileQuestion& question,
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   // The transmitter has to be within reach at any time.
   dialog->setModal(false);
+  if (!icons_) icons_ = std::make_unique<NameIconProvider>();
+  dialog->setIconProvider(icons_.get());
+  dialog->setOption(QFileDialog::HideNameFilterDetails);
   dialog->setWindowTitle(QString::fromStdString(question.title));
   dialog->setDirectory(PathToQt(question.folder));
   QStringList patterns;
@@ -43,9 +64,12 @@ bool QtFileChooser::Ask(const FileQuestion& question,
   }
   dialog->setNameFilters({QString::fromStdString(question.kind) + " (" + patterns.join(' ') + ")",
                           "All files (*)"});
-  if (question.name.empty()) {
-    dialog->setFileMode(QFileDialog::ExistingFile);
-  } else {
+  // For each of its own questions (to write over a file, to delete one, a name that is not there)
+  // the dialog would block the whole program.
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);
+  dialog->setOption(QFileDialog::ReadOnly);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  if (!question.name.empty()) {
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QString::fromStdString(question.ending));
     dialog->selectFile(PathToQt(question.name));
