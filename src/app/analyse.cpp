@@ -77,9 +77,9 @@ struct ResultFiles {
 
 // All are opened before the analysis, which can take long. Returns the run's exit code.
 int OpenResults(const AnalyseOptions& options, ResultFiles& results) {
-  for (const auto& [file, path] : {std::pair(&results.csv, &options.csv),
-                                   std::pair(&results.image, &options.image),
-                                   std::pair(&results.spectrogram, &options.spectrogram)}) {
+  for (const auto& [file, path] :
+       {std::pair(&results.csv, &options.csv), std::pair(&results.image, &options.image),
+        std::pair(&results.spectrogram, &options.spectrogram)}) {
     if (path->empty()) continue;
     if (const int error = file->emplace().Open(*path)) return FailToWrite(*path, error);
   }

@@ -36,7 +36,7 @@ constexpr KnownOption kKnown[] = {
     {"spectrogram", "OUT.png", "With --analyse: write the whole recording as a picture."},
     {"from", "S", "With --spectrogram: begin at this second (default 0)."},
     {"to", "S", "With --spectrogram: end at this second (default: the end)."},
-    {"size", "WxH", "With --analyse: size of the display (default 524x110), or of the plot of the spectrogram (default 1200x512)."},
+    {"size", "WxH", "With --analyse: size of the picture (524x110 or 1200x512)."},
     {"help", nullptr, "Show this help and end (also -h)."},
     {"version", nullptr, "Show the version and end (also -v)."},
     {"h", nullptr, nullptr},
@@ -66,7 +66,7 @@ constexpr KnownOption kQts[] = {
     {"widgetcount", nullptr, nullptr},
 };
 
-constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode", "precision",
+constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode",        "precision",
                                           "slider", "waterfall", "spectrogram", "size"};
 constexpr const char* kOnlySpectrogram[] = {"from", "to"};
 constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};

@@ -12,12 +12,12 @@ namespace velt {
 
 struct AnalyseOptions {
   std::filesystem::path file;
-  std::filesystem::path csv;    // empty: none
-  std::filesystem::path image;  // empty: none
+  std::filesystem::path csv;          // empty: none
+  std::filesystem::path image;        // empty: none
   std::filesystem::path spectrogram;  // empty: none
-  int mode = 0;                 // 0, 1 or 69
-  int precision = 1;            // 1 to 4
-  int slider = 15;              // 1 to 100
+  int mode = 0;                       // 0, 1 or 69
+  int precision = 1;                  // 1 to 4
+  int slider = 15;                    // 1 to 100
   bool waterfall = false;
   int width = 524;
   int height = 110;

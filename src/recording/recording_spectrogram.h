@@ -10,11 +10,11 @@ namespace velt {
 
 struct RecordingSpectrogram {
   std::filesystem::path file;
-  std::string length;    // of the whole file: "10:00, 1 channel at 44100 Hz"
-  LevelPlot plot;        // levels of spectrogramFloorDb to 0 dB
-  double fromSeconds = 0.0;  // at the plot's left edge
-  double toSeconds = 0.0;    // at its right edge
-  double topHz = 0.0;        // at its upper edge; 0 at the lower one
+  std::string length;                // of the whole file: "10:00, 1 channel at 44100 Hz"
+  LevelPlot plot;                    // levels of spectrogramFloorDb to 0 dB
+  double fromSeconds = 0.0;          // at the plot's left edge
+  double toSeconds = 0.0;            // at its right edge
+  double topHz = 0.0;                // at its upper edge; 0 at the lower one
   Spectrogram::Strongest strongest;  // its time counts from fromSeconds on
 };
 
@@ -27,8 +27,7 @@ class SpectrogramWriter {
   virtual ~SpectrogramWriter() = default;
   // Takes the place of what is there once it is whole. Returns the system's error number, 0 for
   // success.
-  virtual int Write(const RecordingSpectrogram& spectrogram,
-                    const std::filesystem::path& path) = 0;
+  virtual int Write(const RecordingSpectrogram& spectrogram, const std::filesystem::path& path) = 0;
 };
 
 }  // namespace velt

@@ -21,8 +21,7 @@ constexpr Milliseconds kPause{1};
 SpectrogramDialog::SpectrogramDialog(const Parts& parts, const Ports& ports)
     : parts_(parts), ports_(ports), maker_(ports.sound) {
   SpectrogramForm& dialog = parts_.dialog;
-  connections_ +=
-      parts_.form.mnuspectrogram.clicked.Listen([this] { mnuspectrogram_Click(); });
+  connections_ += parts_.form.mnuspectrogram.clicked.Listen([this] { mnuspectrogram_Click(); });
   connections_ += dialog.cmdOpen.clicked.Listen([this] { cmdOpen_Click(); });
   connections_ += dialog.cmdCancel.clicked.Listen([this] { cmdCancel_Click(); });
   connections_ += dialog.cmdSave.clicked.Listen([this] { cmdSave_Click(); });

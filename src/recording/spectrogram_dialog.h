@@ -59,8 +59,8 @@ class SpectrogramDialog {
   Ports ports_;
   SpectrogramMaker maker_;
   std::optional<RecordingSpectrogram> shown_;
-  std::filesystem::path file_;  // that is read, or was
-  Scheduler::Handle slice_;     // while it is read
+  std::filesystem::path file_;           // that is read, or was
+  Scheduler::Handle slice_;              // while it is read
   std::filesystem::path soundFolder_;    // where the user found the last one
   std::filesystem::path pictureFolder_;  // where the last one was saved
   OnTop::Lowered lowered_;               // while the dialog or its first question is open

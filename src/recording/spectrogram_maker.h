@@ -16,7 +16,7 @@ struct SpectrogramWish {
   std::filesystem::path file;
   int width = 1200;  // of the plot in pixels
   int height = 512;
-  double fromSeconds = 0.0;         // 0 or more
+  double fromSeconds = 0.0;              // 0 or more
   std::optional<double> toSeconds = {};  // above fromSeconds; empty or beyond the end: to the end
 };
 

@@ -36,9 +36,9 @@ Reading Analyser::Analyse(std::span<const int16_t, blockSamples> block,
   if (drawsSpectrum || output.columns) ComputeHeights(settings.spectrumDivisor);
   if (output.columns) {
     output.columns->resize(plan_.Columns().size());
-    std::ranges::transform(
-        plan_.Columns(), output.columns->begin(),
-        [this](const Column& column) { return heights_[column.p] + heights_[column.p1]; });
+    std::ranges::transform(plan_.Columns(), output.columns->begin(), [this](const Column& column) {
+      return heights_[column.p] + heights_[column.p1];
+    });
   }
   if (output.display) {
     for (Raster* raster : {&output.display->shown, &output.display->offScreen}) {

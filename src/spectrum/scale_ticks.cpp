@@ -22,16 +22,16 @@ Step PlainStep(double least) {
   int exponent = static_cast<int>(std::floor(std::log10(least)));
   for (;; ++exponent) {
     for (const int digit : {1, 2, 5}) {
-      const double size = exponent < 0 ? digit / std::pow(10.0, -exponent)
-                                       : digit * std::pow(10.0, exponent);
+      const double size =
+          exponent < 0 ? digit / std::pow(10.0, -exponent) : digit * std::pow(10.0, exponent);
       if (size >= least * (1 - kSlack)) return {size, std::max(-exponent, 0)};
     }
   }
 }
 
 Step TimeStep(double least) {
-  constexpr std::array kRound{1,   2,    5,    10,   15,    30,    60,    120,  300,
-                              600, 900,  1800, 3600, 7200,  10800, 21600, 43200};
+  constexpr std::array kRound{1,   2,   5,    10,   15,   30,    60,    120,  300,
+                              600, 900, 1800, 3600, 7200, 10800, 21600, 43200};
   if (least <= 0.5) return PlainStep(least);
   for (const int size : kRound) {
     if (size >= least * (1 - kSlack)) return {static_cast<double>(size), 0};

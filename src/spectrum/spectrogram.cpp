@@ -30,8 +30,7 @@ std::vector<std::pair<int, int>> Sources(int size, int all) {
   for (int64_t at = 0; at < size; ++at) {
     const int64_t first = at * all / size;
     const int64_t last = ((at + 1) * all + size - 1) / size - 1;
-    sources.emplace_back(static_cast<int>(first),
-                         static_cast<int>(all > size ? last : first));
+    sources.emplace_back(static_cast<int>(first), static_cast<int>(all > size ? last : first));
   }
   return sources;
 }
@@ -147,9 +146,11 @@ int Spectrogram::ColumnOf(int64_t look) const {
 }
 
 Spectrogram::Strongest Spectrogram::Peak() const {
-  return {.levelDb = Decibels(strongestPower_),
-          .frequencyHz = static_cast<double>(strongestBin_) * kBinHz,
-          .seconds = static_cast<double>((strongestLook_ + 1) * static_cast<int64_t>(blockSamples)) / kRateHz};
+  return {
+      .levelDb = Decibels(strongestPower_),
+      .frequencyHz = static_cast<double>(strongestBin_) * kBinHz,
+      .seconds =
+          static_cast<double>((strongestLook_ + 1) * static_cast<int64_t>(blockSamples)) / kRateHz};
 }
 
 }  // namespace velt

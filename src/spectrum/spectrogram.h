@@ -86,7 +86,7 @@ class Spectrogram {
   alignas(64) std::array<float, Fft::kSize> realOut_{};
   // The strongest powers of the looks at the columns that are not complete yet.
   alignas(64) std::array<float, binCount> powers_{};
-  std::vector<uint8_t> column_;         // from top to bottom
+  std::vector<uint8_t> column_;                           // from top to bottom
   std::vector<std::pair<uint16_t, uint16_t>> binsOfRow_;  // first and last
   int firstColumn_ = 0;
   int64_t added_ = 0;  // blocks

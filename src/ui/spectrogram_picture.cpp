@@ -29,7 +29,6 @@ constexpr int kTimeTickRoom = 80;
 constexpr int kOtherTickRoom = 36;
 constexpr double kHour = 3600;
 
-
 constexpr QRgb kInk = 0xFFDADADF;
 
 // The pixels themselves, each level in its colour.
@@ -103,24 +102,23 @@ class Drawing {
                         text);
       free = left + width + 2 * kTextGap;
     }
-    painter_.drawText(
-        QRect(plot_.left(), plot_.bottom() + 24, plot_.width(), kBottom - 24), Qt::AlignCenter,
-        painter_.fontMetrics().elidedText(
-            to < kHour ? "Time (minutes:seconds)" : "Time (hours:minutes:seconds)", Qt::ElideRight,
-            plot_.width()));
+    painter_.drawText(QRect(plot_.left(), plot_.bottom() + 24, plot_.width(), kBottom - 24),
+                      Qt::AlignCenter,
+                      painter_.fontMetrics().elidedText(
+                          to < kHour ? "Time (minutes:seconds)" : "Time (hours:minutes:seconds)",
+                          Qt::ElideRight, plot_.width()));
   }
 
   void Frequency() {
     const double top = spectrogram_.topHz;
     const bool kilohertz = top >= 2000;
     const double unit = kilohertz ? 1000 : 1;
-    for (const Tick& tick :
-         PlainTicks(0, top / unit, MostTicks(plot_.height(), kOtherTickRoom))) {
+    for (const Tick& tick : PlainTicks(0, top / unit, MostTicks(plot_.height(), kOtherTickRoom))) {
       const int y = At(plot_.bottom(), 1 - plot_.height(), tick.value * unit / top);
       painter_.fillRect(plot_.left() - 1 - kTickLength, y, kTickLength, 1, QColor(kInk));
-      painter_.drawText(QRect(0, y - kTextPixels, plot_.left() - kTickLength - kTextGap - 1,
-                              2 * kTextPixels),
-                        Qt::AlignRight | Qt::AlignVCenter, ToQt(tick.text));
+      painter_.drawText(
+          QRect(0, y - kTextPixels, plot_.left() - kTickLength - kTextGap - 1, 2 * kTextPixels),
+          Qt::AlignRight | Qt::AlignVCenter, ToQt(tick.text));
     }
     Upright(2, kilohertz ? "Frequency (kHz)" : "Frequency (Hz)");
   }
@@ -134,13 +132,13 @@ class Drawing {
                         QColor(palette[static_cast<uint8_t>(level)].Argb()));
     }
     Frame(bar);
-    for (const Tick& tick : PlainTicks(spectrogramFloorDb, 0,
-                                       MostTicks(bar.height(), kOtherTickRoom))) {
+    for (const Tick& tick :
+         PlainTicks(spectrogramFloorDb, 0, MostTicks(bar.height(), kOtherTickRoom))) {
       const int y = At(bar.top(), bar.height() - 1, tick.value / spectrogramFloorDb);
       painter_.fillRect(bar.right() + 2, y, kTickLength, 1, QColor(kInk));
-      painter_.drawText(QRect(bar.right() + 2 + kTickLength + kTextGap, y - kTextPixels, kRight,
-                              2 * kTextPixels),
-                        Qt::AlignLeft | Qt::AlignVCenter, ToQt(tick.text));
+      painter_.drawText(
+          QRect(bar.right() + 2 + kTickLength + kTextGap, y - kTextPixels, kRight, 2 * kTextPixels),
+          Qt::AlignLeft | Qt::AlignVCenter, ToQt(tick.text));
     }
     Upright(plot_.right() + kRight - kTextPixels - 4, "Level (dB of full scale)");
   }
@@ -178,9 +176,7 @@ class Drawing {
     painter_.restore();
   }
 
-  static int At(int start, int length, double share) {
-    return qRound(start + length * share);
-  }
+  static int At(int start, int length, double share) { return qRound(start + length * share); }
 
   QPainter& painter_;
   const RecordingSpectrogram& spectrogram_;

@@ -98,8 +98,7 @@ SpectrogramWindow::SpectrogramWindow(SpectrogramForm& form,
              .toolTip = "Save the picture as a PNG file",
              .accessKey = 'S',
              .toEnable = "Saves the picture; there is none yet"});
-  AddButton(*row, form_.cmdClose,
-            {.name = "%1", .toolTip = "Close this window", .accessKey = 'C'});
+  AddButton(*row, form_.cmdClose, {.name = "%1", .toolTip = "Close this window", .accessKey = 'C'});
   FollowForm();
 }
 

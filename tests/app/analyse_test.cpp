@@ -32,8 +32,10 @@ TEST(Analyse, ThePictureIsWhatDrawingEveryBlockLeaves) {
     bool waterfall;
     int width, height, precision, mode;
   };
-  for (const Row& row : {Row{500, true, 524, 16, 1, 0}, {3, true, 524, 16, 1, 0},
-                         {257, true, 300, 40, 3, 69}, {501, false, 524, 110, 2, 1}}) {
+  for (const Row& row : {Row{500, true, 524, 16, 1, 0},
+                         {3, true, 524, 16, 1, 0},
+                         {257, true, 300, 40, 3, 69},
+                         {501, false, 524, 110, 2, 1}}) {
     const std::vector<int16_t> samples = Noise(row.blocks);
     AnalyseOptions options;
     options.file = folder / "noise.wav";
@@ -65,8 +67,8 @@ TEST(Analyse, ThePictureIsWhatDrawingEveryBlockLeaves) {
       analyser.Analyse(block, settings, {}, palette, output);
     }
     const Raster& shown = output.display->shown;
-    const QImage picture =
-        QImage(QString::fromStdString(options.image.string())).convertToFormat(QImage::Format_RGB32);
+    const QImage picture = QImage(QString::fromStdString(options.image.string()))
+                               .convertToFormat(QImage::Format_RGB32);
     ASSERT_EQ(picture.size(), QSize(row.width, row.height));
     for (int y = 0; y < row.height; ++y) {
       const auto* pixels = reinterpret_cast<const uint32_t*>(picture.constScanLine(y));

@@ -85,10 +85,10 @@ TEST_F(CommandLine, AnalysesATone) {
 TEST_F(CommandLine, WhatCannotBeReadOrWrittenGetsOneClearLine) {
   folder.Write("text.wav", "this is not a sound");
   WriteToneFile("good.wav", 1000, 0.1);
-  for (const char* call : {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv",
-                           "good.wav --csv /dev/full", "good.wav --image /dev/full",
-                           "good.wav --spectrogram /dev/full",
-                           "good.wav --spectrogram o.png --from 5"}) {
+  for (const char* call :
+       {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv", "good.wav --csv /dev/full",
+        "good.wav --image /dev/full", "good.wav --spectrogram /dev/full",
+        "good.wav --spectrogram o.png --from 5"}) {
     const Result result = Call(std::string("--analyse ") + call);
     EXPECT_EQ(result.exitCode, 1) << call;
     EXPECT_TRUE(result.IsOneLineWith(Words(call).back())) << result.said;
@@ -185,9 +185,9 @@ TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
   WriteToneFile("tone.wav", 1000, 1.0);
   const FullDisk disk;
   const TempFolder results;
-  for (const std::string call : {"--analyse tone.wav --csv ", "--analyse tone.wav --image ",
-                                 "--analyse tone.wav --spectrogram ",
-                                 "--headless --demo --seconds 1 --screenshot "}) {
+  for (const std::string call :
+       {"--analyse tone.wav --csv ", "--analyse tone.wav --image ",
+        "--analyse tone.wav --spectrogram ", "--headless --demo --seconds 1 --screenshot "}) {
     results.Write("o", "old");
     disk.Fill();
     EXPECT_EQ(Call(call + (results / "o").string()).exitCode, 1) << call;

@@ -39,7 +39,8 @@ TEST(Options, ChooseTheKindOfRun) {
         Case{"--analyse a --mode 2"}, Case{"--analyse a --precision 5"},
         Case{"--analyse a --slider 0"}, Case{"--spectrogram a.png"}, Case{"--analyse a --from 3"},
         Case{"--analyse a --spectrogram b --from x"}, Case{"--analyse a --spectrogram b --from=-1"},
-        Case{"--analyse a --spectrogram b --from 3 --to 3"}, Case{"--analyse a --size 1x1"}, Case{"--rig1 localhost"}}) {
+        Case{"--analyse a --spectrogram b --from 3 --to 3"}, Case{"--analyse a --size 1x1"},
+        Case{"--rig1 localhost"}}) {
     EXPECT_EQ(Parse(c.call).run, c.run) << c.call;
   }
   EXPECT_EQ(ParseOptions(std::vector<std::string>{"--input", ""}, "").run, Kind::Invalid);

@@ -42,8 +42,10 @@ std::pair<int, int> Brightest(const LevelPlot& plot) {
 }
 
 TEST(SpectrogramTest, ToneStandsAtItsFrequencyWithItsLevel) {
-  for (const auto& [width, height, topHz] : {std::tuple(300, 512, 22050.0), {37, 100, 22050.0},
-                                             {1000, 800, 22050.0}, {50, 300, 4000.0}}) {
+  for (const auto& [width, height, topHz] : {std::tuple(300, 512, 22050.0),
+                                             {37, 100, 22050.0},
+                                             {1000, 800, 22050.0},
+                                             {50, 300, 4000.0}}) {
     Spectrogram spectrogram(width, height, 100, topHz);
     for (int64_t i = 0; i < 100; ++i) spectrogram.Add(Tone(3014.6484375, 3276.8, 0, 512, i));
     spectrogram.Finish();
@@ -64,7 +66,8 @@ TEST(SpectrogramTest, ToneStandsAtItsFrequencyWithItsLevel) {
 TEST(SpectrogramTest, NoShortSignalIsLost) {
   // Of an hour: wherever it stands in its block, and however small the picture.
   constexpr int64_t kBlocks = 310000 / 50;
-  for (const auto& [from, to] : {std::pair<size_t, size_t>(0, 512), {0, 8}, {252, 260}, {504, 512}}) {
+  for (const auto& [from, to] :
+       {std::pair<size_t, size_t>(0, 512), {0, 8}, {252, 260}, {504, 512}}) {
     Spectrogram spectrogram(120, 64, kBlocks, 22050);
     for (int64_t i = 0; i < kBlocks; ++i) {
       spectrogram.Add(i == kBlocks / 3 ? Tone(6000, 30000, from, to, i) : Block{});
@@ -110,8 +113,9 @@ TEST(ScaleTicks, StandAtRoundValues) {
     std::vector<std::string> texts;
   };
   for (const auto& [ticks, texts] :
-       {Row{TimeTicks(0, 600, 11), {"0:00", "1:00", "2:00", "3:00", "4:00", "5:00", "6:00", "7:00",
-                                    "8:00", "9:00", "10:00"}},
+       {Row{TimeTicks(0, 600, 11),
+            {"0:00", "1:00", "2:00", "3:00", "4:00", "5:00", "6:00", "7:00", "8:00", "9:00",
+             "10:00"}},
         {TimeTicks(0, 10800, 4), {"0:00", "1:00:00", "2:00:00", "3:00:00"}},
         {TimeTicks(0, 0.4999, 5), {"0:00.0", "0:00.1", "0:00.2", "0:00.3", "0:00.4"}},
         {TimeTicks(59.9, 61, 3), {"1:00.0", "1:00.5", "1:01.0"}},

@@ -62,8 +62,8 @@ bool QtFileChooser::Ask(const FileQuestion& question,
   for (const std::string& pattern : question.patterns) {
     patterns << QString::fromStdString(pattern);
   }
-  dialog->setNameFilters({QString::fromStdString(question.kind) + " (" + patterns.join(' ') + ")",
-                          "All files (*)"});
+  dialog->setNameFilters(
+      {QString::fromStdString(question.kind) + " (" + patterns.join(' ') + ")", "All files (*)"});
   // For each of its own questions (to write over a file, to delete one, a name that is not there)
   // the dialog would block the whole program.
   dialog->setOption(QFileDialog::DontConfirmOverwrite);
