@@ -5,12 +5,15 @@
 #include <QFileInfo>
 #include <QStyle>
 #include <QTimer>
+#include <chrono>
 #include <utility>
 
 #include "text/paths.h"
 
 namespace velt {
 namespace {
+
+constexpr std::chrono::milliseconds kFocusLimit{100};
 
 QString PathToQt(const std::filesystem::path& path) {
   return QString::fromStdString(PathText(path));
@@ -83,8 +86,11 @@ bool QtFileChooser::Ask(const FileQuestion& question,
     if (result == QDialog::Accepted && !chosen.isEmpty()) {
       file = TextPath(chosen.first().toStdString());
     }
-    // The dialog goes first.
-    QTimer::singleShot(0, this, [answered, file] { answered(file); });
+    // The dialog goes first, and what it stood over gets the keyboard: what the answer leads to
+    // belongs there. Not every desktop gives it.
+    QWidget* const asking = dialog->parentWidget();
+    if (asking != nullptr) asking->activateWindow();
+    QTimer::singleShot(kFocusLimit, this, [answered, file] { answered(file); });
   });
   dialog->show();
   return true;
