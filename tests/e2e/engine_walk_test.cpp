@@ -67,7 +67,8 @@ struct EngineWalk : testing::Test {
   }
 };
 
-const std::vector<std::string> kRun{"Down", "Return"}, kClose{"Down", "Down", "Return"};
+// By their access letters, wherever the items stand.
+const std::vector<std::string> kRun{"r"}, kClose{"c"};
 
 TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   const auto window = Start();
