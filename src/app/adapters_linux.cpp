@@ -13,6 +13,7 @@
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
 #include "adapters/qt/qt_colour_chooser.h"
+#include "adapters/qt/qt_file_chooser.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_pictures.h"
@@ -24,6 +25,7 @@
 #include "adapters/serial/qt_serial_port.h"
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "adapters/soundfile/repeated_file.h"
+#include "adapters/soundfile/sound_file_reader.h"
 #include "adapters/system/home_folder.h"
 #include "adapters/system/linux_system_info.h"
 #include "adapters/system/local_clock.h"
@@ -34,6 +36,7 @@
 #include "app/adapters.h"
 #include "app/logged_prompts.h"
 #include "app/signal_watcher.h"
+#include "app/spectrogram_file.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -107,6 +110,9 @@ class LinuxAdapters : public Adapters {
             .colours = colours_,
             .launcher = launcher_,
             .pictures = pictures_,
+            .soundFile = soundFile_,
+            .fileChooser = fileChooser_,
+            .spectrogramWriter = spectrogramFile_,
             .lock = lock_,
             .log = log_};
   }
@@ -114,6 +120,7 @@ class LinuxAdapters : public Adapters {
   void SetOwner(QWidget* owner) override {
     colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
+    fileChooser_.SetOwner(owner);
   }
 
   void WatchForEnd(std::function<void()> asked) override {
@@ -130,6 +137,9 @@ class LinuxAdapters : public Adapters {
   QtColourChooser colours_;
   QtLauncher launcher_;
   QtPictures pictures_;
+  SoundFileReader soundFile_;
+  QtFileChooser fileChooser_;
+  SpectrogramFile spectrogramFile_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;
   std::unique_ptr<IOmniRigX> server_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <vector>
@@ -12,43 +13,69 @@
 
 namespace velt {
 
-void AppendThreeDecimals(std::string& line, double value) {
+namespace {
+
+// Whole numbers from 0 to 999 as texts, copied four bytes at a time.
+struct ThousandTexts {
+  using Four = std::array<char, 4>;
+  std::array<Four, 1000> decimals{};  // ".007"
+  std::array<Four, 1000> plain{};     // "7", the last byte is the text's length
+
+  ThousandTexts() {
+    for (size_t number = 0; number < 1000; ++number) {
+      const std::string text = std::to_string(number);
+      decimals[number] = {'.', '0', '0', '0'};
+      std::ranges::copy_backward(text, decimals[number].end());
+      std::ranges::copy(text, plain[number].begin());
+      plain[number][3] = static_cast<char>(text.size());
+    }
+  }
+};
+
+// More than FixedText needs for any number.
+constexpr size_t kMostCharacters = 320;
+
+// With three decimals, as FixedText gives it; nothing for NaN. Returns where the text ends.
+char* PutThreeDecimals(char* at, double value, const ThousandTexts& texts) {
   // The exact conversion costs more than the analysis. Thousandths in a whole number are as exact,
   // except beside a tie, where the product's own rounding could decide.
   const double thousandths = value * 1000.0;
-  const double whole = std::floor(thousandths);
-  const double rest = thousandths - whole;
-  if (!(value >= 0.0 && value < 1e9) || std::abs(rest - 0.5) < 1e-3) {
-    line += FixedText(value, 3);
-    return;
+  if (thousandths >= 0.0 && thousandths < 1e9) {
+    auto number = static_cast<uint32_t>(static_cast<int32_t>(thousandths));
+    const double rest = thousandths - number;
+    if (std::abs(rest - 0.5) >= 1e-6) {
+      number += rest > 0.5 ? 1U : 0U;
+      const uint32_t whole = number / 1000;
+      if (whole < 1000) {
+        std::ranges::copy(texts.plain[whole], at);
+        at += texts.plain[whole][3];
+      } else {
+        at = std::to_chars(at, at + kMostCharacters, whole).ptr;
+      }
+      return std::ranges::copy(texts.decimals[number % 1000], at).out;
+    }
   }
-  auto number = static_cast<uint64_t>(whole) + (rest > 0.5 ? 1U : 0U);
-  std::array<char, 24> digits{};
-  char* at = digits.data() + digits.size();
-  for (int place = 0; place < 4 || number != 0; ++place) {
-    if (place == 3) *--at = '.';
-    *--at = static_cast<char>('0' + number % 10);
-    number /= 10;
-  }
-  line.append(at, digits.data() + digits.size());
+  return std::isnan(value) ? at : std::ranges::copy(FixedText(value, 3), at).out;
 }
 
-const std::string& CsvLine::Format(int64_t block, const Reading& reading,
-                                   const std::string& peakText, std::span<const double> heights) {
-  line_.clear();
-  line_ += std::to_string(block);
-  line_ += ',';
-  line_ += std::to_string(reading.dominantFrequencyHz);
-  line_ += ',';
-  line_ += peakText;
-  line_ += ',';
-  line_ += std::to_string(reading.smeterLevelTwips);
+}  // namespace
+
+std::string_view CsvLine::Format(int64_t block, const Reading& reading, const std::string& peakText,
+                                 std::span<const double> heights) {
+  static const ThousandTexts texts;
+  const std::string start = std::to_string(block) + ',' +
+                            std::to_string(reading.dominantFrequencyHz) + ',' + peakText + ',' +
+                            std::to_string(reading.smeterLevelTwips);
+  // Room for whatever comes: asking before each number costs as much as writing it.
+  const size_t most = start.size() + heights.size() * (1 + kMostCharacters) + 1;
+  if (room_.size() < most) room_.resize(most);
+  char* at = std::ranges::copy(start, room_.data()).out;
   for (const double height : heights) {
-    line_ += ',';
-    if (!std::isnan(height)) AppendThreeDecimals(line_, height);
+    *at++ = ',';
+    at = PutThreeDecimals(at, height, texts);
   }
-  line_ += '\n';
-  return line_;
+  *at++ = '\n';
+  return {room_.data(), at};
 }
 
 void AnalysisSummary::Count(const Reading& reading) {

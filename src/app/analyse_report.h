@@ -6,6 +6,8 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "spectrum/analysis.h"
 
@@ -17,15 +19,12 @@ namespace velt {
 class CsvLine {
  public:
   // With the line's end; valid until the next call.
-  const std::string& Format(int64_t block, const Reading& reading, const std::string& peakText,
-                            std::span<const double> heights);
+  std::string_view Format(int64_t block, const Reading& reading, const std::string& peakText,
+                          std::span<const double> heights);
 
  private:
-  std::string line_;
+  std::vector<char> room_;
 };
-
-// Appends a number with three decimals, as FixedText gives it.
-void AppendThreeDecimals(std::string& line, double value);
 
 // What an analysis found, block by block.
 class AnalysisSummary {

@@ -38,6 +38,7 @@ std::string FileClash(const Options& options) {
   const Named read[] = {{"--analyse", options.analyse.file}, {"--input", options.input}};
   const Named written[] = {{"--csv", options.analyse.csv},
                            {"--image", options.analyse.image},
+                           {"--spectrogram", options.analyse.spectrogram},
                            {"--screenshot", options.screenshot},
                            {"--log", options.logFile}};
   std::vector<Named> before(std::begin(read), std::end(read));

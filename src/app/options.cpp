@@ -33,7 +33,10 @@ constexpr KnownOption kKnown[] = {
     {"precision", "N", "With --analyse: resolution 1 to 4 (default 1)."},
     {"slider", "N", "With --analyse: level slider 1 to 100 (default 15)."},
     {"waterfall", nullptr, "With --analyse: the waterfall instead of the spectrum."},
-    {"size", "WxH", "With --analyse: size of the display (default 524x110)."},
+    {"spectrogram", "OUT.png", "With --analyse: write the whole recording as a picture."},
+    {"from", "S", "With --spectrogram: begin at this second (default 0)."},
+    {"to", "S", "With --spectrogram: end at this second (default: the end)."},
+    {"size", "WxH", "With --analyse: size of the picture (524x110 or 1200x512)."},
     {"help", nullptr, "Show this help and end (also -h)."},
     {"version", nullptr, "Show the version and end (also -v)."},
     {"h", nullptr, nullptr},
@@ -63,8 +66,9 @@ constexpr KnownOption kQts[] = {
     {"widgetcount", nullptr, nullptr},
 };
 
-constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode", "precision",
-                                          "slider", "waterfall", "size"};
+constexpr const char* kOnlyAnalysing[] = {"csv",    "image",     "mode",        "precision",
+                                          "slider", "waterfall", "spectrogram", "size"};
+constexpr const char* kOnlySpectrogram[] = {"from", "to"};
 constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};
 constexpr const char* kNotAnalysing[] = {
     "demo", "input", "audio-device", "headless", "list-audio-devices",
@@ -128,6 +132,14 @@ class Checker {
              std::to_string(most) + ".");
     return fallback;
   }
+  std::optional<double> Seconds(const std::string& name) {
+    if (!arguments_.Has(name)) return std::nullopt;
+    constexpr double kMost = 1e9;
+    const auto value = ParseNumber(arguments_.Value(name));
+    if (value && *value >= 0 && *value <= kMost) return value;
+    Complain("--" + name + " takes seconds, for example 90 or 12.5.");
+    return std::nullopt;
+  }
 
  private:
   const Arguments& arguments_;
@@ -143,14 +155,20 @@ void ParseSize(const std::string& size, Checker& checker, AnalyseOptions& analys
     checker.Complain("--size takes WIDTHxHEIGHT, from 16x16 to 8192x4096.");
     return;
   }
-  analyse.width = *width;
-  analyse.height = *height;
+  analyse.width = analyse.plotWidth = *width;
+  analyse.height = analyse.plotHeight = *height;
 }
 
 void ParseAnalyse(const Arguments& arguments, Checker& checker, AnalyseOptions& analyse) {
   analyse.file = TextPath(arguments.Value("analyse"));
   analyse.csv = TextPath(arguments.Value("csv"));
   analyse.image = TextPath(arguments.Value("image"));
+  analyse.spectrogram = TextPath(arguments.Value("spectrogram"));
+  analyse.fromSeconds = checker.Seconds("from").value_or(0.0);
+  analyse.toSeconds = checker.Seconds("to");
+  if (analyse.toSeconds && *analyse.toSeconds <= analyse.fromSeconds) {
+    checker.Complain("--to has to be later than --from.");
+  }
   analyse.mode = checker.Number("mode", 0, 0, 69);
   if (analyse.mode != 0 && analyse.mode != 1 && analyse.mode != 69) {
     checker.Complain("--mode takes 0, 1 or 69.");
@@ -189,6 +207,7 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
     }
   }
   for (const char* name : kOnlyAnalysing) checker.NeedsOther(name, "analyse");
+  for (const char* name : kOnlySpectrogram) checker.NeedsOther(name, "spectrogram");
   for (const char* name : kOnlyHeadless) checker.NeedsOther(name, "headless");
   for (const char* name : kNotAnalysing) checker.NotTogether(name, "analyse");
   checker.NotTogether("demo", "input");

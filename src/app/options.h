@@ -3,6 +3,7 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -11,14 +12,21 @@ namespace velt {
 
 struct AnalyseOptions {
   std::filesystem::path file;
-  std::filesystem::path csv;    // empty: none
-  std::filesystem::path image;  // empty: none
-  int mode = 0;                 // 0, 1 or 69
-  int precision = 1;            // 1 to 4
-  int slider = 15;              // 1 to 100
+  std::filesystem::path csv;          // empty: none
+  std::filesystem::path image;        // empty: none
+  std::filesystem::path spectrogram;  // empty: none
+  int mode = 0;                       // 0, 1 or 69
+  int precision = 1;                  // 1 to 4
+  int slider = 15;                    // 1 to 100
   bool waterfall = false;
   int width = 524;
   int height = 110;
+  // Of the spectrogram's plot, in pixels.
+  int plotWidth = 1200;
+  int plotHeight = 512;
+  // What it shows, in seconds; from 0 on, and below toSeconds.
+  double fromSeconds = 0.0;
+  std::optional<double> toSeconds;  // empty: to the end
 };
 
 struct Options {

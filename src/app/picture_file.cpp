@@ -8,10 +8,11 @@
 
 namespace velt {
 
-int WritePicture(const QImage& picture, OutputFile& file) {
+int WritePicture(const QImage& picture, OutputFile& file, PngEffort effort) {
   // Qt tells no reason for a file that it could not write, so it writes to memory.
   QBuffer png;
-  if (!png.open(QIODevice::WriteOnly) || !picture.save(&png, "PNG")) return ENOMEM;
+  const int quality = effort == PngEffort::Usual ? -1 : 85;
+  if (!png.open(QIODevice::WriteOnly) || !picture.save(&png, "PNG", quality)) return ENOMEM;
   const QByteArray& bytes = png.data();
   file.Write({bytes.constData(), static_cast<size_t>(bytes.size())});
   return file.Commit();

@@ -17,6 +17,7 @@
 #include "ui/main_window.h"
 #include "ui/message_view.h"
 #include "ui/omnirig_window.h"
+#include "ui/spectrogram_window.h"
 
 namespace velt {
 namespace {
@@ -104,6 +105,8 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   const AboutWindow aboutWindow(program.aboutForm, &window);
   const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);
+  const SpectrogramWindow spectrogramWindow(
+      program.spectrogramForm, [&program] { return program.spectrogram.Shown(); }, &window);
   Connections connections;
   connections += window.closing.Listen(
       [&program](bool& cancel) { program.shutdown.Form_Unload(cancel, Shutdown::ClosedBy::User); });

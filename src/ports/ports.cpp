@@ -3,6 +3,7 @@
 #include "ports/clock.h"
 #include "ports/colour_chooser.h"
 #include "ports/engine_window.h"
+#include "ports/file_chooser.h"
 #include "ports/files.h"
 #include "ports/guardian.h"
 #include "ports/instance_lock.h"
@@ -14,4 +15,5 @@
 #include "ports/scheduler.h"
 #include "ports/serial_port.h"
 #include "ports/settings_store.h"
+#include "ports/sound_file.h"
 #include "ports/system_info.h"

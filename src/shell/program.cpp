@@ -97,6 +97,14 @@ Program::Program(const Ports& ports, RunSetup runSetup)
       colorDialog(
           form.mnueditcolorshemes,
           {.form = colorsForm, .display = display, .onTop = onTop, .chooser = ports.colours}),
+      spectrogram(
+          {.form = form, .dialog = spectrogramForm, .installation = installation, .onTop = onTop},
+          {.sound = ports.soundFile,
+           .chooser = ports.fileChooser,
+           .prompts = ports.prompts,
+           .writer = ports.spectrogramWriter,
+           .files = ports.files,
+           .scheduler = ports.scheduler}),
       layout(form, display),
       scale(form, ports.prompts),
       settings({.form = form,

@@ -17,6 +17,7 @@
 #include "form/main_form.h"
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
+#include "form/spectrogram_form.h"
 #include "platform/installation.h"
 #include "platform/on_top.h"
 #include "platform/platform_helpers.h"
@@ -24,6 +25,7 @@
 #include "presets/band_menu.h"
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
+#include "recording/spectrogram_dialog.h"
 #include "rig/rig.h"
 #include "shell/about_box.h"
 #include "shell/helper_programs.h"
@@ -57,6 +59,9 @@ class Program {
     ColourChooser& colours;
     Launcher& launcher;
     Pictures& pictures;
+    SoundFile& soundFile;
+    FileChooser& fileChooser;
+    SpectrogramWriter& spectrogramWriter;
     InstanceLock& lock;
     Log& log;
   };
@@ -71,6 +76,7 @@ class Program {
   ColorsForm colorsForm;
   AboutForm aboutForm;
   MessageForm messageForm;
+  SpectrogramForm spectrogramForm;
   Installation installation;
   CarriedSettings carried;
   PlatformHelpers platform;
@@ -88,6 +94,7 @@ class Program {
   Capture capture;
   MainDisplay display;
   ColorDialog colorDialog;
+  SpectrogramDialog spectrogram;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

@@ -35,10 +35,10 @@ Reading Analyser::Analyse(std::span<const int16_t, blockSamples> block,
   const bool drawsSpectrum = output.display && !settings.waterfall;
   if (drawsSpectrum || output.columns) ComputeHeights(settings.spectrumDivisor);
   if (output.columns) {
-    output.columns->clear();
-    for (const Column& column : plan_.Columns()) {
-      output.columns->push_back(heights_[column.p] + heights_[column.p1]);
-    }
+    output.columns->resize(plan_.Columns().size());
+    std::ranges::transform(plan_.Columns(), output.columns->begin(), [this](const Column& column) {
+      return heights_[column.p] + heights_[column.p1];
+    });
   }
   if (output.display) {
     for (Raster* raster : {&output.display->shown, &output.display->offScreen}) {
@@ -143,12 +143,28 @@ bool Analyser::ScrollIsDue(int16_t waterSpeed) {
   return true;
 }
 
-void Analyser::UpdateMeter(const AnalysisSettings& settings) {
+// The sum of all columns' strengths, each addition rounded, halves to even; one that leads beyond
+// 32 bits is left out.
+int64_t Analyser::SumOfStrengths() const {
+  // From 2^52 on a double has no fraction: each addition rounds as it should by itself.
+  constexpr double kNoFraction = 0x1p52;
+  const double step = plan_.Step();
+  double sum = kNoFraction;
+  for (const Column& column : plan_.Columns()) {
+    if (column.p != ColumnPlan::noBin) sum += std::abs(realOut_[column.p]) * step;
+  }
+  // Nothing is subtracted: if the whole fits, so did every sum before it.
+  if (sum - kNoFraction <= static_cast<double>(largestWhole)) {
+    return static_cast<int64_t>(sum - kNoFraction);
+  }
+  return SumOneByOne();
+}
+
+int64_t Analyser::SumOneByOne() const {
   int64_t sum = 0;
   for (const Column& column : plan_.Columns()) {
     if (column.p == ColumnPlan::noBin) continue;
-    // Each addition is rounded, halves to even. Whole and rest apart: no digit of the rest is lost
-    // however large the sum is.
+    // Whole and rest apart: no digit of the rest is lost however large the sum is.
     const double part = std::abs(static_cast<double>(realOut_[column.p])) * plan_.Step();
     const auto whole = static_cast<int64_t>(part);
     const double rest = part - static_cast<double>(whole);
@@ -156,8 +172,12 @@ void Analyser::UpdateMeter(const AnalysisSettings& settings) {
     const int64_t next = below + (rest > 0.5 ? 1 : 0) + ((rest == 0.5 ? 1 : 0) & below);
     if (next <= largestWhole) sum = next;
   }
+  return sum;
+}
+
+void Analyser::UpdateMeter(const AnalysisSettings& settings) {
   const std::optional<int32_t> scaled =
-      RoundHalfEven(static_cast<double>(sum) * settings.meterSensitivity);
+      RoundHalfEven(static_cast<double>(SumOfStrengths()) * settings.meterSensitivity);
   if (!scaled) return;
   const std::optional<int32_t> level = DivideTruncating(*scaled, settings.plotWidth);
   if (level && *level != std::numeric_limits<int32_t>::min()) smeterLevelTwips_ = std::abs(*level);

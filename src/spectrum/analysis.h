@@ -71,6 +71,8 @@ class Analyser {
                         Raster& shown) const;
   std::optional<std::string> FindPeak(const AnalysisSettings& settings, int32_t rigFrequencyHz);
   bool ScrollIsDue(int16_t waterSpeed);
+  int64_t SumOfStrengths() const;
+  int64_t SumOneByOne() const;
   void UpdateMeter(const AnalysisSettings& settings);
   void AgePeakHold();
 

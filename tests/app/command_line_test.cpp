@@ -70,6 +70,10 @@ TEST_F(CommandLine, AnalysesATone) {
   EXPECT_EQ(lines, 172);
   EXPECT_EQ(folder.Read("o.png").substr(1, 3), "PNG");
 
+  result = Call("--analyse tone.wav --spectrogram s.png");
+  EXPECT_TRUE(result.exitCode == 0 && result.Says("at 3015 Hz")) << result.said;
+  EXPECT_EQ(folder.Read("s.png").substr(1, 3), "PNG");
+
   fs::resize_file("tone.wav", 44100);
   result = Call("--analyse tone.wav");
   EXPECT_EQ(result.exitCode, 0);
@@ -81,8 +85,10 @@ TEST_F(CommandLine, AnalysesATone) {
 TEST_F(CommandLine, WhatCannotBeReadOrWrittenGetsOneClearLine) {
   folder.Write("text.wav", "this is not a sound");
   WriteToneFile("good.wav", 1000, 0.1);
-  for (const char* call : {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv",
-                           "good.wav --csv /dev/full", "good.wav --image /dev/full"}) {
+  for (const char* call :
+       {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv", "good.wav --csv /dev/full",
+        "good.wav --image /dev/full", "good.wav --spectrogram /dev/full",
+        "good.wav --spectrogram o.png --from 5"}) {
     const Result result = Call(std::string("--analyse ") + call);
     EXPECT_EQ(result.exitCode, 1) << call;
     EXPECT_TRUE(result.IsOneLineWith(Words(call).back())) << result.said;
@@ -161,7 +167,7 @@ TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
   fs::create_directory("sub");
   for (const char* call :
        {"--analyse tone.wav --image link.wav", "--analyse link.wav --csv second.wav",
-        "--analyse tone.wav --csv x --image sub/../x",
+        "--analyse tone.wav --csv x --image sub/../x", "--analyse tone.wav --spectrogram link.wav",
         "--analyse tone.wav --csv later-link --image later.txt",
         "--headless --seconds 1 --input tone.wav --screenshot second.wav",
         "--headless --seconds 1 --input tone.wav --log sub/../tone.wav"}) {
@@ -179,8 +185,9 @@ TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
   WriteToneFile("tone.wav", 1000, 1.0);
   const FullDisk disk;
   const TempFolder results;
-  for (const std::string call : {"--analyse tone.wav --csv ", "--analyse tone.wav --image ",
-                                 "--headless --demo --seconds 1 --screenshot "}) {
+  for (const std::string call :
+       {"--analyse tone.wav --csv ", "--analyse tone.wav --image ",
+        "--analyse tone.wav --spectrogram ", "--headless --demo --seconds 1 --screenshot "}) {
     results.Write("o", "old");
     disk.Fill();
     EXPECT_EQ(Call(call + (results / "o").string()).exitCode, 1) << call;

@@ -37,7 +37,10 @@ TEST(Options, ChooseTheKindOfRun) {
         Case{"--headless"}, Case{"--headless --seconds 0"}, Case{"--headless --seconds x"},
         Case{"--csv a.csv"}, Case{"--analyse a --demo"}, Case{"--demo --input a"}, Case{"--input="},
         Case{"--analyse a --mode 2"}, Case{"--analyse a --precision 5"},
-        Case{"--analyse a --slider 0"}, Case{"--analyse a --size 1x1"}, Case{"--rig1 localhost"}}) {
+        Case{"--analyse a --slider 0"}, Case{"--spectrogram a.png"}, Case{"--analyse a --from 3"},
+        Case{"--analyse a --spectrogram b --from x"}, Case{"--analyse a --spectrogram b --from=-1"},
+        Case{"--analyse a --spectrogram b --from 3 --to 3"}, Case{"--analyse a --size 1x1"},
+        Case{"--rig1 localhost"}}) {
     EXPECT_EQ(Parse(c.call).run, c.run) << c.call;
   }
   EXPECT_EQ(ParseOptions(std::vector<std::string>{"--input", ""}, "").run, Kind::Invalid);
@@ -51,6 +54,11 @@ TEST(Options, CarryTheirValues) {
   EXPECT_TRUE(analyse.csv == "o.csv" && analyse.image == "o.png" && analyse.waterfall);
   EXPECT_EQ((std::array{analyse.mode, analyse.precision, analyse.slider}), (std::array{69, 3, 40}));
   EXPECT_EQ((std::array{analyse.width, analyse.height}), (std::array{1048, 200}));
+  const AnalyseOptions whole =
+      Parse("--analyse a --spectrogram o.png --size 64x48 --from 1.5 --to 9").analyse;
+  EXPECT_TRUE(whole.spectrogram == "o.png" && whole.fromSeconds == 1.5 && whole.toSeconds == 9.0);
+  EXPECT_EQ((std::array{whole.plotWidth, whole.plotHeight}), (std::array{64, 48}));
+  EXPECT_EQ(Parse("--analyse a --spectrogram o").analyse.plotWidth, 1200);
   EXPECT_FALSE(Parse("--demo --data-folder /d").KeepsInMemory());
   EXPECT_FALSE(Parse("--headless --seconds 1").KeepsInMemory());
   EXPECT_EQ(Parse("--rig1 radio:4600").rigAddresses[0], "radio:4600");

@@ -67,6 +67,7 @@ struct EngineWalk : testing::Test {
   }
 };
 
+// By their access letters, wherever the items stand.
 const std::vector<std::string> kRun{"r"}, kClose{"c"};
 
 TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {

@@ -1,7 +1,10 @@
 // Test doubles of the ports, and a whole program over them with a clock that a test advances.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <limits>
 #include <map>
 #include <set>
 #include <string>
@@ -205,6 +208,61 @@ struct FakePictures : Pictures {
   }
 };
 
+// A recording of whole blocks, each of which takes its time to read.
+struct FakeSoundFile : SoundFile {
+  VirtualScheduler& scheduler;
+  std::string failure;  // of the next Open
+  std::string warning;
+  std::vector<std::array<int16_t, kBlockSamples>> blocks;
+  Milliseconds each{0};
+  bool tellsLength = true;
+  size_t next = 0;
+
+  explicit FakeSoundFile(VirtualScheduler& of) : scheduler(of) {}
+  std::string Open(const std::filesystem::path&) override {
+    next = 0;
+    return failure;
+  }
+  SoundFileInfo Info() const override {
+    const auto frames = static_cast<int64_t>(blocks.size() * kBlockSamples);
+    return {tellsLength ? frames : std::numeric_limits<int64_t>::max(), kSampleRateHz, 1};
+  }
+  std::string Warning() const override { return warning; }
+  bool ReadBlock(std::span<int16_t, kBlockSamples> block) override {
+    if (next == blocks.size()) return false;
+    scheduler.Pass(each);
+    std::ranges::copy(blocks[next++], block.begin());
+    return true;
+  }
+  bool Rewind() override {
+    next = 0;
+    return true;
+  }
+};
+
+struct FakeFileChooser : FileChooser {
+  using Answered = std::function<void(std::optional<std::filesystem::path>)>;
+  FileQuestion asked;
+  Answered answer;
+  bool Ask(const FileQuestion& question, Answered answered) override {
+    if (answer) return false;
+    asked = question;
+    answer = std::move(answered);
+    return true;
+  }
+  void Drop() override { answer = nullptr; }
+  void Choose(const std::filesystem::path& file) { std::exchange(answer, nullptr)(file); }
+};
+
+struct FakeSpectrogramWriter : SpectrogramWriter {
+  int error = 0;
+  std::vector<std::filesystem::path> written;
+  int Write(const RecordingSpectrogram&, const std::filesystem::path& path) override {
+    if (error == 0) written.push_back(path);
+    return error;
+  }
+};
+
 struct FakeLock : InstanceLock {
   bool alone = true;
   bool TryHold() override { return alone; }
@@ -280,6 +338,9 @@ struct ProgramFixture {
   FakeColourChooser chooser;
   FakeLauncher launcher;
   FakePictures pictures;
+  FakeSoundFile soundFile{scheduler};
+  FakeFileChooser fileChooser;
+  FakeSpectrogramWriter spectrograms;
   FakeLock lock;
   FakeLog log;
   bool ended = false;
@@ -317,6 +378,9 @@ struct ProgramFixture {
                                                        .colours = chooser,
                                                        .launcher = launcher,
                                                        .pictures = pictures,
+                                                       .soundFile = soundFile,
+                                                       .fileChooser = fileChooser,
+                                                       .spectrogramWriter = spectrograms,
                                                        .lock = lock,
                                                        .log = log},
                                         setup);

@@ -82,7 +82,8 @@ size_t MonoDecoder::ReadWhole(std::span<int16_t> samples) {
 
 void MonoDecoder::Count(sf_count_t got, size_t wanted) {
   framesRead_ += got;
-  if (static_cast<size_t>(got) < wanted && framesRead_ < info_.frames && warning_.empty()) {
+  if (static_cast<size_t>(got) < wanted && framesRead_ < info_.frames &&
+      info_.frames < SF_COUNT_MAX && warning_.empty()) {
     warning_ = "the file is damaged or cut off, it is read as far as it goes";
   }
 }

@@ -11,36 +11,17 @@
 #include <vector>
 
 #include "adapters/soundfile/mono_decoder.h"
-#include "ports/audio_input.h"
+#include "ports/sound_file.h"
 
 namespace velt {
 
-// The file as it is on the disk.
-struct SoundFileInfo {
-  int64_t frames = 0;  // samples of each channel
-  int32_t rateHz = 0;
-  int32_t channels = 0;
-  double DurationSeconds() const { return static_cast<double>(frames) / rateHz; }
-};
-
-class SoundFileReader {
+class SoundFileReader : public SoundFile {
  public:
-  // Returns one line for people, with the file's name, when there is not at least one whole block
-  // to read; empty on success. Closes what was open.
-  std::string Open(const std::filesystem::path& path);
-
-  // Valid after a successful Open.
-  SoundFileInfo Info() const;
-
-  // One line for people about a file that is read as far as it goes: cut off or never finished;
-  // empty when nothing is wrong. Complete only once the end was reached.
-  std::string Warning() const;
-
-  // The next block; false at the end. A last incomplete block is left out.
-  bool ReadBlock(std::span<int16_t, kBlockSamples> block);
-
-  // Back to the first block; false when the file cannot be read any more.
-  bool Rewind();
+  std::string Open(const std::filesystem::path& path) override;
+  SoundFileInfo Info() const override;
+  std::string Warning() const override;
+  bool ReadBlock(std::span<int16_t, kBlockSamples> block) override;
+  bool Rewind() override;
 
  private:
   struct ResamplerCloser {

@@ -1,0 +1,104 @@
+#include "adapters/qt/qt_file_chooser.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStyle>
+#include <QTimer>
+#include <chrono>
+#include <utility>
+
+#include "text/paths.h"
+
+namespace velt {
+namespace {
+
+constexpr std::chrono::milliseconds kFocusLimit{100};
+
+QString PathToQt(const std::filesystem::path& path) {
+  return QString::fromStdString(PathText(path));
+}
+
+}  // namespace
+
+NameIconProvider::NameIconProvider()
+    : file_(QApplication::style()->standardIcon(QStyle::SP_FileIcon)),
+      folder_(QApplication::style()->standardIcon(QStyle::SP_DirIcon)) {}
+
+QIcon NameIconProvider::icon(IconType type) const {
+  return type == File ? file_ : folder_;
+}
+
+QIcon NameIconProvider::icon(const QFileInfo& info) const {
+  return info.isDir() ? folder_ : file_;
+}
+
+QString NameIconProvider::type(const QFileInfo& info) const {
+  return info.isDir() ? "Folder" : info.suffix().toUpper();
+}
+
+QtFileChooser::~QtFileChooser() {
+  Drop();
+}
+
+bool QtFileChooser::Ask(const FileQuestion& question,
+                        std::function<void(std::optional<std::filesystem::path>)> answered) {
+  if (open_) {
+    open_->raise();
+    open_->activateWindow();
+    return false;
+  }
+  // Over the dialog that asks, if there is one.
+  QWidget* active = QApplication::activeWindow();
+  const bool isDialog = active != nullptr && owner_ && active->parentWidget() == owner_;
+  auto* dialog = new QFileDialog(isDialog ? active : owner_.data());
+  open_ = dialog;
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  // The transmitter has to be within reach at any time.
+  dialog->setModal(false);
+  if (!icons_) icons_ = std::make_unique<NameIconProvider>();
+  dialog->setIconProvider(icons_.get());
+  dialog->setOption(QFileDialog::HideNameFilterDetails);
+  dialog->setWindowTitle(QString::fromStdString(question.title));
+  dialog->setDirectory(PathToQt(question.folder));
+  QStringList patterns;
+  for (const std::string& pattern : question.patterns) {
+    patterns << QString::fromStdString(pattern);
+  }
+  dialog->setNameFilters(
+      {QString::fromStdString(question.kind) + " (" + patterns.join(' ') + ")", "All files (*)"});
+  // For each of its own questions (to write over a file, to delete one, a name that is not there)
+  // the dialog would block the whole program.
+  dialog->setOption(QFileDialog::DontConfirmOverwrite);
+  dialog->setOption(QFileDialog::ReadOnly);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  if (!question.name.empty()) {
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QString::fromStdString(question.ending));
+    dialog->selectFile(PathToQt(question.name));
+  }
+  QObject::connect(dialog, &QDialog::finished, this, [this, dialog, answered](int result) {
+    // Dropped, or told already.
+    if (open_ != dialog) return;
+    open_.clear();
+    std::optional<std::filesystem::path> file;
+    const QStringList chosen = dialog->selectedFiles();
+    if (result == QDialog::Accepted && !chosen.isEmpty()) {
+      file = TextPath(chosen.first().toStdString());
+    }
+    // The dialog goes first, and what it stood over gets the keyboard: what the answer leads to
+    // belongs there. Not every desktop gives it.
+    QWidget* const asking = dialog->parentWidget();
+    if (asking != nullptr) asking->activateWindow();
+    QTimer::singleShot(kFocusLimit, this, [answered, file] { answered(file); });
+  });
+  dialog->show();
+  return true;
+}
+
+void QtFileChooser::Drop() {
+  QFileDialog* const dialog = std::exchange(open_, nullptr);
+  if (dialog != nullptr) dialog->close();
+}
+
+}  // namespace velt

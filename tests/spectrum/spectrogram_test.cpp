@@ -1,0 +1,143 @@
+#include "spectrum/spectrogram.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "spectrum/level_palette.h"
+#include "spectrum/scale_ticks.h"
+
+namespace velt {
+namespace {
+
+using Block = std::array<int16_t, Spectrogram::blockSamples>;
+
+Block Tone(double frequencyHz, double amplitude, size_t from, size_t to, int64_t block) {
+  Block samples{};
+  for (size_t i = from; i < to; ++i) {
+    const double at = static_cast<double>(block * 512 + static_cast<int64_t>(i)) / 44100;
+    samples[i] = static_cast<int16_t>(
+        std::lround(amplitude * std::sin(2 * std::numbers::pi * frequencyHz * at)));
+  }
+  return samples;
+}
+
+double DecibelsAt(const LevelPlot& plot, int x, int y) {
+  return spectrogramFloorDb * (1 - plot.Row(y)[static_cast<size_t>(x)] / 255.0);
+}
+
+// Where the strongest pixel stands.
+std::pair<int, int> Brightest(const LevelPlot& plot) {
+  std::pair<int, int> at;
+  int most = -1;
+  for (int y = 0; y < plot.Height(); ++y) {
+    for (int x = 0; x < plot.Width(); ++x) {
+      if (plot.Row(y)[static_cast<size_t>(x)] <= most) continue;
+      most = plot.Row(y)[static_cast<size_t>(x)];
+      at = {x, y};
+    }
+  }
+  return at;
+}
+
+TEST(SpectrogramTest, ToneStandsAtItsFrequencyWithItsLevel) {
+  for (const auto& [width, height, topHz] : {std::tuple(300, 512, 22050.0),
+                                             {37, 100, 22050.0},
+                                             {1000, 800, 22050.0},
+                                             {50, 300, 4000.0}}) {
+    Spectrogram spectrogram(width, height, 100, topHz);
+    for (int64_t i = 0; i < 100; ++i) spectrogram.Add(Tone(3014.6484375, 3276.8, 0, 512, i));
+    spectrogram.Finish();
+    const LevelPlot& plot = spectrogram.Plot();
+    const auto [x, y] = Brightest(plot);
+    const double frequency = (height - 0.5 - y) * topHz / height;
+    EXPECT_NEAR(frequency, 3014.6, 22 + topHz / height) << width;
+    // The whole row is as strong, and a little beside it there is nothing.
+    for (int column = 0; column < width; ++column) {
+      ASSERT_NEAR(DecibelsAt(plot, column, y), -20, 0.5) << column;
+      ASSERT_EQ(plot.Row(0)[static_cast<size_t>(column)], 0);
+    }
+    EXPECT_NEAR(spectrogram.Peak().levelDb, -20, 0.01);
+    EXPECT_NEAR(spectrogram.Peak().frequencyHz, 3014.6, 0.1);
+  }
+}
+
+TEST(SpectrogramTest, NoShortSignalIsLost) {
+  // Of an hour: wherever it stands in its block, and however small the picture.
+  constexpr int64_t kBlocks = 310000 / 50;
+  for (const auto& [from, to] :
+       {std::pair<size_t, size_t>(0, 512), {0, 8}, {252, 260}, {504, 512}}) {
+    Spectrogram spectrogram(120, 64, kBlocks, 22050);
+    for (int64_t i = 0; i < kBlocks; ++i) {
+      spectrogram.Add(i == kBlocks / 3 ? Tone(6000, 30000, from, to, i) : Block{});
+    }
+    spectrogram.Finish();
+    const LevelPlot small = spectrogram.Plot().Fitted(11, 7);
+    const auto [x, y] = Brightest(small);
+    EXPECT_EQ(x, 11 / 3) << from;
+    EXPECT_GT(DecibelsAt(small, x, y), -60) << from;
+    // Silence before it and after it.
+    for (const int other : {0, 1, 2, 4, 5, 10}) EXPECT_EQ(DecibelsAt(small, other, y), -100);
+  }
+}
+
+TEST(SpectrogramTest, OtherNumbersOfBlocksThanAnnouncedAreTaken) {
+  for (const int64_t come : {1, 2, 50, 400}) {
+    Spectrogram spectrogram(100, 50, 100, 22050);
+    for (int64_t i = 0; i < come; ++i) spectrogram.Add(Tone(1000, 10000, 0, 512, i));
+    spectrogram.Finish();
+    const auto [x, y] = Brightest(spectrogram.Plot());
+    EXPECT_EQ(spectrogram.Plot().Row(y)[99] > 0, come >= 100) << come;
+    EXPECT_GT(spectrogram.Plot().Row(y)[0], 0) << come;
+  }
+  EXPECT_EQ(LevelPlot(3, 2).Fitted(9, 1).Width(), 9);
+}
+
+TEST(SpectrogramTest, StrongerIsBrighter) {
+  const LevelPalette palette;
+  const auto luminance = [&](uint8_t level) {
+    const uint32_t c = palette[level].Argb();
+    return 0.2126 * std::pow(c >> 16 & 0xFFU, 2.2) + 0.7152 * std::pow(c >> 8 & 0xFFU, 2.2) +
+           0.0722 * std::pow(c & 0xFFU, 2.2);
+  };
+  for (int level = 4; level < 256; ++level) {
+    EXPECT_GT(luminance(static_cast<uint8_t>(level)), luminance(static_cast<uint8_t>(level - 4)))
+        << level;
+  }
+}
+
+TEST(ScaleTicks, StandAtRoundValues) {
+  struct Row {
+    std::vector<Tick> ticks;
+    std::vector<std::string> texts;
+  };
+  for (const auto& [ticks, texts] :
+       {Row{TimeTicks(0, 600, 11),
+            {"0:00", "1:00", "2:00", "3:00", "4:00", "5:00", "6:00", "7:00", "8:00", "9:00",
+             "10:00"}},
+        {TimeTicks(0, 10800, 4), {"0:00", "1:00:00", "2:00:00", "3:00:00"}},
+        {TimeTicks(0, 0.4999, 5), {"0:00.0", "0:00.1", "0:00.2", "0:00.3", "0:00.4"}},
+        {TimeTicks(59.9, 61, 3), {"1:00.0", "1:00.5", "1:01.0"}},
+        {TimeTicks(3599.9, 3600.15, 3), {"59:59.9", "1:00:00.0", "1:00:00.1"}},
+        {PlainTicks(0, 22.05, 5), {"0", "5", "10", "15", "20"}},
+        {PlainTicks(0, 0.5, 3), {"0.0", "0.2", "0.4"}},
+        {PlainTicks(-100, 0, 6), {"-100", "-80", "-60", "-40", "-20", "0"}},
+        {PlainTicks(0, 0, 5), {}},
+        {TimeTicks(5, 4, 5), {}}}) {
+    std::vector<std::string> found;
+    for (const Tick& tick : ticks) found.push_back(tick.text);
+    EXPECT_EQ(found, texts);
+  }
+  // Never more than asked for, and never almost none.
+  for (double span = 0.001; span < 1e6; span *= 1.37) {
+    for (const int most : {2, 5, 17}) {
+      const size_t count = TimeTicks(span / 3, span * 4 / 3, most).size();
+      EXPECT_LE(count, static_cast<size_t>(most)) << span;
+      EXPECT_GE(count, static_cast<size_t>(most) / 5) << span;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velt
