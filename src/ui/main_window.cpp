@@ -40,6 +40,9 @@ constexpr int kBesideText = 12;
 constexpr QRgb kTransmitting = 0xFFC82020;
 constexpr QRgb kReceiving = 0xFF1F62C4;
 
+// As long as a window manager may take to give the window the size that it asked for.
+constexpr int kSettlingMs = 300;
+
 constexpr int kButtonLamp = 7;
 constexpr int kRowLamp = 10;
 
@@ -102,6 +105,9 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   BindDisplay(std::move(picture));
   BindPanel(binder_, form_, this);
   BindMessages();
+  settling_.setSingleShot(true);
+  settling_.setInterval(kSettlingMs);
+  connect(&settling_, &QTimer::timeout, this, [this] { TakeSize(); });
   binder_.Watch(form_.Window, [this] { ShowWindowState(); });
   new WindowKeys(form_.Window, this);
   auto* help = new QShortcut(Qt::Key_F1, this);
@@ -275,6 +281,7 @@ void MainWindow::ShowWindowState() {
   if (windowTitle() != title) setWindowTitle(title);
 
   const QSize wanted(ToPixels(frame.widthTwips), ToPixels(frame.heightTwips));
+  if (size() != wanted) settling_.start();
   if (frame.sizeable) {
     setMinimumSize(ToPixels(frame.least));
     setMaximumSize(ToPixels(frame.most));
@@ -333,6 +340,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  // On the way to a new size the window manager may still tell of an older one.
+  if (!settling_.isActive()) TakeSize();
+}
+
+void MainWindow::TakeSize() {
   WindowFrame& frame = form_.Window;
   if (ToPixels(frame.widthTwips) != width()) frame.widthTwips = ToTwips(width());
   if (ToPixels(frame.heightTwips) != height()) frame.heightTwips = ToTwips(height());

@@ -1,6 +1,7 @@
 // The main window: shows `Main` and hands the user's input to it.
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 
@@ -43,10 +44,12 @@ class MainWindow : public QWidget {
   void ShowWindowState();
   void MoveOnScreen(QPoint place, QSize content);
   void ShowFaceColour();
+  void TakeSize();
 
   Main& form_;
   FormBinder binder_;
   ScopeWidget* scope_ = nullptr;
+  QTimer settling_;  // the window has asked for a size
   uint32_t shownFace_ = 0;
 };
 

@@ -41,7 +41,7 @@ TEST(DisplayWalk, ItIsTunedSteppedSavedAndCopied) {
   std::vector<std::string> keys(20, "Left");
   window.Press(keys);
   EXPECT_TRUE(rigHas("14074820"));
-  window.Press({"Tab", "Down", "Tab", "Down"});  // not from a slider, but from a button
+  window.Press({"shift+Tab", "Down", "shift+Tab", "Down"});  // not from a slider, but from a button
   EXPECT_TRUE(rigHas("14073820"));
   EXPECT_TRUE(window.Reads(window.form.lblFrequency, 21, "14.073.82"));
 

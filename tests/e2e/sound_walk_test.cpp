@@ -87,7 +87,7 @@ TEST(SoundWalk, TheDemonstrationNeedsNothingAroundIt) {
              {"HOME=" + home.Path().string(), "XDG_RUNTIME_DIR=" + home.Path().string(),
               "DISPLAY=", "PULSE_SERVER=unix:/nowhere"});
   const QImage image(ToQt(picture));
-  ASSERT_EQ(image.size(), QSize(559, 164)) << said;
+  ASSERT_EQ(image.size(), QSize(559 + WindowGrid::kPanelWidth, 164)) << said;
   EXPECT_FALSE(std::filesystem::exists(home / ".config"));
   const Rectangle scope = WindowGrid(559, 164).Scope();
   int blue = 0;
