@@ -19,6 +19,7 @@
 #include "platform/platform_helpers.h"
 #include "platform/timer_driver.h"
 #include "presets/band_menu.h"
+#include "presets/preset_panel.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
 #include "shell/helper_programs.h"
@@ -76,6 +77,7 @@ class Program {
   OperatorCommands commands;
   PresetTable presets;
   BandMenu bandMenu;
+  PresetPanel panel;
   Capture capture;
   MainDisplay display;
   WindowLayout layout;
