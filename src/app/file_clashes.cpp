@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "app/adapters.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -35,8 +36,15 @@ struct Named {
 }  // namespace
 
 std::string FileClash(const Options& options) {
-  const Named read[] = {{"--analyse", options.analyse.file}, {"--input", options.input}};
+  const bool exports = !options.exportPresets.empty();
+  const fs::path data = exports ? DataFolder(options) : fs::path();
+  const Named read[] = {{"--analyse", options.analyse.file},
+                        {"--input", options.input},
+                        {"--import-presets", options.importPresets},
+                        {"the presets", exports ? data / "ExpandPresets.ini" : data},
+                        {"the older presets", exports ? data / "FreqSets.ini" : data}};
   const Named written[] = {{"--csv", options.analyse.csv},
+                           {"--export-presets", options.exportPresets},
                            {"--image", options.analyse.image},
                            {"--screenshot", options.screenshot},
                            {"--log", options.logFile}};
