@@ -98,9 +98,8 @@ bool CanKey(int argc, char** argv) {
     if (!word.starts_with('-')) continue;
     word.remove_prefix(word.starts_with("--") ? 2 : 1);
     word = word.substr(0, word.find('='));
-    for (const char* other :
-         {"analyse", "demo", "export-presets", "h", "help", "import-presets",
-          "list-audio-devices", "v", "version"}) {
+    for (const char* other : {"analyse", "demo", "export-presets", "h", "help", "import-presets",
+                              "list-audio-devices", "v", "version"}) {
       if (word == other) return false;
     }
   }

@@ -161,8 +161,8 @@ class Filler {
     std::string& title = table_.Cell(*band, PresetTable::kTitle);
     auto& titled = titled_[static_cast<size_t>(*band)];
     if (titled && title != row[kTitle]) {
-      return reader_.Complain(kTitle, Quoted(row[kTitle]) + " is not " + Quoted(title) +
-                                          " as before for this band");
+      return reader_.Complain(
+          kTitle, Quoted(row[kTitle]) + " is not " + Quoted(title) + " as before for this band");
     }
     const auto preset = IndexIn(row, kPreset, PresetTable::kPresets, reader_);
     if (!preset) return;
@@ -202,10 +202,10 @@ std::string PresetCsv(const PresetTable& table) {
   std::string text = CsvLine(HeaderRow());
   for (int32_t band = 0; band < PresetTable::kBands; ++band) {
     for (int32_t preset = 0; preset < PresetTable::kPresets; ++preset) {
-      text += CsvLine({std::to_string(band), table.Cell(band, PresetTable::kTitle),
-                       std::to_string(preset),
-                       table.Cell(band, PresetTable::kFirstFrequency + preset),
-                       table.Cell(band, PresetTable::kFirstMode + preset)});
+      text +=
+          CsvLine({std::to_string(band), table.Cell(band, PresetTable::kTitle),
+                   std::to_string(preset), table.Cell(band, PresetTable::kFirstFrequency + preset),
+                   table.Cell(band, PresetTable::kFirstMode + preset)});
     }
   }
   return text;

@@ -13,8 +13,8 @@ namespace velt {
 std::string PresetCsv(const PresetTable& table);
 
 // Fills titles, frequencies and modes from a text with a row for each of the sixty presets, in any
-// order; list of modes and selection stay. Returns what is wrong first, with its line and field, for
-// people; then the table stays as it was. Empty when all is right.
+// order; list of modes and selection stay. Returns what is wrong first, with its line and field,
+// for people; then the table stays as it was. Empty when all is right.
 std::string ReadPresetCsv(std::string_view text, PresetTable& table);
 
 }  // namespace velt

@@ -25,8 +25,7 @@ void PresetFiles::OpenExpandedPresets() {
   } else if (error != 0) {
     ports_.prompts.Tell(
         {.title = "Error opening INI. Error nr " + std::to_string(error),
-         .text =
-             "Error reading file: ExpandPresets.ini. Using default Frequency Preset settings",
+         .text = "Error reading file: ExpandPresets.ini. Using default Frequency Preset settings",
          .icon = BoxIcon::Exclamation},
         {});
   }

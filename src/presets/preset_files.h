@@ -1,4 +1,5 @@
-// The presets at start-up and shutdown: what is opened, what the user is told, what the panel shows.
+// The presets at start-up and shutdown: what is opened, what the user is told, what the panel
+// shows.
 #pragma once
 
 #include <filesystem>

@@ -129,8 +129,8 @@ int PresetStore::Save() {
   if (converted_.empty()) return 0;
   const int error = ports_.files.Remove(converted_);
   if (error != 0) {
-    Warn(PathText(converted_) + " cannot be deleted and will be converted again: " +
-         ErrorText(error));
+    Warn(PathText(converted_) +
+         " cannot be deleted and will be converted again: " + ErrorText(error));
   }
   converted_.clear();
   return error;

@@ -33,19 +33,19 @@ class PresetStore {
   bool HasOldFile() const;
 
   // Reads the file into the table. 0 for success. kWrongHeader: it is something else, and the table
-  // stays as it was; kNoModes or the system's error number: it cannot be used, and the table becomes
-  // the program's own.
+  // stays as it was; kNoModes or the system's error number: it cannot be used, and the table
+  // becomes the program's own.
   int Read();
   static constexpr int kWrongHeader = -2;
   static constexpr int kNoModes = -1;
 
   // Carries the older file over: into the program's own presets those of its titles and frequencies
-  // that have a place there. It goes with the next Save that succeeds. False when it cannot be read;
-  // then it is set aside and the table is the program's own.
+  // that have a place there. It goes with the next Save that succeeds. False when it cannot be
+  // read; then it is set aside and the table is the program's own.
   bool Convert();
 
-  // Writes the table unless the file has it already; the file before is kept as ".bak", or set aside
-  // when it cannot be read. Returns the system's error number; then the file is as it was.
+  // Writes the table unless the file has it already; the file before is kept as ".bak", or set
+  // aside when it cannot be read. Returns the system's error number; then the file is as it was.
   int Save();
 
   // The text of a file that should be one of presets. Returns 0 or the system's error number.
@@ -55,8 +55,8 @@ class PresetStore {
   std::filesystem::path Find(const char* name) const;
   int ReadInto(PresetTable& table) const;
   int Write(const std::string& text);
-  // Gives the file a name with ".damaged" appended that no other has. Returns it, or nothing and the
-  // error number.
+  // Gives the file a name with ".damaged" appended that no other has. Returns it, or nothing and
+  // the error number.
   std::filesystem::path SetAside(const std::filesystem::path& file, int& error);
   void Warn(const std::string& text);
 

@@ -61,10 +61,10 @@ PresetTextFault ReadPresetText(std::string_view text, PresetTable& table) {
 
 std::string PresetText(const PresetTable& table) {
   std::string text;
-  for (const std::string_view line : {std::string_view(kHeader), std::string_view("[Title]"),
-                                      std::string_view("Presets"), std::string_view("[Modes]"),
-                                      std::string_view(table.PresetModeList),
-                                      std::string_view("[Data]")}) {
+  for (const std::string_view line :
+       {std::string_view(kHeader), std::string_view("[Title]"), std::string_view("Presets"),
+        std::string_view("[Modes]"), std::string_view(table.PresetModeList),
+        std::string_view("[Data]")}) {
     text += PresetLine(line);
   }
   for (int32_t band = 0; band < PresetTable::kBands; ++band) {

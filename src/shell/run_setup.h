@@ -19,7 +19,7 @@ struct RunSetup {
   bool resetSettings = false;
   bool exemptFromSingleInstance = false;
   bool startAnalyser = false;
-  bool controlsEngine = true;        // somebody sees its window; else it is not started by itself
+  bool controlsEngine = true;  // somebody sees its window; else it is not started by itself
   PresetStore::Keeping presets = PresetStore::Keeping::OnDisk;
   std::filesystem::path dataFolder;  // empty: below the home folder
 };

@@ -46,8 +46,8 @@ class Shutdown {
   };
 
   // The program is to end. Sets `cancel` when the window stays for one more tick, or while the user
-  // is asked what to do about settings or presets that could not be saved. A second call while shutting down
-  // does nothing but cancel; one by the system answers that question.
+  // is asked what to do about settings or presets that could not be saved. A second call while
+  // shutting down does nothing but cancel; one by the system answers that question.
   void Form_Unload(bool& cancel, ClosedBy closedBy);
 
   // Ends at once: nothing is saved, the engine and the rig's link are left alone. What this

@@ -47,7 +47,9 @@ std::string_view LastCharacters(std::string_view text, size_t count) {
 }
 
 std::string_view FirstCharacters(std::string_view text, size_t count) {
-  const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+  const auto isContinuation = [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+  };
   size_t end = 0;
   for (; count > 0 && end < text.size(); --count) {
     const auto lead = static_cast<unsigned char>(text[end]);
