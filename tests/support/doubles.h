@@ -252,6 +252,7 @@ struct ProgramFixture {
   FakeEngineWindow engineWindow{scheduler};
   FakeSerialPort serialPort{scheduler};
   FakeFiles files;
+  Files* disk = nullptr;  // instead of these from the next Restart on
   FakeStore store;
   FakeSystem system;
   FakePrompts prompts;
@@ -287,7 +288,7 @@ struct ProgramFixture {
                                                        .sleepLock = sleepLock,
                                                        .engineWindow = engineWindow,
                                                        .serial = serialPort,
-                                                       .files = files,
+                                                       .files = disk != nullptr ? *disk : files,
                                                        .settings = store,
                                                        .system = system,
                                                        .prompts = prompts,
