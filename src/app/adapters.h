@@ -20,7 +20,7 @@ class Adapters {
  public:
   virtual ~Adapters() = default;
   virtual Program::Ports Ports() = 0;
-  // The window that boxes belong to.
+  // The window that boxes and the colour chooser belong to.
   virtual void SetOwner(QWidget* owner) = 0;
   // From now on calls `asked`, from the loop, each time that the system wants the program to end:
   // by a signal, or with the user's session. Once in a program's run.

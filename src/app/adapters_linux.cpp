@@ -12,6 +12,7 @@
 #include "adapters/logind/logind_sleep_lock.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
+#include "adapters/qt/qt_colour_chooser.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
 #include "adapters/qt/qt_pictures.h"
@@ -103,6 +104,7 @@ class LinuxAdapters : public Adapters {
             .settings = *settings_,
             .system = system_,
             .prompts = *prompts_,
+            .colours = colours_,
             .launcher = launcher_,
             .pictures = pictures_,
             .lock = lock_,
@@ -110,6 +112,7 @@ class LinuxAdapters : public Adapters {
   }
 
   void SetOwner(QWidget* owner) override {
+    colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
   }
 
@@ -124,6 +127,7 @@ class LinuxAdapters : public Adapters {
   LocalClock clock_;
   DiskFiles files_;
   LinuxSystemInfo system_;
+  QtColourChooser colours_;
   QtLauncher launcher_;
   QtPictures pictures_;
   PosixInstanceLock lock_;

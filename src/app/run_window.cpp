@@ -12,6 +12,8 @@
 #include "app/picture_file.h"
 #include "app/system.h"
 #include "text/paths.h"
+#include "ui/about_window.h"
+#include "ui/colors_window.h"
 #include "ui/main_window.h"
 #include "ui/message_view.h"
 #include "ui/omnirig_window.h"
@@ -92,6 +94,8 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
                     [&program]() -> const Raster& { return program.display.tick.Shown(); });
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
+  const AboutWindow aboutWindow(program.aboutForm, &window);
+  const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);
   Connections connections;
   connections += window.closing.Listen(

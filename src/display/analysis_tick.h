@@ -31,10 +31,16 @@ class AnalysisTick {
   // Empties the display, for a change between spectrum and waterfall.
   void ClearDisplay();
 
+  // The picture of the last block in the colours that hold now. A waterfall stays as it ran.
+  void DrawAgain();
+
   // What the display shows; may be smaller than the display until the next block.
   const Raster& Shown() const { return output_.display->shown; }
 
  private:
+  AnalysisSettings Settings() const;
+  Tuning TunedTo() const;
+
   Parts parts_;
   Analyser analyser_;
   AnalysisOutput output_;

@@ -9,8 +9,7 @@ constexpr uint32_t kMarkerWhileOff = 0xFF808080U;
 
 }  // namespace
 
-void Appearance::Opmaak() {
-  const DisplayColours& colours = parts_.colours;
+void Appearance::Opmaak(const DisplayColours& colours) {
   AnalysisSettings& analysis = parts_.options.analysis;
   analysis.background = Colour(colours.scope);
   analysis.trace = Colour(colours.spectrum);

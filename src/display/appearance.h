@@ -14,14 +14,13 @@ class Appearance {
     ScopeControl& scope;
     WindowFrame& window;
     DisplayOptions& options;
-    const DisplayColours& colours;
     const EngineState& engine;
   };
   explicit Appearance(const Parts& parts) : parts_(parts) {}
 
   // Colours of window and display, border and colour of the grid lines, colour of the marker lines,
   // which is another one while the engine reports the state "off".
-  void Opmaak();
+  void Opmaak(const DisplayColours& colours);
 
  private:
   Parts parts_;

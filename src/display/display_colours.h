@@ -2,6 +2,7 @@
 // the high bit set is a system colour).
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace velt {
@@ -15,6 +16,12 @@ struct DisplayColours {
   int32_t spectrum = 16744749;  // spectrum trace
   int32_t oscilloscope = 255;
   int32_t bandWidth = 16711680;  // passband marking
+  bool operator==(const DisplayColours&) const = default;
 };
+
+// The colour table: what a number of the colour dialog stands for.
+inline constexpr std::array<int32_t DisplayColours::*, 6> kColourTable{
+    &DisplayColours::scope,    &DisplayColours::grid,         &DisplayColours::menu,
+    &DisplayColours::spectrum, &DisplayColours::oscilloscope, &DisplayColours::bandWidth};
 
 }  // namespace velt

@@ -44,6 +44,7 @@ void DisplayOptions::SetWaterfallSensitivity(int32_t value) {
 
 void DisplayOptions::InitWaterColor() {
   palette.InitWaterColor(waterGrey, clearity);
+  paletteChanged.Raise();
 }
 
 void DisplayOptions::Slider_Change() {

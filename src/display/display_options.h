@@ -20,6 +20,9 @@ class DisplayOptions {
   int16_t waterGrey = 1;
   int16_t clearity = 10;
 
+  // The waterfall's colours were built anew.
+  Event<> paletteChanged;
+
   // The one place that sets the engine's display mode (0, 1 or 69; others are refused). Mode 0
   // also disables lblMode.
   void SetZokaMode(int32_t mode);

@@ -15,7 +15,6 @@ MainDisplay::MainDisplay(const Parts& parts, const Snapshots::Ports& ports)
       appearance({.scope = parts.form.Scope,
                   .window = parts.window,
                   .options = options,
-                  .colours = colours,
                   .engine = parts.engine}),
       cursor({.form = parts.form,
               .rig = parts.rigForm,
@@ -54,7 +53,13 @@ MainDisplay::MainDisplay(const Parts& parts, const Snapshots::Ports& ports)
 void MainDisplay::Refresh() {
   graticule.Place(options.analysis.zokaMode, parts_.form.mnusettings[4].checked,
                   options.analysis.waterfall);
-  appearance.Opmaak();
+  appearance.Opmaak(ShownColours());
+}
+
+void MainDisplay::TryColours(const std::optional<DisplayColours>& tried) {
+  tried_ = tried;
+  Refresh();
+  tick.DrawAgain();
 }
 
 void MainDisplay::ApplyBorderRule() {

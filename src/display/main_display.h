@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "audio/capture.h"
 #include "display/analysis_tick.h"
@@ -38,6 +39,7 @@ class MainDisplay {
   };
   MainDisplay(const Parts& parts, const Snapshots::Ports& ports);
 
+  // As they are kept with the settings.
   DisplayColours colours;
   DisplayOptions options;
   AnalysisTick tick;
@@ -50,6 +52,10 @@ class MainDisplay {
   // Brings scale, lines and colours in step with the options and the display's place.
   void Refresh();
 
+  // Shows other colours than those that are kept, at once; empty: those that are kept again.
+  void TryColours(const std::optional<DisplayColours>& tried);
+  const DisplayColours& ShownColours() const { return tried_ ? *tried_ : colours; }
+
   // Sizeable border while the screen size is remembered, else a fixed one.
   void ApplyBorderRule();
 
@@ -59,6 +65,7 @@ class MainDisplay {
 
  private:
   Parts parts_;
+  std::optional<DisplayColours> tried_;
   Connections connections_;
 };
 

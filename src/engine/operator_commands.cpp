@@ -38,12 +38,6 @@ OperatorCommands::OperatorCommands(const Parts& parts, const Ports& ports)
     });
   }
   ListBox& box = parts_.panel.cmbPresetMode;
-  connections_ += box.listIndex.changed.Listen([this, &box] {
-    const auto chosen = static_cast<size_t>(box.listIndex.Get());
-    if (box.listIndex < 0 || chosen >= box.items.Get().size()) return;
-    box.text = box.items.Get()[chosen];
-    cmbPresetMode_Click();
-  });
   connections_ += box.doubleClicked.Listen([this] { cmbPresetMode_DblClick(); });
 }
 

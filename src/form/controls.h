@@ -64,6 +64,21 @@ struct Button : Control {
   }
 };
 
+// A button that shows a colour, which it lets the user choose.
+struct ColourButton : Button {
+  explicit ColourButton(Form& form, std::string text = {})
+      : Button(form, std::move(text)), colour(*this, 0), value(*this, {}) {}
+  Property<uint32_t> colour;    // 0xFFRRGGBB, or 0 for the desktop's own button face
+  Property<std::string> value;  // the colour in words
+};
+
+// Colours side by side, as 0xFFRRGGBB, and what they are called.
+struct PalettePicture : Control {
+  explicit PalettePicture(Form& form) : Control(form), colours(*this, {}), caption(*this, {}) {}
+  Property<std::vector<uint32_t>> colours;
+  Property<std::string> caption;
+};
+
 // A picture that acts as a button; its tag tells which of its pictures it shows.
 struct Image : Control {
   explicit Image(Form& form, std::string text = {}) : Control(form), tag(*this, std::move(text)) {}
@@ -138,7 +153,11 @@ struct ListBox : Control {
 struct TextBox : Control {
   explicit TextBox(Form& form) : Control(form), text(*this, {}) {}
   Property<std::string> text;
-  Event<> edited;  // by the user
+  Event<> edited;   // by the user
+  Event<> entered;  // by the Enter key
+  void UserEnter() const {
+    if (enabled) entered.Raise();
+  }
   void UserText(const std::string& typed) {
     if (!enabled) return;
     text = typed;

@@ -3,7 +3,8 @@
 
 #include <cstdint>
 
-#include "form/omnirig_form.h"
+#include "form/controls.h"
+#include "form/dialog_window.h"
 
 namespace velt {
 

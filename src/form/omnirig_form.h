@@ -2,21 +2,10 @@
 // comes and goes apart from the main window.
 #pragma once
 
-#include <string>
-#include <utility>
-
 #include "form/controls.h"
+#include "form/dialog_window.h"
 
 namespace velt {
-
-// The dialog's window; `visible` opens and closes it.
-struct DialogWindow : Control {
-  DialogWindow(Form& form, std::string text) : Control(form), caption(*this, std::move(text)) {
-    visible = false;
-  }
-  Property<std::string> caption;
-  Event<> closeAsked;  // by the user, at the frame
-};
 
 struct OmniRigForm : Form {
   OmniRigForm();

@@ -3,13 +3,13 @@
 #include <array>
 #include <utility>
 
+#include "platform/product_addresses.h"
 #include "text/formats.h"
 
 namespace velt {
 namespace {
 
-constexpr const char* kAuthorMail = "author@velt-sa.invalid";
-constexpr const char* kAuthorPage = "https://velt-sa.invalid/";
+constexpr size_t kKeyValueRoom = 1024;  // bytes
 
 std::string UpToNul(std::string text) {
   text.resize(std::min(text.size(), text.find('\0')));
@@ -97,6 +97,23 @@ std::string PlatformHelpers::GetSpecialFolder(int32_t identifier) const {
 std::string PlatformHelpers::GetRegistryString(RegistryRoot root, const std::string& subkey,
                                                const std::string& name) const {
   return UpToNul(ports_.system.RegistryString(root, subkey, name));
+}
+
+bool PlatformHelpers::GetKeyValue(RegistryRoot root, const std::string& keyName,
+                                  const std::string& valueName, std::string& value) const {
+  value.clear();
+  const auto found = ports_.system.RegistryData(root, keyName, valueName);
+  if (!found || found->bytes.size() > kKeyValueRoom) return false;
+  if (found->type == RegistryValue::kNumber) {
+    uint32_t number = 0;
+    for (size_t i = std::min<size_t>(found->bytes.size(), 4); i-- > 0;) {
+      number = number << 8 | static_cast<uint8_t>(found->bytes[i]);
+    }
+    value = std::to_string(number);
+  } else {
+    value = UpToNul(found->bytes);
+  }
+  return true;
 }
 
 }  // namespace velt

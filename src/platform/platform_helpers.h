@@ -54,6 +54,11 @@ class PlatformHelpers {
   std::string GetRegistryString(RegistryRoot root, const std::string& subkey,
                                 const std::string& name) const;
 
+  // Reads one value of the registry as text, a number of 32 bits as a decimal one. False and an
+  // empty text when there is no such value or it has more than 1024 bytes.
+  bool GetKeyValue(RegistryRoot root, const std::string& keyName, const std::string& valueName,
+                   std::string& value) const;
+
  private:
   WindowFrame& window_;
   Ports ports_;

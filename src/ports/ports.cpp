@@ -1,6 +1,7 @@
 // Compiles every interface by itself, so that each header stands alone.
 #include "ports/audio_input.h"
 #include "ports/clock.h"
+#include "ports/colour_chooser.h"
 #include "ports/engine_window.h"
 #include "ports/files.h"
 #include "ports/guardian.h"

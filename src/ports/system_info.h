@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -14,6 +15,14 @@ struct SystemVersion {
 };
 
 enum class RegistryRoot : uint32_t { ClassesRoot = 0x80000000U, LocalMachine = 0x80000002U };
+
+// One value of the system's registry, as it is kept.
+struct RegistryValue {
+  static constexpr uint32_t kText = 1;
+  static constexpr uint32_t kNumber = 4;  // of 32 bits, its low byte first
+  uint32_t type = kText;
+  std::string bytes;
+};
 
 class SystemInfo {
  public:
@@ -32,6 +41,13 @@ class SystemInfo {
   // or value, or one of another type.
   virtual std::string RegistryString(RegistryRoot root, const std::string& subkey,
                                      const std::string& name) const = 0;
+
+  // A value of any type; empty when there is no registry, no such key or no such value.
+  virtual std::optional<RegistryValue> RegistryData(RegistryRoot root, const std::string& subkey,
+                                                    const std::string& name) const = 0;
+
+  // The system's own program that tells what the computer is made of; empty when none is known.
+  virtual std::filesystem::path InformationTool() const = 0;
 };
 
 }  // namespace velt

@@ -6,16 +6,9 @@ namespace velt {
 
 BandMenu::BandMenu(RigControls& form, const PresetTable& presets, RigControl& control,
                    const RigState& state)
-    : form_(form), presets_(presets), control_(control), state_(state) {
-  for (auto& [index, item] : form_.mnuBands) {
+    : presets_(presets), control_(control), state_(state) {
+  for (auto& [index, item] : form.mnuBands) {
     connections_ += item->clicked.Listen([this, i = index] { mnuBands_Click(i); });
-  }
-  ShowTitles();
-}
-
-void BandMenu::ShowTitles() {
-  for (auto& [index, item] : form_.mnuBands) {
-    item->caption = presets_.Cell(index / 10, PresetTable::kTitle);
   }
 }
 

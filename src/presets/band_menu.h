@@ -15,14 +15,10 @@ class BandMenu {
   BandMenu(RigControls& form, const PresetTable& presets, RigControl& control,
            const RigState& state);
 
-  // Writes the bands' titles into the items.
-  void ShowTitles();
-
   // A first preset that is no whole number of kilohertz does not tune.
   void mnuBands_Click(int32_t index);
 
  private:
-  RigControls& form_;
   const PresetTable& presets_;
   RigControl& control_;
   const RigState& state_;

@@ -23,9 +23,9 @@ class PresetPanel {
     RigControls& rigForm;
     WindowFrame& window;
     PresetTable& presets;
-    RigState& state;
+    const RigState& state;
     RigControl& control;
-    MessageLine& messages;
+    OperatorCommands& commands;
     Prompts& prompts;
   };
   explicit PresetPanel(const Parts& parts);
@@ -45,17 +45,23 @@ class PresetPanel {
   void optDefFreqs_MouseDown(int32_t preset, int mouseButton);
   void cmbPresetMode_Click();
   void cmdFreqSteps_Click(int32_t index);
-  // True when the key was taken.
-  bool txtManualFrequency_KeyPress(int32_t keyCode);
-  // Item 10 * b tunes to the first preset of band b, if that is a number.
-  void mnuBands_Click(int32_t index);
+  void txtManualFrequency_KeyPress();  // of the Enter key
+
+  int32_t ManualFrequencyKHz = 0;  // entered last in the panel
 
  private:
+  void ShowTitle(int32_t band);
   void ShowPresets(int32_t band);
-  void RenameBand(int16_t band, const std::string& title);
-  void EditPreset(int16_t band, int16_t preset, const std::string& typed);
+  void ShowMode(const std::string& mode);
+  void SelectPreset(int32_t preset);
+  // What pressing a button does once a prompt, if there was one, is answered.
+  void BandPressed(int16_t band);
+  void PresetPressed(int16_t preset, int mouseButton);
+  void EditBand(int16_t band);
+  void EditPreset(int16_t band, int16_t preset);
   std::string ProposedFrequency(const std::string& caption) const;
-  bool TuneTo(const std::string& kilohertz);
+  // False when there is no frequency in the text.
+  bool Tune(const std::string& kilohertz);
 
   Parts parts_;
   Connections connections_;

@@ -92,7 +92,7 @@ void OmniRigDialog::Connect() {
 }
 
 void OmniRigDialog::Open() {
-  if (parts_.form.Window.visible) return;
+  if (parts_.form.Window.visible) return parts_.form.Window.BringForward();
   lowered_ = parts_.onTop.Lower();
   ShowSettings();
   ShowChoices();

@@ -41,7 +41,7 @@ class OmniRigDialog {
   // Something that is kept between runs was changed: rig, VFO, addresses or limit.
   Event<> settingsChanged;
 
-  // Shows the dialog; nothing when it is open.
+  // Shows the dialog; one that is open comes before the other windows.
   void Open();
   // Closes it; what was typed and not applied is dropped.
   void Close();

@@ -62,11 +62,26 @@ void RigControl::TuneTo(double frequencyHz) {
     parts_.messages.Show("Updating VFO...");
 }
 
+std::optional<double> RigControl::SetFrequencyByHand(const std::string& typed, int16_t vfo) {
+  const double kilohertz = TypedKilohertz(typed);
+  if (!(kilohertz > 10)) {
+    parts_.messages.Show("No frequency above 10 kHz in \"" + typed + "\": nothing was set");
+    return std::nullopt;
+  }
+  // What does not fit into 32 bits is as much out of range as the largest number that does.
+  SetTRXFrequency(RoundHalfEven(kilohertz * 1000).value_or(INT32_MAX), vfo);
+  return kilohertz;
+}
+
+void RigControl::StepBy(int32_t stepHz) {
+  if (!parts_.rig.Exists() || RefusedWithoutLink()) return;
+  Tune(int64_t{parts_.rig->Freq()} + stepHz, 0);
+}
+
 void RigControl::Step(int32_t stepHz) {
   if (ShownFrequencyHz(parts_.form.lblFrequency).value_or(0) <= 0) return;
-  if (!parts_.rig.Exists() || RefusedWithoutLink()) return;
-  if (stepHz != 0) Tune(int64_t{parts_.rig->Freq()} + stepHz, 0);
-  parts_.display.ShowRigParams();
+  if (stepHz != 0) StepBy(stepHz);
+  if (parts_.rig.Exists()) parts_.display.ShowRigParams();
 }
 
 void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {

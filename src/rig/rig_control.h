@@ -39,8 +39,13 @@ class RigControl {
   // is as much out of range as the largest number that does. Says so on the message line.
   void TuneTo(double frequencyHz);
 
-  // Moves the current frequency by a step, from where it is or is about to be, and shows it.
-  // Nothing while no frequency above 0 is shown.
+  // What a user has typed, as TypedKilohertz reads it. Returns the kilohertz that were set or
+  // refused as out of range; empty, and told, when it is no number above 10.
+  std::optional<double> SetFrequencyByHand(const std::string& typed, int16_t vfo);
+
+  // Moves the current frequency by a step, from where it is or is about to be.
+  void StepBy(int32_t stepHz);
+  // The same, and shows it; nothing while no frequency above 0 is shown.
   void Step(int32_t stepHz);
 
   // Moves the rig to the frequency shown (shiftTheRig) or, 1.1 s later, back to where it was.

@@ -48,19 +48,12 @@ void RigMenus::mnuSetFreqManual_Click() {
        .initial = shown ? parts_.form.lblFrequency.caption.Get() : std::string(),
        .example = "For example 14074 or 14074.5, or as the window shows it: 14.074.50"},
       [this](const std::optional<std::string>& answer) {
-        if (answer) SetFrequencyByHand(*answer);
+        if (!answer) return;
+        RigState& state = parts_.state;
+        const auto kilohertz = parts_.control.SetFrequencyByHand(*answer, state.vfo);
+        if (kilohertz)
+          state.bandPresetKHz = RoundHalfEven(*kilohertz).value_or(state.bandPresetKHz);
       });
-}
-
-void RigMenus::SetFrequencyByHand(const std::string& typed) {
-  const double kilohertz = TypedKilohertz(typed);
-  if (!(kilohertz > 10)) {
-    return parts_.messages.Show("No frequency above 10 kHz in \"" + typed + "\": nothing was set");
-  }
-  // What does not fit into 32 bits is as much out of range as the largest number that does.
-  const int32_t hertz = RoundHalfEven(kilohertz * 1000).value_or(INT32_MAX);
-  parts_.control.SetTRXFrequency(hertz, parts_.state.vfo);
-  parts_.state.bandPresetKHz = RoundHalfEven(kilohertz).value_or(parts_.state.bandPresetKHz);
 }
 
 }  // namespace velt

@@ -33,8 +33,6 @@ class RigMenus {
   void mnuSetFreqManual_Click();
 
  private:
-  void SetFrequencyByHand(const std::string& kilohertz);
-
   Parts parts_;
   Connections connections_;
 };

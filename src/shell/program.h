@@ -7,10 +7,13 @@
 #include "dialogs/message_line.h"
 #include "dialogs/message_window.h"
 #include "dialogs/notices.h"
+#include "display/color_dialog.h"
 #include "display/main_display.h"
 #include "engine/engine_process.h"
 #include "engine/key_runner.h"
 #include "engine/operator_commands.h"
+#include "form/about_form.h"
+#include "form/colors_form.h"
 #include "form/main_form.h"
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
@@ -23,6 +26,7 @@
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
 #include "rig/rig.h"
+#include "shell/about_box.h"
 #include "shell/helper_programs.h"
 #include "shell/menus.h"
 #include "shell/rig_reporter.h"
@@ -51,6 +55,7 @@ class Program {
     SettingsStore& settings;
     SystemInfo& system;
     Prompts& prompts;
+    ColourChooser& colours;
     Launcher& launcher;
     Pictures& pictures;
     InstanceLock& lock;
@@ -64,6 +69,8 @@ class Program {
   const RunSetup setup;
   Main form;
   OmniRigForm catForm;
+  ColorsForm colorsForm;
+  AboutForm aboutForm;
   MessageForm messageForm;
   Installation installation;
   CarriedSettings carried;
@@ -82,6 +89,7 @@ class Program {
   PresetFiles presetFiles;
   Capture capture;
   MainDisplay display;
+  ColorDialog colorDialog;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;
@@ -90,6 +98,7 @@ class Program {
   Shutdown shutdown;
   HelperPrograms helpers;
   ShortcutKeys keys;
+  AboutBox aboutBox;
   Menus menus;
   MenuOpener menuOpener;
 

@@ -28,6 +28,7 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
   parts_.rig.dialog.Close();
+  parts_.colorDialog.Close();
   if (parts_.rig.control.RestoreNow()) {
     // The write needs a moment to reach the rig.
     cancel = true;
@@ -109,6 +110,7 @@ void Shutdown::mnucloseme_Click() {
   parts_.form.tmrStatus.enabled = false;
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
+  parts_.colorDialog.Close();
   unloading_ = true;
   quitting_ = true;
   // The menu that this was chosen from would let capture go on.

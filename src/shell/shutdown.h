@@ -6,6 +6,7 @@
 #include <string>
 
 #include "audio/capture.h"
+#include "display/color_dialog.h"
 #include "engine/engine_process.h"
 #include "form/main_form.h"
 #include "ports/prompts.h"
@@ -22,6 +23,7 @@ class Shutdown {
   struct Parts {
     Main& form;
     Capture& capture;
+    ColorDialog& colorDialog;
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;

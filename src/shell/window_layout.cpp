@@ -21,7 +21,7 @@ WindowLayout::WindowLayout(Main& form, MainDisplay& display)
 
 void WindowLayout::SetLimits() {
   const int32_t panel = form_.Window.panelShown ? WindowLimits::kPanelWidth : 0;
-  form_.Window.least = WindowSize{WindowLimits::kMinWidth, WindowLimits::kMinHeight};
+  form_.Window.least = WindowSize{WindowLimits::kMinWidth + panel, WindowLimits::kMinHeight};
   form_.Window.most = WindowSize{WindowLimits::kMaxWidth + panel, WindowLimits::kMaxHeight};
 }
 
@@ -30,7 +30,7 @@ void WindowLayout::Form_Resize() {
   // A correction raises a new resize, which lays out the window.
   if (CorrectSize()) return;
   WindowGrid grid(form_.Window.widthTwips / kTwipsPerPixel,
-                  form_.Window.heightTwips / kTwipsPerPixel);
+                  form_.Window.heightTwips / kTwipsPerPixel, form_.Window.panelShown);
   for (const PlaceRule& rule : rules_) rule.control->place = rule.place(grid);
   form_.Scope.scaleWidth = form_.Scope.place.Get().width;
   form_.Scope.scaleHeight = form_.Scope.place.Get().height;

@@ -1,12 +1,14 @@
 #include "shell/window_places.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace velt {
 namespace {
 
 constexpr int kMargin = 3;
 constexpr int kGap = 3;
+constexpr int kPanelEdge = 4;  // between its line and its controls
 constexpr int kTopRow = 24;
 constexpr int kScales = 13;
 constexpr int kBottomRow = 16;
@@ -19,7 +21,9 @@ constexpr int kLink = 100;
 constexpr int kLeastSource = 50;
 constexpr int kLeastLink = 63;
 constexpr int kSmallButton = 26;
-constexpr int kCompactButton = 24;
+constexpr int kCompactButton = 22;
+constexpr int kExpandButton = 18;
+constexpr int kCompactExpandButton = 14;
 constexpr int kCompactPeak = 82;
 constexpr int kCursorHz = 62;
 constexpr int kCompactCursorHz = 51;
@@ -64,11 +68,25 @@ struct LastRow {
   }
 };
 
+// The members of an array one behind the other, `columns` to a row of the panel, from row `first`
+// on.
+template <int columns, int first, class C, size_t... index>
+void AddCells(std::vector<PlaceRule>& rules, ControlArray<C>& array,
+              std::index_sequence<index...>) {
+  (rules.push_back({&array[static_cast<int32_t>(index)],
+                    [](WindowGrid& g) {
+                      constexpr int i = static_cast<int>(index);
+                      return g.Panel(first + i / columns, i % columns, i % columns, columns);
+                    }}),
+   ...);
+}
+
 }  // namespace
 
-WindowGrid::WindowGrid(int widthPx, int heightPx)
-    : width_(std::max(widthPx, 333)),
+WindowGrid::WindowGrid(int widthPx, int heightPx, bool withPanel)
+    : width_(std::max(widthPx - (withPanel ? kPanelWidth : 0), 333)),
       height_(std::max(heightPx, 100)),
+      panel_(withPanel),
       compact_(width_ < kRoomyWidth),
       next_(kMargin) {}
 
@@ -118,25 +136,50 @@ Rectangle WindowGrid::BottomRight(int width) const {
   return {width_ - kMargin - width, height_ - kMargin - kBottomRow, width, kBottomRow};
 }
 
+Rectangle WindowGrid::Panel() const {
+  return panel_ ? Rectangle{width_, 0, kPanelWidth, height_} : Rectangle{};
+}
+
+Rectangle WindowGrid::Panel(int row, int first, int last, int count) const {
+  if (!panel_) return {};
+  constexpr int kRows = 5;
+  const int height = height_ - 2 * kMargin + kGap;
+  const int width = kPanelWidth - 2 * kMargin - kPanelEdge + kGap;
+  const int left = width_ + kMargin + kPanelEdge + first * width / count;
+  const int top = kMargin + row * height / kRows;
+  const int right = width_ + kMargin + kPanelEdge + (last + 1) * width / count;
+  const int bottom = kMargin + (row + 1) * height / kRows;
+  return {left, top, right - left - kGap, bottom - top - kGap};
+}
+
 std::vector<PlaceRule> PlaceRules(Main& form) {
   using Grid = WindowGrid;
-  return {
-      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 42); }},
+  std::vector<PlaceRule> rules{
+      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 40); }},
       {&form.Image2, [](Grid& g) { return g.Take(40, 26); }},
       {&form.Image3, [](Grid& g) { return g.Take(40, 26); }},
       {&form.imgStartStop, [](Grid& g) { return g.Take(kSmallButton, kCompactButton); }},
-      {&form.lblFrequency, [](Grid& g) { return g.Take(126, 106); }},
-      {&form.lblMode, [](Grid& g) { return g.Take(38, 34); }},
+      {&form.lblFrequency, [](Grid& g) { return g.Take(126, 98); }},
+      {&form.lblMode, [](Grid& g) { return g.Take(38, 32); }},
       // The buttons tell the state too; where there is no room for them the label does.
-      {&form.lblTRXMode, [](Grid& g) { return g.Take(0, 26); }},
+      {&form.lblTRXMode, [](Grid& g) { return g.Take(0, 25); }},
       {&form.optTXRX[0], [](Grid& g) { return g.Take(34, 0); }},
       {&form.optTXRX[1], [](Grid& g) { return g.Take(34, 0); }},
       {&form.lblFreqDetect,
        [](Grid& g) {
-         return g.Compact() ? g.BottomRight(kCompactPeak) : g.TakeRest(kSmallButton);
+         return g.Compact() ? g.BottomRight(kCompactPeak)
+                            : g.TakeRest(kSmallButton + kGap + kExpandButton);
        }},
       {&form.chkSpecMode,
-       [](Grid& g) { return g.EndOfFirstRow(g.Compact() ? kCompactButton : kSmallButton); }},
+       [](Grid& g) {
+         const Rectangle both =
+             g.EndOfFirstRow(kGap + (g.Compact() ? kCompactButton + kCompactExpandButton
+                                                 : kSmallButton + kExpandButton));
+         return Rectangle{both.left, both.top, g.Compact() ? kCompactButton : kSmallButton,
+                          both.height};
+       }},
+      {&form.chkExpand,
+       [](Grid& g) { return g.EndOfFirstRow(g.Compact() ? kCompactExpandButton : kExpandButton); }},
       {&form.Slider, [](Grid& g) { return g.DisplayLeft(kSlider); }},
       {&form.Scope, [](Grid& g) { return g.Scope(); }},
       {&form.picScales, [](Grid& g) { return g.Scales(); }},
@@ -164,7 +207,16 @@ std::vector<PlaceRule> PlaceRules(Main& form) {
          place.height = kNotice;
          return place;
        }},
+      {&form.picExpand, [](Grid& g) { return g.Panel(); }},
+      {&form.lblFrequencyExpand, [](Grid& g) { return g.Panel(0, 0, 4, 12); }},
+      {&form.cmbPresetMode, [](Grid& g) { return g.Panel(0, 5, 7, 12); }},
+      {&form.txtManualFrequency, [](Grid& g) { return g.Panel(0, 8, 10, 12); }},
+      {&form.cmdokman, [](Grid& g) { return g.Panel(0, 11, 11, 12); }},
   };
+  AddCells<5, 1>(rules, form.optBandsFreq, std::make_index_sequence<10>());
+  AddCells<6, 3>(rules, form.optDefFreqs, std::make_index_sequence<6>());
+  AddCells<6, 4>(rules, form.cmdFreqSteps, std::make_index_sequence<6>());
+  return rules;
 }
 
 }  // namespace velt

@@ -11,7 +11,10 @@ namespace velt {
 // 100 are laid out as 333 x 100. The first row is handed out from left to right.
 class WindowGrid {
  public:
-  WindowGrid(int widthPx, int heightPx);
+  static constexpr int kPanelWidth = 317;
+
+  // With the panel, its width is taken off at the right edge.
+  WindowGrid(int widthPx, int heightPx, bool withPanel = false);
 
   // Narrow windows have no room for the texts of the first row's buttons, nor for all its controls.
   bool Compact() const { return compact_; }
@@ -32,9 +35,15 @@ class WindowGrid {
   Rectangle Bottom(int left, int rightOffset) const;
   Rectangle BottomRight(int width) const;
 
+  // The panel has five rows of the same height: cells `first` to `last` of `count` cells of the
+  // same width in one of them; all of it. Empty without the panel.
+  Rectangle Panel(int row, int first, int last, int count) const;
+  Rectangle Panel() const;
+
  private:
   int width_;
   int height_;
+  bool panel_;
   bool compact_;
   int next_;
 };

@@ -67,6 +67,11 @@ Reading Analyser::Analyse(std::span<const int16_t, blockSamples> block,
   return reading;
 }
 
+void Analyser::DrawAgain(const AnalysisSettings& settings, Passband passband, Display& display) {
+  picture_.Draw(plan_, settings, passband, heights_, samples_, display.offScreen);
+  display.shown = display.offScreen;
+}
+
 // Only the bins that the plot shows. A block of 512 samples of 16 bits cannot reach 2^25 in any
 // bin, so the whole numbers in here fit; and a quotient of whole numbers of 32 bits is never
 // rounded up to the next whole one in double, so truncating it is exact.

@@ -59,6 +59,10 @@ class Analyser {
   Reading Analyse(std::span<const int16_t, blockSamples> block, const AnalysisSettings& settings,
                   const Tuning& tuning, const WaterPalette& palette, AnalysisOutput& output);
 
+  // Draws the spectrum of the last block once more, in other colours; the plot has to have the size
+  // that it had then.
+  void DrawAgain(const AnalysisSettings& settings, Passband passband, Display& display);
+
  private:
   static constexpr size_t binCount = ColumnPlan::binCount;
 

@@ -31,6 +31,10 @@ class Colour {
 
   // 0xFFRRGGBB.
   constexpr uint32_t Argb() const { return argb_; }
+  // The colour integer.
+  constexpr int32_t Value() const {
+    return static_cast<int32_t>((argb_ & 0xFFU) << 16 | (argb_ & 0xFF00U) | (argb_ >> 16 & 0xFFU));
+  }
   constexpr bool operator==(const Colour&) const = default;
 
  private:

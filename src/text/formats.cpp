@@ -78,6 +78,12 @@ std::string FixedText(double value, int decimals) {
   return error == std::errc() ? std::string(buffer.data(), end) : std::string("0");
 }
 
+std::string ColourText(uint32_t rgb) {
+  std::string text = "#";
+  for (int shift = 20; shift >= 0; shift -= 4) text += "0123456789ABCDEF"[rgb >> shift & 0xFU];
+  return text;
+}
+
 std::string Lowered(std::string_view text) {
   std::string lowered(text);
   for (char& c : lowered) {

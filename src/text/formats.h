@@ -35,6 +35,9 @@ std::string BooleanText(bool value);
 // A number with a fixed count of decimals and "." as decimal sign.
 std::string FixedText(double value, int decimals);
 
+// A colour's three components as "#RRGGBB"; the highest byte is left out.
+std::string ColourText(uint32_t rgb);
+
 // ASCII letters in lower case; other bytes stay as they are.
 std::string Lowered(std::string_view text);
 

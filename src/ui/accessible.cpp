@@ -6,6 +6,7 @@
 #include "ui/lamp_widget.h"
 #include "ui/main_window.h"
 #include "ui/meter_widget.h"
+#include "ui/palette_strip.h"
 #include "ui/scale_strip.h"
 #include "ui/scope_widget.h"
 
@@ -66,6 +67,7 @@ QAccessibleInterface* Make(const QString&, QObject* object) {
   }
   if (dynamic_cast<ScopeWidget*>(object) != nullptr ||
       dynamic_cast<ScaleStrip*>(object) != nullptr ||
+      dynamic_cast<PaletteStrip*>(object) != nullptr ||
       dynamic_cast<LampWidget*>(object) != nullptr) {
     return new SpokenWidget(static_cast<QWidget*>(object), QAccessible::Graphic);
   }

@@ -70,10 +70,11 @@ void ClickLabel::paintEvent(QPaintEvent*) {
   painter.setPen(textColour_.isValid() && !stale_ ? textColour_
                                                   : palette().color(group, QPalette::WindowText));
   const QRect inner = rect().adjusted(2, 0, -2, 0);
-  // A text that is too long for its place gets a smaller font rather than a new place.
+  // A text that is too large for its place gets a smaller font rather than a new place.
   QFont fitted = font();
   while (fitted.pixelSize() > kLeastPixels &&
-         QFontMetrics(fitted).horizontalAdvance(text_) > inner.width()) {
+         (QFontMetrics(fitted).horizontalAdvance(text_) > inner.width() ||
+          fitted.pixelSize() > inner.height())) {
     fitted.setPixelSize(fitted.pixelSize() - 1);
   }
   painter.setFont(fitted);

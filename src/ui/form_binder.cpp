@@ -15,9 +15,11 @@
 #include "ui/click_label.h"
 #include "ui/lamp_widget.h"
 #include "ui/meter_widget.h"
+#include "ui/palette_strip.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/scope_widget.h"
+#include "ui/swatch_button.h"
 #include "ui/symbol_button.h"
 #include "ui/text_binding.h"
 
@@ -189,6 +191,28 @@ QAbstractButton* FormBinder::Bind(const Button& control, QAbstractButton* widget
   return widget;
 }
 
+SwatchButton* FormBinder::Bind(const ColourButton& control, SwatchButton* widget,
+                               const Words& words) {
+  connect(widget, &QAbstractButton::clicked, this, [&control] { control.Click(); });
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    widget->SetColour(control.colour);
+    ShowName(widget, words.name,
+             PlainCaption(control.caption.Get()) + ": " + ToQt(control.value.Get()));
+  });
+  return widget;
+}
+
+PaletteStrip* FormBinder::Bind(const PalettePicture& control, PaletteStrip* widget,
+                               const Words& words) {
+  Mirror(control, widget, words);
+  Watch(control, [&control, widget, words] {
+    widget->SetColours(control.colours);
+    ShowName(widget, words.name, ToQt(control.caption.Get()));
+  });
+  return widget;
+}
+
 QAbstractButton* FormBinder::Bind(const Image& control, QAbstractButton* widget,
                                   const Words& words) {
   connect(widget, &QAbstractButton::clicked, this, [&control] { control.Click(); });
@@ -294,6 +318,7 @@ QLineEdit* FormBinder::Bind(TextBox& control, QLineEdit* widget, const Words& wo
                             Typing typing) {
   auto* text = new TextBinding(control, *widget, typing, this);
   texts_.push_back(text);
+  connect(widget, &QLineEdit::returnPressed, this, [&control] { control.UserEnter(); });
   Mirror(control, widget, words);
   Watch(control, [text] { text->Show(); });
   return widget;

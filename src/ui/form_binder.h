@@ -29,8 +29,10 @@ class ClickLabel;
 class LampWidget;
 class LiveWidget;
 class MeterWidget;
+class PaletteStrip;
 class PressButton;
 class ScopeWidget;
+class SwatchButton;
 class SymbolButton;
 class TextBinding;
 
@@ -69,6 +71,9 @@ class FormBinder : public QObject {
   QGroupBox* Bind(const Frame& control, QGroupBox* widget);
   LampWidget* Bind(const Lamp& control, LampWidget* widget, const Words& words);
   QAbstractButton* Bind(const Button& control, QAbstractButton* widget, const Words& words);
+  // The name stands for the caption and the colour's.
+  SwatchButton* Bind(const ColourButton& control, SwatchButton* widget, const Words& words);
+  PaletteStrip* Bind(const PalettePicture& control, PaletteStrip* widget, const Words& words);
   // An image shows its tag as its text, or as the symbol of that name.
   QAbstractButton* Bind(const Image& control, QAbstractButton* widget, const Words& words);
   SymbolButton* Bind(const Image& control, SymbolButton* widget, const Words& words);

@@ -2,6 +2,7 @@
 
 #include <QScreen>
 
+#include "ui/on_screen.h"
 #include "ui/qt_text.h"
 
 namespace velt {
@@ -11,6 +12,7 @@ FormDialog::FormDialog(Form& form, DialogWindow& window, QWidget* parent)
 
 void FormDialog::FollowForm() {
   binder_.Watch(window_, [this] { ShowWindow(); });
+  forward_ = window_.forwardWanted.Listen([this] { BringForward(); });
 }
 
 void FormDialog::ShowWindow() {
@@ -23,20 +25,35 @@ void FormDialog::ShowWindow() {
     hide();
     return;
   }
-  if (!testAttribute(Qt::WA_Moved)) PlaceBelowParent();
+  if (!testAttribute(Qt::WA_Moved)) PlaceBesideParent();
   show();
+  BringForward();
+}
+
+void FormDialog::BringForward() {
   raise();
   activateWindow();
 }
 
 // In the middle of the main window, its usual place, it would hide what it is watched with.
-void FormDialog::PlaceBelowParent() {
+void FormDialog::PlaceBesideParent() {
   if (parentWidget() == nullptr) return;
   adjustSize();
-  const QRect above = parentWidget()->frameGeometry();
-  const int titleBar = parentWidget()->geometry().top() - above.top();
-  const QRect wanted(above.bottomLeft() + QPoint(0, 1), size() + QSize(0, titleBar));
-  if (parentWidget()->screen()->availableGeometry().contains(wanted)) move(wanted.topLeft());
+  const QRect main = parentWidget()->frameGeometry();
+  const int titleBar = parentWidget()->geometry().top() - main.top();
+  const QSize wanted = size() + QSize(0, titleBar);
+  const QVector<QRect> screen{parentWidget()->screen()->availableGeometry()};
+  int leastHidden = main.width() * main.height();
+  for (const QPoint place :
+       {main.bottomLeft() + QPoint(0, 1), main.topLeft() - QPoint(0, wanted.height() + 1),
+        main.topRight() + QPoint(1, 0), main.topLeft() - QPoint(wanted.width() + 1, 0)}) {
+    const QRect possible = BroughtOnScreen({place, wanted}, screen);
+    const QRect hides = possible & main;
+    const int hidden = hides.width() * hides.height();
+    if (hidden >= leastHidden) continue;
+    leastHidden = hidden;
+    move(possible.topLeft());
+  }
 }
 
 void FormDialog::reject() {

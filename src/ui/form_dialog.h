@@ -4,7 +4,7 @@
 
 #include <QDialog>
 
-#include "form/omnirig_form.h"
+#include "form/dialog_window.h"
 #include "ui/form_binder.h"
 
 namespace velt {
@@ -24,10 +24,12 @@ class FormDialog : public QDialog {
 
  private:
   void ShowWindow();
-  void PlaceBelowParent();
+  void BringForward();
+  void PlaceBesideParent();
 
   DialogWindow& window_;
   FormBinder binder_;
+  Connection forward_;
 };
 
 }  // namespace velt

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "ui/face_palette.h"
+
 namespace velt {
 namespace {
 
@@ -33,7 +35,8 @@ void LampWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QColor colour = Shown(colour_);
-  painter.setPen(colour.darker(140));
+  const bool isSeen = IsSeen(colour, palette().color(QPalette::Window));
+  painter.setPen(isSeen ? colour.darker(140) : palette().color(QPalette::WindowText));
   painter.setBrush(colour);
   const double radius = pixels_ / 2.0 - pixels_ / 10.0;
   painter.drawEllipse(QRectF(rect()).center(), radius, radius);

@@ -13,9 +13,11 @@
 
 #include "ui/accessible.h"
 #include "ui/click_label.h"
+#include "ui/face_palette.h"
 #include "ui/lamp_widget.h"
 #include "ui/meter_widget.h"
 #include "ui/on_screen.h"
+#include "ui/panel_view.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/scale_strip.h"
@@ -98,6 +100,7 @@ MainWindow::MainWindow(Main& form, std::function<const Raster&()> picture)
   // Made in the order in which Tab walks through them.
   BindTopRow();
   BindDisplay(std::move(picture));
+  BindPanel(binder_, form_, this);
   BindMessages();
   binder_.Watch(form_.Window, [this] { ShowWindowState(); });
   new WindowKeys(form_.Window, this);
@@ -136,6 +139,10 @@ void MainWindow::BindTopRow() {
   peak->SetSpokenRole(QAccessible::Button);
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
                {"Waterfall", "Waterfall instead of the spectrum"});
+  auto* expand = new MenuButton(this);
+  expand->setCheckable(true);
+  binder_.Bind(form_.chkExpand, expand,
+               {"Rig control panel", "Shows or hides the rig control panel"});
 }
 
 void MainWindow::BindCatButton() {
@@ -197,8 +204,8 @@ void MainWindow::BindDisplay(std::function<const Raster&()> picture) {
                               {"%1", "Nothing is heard yet"});
   listen->setAttribute(Qt::WA_TransparentForMouseEvents);
   binder_.Watch(form_.Scope, [this, listen] {
-    const bool dark = QColor::fromRgb(form_.Scope.backColour).lightnessF() < 0.5;
-    listen->SetFill({}, dark ? QColor(0xE0, 0xE0, 0xE0) : QColor(0x20, 0x20, 0x20));
+    const QColor back = QColor::fromRgb(form_.Scope.backColour);
+    listen->SetFill({}, Between(InkOn(back), back, 0.1));
   });
 }
 
@@ -297,9 +304,7 @@ void MainWindow::ShowFaceColour() {
   const uint32_t face = form_.Window.faceColour;
   if (face == shownFace_) return;
   shownFace_ = face;
-  const QColor colour = QColor::fromRgb(face);
-  // Buttons, texts and edges that go with the chosen colour, readable on dark ones too.
-  setPalette(face == 0 ? QPalette() : QPalette(colour, colour));
+  setPalette(face == 0 ? QPalette() : FacePalette(QColor::fromRgb(face)));
 }
 
 void MainWindow::FocusScope() {

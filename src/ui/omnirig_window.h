@@ -4,6 +4,7 @@
 
 #include <QButtonGroup>
 
+#include "form/omnirig_form.h"
 #include "ui/form_dialog.h"
 
 class QGridLayout;

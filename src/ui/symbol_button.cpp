@@ -6,6 +6,8 @@
 #include <QStylePainter>
 #include <array>
 
+#include "ui/face_palette.h"
+
 namespace velt {
 
 SymbolButton::SymbolButton(Symbol symbol, QWidget* parent) : QToolButton(parent), symbol_(symbol) {
@@ -30,15 +32,24 @@ void SymbolButton::paintEvent(QPaintEvent*) {
   painter.setPen(Qt::NoPen);
   const QColor ink =
       palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText);
+  const auto coloured = [&](const QColor& colour) {
+    for (const QColor& shade : {colour, colour.lighter(150)}) {
+      if (isEnabled() && IsSeen(shade, palette().color(QPalette::Button)) &&
+          IsSeen(shade, palette().color(QPalette::Window))) {
+        return shade;
+      }
+    }
+    return ink;
+  };
   switch (symbol_) {
     case Symbol::Play:
-      painter.setBrush(isEnabled() ? QColor(0x2E, 0xA0, 0x43) : ink);
+      painter.setBrush(coloured(QColor(0x2E, 0xA0, 0x43)));
       painter.drawPolygon(
           QPolygonF({box.topLeft() + QPointF(1, 0), box.bottomLeft() + QPointF(1, 0),
                      QPointF(box.right(), box.center().y())}));
       break;
     case Symbol::Stop:
-      painter.setBrush(isEnabled() ? QColor(0xCF, 0x3A, 0x32) : ink);
+      painter.setBrush(coloured(QColor(0xCF, 0x3A, 0x32)));
       painter.drawRect(box.adjusted(1, 1, -1, -1));
       break;
     case Symbol::Waterfall: {

@@ -140,6 +140,19 @@ struct FakePrompts : Prompts {
   }
 };
 
+struct FakeColourChooser : ColourChooser {
+  std::string title;  // of the open one; empty: none is open
+  uint32_t initial = 0;
+  std::function<void(std::optional<uint32_t>)> choose;
+  void Pick(const std::string& of, uint32_t colour,
+            std::function<void(std::optional<uint32_t>)> chosen) override {
+    title = of;
+    initial = colour;
+    choose = std::move(chosen);
+  }
+  void Drop() override { title.clear(); }
+};
+
 struct FakeSystem : SystemInfo {
   std::optional<SystemVersion> Version() const override { return SystemVersion{5, 1, ""}; }
   std::string SystemFolder() const override { return "/windows"; }
@@ -149,6 +162,14 @@ struct FakeSystem : SystemInfo {
   std::string RegistryString(RegistryRoot, const std::string&, const std::string&) const override {
     return "";
   }
+  std::map<std::string, RegistryValue> registry;  // by key and name: "KEY\\NAME"
+  std::optional<RegistryValue> RegistryData(RegistryRoot, const std::string& subkey,
+                                            const std::string& name) const override {
+    const auto found = registry.find(subkey + "\\" + name);
+    return found == registry.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::filesystem::path tool;
+  std::filesystem::path InformationTool() const override { return tool; }
 };
 
 struct FakeLauncher : Launcher {
@@ -256,6 +277,7 @@ struct ProgramFixture {
   FakeStore store;
   FakeSystem system;
   FakePrompts prompts;
+  FakeColourChooser chooser;
   FakeLauncher launcher;
   FakePictures pictures;
   FakeLock lock;
@@ -292,6 +314,7 @@ struct ProgramFixture {
                                                        .settings = store,
                                                        .system = system,
                                                        .prompts = prompts,
+                                                       .colours = chooser,
                                                        .launcher = launcher,
                                                        .pictures = pictures,
                                                        .lock = lock,

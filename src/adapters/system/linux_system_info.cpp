@@ -1,8 +1,12 @@
 #include "adapters/system/linux_system_info.h"
 
 #include <sys/utsname.h>
+#include <unistd.h>
 
 #include <charconv>
+#include <cstdlib>
+#include <sstream>
+#include <vector>
 
 #include "adapters/system/home_folder.h"
 #include "text/paths.h"
@@ -39,6 +43,28 @@ std::string LinuxSystemInfo::SpecialFolder(int32_t identifier) const {
 std::string LinuxSystemInfo::RegistryString(RegistryRoot, const std::string&,
                                             const std::string&) const {
   return "";
+}
+
+std::optional<RegistryValue> LinuxSystemInfo::RegistryData(RegistryRoot, const std::string&,
+                                                           const std::string&) const {
+  return std::nullopt;
+}
+
+std::filesystem::path LinuxSystemInfo::InformationTool() const {
+  const char* const path = std::getenv("PATH");
+  std::istringstream folders(path == nullptr ? "" : path);
+  std::vector<std::filesystem::path> places;
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    if (folder.starts_with('/')) places.push_back(TextPath(folder));
+  }
+  for (const char* tool : {"hardinfo2", "hardinfo", "kinfocenter", "mate-system-monitor",
+                           "gnome-system-monitor", "lshw-gtk"}) {
+    for (const std::filesystem::path& folder : places) {
+      std::filesystem::path program = folder / tool;
+      if (::access(program.c_str(), X_OK) == 0) return program;
+    }
+  }
+  return {};
 }
 
 }  // namespace velt

@@ -14,6 +14,10 @@ class LinuxSystemInfo : public SystemInfo {
   std::string SpecialFolder(int32_t identifier) const override;
   std::string RegistryString(RegistryRoot root, const std::string& subkey,
                              const std::string& name) const override;
+  std::optional<RegistryValue> RegistryData(RegistryRoot root, const std::string& subkey,
+                                            const std::string& name) const override;
+  // One of the desktops' tools, whichever is installed.
+  std::filesystem::path InformationTool() const override;
 
   // "6.1.0-18-amd64" gives 6 and 1; empty when the text does not begin with two numbers.
   static std::optional<SystemVersion> VersionIn(const std::string& release);

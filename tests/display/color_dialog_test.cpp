@@ -1,0 +1,118 @@
+#include "display/color_dialog.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+#include "support/doubles.h"
+
+namespace velt {
+namespace {
+
+struct ColorDialogTest : testing::Test, ProgramFixture {
+  Main& main = program->form;
+  ColorsForm& form = program->colorsForm;
+  Connection forward = form.Window.forwardWanted.Listen([this] { ++broughtForward; });
+  int broughtForward = 0;
+
+  ColorDialogTest() {
+    Start();
+    Open();
+  }
+  void Open() {
+    main.cmdOptions.Click();
+    EXPECT_TRUE(prompts.Choose("Edit User Colors..."));
+  }
+  // What the display shows is the background and the spectrum's trace.
+  bool Shows(uint32_t background, uint32_t trace) const {
+    const Raster& shown = program->display.tick.Shown();
+    const auto bottom = shown.Row(shown.Height() - 1);
+    return main.Scope.backColour == background && shown.Row(0)[100] == background &&
+           bottom[100] == trace;
+  }
+};
+
+TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
+  EXPECT_FALSE(main.Window.topMost);
+  Open();
+  EXPECT_EQ(broughtForward, 1);
+  std::iota(audio.samples.begin(), audio.samples.end(), int16_t{-256});
+  StartCapture();
+  scheduler.Advance(Milliseconds(60));
+  main.imgStartStop.Click();  // what stands still follows, too
+  ASSERT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
+
+  form.cmdColor[0].Click();
+  EXPECT_EQ(chooser.title, "Display background");
+  EXPECT_EQ(chooser.initial, 0xFF001764);
+  chooser.pointedAt.Raise(0xFF102030);
+  EXPECT_TRUE(Shows(0xFF102030, 0xFF2D81FF));
+  EXPECT_EQ(form.cmdColor[0].value.Get(), "#102030");
+  chooser.choose(std::nullopt);
+  chooser.pointedAt.Raise(0xFF102030);  // of one that is no longer asked
+  EXPECT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
+  form.cmdColor[0].Click();
+  chooser.choose(0xFF010203);
+  form.cmdColor[3].Click();
+  chooser.pointedAt.Raise(0xFF00FF00);
+  form.cmdColor[4].Click();  // before that was chosen
+  chooser.choose(0xFFAABBCC);
+  EXPECT_TRUE(Shows(0xFF010203, 0xFF2D81FF));
+  form.Window.closeAsked.Raise();
+  EXPECT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
+  EXPECT_TRUE(main.Window.topMost);
+
+  Open();
+  for (const int32_t index : {0, 1, 2, 3, 4, 5}) {
+    form.cmdColor[index].Click();
+    chooser.choose(0xFF302010U + static_cast<uint32_t>(index));
+  }
+  EXPECT_EQ(main.Window.faceColour, 0xFF302012);
+  form.cmdDefault[1].Click();
+  form.cmdOK.Click();
+  EXPECT_TRUE(Shows(0xFF302010, 0xFF302013));
+  Open();
+  form.cmdDefaults.Click();
+  EXPECT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
+  form.cmdCancel.Click();
+  EXPECT_TRUE(Shows(0xFF302010, 0xFF302013));
+  Open();
+  form.cmdColor[5].Click();
+  chooser.pointedAt.Raise(0xFF777777);
+  Close();  // the program, with all that open
+  EXPECT_EQ(chooser.title, "");
+  EXPECT_FALSE(form.Window.visible);
+  for (const auto& [key, saved] : {std::pair{"ScopeColor", 0x102030},
+                                   {"GridColor", 0},
+                                   {"MenuColor", 0x122030},
+                                   {"SpectrumColor", 0x132030},
+                                   {"OscillosColor", 0x142030},
+                                   {"BandWidthColor", 0x152030}}) {
+    EXPECT_EQ(Stored(key), std::to_string(saved)) << key;
+  }
+}
+
+TEST_F(ColorDialogTest, TheWindowCanHaveTheDesktopsOwnColourAgain) {
+  EXPECT_EQ(form.cmdColor[2].value.Get(), "Desktop's own");
+  EXPECT_FALSE(form.cmdDefault[2].enabled || form.cmdDefaults.enabled);
+  form.cmdColor[2].Click();
+  EXPECT_EQ(chooser.initial, 0U);
+  chooser.choose(0xFF000000);  // not to be mixed up with it
+  EXPECT_EQ(main.Window.faceColour, 0xFF000000);
+  EXPECT_EQ(form.cmdColor[2].value.Get(), "#000000");
+  form.cmdDefault[2].Click();
+  EXPECT_EQ(main.Window.faceColour, 0U);
+  EXPECT_EQ(form.cmdColor[2].value.Get(), "Desktop's own");
+}
+
+TEST_F(ColorDialogTest, ThePaletteIsTheWaterfallsAsItIsNow) {
+  EXPECT_EQ(form.picPalette.caption.Get(), "Gray, clarity 10");
+  EXPECT_EQ(form.picPalette.colours.Get().front(), 0xFF0A0A0A);
+  program->display.options.waterGrey = 5;
+  program->display.options.InitWaterColor();
+  EXPECT_EQ(form.picPalette.caption.Get(), "Color");
+  EXPECT_EQ(form.picPalette.colours.Get().at(131), 0xFF0000FF);
+}
+
+}  // namespace
+}  // namespace velt
