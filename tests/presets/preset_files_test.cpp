@@ -180,13 +180,15 @@ TEST_F(PresetFilesTest, AreWrittenAtTheEndWhenTheTableIsAnotherOne) {
   fs::rename(folder / file, folder / "EXPANDPRESETS.ini");
   Begin();
   EXPECT_EQ(Cell(4, 8), "14074");
+  const std::string kept = Table();
   setup.presets = PresetStore::Keeping::InMemory;
   folder.Write(old, OldFile("5"));
   Begin();
   EXPECT_EQ(Table(), Text());
   Cell(4, 8) = "7";
   Close();
-  EXPECT_TRUE(Is(old) && !Is(file));
+  EXPECT_TRUE(Is(old));
+  EXPECT_EQ(folder.Read("EXPANDPRESETS.ini"), kept);
 }
 
 TEST_F(PresetFilesTest, ThatCannotBeReadAreToldAndSetAsideBeforeTheyAreWrittenOver) {
