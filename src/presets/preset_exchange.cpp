@@ -28,7 +28,8 @@ std::string PresetExchange::Import(const std::filesystem::path& file) {
   const PresetTable before = presets_;
   if (error == 0) {
     presets_ = imported;
-    error = store_.Save();
+    // A file that could not be read stands for the same table, and has to go.
+    error = store_.Save(PresetStore::When::Always);
   }
   if (error == 0) return "";
   presets_ = before;

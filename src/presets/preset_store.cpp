@@ -117,10 +117,10 @@ bool PresetStore::Convert() {
   return true;
 }
 
-int PresetStore::Save() {
+int PresetStore::Save(When when) {
   if (keeping_ != Keeping::OnDisk) return 0;
   const std::string text = PresetText(presets_);
-  if (text == opened_ && HasFile()) return 0;
+  if (when == When::Changed && text == opened_ && HasFile()) return 0;
   if (const int error = Write(text)) {
     Warn(PathText(File()) + " cannot be written: " + ErrorText(error));
     return error;

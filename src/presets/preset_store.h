@@ -44,9 +44,11 @@ class PresetStore {
   // read; then it is set aside and the table is the program's own.
   bool Convert();
 
-  // Writes the table unless the file has it already; the file before is kept as ".bak", or set
-  // aside when it cannot be read. Returns the system's error number; then the file is as it was.
-  int Save();
+  // Writes the table, if it is another one than was opened or there is no file; the file before is
+  // kept as ".bak", or set aside when it cannot be read. Returns the system's error number; then
+  // the file is as it was.
+  enum class When { Changed, Always };
+  int Save(When when = When::Changed);
 
   // The text of a file that should be one of presets. Returns 0 or the system's error number.
   int ReadSmall(const std::filesystem::path& path, std::string& text) const;

@@ -309,6 +309,12 @@ TEST_F(PresetFilesTest, TakeOverATableAtOnceAndKeepTheOldOne) {
   EXPECT_NE(presetFiles.ExportPresets(folder / file), "");
   EXPECT_EQ(presetFiles.ExportPresets(folder / "again.csv"), "");
   EXPECT_EQ(folder.Read("again.csv"), PresetCsv(other));
+
+  folder.Write("other.csv", PresetCsv(PresetTable()));
+  folder.Write(file, "damaged");
+  Begin();
+  EXPECT_EQ(program->presetFiles.ImportPresets(folder / "other.csv"), "");
+  EXPECT_EQ(folder.Read(file) + folder.Read(file + ".damaged"), Text() + "damaged");
 }
 
 }  // namespace
