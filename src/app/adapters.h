@@ -30,6 +30,11 @@ class Adapters {
 // For a window or a headless window, with the guardian that was started before.
 std::unique_ptr<Adapters> MakeAdapters(const Options& options, GuardianSpawn guardian);
 
+// Where presets, recordings and pictures are kept for a run with these options.
+std::filesystem::path DataFolder(const Options& options);
+
+std::unique_ptr<InstanceLock> MakeInstanceLock();
+
 // Where the settings are kept for a run with these options.
 std::filesystem::path SettingsFile(const Options& options);
 

@@ -180,6 +180,14 @@ bool IsRigAddress(const std::string& text) {
   return ParseServerAddress(text).has_value();
 }
 
+std::filesystem::path DataFolder(const Options& options) {
+  return options.dataFolder.empty() ? HomeFolder() / "VELT" : options.dataFolder;
+}
+
+std::unique_ptr<InstanceLock> MakeInstanceLock() {
+  return std::make_unique<PosixInstanceLock>();
+}
+
 std::filesystem::path SettingsFile(const Options& options) {
   if (!options.dataFolder.empty()) {
     return options.dataFolder / "VELT-SA.ini";

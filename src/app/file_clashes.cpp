@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "app/adapters.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -35,12 +36,17 @@ struct Named {
 }  // namespace
 
 std::string FileClash(const Options& options) {
-  const Named read[] = {{"--analyse", options.analyse.file}, {"--input", options.input}};
-  const Named written[] = {{"--csv", options.analyse.csv},
-                           {"--image", options.analyse.image},
-                           {"--spectrogram", options.analyse.spectrogram},
-                           {"--screenshot", options.screenshot},
-                           {"--log", options.logFile}};
+  const bool exports = !options.exportPresets.empty();
+  const fs::path data = exports ? DataFolder(options) : fs::path();
+  const Named read[] = {{"--analyse", options.analyse.file},
+                        {"--input", options.input},
+                        {"--import-presets", options.importPresets},
+                        {"the presets", exports ? data / "ExpandPresets.ini" : data},
+                        {"the older presets", exports ? data / "FreqSets.ini" : data}};
+  const Named written[] = {
+      {"--csv", options.analyse.csv},       {"--export-presets", options.exportPresets},
+      {"--image", options.analyse.image},   {"--spectrogram", options.analyse.spectrogram},
+      {"--screenshot", options.screenshot}, {"--log", options.logFile}};
   std::vector<Named> before(std::begin(read), std::end(read));
   for (const Named& file : written) {
     for (const Named& other : before) {

@@ -14,6 +14,7 @@
 #include "app/analyse.h"
 #include "app/console.h"
 #include "app/display_check.h"
+#include "app/exchange_presets.h"
 #include "app/file_clashes.h"
 #include "app/options.h"
 #include "app/run_window.h"
@@ -97,8 +98,8 @@ bool CanKey(int argc, char** argv) {
     if (!word.starts_with('-')) continue;
     word.remove_prefix(word.starts_with("--") ? 2 : 1);
     word = word.substr(0, word.find('='));
-    for (const char* other :
-         {"analyse", "demo", "h", "help", "list-audio-devices", "v", "version"}) {
+    for (const char* other : {"analyse", "demo", "export-presets", "h", "help", "import-presets",
+                              "list-audio-devices", "v", "version"}) {
       if (word == other) return false;
     }
   }
@@ -116,6 +117,8 @@ int Run(int argc, char** argv, GuardianSpawn guardian) {
     return kWrongCall;
   }
   if (options.run == Kind::Analyse) return RunAnalyse(options.analyse);
+  if (options.run == Kind::ExportPresets) return ExportPresets(options);
+  if (options.run == Kind::ImportPresets) return ImportPresets(options);
   if (options.run == Kind::ListDevices) return ListDevices(argc, argv);
   return RunApplication(argv[0], options, std::move(guardian));
 }

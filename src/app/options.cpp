@@ -37,6 +37,8 @@ constexpr KnownOption kKnown[] = {
     {"from", "S", "With --spectrogram: begin at this second (default 0)."},
     {"to", "S", "With --spectrogram: end at this second (default: the end)."},
     {"size", "WxH", "With --analyse: size of the picture (524x110 or 1200x512)."},
+    {"export-presets", "FILE", "Write the band presets as CSV and end."},
+    {"import-presets", "FILE", "Take the band presets from this CSV file and end."},
     {"help", nullptr, "Show this help and end (also -h)."},
     {"version", nullptr, "Show the version and end (also -v)."},
     {"h", nullptr, nullptr},
@@ -73,6 +75,10 @@ constexpr const char* kOnlyHeadless[] = {"seconds", "screenshot"};
 constexpr const char* kNotAnalysing[] = {
     "demo", "input", "audio-device", "headless", "list-audio-devices",
     "rig1", "rig2",  "serial-port"};
+constexpr const char* kNotWithPresets[] = {"analyse", "demo", "input", "headless",
+                                           "list-audio-devices"};
+constexpr const char* kNotWithReset[] = {"analyse", "list-audio-devices", "export-presets",
+                                         "import-presets"};
 
 // Whether an argument that is no option asks to delete all settings. It has to be meant: the name
 // of a file does not ask for it, nor does "preset", in which the word does not begin.
@@ -210,9 +216,14 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   for (const char* name : kOnlySpectrogram) checker.NeedsOther(name, "spectrogram");
   for (const char* name : kOnlyHeadless) checker.NeedsOther(name, "headless");
   for (const char* name : kNotAnalysing) checker.NotTogether(name, "analyse");
+  for (const char* name : kNotWithPresets) {
+    checker.NotTogether("export-presets", name);
+    checker.NotTogether("import-presets", name);
+  }
+  checker.NotTogether("export-presets", "import-presets");
   checker.NotTogether("demo", "input");
   if (reset) {
-    for (const char* name : {"analyse", "list-audio-devices"}) {
+    for (const char* name : kNotWithReset) {
       if (arguments.Has(name))
         checker.Complain(std::string("A reset does not go with --") + name + ".");
     }
@@ -232,6 +243,8 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
   options.logFile = TextPath(arguments.Value("log"));
   options.seconds = checker.Number("seconds", 0, 1, 1000000);
   options.screenshot = TextPath(arguments.Value("screenshot"));
+  options.exportPresets = TextPath(arguments.Value("export-presets"));
+  options.importPresets = TextPath(arguments.Value("import-presets"));
   ParseAnalyse(arguments, checker, options.analyse);
   ParseQts(arguments, options);
 
@@ -249,6 +262,10 @@ Options ParseOptions(std::span<const std::string> texts, const std::string& vers
     options.run = Options::Run::Reset;
   } else if (arguments.Has("analyse")) {
     options.run = Options::Run::Analyse;
+  } else if (arguments.Has("export-presets")) {
+    options.run = Options::Run::ExportPresets;
+  } else if (arguments.Has("import-presets")) {
+    options.run = Options::Run::ImportPresets;
   } else if (arguments.Has("list-audio-devices")) {
     options.run = Options::Run::ListDevices;
   } else if (arguments.Has("headless")) {

@@ -35,6 +35,8 @@ struct Options {
     Headless,
     Analyse,
     ListDevices,
+    ExportPresets,
+    ImportPresets,
     Reset,
     Help,     // `text` is the usage
     Version,  // `text` is the version
@@ -56,6 +58,8 @@ struct Options {
   int seconds = 0;                   // of a headless run
   std::filesystem::path screenshot;  // written at the end of a headless run
   AnalyseOptions analyse;
+  std::filesystem::path exportPresets;  // empty: none
+  std::filesystem::path importPresets;  // empty: none
 
   // What is Qt's own, as Qt takes it.
   std::vector<std::string> qtArguments;

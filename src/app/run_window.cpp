@@ -60,6 +60,8 @@ RunSetup SetupOf(const Options& options) {
           .exemptFromSingleInstance = options.demo,
           .startAnalyser = options.demo || !options.input.empty(),
           .controlsEngine = !options.windowless,
+          .presets = options.KeepsInMemory() ? PresetStore::Keeping::InMemory
+                                             : PresetStore::Keeping::OnDisk,
           .dataFolder = options.dataFolder};
 }
 

@@ -23,6 +23,7 @@
 #include "platform/platform_helpers.h"
 #include "platform/timer_driver.h"
 #include "presets/band_menu.h"
+#include "presets/preset_files.h"
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
 #include "recording/spectrogram_dialog.h"
@@ -91,6 +92,7 @@ class Program {
   PresetTable presets;
   BandMenu bandMenu;
   PresetPanel panel;
+  PresetFiles presetFiles;
   Capture capture;
   MainDisplay display;
   ColorDialog colorDialog;

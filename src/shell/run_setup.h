@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/installation.h"
+#include "presets/preset_store.h"
 #include "rig/omnirig_link.h"
 
 namespace velt {
@@ -18,7 +19,8 @@ struct RunSetup {
   bool resetSettings = false;
   bool exemptFromSingleInstance = false;
   bool startAnalyser = false;
-  bool controlsEngine = true;        // somebody sees its window; else it is not started by itself
+  bool controlsEngine = true;  // somebody sees its window; else it is not started by itself
+  PresetStore::Keeping presets = PresetStore::Keeping::OnDisk;
   std::filesystem::path dataFolder;  // empty: below the home folder
 };
 

@@ -1,5 +1,7 @@
 #include "shell/shutdown.h"
 
+#include <utility>
+
 #include "rig/shown_frequency.h"
 #include "text/error_text.h"
 
@@ -14,10 +16,9 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
   closedBy_ = closedBy;
   if (unloading_) {
     cancel = !ended_;
-    if (asking_ && closedBy == ClosedBy::System) {
-      asking_ = false;
+    if (unlessAnswered_ != nullptr && closedBy == ClosedBy::System) {
       ports_.prompts.DropAll();
-      Unload(cancel);
+      (this->*std::exchange(unlessAnswered_, nullptr))(cancel);
     }
     return;
   }
@@ -33,42 +34,47 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     cancel = true;
     restored_ = ports_.scheduler.After(kRestoreTime, [this] {
       bool later = false;
-      SaveAndUnload(later);
+      SaveSettings(later);
     });
     return;
   }
-  SaveAndUnload(cancel);
+  SaveSettings(cancel);
 }
 
-void Shutdown::SaveAndUnload(bool& cancel) {
+void Shutdown::SaveSettings(bool& cancel) {
   const int error = parts_.settings.SaveRegistryStuff();
-  if (error == 0 || closedBy_ == ClosedBy::System) return Unload(cancel);
-  cancel = true;
-  AskAboutSettings(error);
+  GoOn("settings", error, &Shutdown::SaveSettings, &Shutdown::StopLink, cancel);
 }
 
-void Shutdown::AskAboutSettings(int error) {
-  asking_ = true;
+void Shutdown::StopLink(bool& cancel) {
+  parts_.rig.link.StopOmniRig();
+  SavePresets(cancel);
+}
+
+void Shutdown::SavePresets(bool& cancel) {
+  const int error = parts_.presetFiles.SaveExpandedPresets();
+  GoOn("presets", error, &Shutdown::SavePresets, &Shutdown::Unload, cancel);
+}
+
+void Shutdown::GoOn(const std::string& what, int error, Step again, Step next, bool& cancel) {
+  if (error == 0 || closedBy_ == ClosedBy::System) return (this->*next)(cancel);
+  cancel = true;
+  unlessAnswered_ = next;
   ports_.prompts.Ask({.title = "VELT-SA",
-                      .text = "The settings could not be saved: " + ErrorText(error) + ".",
+                      .text = "The " + what + " could not be saved: " + ErrorText(error) + ".",
                       .icon = BoxIcon::Exclamation,
                       .yes = "Try again",
                       .no = "Close anyway",
                       .dismissedMeansYes = true},
-                     [this](bool again) {
-                       asking_ = false;
+                     [this, again, next](bool yes) {
+                       unlessAnswered_ = nullptr;
                        bool later = false;
-                       if (again) {
-                         SaveAndUnload(later);
-                       } else {
-                         Unload(later);
-                       }
+                       (this->*(yes ? again : next))(later);
                      });
 }
 
 void Shutdown::Unload(bool& cancel) {
   Main& form = parts_.form;
-  parts_.rig.link.StopOmniRig();
   parts_.engine.quitting = true;
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "audio/capture.h"
 #include "display/color_dialog.h"
@@ -10,6 +11,7 @@
 #include "form/main_form.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "presets/preset_files.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
 #include "shell/window_layout.h"
@@ -24,6 +26,7 @@ class Shutdown {
     ColorDialog& colorDialog;
     Settings& settings;
     WindowLayout& layout;
+    PresetFiles& presetFiles;
     Rig& rig;
     EngineProcess& engine;
   };
@@ -45,8 +48,8 @@ class Shutdown {
   };
 
   // The program is to end. Sets `cancel` when the window stays for one more tick, or while the user
-  // is asked what to do about settings that could not be saved. A second call while shutting down
-  // does nothing but cancel; one by the system answers that question.
+  // is asked what to do about settings or presets that could not be saved. A second call while
+  // shutting down does nothing but cancel; one by the system answers that question.
   void Form_Unload(bool& cancel, ClosedBy closedBy);
 
   // Ends at once: nothing is saved, the engine and the rig's link are left alone. What this
@@ -58,9 +61,13 @@ class Shutdown {
   bool Quitting() const { return quitting_; }
 
  private:
-  void SaveAndUnload(bool& cancel);
-  void AskAboutSettings(int error);
+  using Step = void (Shutdown::*)(bool& cancel);
+  void SaveSettings(bool& cancel);
+  void StopLink(bool& cancel);
+  void SavePresets(bool& cancel);
   void Unload(bool& cancel);
+  // Goes on, or asks the user whether to try again when something could not be saved.
+  void GoOn(const std::string& what, int error, Step again, Step next, bool& cancel);
   void End();
 
   static constexpr Milliseconds kRestoreTime{200};
@@ -68,7 +75,7 @@ class Shutdown {
   Ports ports_;
   ClosedBy closedBy_ = ClosedBy::User;
   bool unloading_ = false;
-  bool asking_ = false;
+  Step unlessAnswered_ = nullptr;  // while the user is asked: what follows without an answer
   bool quitting_ = false;
   bool ended_ = false;
   Scheduler::Handle restored_;

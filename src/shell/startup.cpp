@@ -53,6 +53,7 @@ void Startup::Form_Load() {
 
   parts_.display.options.InitWaterColor();
   parts_.display.options.Slider_Change();
+  parts_.presetFiles.OpenPresets();
   parts_.layout.Form_Resize();
   PrepareEngine();
 

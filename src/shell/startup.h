@@ -11,6 +11,7 @@
 #include "ports/instance_lock.h"
 #include "ports/log.h"
 #include "ports/scheduler.h"
+#include "presets/preset_files.h"
 #include "rig/omnirig_link.h"
 #include "rig/rig_display.h"
 #include "rig/serial_setup.h"
@@ -38,6 +39,7 @@ class Startup {
     MainDisplay& display;
     Capture& capture;
     WindowLayout& layout;
+    PresetFiles& presetFiles;
     OmniRigLink& link;
     RigDisplay& rigDisplay;
     EngineProcess& engine;

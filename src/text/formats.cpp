@@ -1,5 +1,6 @@
 #include "text/formats.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdlib>
@@ -43,6 +44,21 @@ std::string AtLeastTwoDigits(int32_t value) {
 
 std::string_view LastCharacters(std::string_view text, size_t count) {
   return text.size() <= count ? text : text.substr(text.size() - count);
+}
+
+std::string_view FirstCharacters(std::string_view text, size_t count) {
+  const auto isContinuation = [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+  };
+  size_t end = 0;
+  for (; count > 0 && end < text.size(); --count) {
+    const auto lead = static_cast<unsigned char>(text[end]);
+    const size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 1;
+    const std::string_view rest = text.substr(end + 1, length - 1);
+    const bool whole = rest.size() == length - 1 && std::ranges::all_of(rest, isContinuation);
+    end += whole ? length : 1;
+  }
+  return text.substr(0, end);
 }
 
 std::string SingleText(float value) {

@@ -22,6 +22,10 @@ std::string AtLeastTwoDigits(int32_t value);
 // The last `count` characters of a text, or all of it when it is shorter.
 std::string_view LastCharacters(std::string_view text, size_t count);
 
+// The first `count` characters of a text, or all of it when it is shorter. A character of several
+// bytes is taken whole where the bytes are UTF-8; any other byte is a character of its own.
+std::string_view FirstCharacters(std::string_view text, size_t count);
+
 // A single-precision number as short as it reads back exactly, always with "." as decimal sign.
 std::string SingleText(float value);
 

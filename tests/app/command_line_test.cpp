@@ -208,6 +208,46 @@ TEST_F(CommandLine, WhatIsNoRegularFileIsWrittenStraight) {
   EXPECT_TRUE(result.Says("\n8,") && result.Says("\nDuration: 0.100 s")) << result.said;
 }
 
+TEST_F(CommandLine, PresetsAreGivenAwayAndTakenOver) {
+  fs::create_directory("d");
+  const auto call = [this](const std::string& rest) { return Call(rest + " --data-folder d"); };
+  folder.Write("d/FreqSets.ini",
+               "top\n1800000\nb\n1\nc\n1\nd\n1\ne\n1\nf\n1\ng\n1\nh\n1\n"
+               "i\n1\nj\n1\n");
+  EXPECT_EQ(call("--export-presets old.csv").exitCode, 0);
+  const std::string table = folder.Read("old.csv");
+  EXPECT_NE(table.find("\n0,top,0,1800,LSB\r\n"), std::string::npos);
+  EXPECT_TRUE(fs::exists("d/FreqSets.ini") && !fs::exists("d/ExpandPresets.ini"));
+
+  std::string other = table;
+  for (size_t at = 0; (at = other.find(",top,")) != std::string::npos;) {
+    other.replace(at, 5, ",M\xfcll,");
+  }
+  folder.Write("other.csv", other);
+  folder.Write("wrong.csv", other + "x");
+  const Result wrong = call("--import-presets wrong.csv");
+  EXPECT_TRUE(wrong.exitCode == 1 && wrong.IsOneLineWith("wrong.csv, line 62, band")) << wrong.said;
+  EXPECT_EQ(call("--import-presets other.csv").exitCode, 0);
+  EXPECT_FALSE(fs::exists("d/FreqSets.ini"));
+  EXPECT_NE(folder.Read("d/ExpandPresets.ini.bak").find("\ntop\r\n1800\r\n"), std::string::npos);
+  EXPECT_EQ(call("--export-presets again.csv").exitCode, 0);
+  EXPECT_EQ(folder.Read("again.csv"), other);
+
+  EXPECT_EQ(call("--export-presets d/../d/ExpandPresets.ini").exitCode, 2);
+  EXPECT_EQ(call("--import-presets other.csv --demo").exitCode, 2);
+  EXPECT_EQ(call("--export-presets /dev/full").exitCode, 1);
+  const std::string kept = folder.Read("d/ExpandPresets.ini");
+  folder.Write("other.csv", table);
+  fs::remove("velt-sa.lock");
+  const Process running = Start("--headless --seconds 20");
+  ASSERT_TRUE(WaitUntil([] { return fs::exists("velt-sa.lock"); }, std::chrono::seconds(10)));
+  EXPECT_TRUE(call("--import-presets other.csv").Says("Another VELT-SA"));
+  EXPECT_EQ(folder.Read("d/ExpandPresets.ini"), kept);
+  folder.Write("d/ExpandPresets.ini", "damaged");
+  EXPECT_EQ(call("--export-presets again.csv").exitCode, 1);
+  EXPECT_EQ(folder.Read("again.csv"), other);
+}
+
 TEST_F(CommandLine, TheStoredScaleOfTheWindowMultipliesTheDesktops) {
   struct Row {
     const char* file;

@@ -26,6 +26,8 @@ TEST(Options, ChooseTheKindOfRun) {
         Case{"--rig2 localhost:4600", Kind::Window},
         Case{"-session 1_2 -style Windows -reverse", Kind::Window},
         Case{"--reset --help", Kind::Help}, Case{"--list-audio-devices", Kind::ListDevices},
+        Case{"--export-presets a", Kind::ExportPresets},
+        Case{"--import-presets=reset", Kind::ImportPresets},
         Case{"--headless --seconds 3", Kind::Headless}, Case{"--analyse a.wav", Kind::Analyse},
         Case{"/RESET", Kind::Reset}, Case{"-reset", Kind::Reset},
         Case{"--reset --demo", Kind::Reset}, Case{"preset-Reset", Kind::Reset},
@@ -33,6 +35,7 @@ TEST(Options, ChooseTheKindOfRun) {
         // No typing error deletes the settings.
         Case{"--input --reset"}, Case{"my-preset.wav"}, Case{"--import-presets"},
         Case{"/x/reset.wav"}, Case{"./reset"}, Case{"--preset=reset"}, Case{"--inptu reset"},
+        Case{"--import-presets a reset"}, Case{"--export-presets a --headless --seconds 1"},
         Case{"my reset notes"}, Case{"--analyse a reset"}, Case{"reset --rig1 x"}, Case{"-style"},
         Case{"--headless"}, Case{"--headless --seconds 0"}, Case{"--headless --seconds x"},
         Case{"--csv a.csv"}, Case{"--analyse a --demo"}, Case{"--demo --input a"}, Case{"--input="},

@@ -332,6 +332,7 @@ struct ProgramFixture {
   FakeEngineWindow engineWindow{scheduler};
   FakeSerialPort serialPort{scheduler};
   FakeFiles files;
+  Files* disk = nullptr;  // instead of these from the next Restart on
   FakeStore store;
   FakeSystem system;
   FakePrompts prompts;
@@ -371,7 +372,7 @@ struct ProgramFixture {
                                                        .sleepLock = sleepLock,
                                                        .engineWindow = engineWindow,
                                                        .serial = serialPort,
-                                                       .files = files,
+                                                       .files = disk != nullptr ? *disk : files,
                                                        .settings = store,
                                                        .system = system,
                                                        .prompts = prompts,

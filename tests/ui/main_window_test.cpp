@@ -149,7 +149,8 @@ TEST_F(MainWindowTest, TheWindowItselfFollowsItsFrameAndTellsIt) {
 
   window.resize(450, 130);  // by the user
   window.move(30, 40);
-  EXPECT_EQ(frame.widthTwips, 450 * kTwipsPerPixel);
+  // Not before the window has the size that the form asked for last.
+  EXPECT_TRUE(QTest::qWaitFor([&] { return frame.widthTwips == 450 * kTwipsPerPixel; }, 2000));
   EXPECT_EQ(frame.heightTwips, 130 * kTwipsPerPixel);
   EXPECT_EQ(frame.leftTwips, 30 * kTwipsPerPixel);
   EXPECT_EQ(frame.topTwips, 40 * kTwipsPerPixel);

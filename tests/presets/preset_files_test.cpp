@@ -1,0 +1,321 @@
+// The files of presets: their texts by themselves, and the program that starts and ends over real
+// files in a folder of its own.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "adapters/files/disk_files.h"
+#include "adapters/files/full_disk.h"
+#include "presets/bands.h"
+#include "presets/preset_csv.h"
+#include "presets/preset_text.h"
+#include "support/doubles.h"
+#include "support/temp_folder.h"
+#include "text/formats.h"
+
+namespace velt {
+namespace {
+
+namespace fs = std::filesystem;
+using Fault = PresetTextFault;
+
+// The program's own presets as their file has them, with one text in place of another.
+std::string Text(const std::string& old = "", const std::string& replacement = "") {
+  std::string text = PresetText(PresetTable());
+  const size_t at = text.find(old);
+  return at == std::string::npos ? "not found" : text.replace(at, old.size(), replacement);
+}
+
+std::string FirstLines(const std::string& text, int count) {
+  size_t end = 0;
+  while (count-- > 0) end = text.find('\n', end) + 1;
+  return text.substr(0, end);
+}
+
+TEST(PresetText, ReadsWhatItWroteByteForByteAndAnythingElseNotAtAll) {
+  PresetTable table;
+  table.PresetModeList = "CW,,\xc3\xbcSB,";
+  table.Cell(0, 0) = "M\xfcnchen, DX ";
+  table.Cell(1, 0) = std::string("a\0b", 3);
+  table.Cell(4, 8) = "";
+  table.Cell(9, 17) = "L\r\nSB";
+  const std::string text = PresetText(table);
+  EXPECT_TRUE(
+      text.starts_with(";Trekrik Presets Data v1.0, by KALVARO\r\n[Title]\r\nPresets\r\n"
+                       "[Modes]\r\nCW,,\xc3\xbcSB,\r\n[Data]\r\nM\xfcnchen, DX \r\n1800\r\n"
+                       "LSB\r\nP2\r\nLSB\r\n"));
+  EXPECT_TRUE(text.ends_with("P6\r\nLSB\r\n[EOF]\r\n"));
+  EXPECT_EQ(std::ranges::count(text, '\n'), 137);
+  for (const std::string& read : {text, Without(text, '\r'), FirstLines(text, 136)}) {
+    PresetTable again;
+    EXPECT_EQ(ReadPresetText(read, again), Fault::None);
+    EXPECT_EQ(PresetText(again), text);
+  }
+  const auto fault = [](const std::string& bad) {
+    PresetTable untouched;
+    const Fault found = ReadPresetText(bad, untouched);
+    EXPECT_EQ(PresetText(untouched), Text());
+    return found;
+  };
+  EXPECT_EQ(fault(""), Fault::WrongHeader);
+  for (int lines = 1; lines < 136; ++lines) {
+    EXPECT_EQ(fault(FirstLines(text, lines)), Fault::TooShort) << lines;
+  }
+  EXPECT_EQ(fault(Text("Trekrik", "trekrik")), Fault::WrongHeader);
+  EXPECT_EQ(fault(Text("KALVARO", "KALVARO ")), Fault::WrongHeader);
+  EXPECT_EQ(fault(Text("CW,USB,LSB,AM,FM,DRM", "USB")), Fault::NoModes);
+  EXPECT_EQ(fault(Text("CW,USB,LSB,AM,FM,DRM", ",")), Fault::NoModes);
+  EXPECT_EQ(fault(Text("15m", std::string(10'000'000, 'x'))), Fault::LineTooLong);
+  EXPECT_EQ(fault(Text("[Title]\r\nPresets\r\n[Modes]", "a\r\n\r\nc")), Fault::None);
+}
+
+std::string OldFile(const std::string& lastFrequency) {
+  return "top, 160\r\n1800499\r\nb\r\n 3500000\r\nc\r\n7000000, x\r\n30 metres\r\n10100000\r\n"
+         "\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xe2\x82\xac!\r\n14243000\r\n"
+         "f\r\n1\r\ng\r\n2\r\nh\r\n3\r\ni\r\n28000000\r\nlast\r\n" +
+         lastFrequency;
+}
+
+TEST(Bands, AreReadWholeOrAreTheDefaults) {
+  Bands bands;
+  const std::string defaults = bands.SaveBands();
+  EXPECT_TRUE(defaults.starts_with("160m\r\n1800000\r\n80m\r\n"));
+  EXPECT_TRUE(defaults.ends_with("14.245 example\r\n14243000\r\n"));
+  EXPECT_TRUE(bands.LoadBands(OldFile("5")));
+  EXPECT_EQ(bands.rows[0].title + bands.rows[3].title, "top, 16030 metres");
+  EXPECT_EQ(bands.rows[1].frequencyHz + bands.rows[2].frequencyHz, 10500000);
+  for (const std::string& bad : {FirstLines(OldFile(""), 19), OldFile("ten"), OldFile("1e9999"),
+                                 OldFile("99999999999"), std::string(100, '\0')}) {
+    EXPECT_FALSE(bands.LoadBands(bad)) << bad;
+    EXPECT_EQ(bands.SaveBands(), defaults);
+  }
+}
+
+TEST(PresetCsv, ComesBackAndTheFirstMistakeIsNamed) {
+  PresetTable table;
+  table.Cell(4, 0) = "20m, \"D\xdc\"";
+  table.Cell(4, 8) = "14074.5";
+  const std::string text = PresetCsv(table);
+  EXPECT_EQ(FirstLines(text, 2),
+            "band,band title,preset,frequency kHz,mode\r\n0,160m,0,1800,LSB\r\n");
+  EXPECT_NE(text.find("\r\n4,\"20m, \"\"D\xdc\"\"\",2,14074.5,USB\r\n"), std::string::npos);
+  for (const std::string& right : {text, "\xEF\xBB\xBF" + Without(text, '\r') + "\n\n"}) {
+    PresetTable again;
+    EXPECT_EQ(ReadPresetCsv(right, again), "");
+    EXPECT_EQ(PresetText(again), PresetText(table));
+  }
+  using Case = std::tuple<std::string, std::string, std::vector<std::string>>;
+  const std::string second = "\n0,160m,1", third = ",P3,LSB";
+  const Case cases[] = {
+      {"line 1: ", "band,", {"Band,", "band;"}},
+      {"line 3, band: ", second, {"\nx,160m,1", "\n10,160m,1"}},
+      {"line 3, band title: ",
+       second,
+       {"\n0,1m,1", "\n0,\"160m,1", "\n0,\"160m\"x,1", "\n0,\x01,1"}},
+      {"line 3, preset: ", second, {"\n0,160m,6", "\n0,160m,0"}},
+      {"line 4, frequency kHz: ",
+       third,
+       {",7o4,LSB", ",1e9,LSB", ",-7000,LSB", ",99999999999,LSB"}},
+      {"line 4, mode: ", third, {",LSB,7074", ",P3", ",P3,LSB,x"}},
+      {"line 61: there was no row for band 0, preset 2", "0,160m,2,P3,LSB\r\n", {""}}};
+  for (const auto& [expected, right, wrongs] : cases) {
+    for (const std::string& wrong : wrongs) {
+      std::string bad = PresetCsv(PresetTable());
+      bad.replace(bad.find(right), right.size(), wrong);
+      PresetTable untouched;
+      const std::string mistake = ReadPresetCsv(bad, untouched);
+      EXPECT_TRUE(mistake.starts_with(expected)) << wrong << ": " << mistake;
+      EXPECT_EQ(PresetText(untouched), Text());
+    }
+  }
+}
+
+struct PresetFilesTest : testing::Test, ProgramFixture {
+  struct Disk : DiskFiles {
+    std::function<void()> replaced = [] {};
+    int Replace(const fs::path& path, std::string_view bytes, bool backup) override {
+      replaced();
+      return DiskFiles::Replace(path, bytes, backup);
+    }
+  };
+  const TempFolder folder;
+  Disk realDisk;
+  const std::string file = "ExpandPresets.ini", old = "FreqSets.ini";
+
+  PresetFilesTest() {
+    disk = &realDisk;
+    setup.dataFolder = folder.Path();
+  }
+  // Starts over the files that are there; what was told before is forgotten.
+  void Begin() {
+    prompts.told.clear();
+    prompts.asked.clear();
+    log.lines.clear();
+    Restart();
+    Start();
+  }
+  std::string& Cell(int32_t band, int32_t column) { return program->presets.Cell(band, column); }
+  std::string Table() { return PresetText(program->presets); }
+  bool Is(const std::string& name) const { return fs::exists(folder / name); }
+};
+
+TEST_F(PresetFilesTest, AreWrittenAtTheEndWhenTheTableIsAnotherOne) {
+  Begin();
+  Close();
+  EXPECT_EQ(folder.Read(file), Text());
+  Begin();
+  folder.Write(file, Text("160m", "by another"));
+  Close();
+  EXPECT_EQ(folder.Read(file), Text("160m", "by another")) << "nothing was changed here";
+  Begin();
+  EXPECT_EQ(Form().mnuBands[0].caption.Get(), "by another");
+  Cell(4, 8) = "14074";
+  realDisk.replaced = [this] { EXPECT_FALSE(program->rig.link.On()); };
+  Close();
+  EXPECT_EQ(folder.Read(file + ".bak"), Text("160m", "by another"));
+  Begin();
+  EXPECT_EQ(Cell(4, 8), "14074");
+  Cell(4, 8) = "7";
+  program->shutdown.mnucloseme_Click();
+  fs::rename(folder / file, folder / "EXPANDPRESETS.ini");
+  Begin();
+  EXPECT_EQ(Cell(4, 8), "14074");
+  const std::string kept = Table();
+  setup.presets = PresetStore::Keeping::InMemory;
+  folder.Write(old, OldFile("5"));
+  Begin();
+  EXPECT_EQ(Table(), Text());
+  Cell(4, 8) = "7";
+  Close();
+  EXPECT_TRUE(Is(old));
+  EXPECT_EQ(folder.Read("EXPANDPRESETS.ini"), kept);
+}
+
+TEST_F(PresetFilesTest, ThatCannotBeReadAreToldAndSetAsideBeforeTheyAreWrittenOver) {
+  const auto otherError = [](int number) {
+    return "Error opening INI. Error nr " + std::to_string(number);
+  };
+  for (const auto& [bytes, title] :
+       {std::pair{std::string("garbage"), std::string("VELT-SA")},
+        {FirstLines(Text(), 135), otherError(ENODATA)},
+        {Text("CW,USB,LSB,AM,FM,DRM", "USB"), otherError(-1)},
+        {Text("15m", std::string(10'000'000, 'x')), otherError(EFBIG)}}) {
+    folder.Write(file, bytes);
+    folder.Write(file + ".damaged", "an older one");
+    Begin();
+    ASSERT_EQ(prompts.told.size(), 1U);
+    EXPECT_EQ(prompts.told[0].title, title);
+    EXPECT_EQ(
+        prompts.told[0].text,
+        title == "VELT-SA"
+            ? "This is not the correct INI file"
+            : "Error reading file: ExpandPresets.ini. Using default Frequency Preset settings");
+    EXPECT_EQ(Table(), Text());
+    EXPECT_EQ(Form().cmbPresetMode.items.Get().size(), 6U);
+    Close();
+    EXPECT_EQ(folder.Read(file), bytes);
+    Begin();
+    Cell(0, 0) = "new";
+    const FullDisk full;
+    full.Fill();
+    Close(Shutdown::ClosedBy::System);
+    full.Free();
+    EXPECT_EQ(folder.Read(file), bytes);
+    Begin();
+    Cell(0, 0) = "new";
+    Close();
+    EXPECT_EQ(folder.Read(file), Text("160m", "new"));
+    EXPECT_EQ(folder.Read(file + ".damaged"), "an older one");
+    EXPECT_EQ(folder.Read(file + ".damaged.2"), bytes);
+    EXPECT_FALSE(Is(file + ".bak"));
+    for (const char* ending : {"", ".damaged", ".damaged.2"}) fs::remove(folder / (file + ending));
+  }
+  program->presetFiles.OpenExpandedPresets();
+  EXPECT_EQ(prompts.told.back().title, otherError(ENOENT));
+}
+
+TEST_F(PresetFilesTest, OfTheOldKindAreConvertedOnceAndGoWhenTheNewOneIsThere) {
+  const auto expectConverted = [this] {
+    EXPECT_EQ(Cell(0, 0) + Cell(3, 0) + Cell(9, 0), "top, 30 me6m");
+    EXPECT_EQ(Cell(4, 0), "\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xe2\x82\xac");
+    EXPECT_EQ(Cell(0, 6) + Cell(4, 6) + Cell(5, 6) + Cell(9, 6), "180014243050000");
+    EXPECT_EQ(Cell(2, 17) + Cell(3, 12) + Cell(4, 12) + Cell(8, 7), "LSBCWUSBP2");
+    EXPECT_EQ(Form().mnuBands[30].caption.Get(), "30 me");
+  };
+  folder.Write(old, OldFile("5"));
+  folder.Write(file, Text("160m", "before"));
+  Begin();
+  expectConverted();
+  EXPECT_EQ(folder.Read(file), Table()) << "a crash from now on loses nothing";
+  EXPECT_FALSE(Is(old));
+  EXPECT_EQ(folder.Read(file + ".bak"), Text("160m", "before"));
+
+  folder.Write(old, OldFile("5"));
+  const FullDisk full;
+  full.Fill();
+  Begin();
+  full.Free();
+  expectConverted();
+  EXPECT_TRUE(Is(old));
+  Close();
+  EXPECT_EQ(folder.Read(file), Table());
+  EXPECT_FALSE(Is(old));
+
+  for (const bool fileThere : {true, false}) {
+    folder.Write(old, OldFile("ten"));
+    folder.Write(file, Text("160m", "mine"));
+    if (!fileThere) fs::remove(folder / file);
+    Begin();
+    EXPECT_EQ(Table(), fileThere ? Text("160m", "mine") : Text());
+    EXPECT_TRUE(prompts.told.empty() && !Is(old));
+    EXPECT_EQ(folder.Read(old + (fileThere ? ".damaged" : ".damaged.2")), OldFile("ten"));
+  }
+}
+
+TEST_F(PresetFilesTest, OnAFullDiskStayAsTheyWereAndTheUserIsAsked) {
+  folder.Write(file, Text());
+  Begin();
+  Cell(0, 0) = "new";
+  const FullDisk full;
+  full.Fill();
+  EXPECT_FALSE(Close());
+  ASSERT_FALSE(prompts.asked.empty());
+  EXPECT_EQ(prompts.asked.back().text, "The presets could not be saved: " +
+                                           std::generic_category().message(FullDisk::kError) + ".");
+  EXPECT_EQ(folder.Read(file), Text());
+  full.Free();
+  prompts.answer(true);
+  scheduler.Advance(Milliseconds(5));
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(folder.Read(file), Text("160m", "new"));
+}
+
+TEST_F(PresetFilesTest, TakeOverATableAtOnceAndKeepTheOldOne) {
+  Begin();
+  Cell(1, 0) = "edited";
+  const std::string edited = Table();
+  PresetTable other;
+  other.Cell(9, 0) = "4m";
+  folder.Write("other.csv", PresetCsv(other));
+  folder.Write("wrong.csv", "x");
+  PresetFiles& presetFiles = program->presetFiles;
+  EXPECT_NE(presetFiles.ImportPresets(folder / "wrong.csv").find("wrong.csv, line 1"),
+            std::string::npos);
+  EXPECT_EQ(Table(), edited);
+  EXPECT_EQ(presetFiles.ImportPresets(folder / "other.csv"), "");
+  EXPECT_EQ(Form().mnuBands[90].caption.Get(), "4m");
+  EXPECT_EQ(folder.Read(file), PresetText(other));
+  EXPECT_EQ(folder.Read(file + ".bak"), edited);
+  EXPECT_NE(presetFiles.ExportPresets(folder / file), "");
+  EXPECT_EQ(presetFiles.ExportPresets(folder / "again.csv"), "");
+  EXPECT_EQ(folder.Read("again.csv"), PresetCsv(other));
+
+  folder.Write("other.csv", PresetCsv(PresetTable()));
+  folder.Write(file, "damaged");
+  Begin();
+  EXPECT_EQ(program->presetFiles.ImportPresets(folder / "other.csv"), "");
+  EXPECT_EQ(folder.Read(file) + folder.Read(file + ".damaged"), Text() + "damaged");
+}
+
+}  // namespace
+}  // namespace velt
