@@ -156,6 +156,12 @@ TEST_F(PointerTest, KeysStepTheRigAndReachTheMenus) {
     press(key);
     EXPECT_EQ(Written(), writes ? "Freq " + std::to_string(hertz) + " " : "") << key;
   }
+  // Home shows the rig again; Page Up does nothing at all.
+  for (const auto& [key, shown] : {std::pair{kKeyPageUp, "1.000.00"}, {kKeyHome, "13.074.00"}}) {
+    form.lblFrequency.caption = "1.000.00";
+    press(key);
+    EXPECT_EQ(form.lblFrequency.caption.Get(), shown);
+  }
   for (int i = 0; i < 20; ++i) press(kKeyRight);
   EXPECT_EQ(rig1.Freq(), 13074200);
   EXPECT_EQ(form.lblFrequency.caption.Get(), "13.074.20");
