@@ -3,17 +3,11 @@
 #include <functional>
 #include <utility>
 
-#include "platform/installation.h"
 #include "platform/on_top.h"
 #include "support/doubles.h"
 
 namespace velt {
 namespace {
-
-TEST(Installation, MenuColoursAreResetBelowVersionThree) {
-  for (const char* below : {"", "2.9.9", "x"}) EXPECT_TRUE(IsVersionBelow3(below)) << below;
-  for (const char* text : {"3.0.0", "9"}) EXPECT_FALSE(IsVersionBelow3(text)) << text;
-}
 
 TEST(OnTop, TheLastDialogThatClosesPutsBackWhatWasLoaded) {
   for (const bool loaded : {true, false}) {

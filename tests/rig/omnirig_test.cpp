@@ -66,17 +66,5 @@ TEST_F(OmniRigTest, ALostLinkKeepsTheLastValuesAsStaleAndAStoppedOneKnowsNothing
   EXPECT_EQ(form.Window.caption.Get() + dialogForm.Label8.caption.Get(), "VELT-SA");
 }
 
-TEST_F(OmniRigTest, ABadAddressKeepsTheGoodOneAndTheDialog) {
-  rig.dialog.Open();
-  dialogForm.txtAddress1.UserText(" radio.local:4532 ");
-  dialogForm.txtAddress2.UserText("nonsense");
-  dialogForm.Command1.Click();
-  EXPECT_EQ(server.Address(1) + " " + server.Address(2), "radio.local:4532 127.0.0.1:4534");
-  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(),
-            "Rig 2: \"nonsense\" is not an address. Use HOST:PORT, for example 127.0.0.1:4532");
-  dialogForm.txtAddress2.UserText("10.0.0.2:4534");
-  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(), "");
-}
-
 }  // namespace
 }  // namespace velt

@@ -41,22 +41,19 @@ struct WindowTest : testing::Test, ProgramFixture {
 
 TEST_F(WindowTest, SnapsToItsLimitsWhileTheSizeIsRememberedAndIsLaidOutOnceItIsUp) {
   WindowFrame& window = form.Window;
-  struct Row {
-    bool remembered, panel;
-    WindowSize wanted, taken;
-  };
-  for (const Row& row : {Row{false, false, {9000, 2460}, {9000, 2460}},
-                         {true, false, {9000, 2460}, {8385, 2460}},
-                         {true, true, {14000, 2460}, {13140, 2460}},
-                         {true, false, {4000, 1499}, {5000, 1500}},
-                         {false, false, {9000, 1499}, {9000, 1499}}}) {
-    if (form.mnusettings[3].checked != row.remembered) form.mnusettings[3].Click();
-    EXPECT_EQ(window.sizeable, row.remembered);
-    window.panelShown = row.panel;
-    window.widthTwips = row.wanted.width;
-    window.heightTwips = row.wanted.height;
-    EXPECT_EQ(window.widthTwips, row.taken.width);
-    EXPECT_EQ(window.heightTwips, row.taken.height);
+  using Row = std::tuple<bool, bool, WindowSize, WindowSize>;
+  for (const auto& [remembered, panel, wanted, taken] :
+       {Row{false, false, {9000, 2460}, {9000, 2460}},
+        {true, false, {9000, 2460}, {8385, 2460}},
+        {true, true, {14000, 2460}, {13140, 2460}},
+        {true, false, {4000, 1499}, {5000, 1500}},
+        {false, false, {9000, 1499}, {9000, 1499}}}) {
+    if (form.mnusettings[3].checked != remembered) form.mnusettings[3].Click();
+    EXPECT_EQ(window.sizeable, remembered);
+    window.panelShown = panel;
+    window.widthTwips = wanted.width;
+    window.heightTwips = wanted.height;
+    EXPECT_TRUE(window.widthTwips == taken.width && window.heightTwips == taken.height);
   }
   const int before = form.Scope.scaleWidth;
   window.minimised = true;
@@ -182,13 +179,9 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
     return opened;
   };
   const auto counterIsOn = [this] { return form.mnuArduinoFreq.checked.Get(); };
-  struct Row {
-    const Event<>& opener;
-    std::string line;
-    std::function<bool()> reached;
-  };
+  using Row = std::tuple<const Event<>&, std::string, std::function<bool()>>;
   const Event<>& options = form.cmdOptions.clicked;
-  for (const Row& row : {
+  for (const auto& [opener, line, reached] : {
            Row{options, form.mnunorig.caption, dialogOpens},
            {options, form.mnuOmniRigStatus.caption, dialogOpens},
            {options, form.mnuArduinoFreq.caption, counterIsOn},
@@ -198,10 +191,10 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
            {form.lblTRXMode.clicked, "&TX", [&] { return rig1.Transmits(); }},
            {form.lblTRXMode.clicked, "&RX", [&] { return !rig1.Transmits(); }},
        }) {
-    row.opener.Raise();
-    EXPECT_TRUE(prompts.Choose(row.line)) << row.line;
+    opener.Raise();
+    EXPECT_TRUE(prompts.Choose(line)) << line;
     scheduler.RunPosted();
-    EXPECT_TRUE(row.reached()) << row.line;
+    EXPECT_TRUE(reached()) << line;
   }
 }
 
