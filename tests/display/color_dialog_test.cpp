@@ -92,7 +92,7 @@ TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
   }
 }
 
-TEST_F(ColorDialogTest, TheWindowCanHaveTheDesktopsOwnColourAgain) {
+TEST_F(ColorDialogTest, TheDesktopsOwnColourComesAgainAndThePaletteIsAsItIsNow) {
   EXPECT_EQ(form.cmdColor[2].value.Get(), "Desktop's own");
   EXPECT_FALSE(form.cmdDefault[2].enabled || form.cmdDefaults.enabled);
   form.cmdColor[2].Click();
@@ -103,9 +103,7 @@ TEST_F(ColorDialogTest, TheWindowCanHaveTheDesktopsOwnColourAgain) {
   form.cmdDefault[2].Click();
   EXPECT_EQ(main.Window.faceColour, 0U);
   EXPECT_EQ(form.cmdColor[2].value.Get(), "Desktop's own");
-}
 
-TEST_F(ColorDialogTest, ThePaletteIsTheWaterfallsAsItIsNow) {
   EXPECT_EQ(form.picPalette.caption.Get(), "Gray, clarity 10");
   EXPECT_EQ(form.picPalette.colours.Get().front(), 0xFF0A0A0A);
   program->display.options.waterGrey = 5;
