@@ -61,12 +61,11 @@ TEST_F(CaptureTest, AFailedOpenIsToldUntilItSucceeds) {
   audio.opens = true;
   StartCapture();
   EXPECT_EQ(State(), "Stop open stoppable ticks mode");
+}
 
-  // An automatic start waits for what is not there yet.
-  prompts.told.clear();
+TEST_F(CaptureTest, AnAutomaticStartWaitsForWhatIsNotThereYet) {
   store.Save("VELT-SA", "AutoStartSA", "True");
   audio.opens = false;
-  Restart();
   Start();
   EXPECT_EQ(State(), "Stop startable status waits notice");
   EXPECT_TRUE(prompts.told.empty());

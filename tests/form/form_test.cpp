@@ -1,31 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "form/main_form.h"
+#include "event/event.h"
 
 namespace velt {
 namespace {
-
-TEST(Form, ChangedControlsAreListedOnceAndOnlyTheStatedAssignmentsRaiseAnEvent) {
-  Main form;
-  int raised = 0;
-  const auto count = [&raised] { ++raised; };
-  Connections connections;
-  connections += form.lblMode.caption.changed.Listen(count);
-  connections += form.Slider.value.changed.Listen(count);
-  connections += form.mnudomfreq.clicked.Listen(count);
-  std::vector<Control*> changed;
-  form.TakeChanged(changed);
-  for (const char* mode : {"USB", "LSB", "LSB"}) form.lblMode.caption = std::string(mode);
-  for (const int value : {40, 400, 100}) form.Slider.Set(value);  // held at the maximum
-  form.mnudomfreq.checked = true;
-  EXPECT_EQ(raised, 4);
-  form.TakeChanged(changed);
-  EXPECT_EQ(changed, (std::vector<Control*>{&form.lblMode, &form.Slider, &form.mnudomfreq}));
-  form.mnudomfreq.Click();
-  form.mnudomfreq.enabled = false;
-  form.mnudomfreq.Click();
-  EXPECT_EQ(raised, 5);
-}
 
 TEST(Event, ListenersComeAndGoAlsoWhileItIsRaised) {
   auto event = std::make_unique<Event<int>>();

@@ -3,26 +3,10 @@
 #include <functional>
 #include <utility>
 
-#include "platform/on_top.h"
 #include "support/doubles.h"
 
 namespace velt {
 namespace {
-
-TEST(OnTop, TheLastDialogThatClosesPutsBackWhatWasLoaded) {
-  for (const bool loaded : {true, false}) {
-    ProgramFixture f;
-    const Property<bool>& topMost = f.Form().Window.topMost;
-    f.program->rig.dialog.Open();
-    f.program->onTop.Load(loaded);  // while a dialog is open already
-    EXPECT_FALSE(topMost);
-    OnTop::Lowered second = f.program->onTop.Lower();
-    f.program->rig.dialog.Close();
-    EXPECT_FALSE(topMost);
-    second.reset();
-    EXPECT_EQ(topMost, loaded);
-  }
-}
 
 TEST(TimerDriver, TicksWhileEnabledRestartsOnAChangeAndDoesNotMakeUpForLateTicks) {
   Form form;
