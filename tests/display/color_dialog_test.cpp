@@ -82,13 +82,11 @@ TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
   Close();  // the program, with all that open
   EXPECT_EQ(chooser.title, "");
   EXPECT_FALSE(form.Window.visible);
-  for (const auto& [key, saved] : {std::pair{"ScopeColor", 0x102030},
-                                   {"GridColor", 0},
-                                   {"MenuColor", 0x122030},
-                                   {"SpectrumColor", 0x132030},
-                                   {"OscillosColor", 0x142030},
-                                   {"BandWidthColor", 0x152030}}) {
-    EXPECT_EQ(Stored(key), std::to_string(saved)) << key;
+  EXPECT_EQ(Stored("GridColor"), "0");
+  int colour = 0x102030;
+  for (const char* key : {"Scope", "Menu", "Spectrum", "Oscillos", "BandWidth"}) {
+    EXPECT_EQ(Stored(key + std::string("Color")), std::to_string(colour)) << key;
+    colour += colour == 0x102030 ? 0x20000 : 0x10000;  // the grid's is its default
   }
 }
 

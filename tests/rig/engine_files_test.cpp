@@ -103,11 +103,9 @@ TEST(EngineFiles, TheSerialPortIsConfiguredOnlyByAWholeFile) {
 // Each row is a way in which a state that means nothing could key.
 TEST(EngineWish, OnlyAnOnThatFollowsAnOffOfTheSameWindowKeys) {
   using Change = EngineWish::Change;
-  struct Case {
-    const char* what;
-    const char* rounds;   // 1 on, 0 off, ? unreadable, w no window, W another one, p a pause
-    const char* changes;  // K begins, R ends
-  };
+  // What happens; the rounds: 1 on, 0 off, ? unreadable, w no window, W another one, p a pause;
+  // what changes: K begins, R ends.
+  using Case = std::tuple<const char*, std::string, const char*>;
   const Case cases[] = {
       {"on from the start", "11111", "....."},
       {"on after the window appeared", "ww111", "....."},
@@ -123,23 +121,18 @@ TEST(EngineWish, OnlyAnOnThatFollowsAnOffOfTheSameWindowKeys) {
       {"off was read before it could not be read", "000???1", "......."},
       {"again and again", "00010101", "...KRKRK"},
   };
-  for (const Case& c : cases) {
+  for (const auto& [what, rounds, expected] : cases) {
     EngineWish wish;
     uint32_t window = 7;
     std::string changes;
-    for (const char* round = c.rounds; *round != '\0'; ++round) {
-      Change change = Change::None;
-      if (*round == 'W') ++window;
-      if (*round == 'p') {
-        change = wish.Pause();
-      } else {
-        std::optional<bool> on;
-        if (*round == '0' || *round == '1' || *round == 'W') on = *round != '0';
-        change = wish.Round(*round == 'w' ? 0 : window, on);
-      }
+    for (const char round : rounds) {
+      window += round == 'W' ? 1 : 0;
+      const bool readable = round == '0' || round == '1' || round == 'W';
+      const auto on = readable ? std::optional(round != '0') : std::nullopt;
+      const Change change = round == 'p' ? wish.Pause() : wish.Round(round == 'w' ? 0 : window, on);
       changes += change == Change::Begins ? 'K' : change == Change::Ends ? 'R' : '.';
     }
-    EXPECT_EQ(changes, c.changes) << c.what << ": " << c.rounds;
+    EXPECT_EQ(changes, expected) << what << ": " << rounds;
   }
 }
 

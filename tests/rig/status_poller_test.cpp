@@ -11,16 +11,11 @@ constexpr const char* kRequest = "/opt/engine/transmitter.cfg";
 constexpr const char* kSiblingRequest = "/opt/engine_SA/transmitter.cfg";
 constexpr const char* kStatusRx = "/opt/engine/STATUSRX.CFG";
 
-class StatusPollerTest : public testing::Test, protected ProgramFixture {
- protected:
+struct StatusPollerTest : RigFixture {
   StatusPollerTest() {
-    rig1.Tune(7100000);
-    rig1.Select(PM_SSB_L);
-    Reachable(true);
     files.files["/opt/engine/velt.jar"] = "";
     Transmitter("off", "0");
     Status("USB", "");
-    Restart();
     Start();
     engineWindow.Open("VELT V2.5.");
     scheduler.Advance(seconds(4));
@@ -34,13 +29,8 @@ class StatusPollerTest : public testing::Test, protected ProgramFixture {
   void Transmitter(const std::string& state, const std::string& frequency) {
     files.files[kRequest] = state + "\n" + frequency + "\n";
   }
-  std::vector<std::string> WritesOf(int rounds = 2) {
-    writes1.Take();
-    scheduler.Advance(Milliseconds(350) * rounds);
-    return writes1.Take();
-  }
+  Texts WritesOf(int rounds = 2) { return WritesWithin(Milliseconds(350) * rounds); }
   std::string Trx() { return Form().lblTRXMode.caption; }
-  using Texts = std::vector<std::string>;
 };
 
 TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {

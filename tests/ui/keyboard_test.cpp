@@ -1,9 +1,11 @@
 // The main window without a mouse and without looking: pop-ups opened by keys, the texts that are
 // always there, sliders and lights.
+#include <QAccessible>
 #include <QMenu>
 #include <QSlider>
 
 #include "adapters/qt/qt_prompts.h"
+#include "ui/about_window.h"
 #include "ui/qt_text.h"
 #include "ui/window_fixture.h"
 
@@ -120,6 +122,26 @@ TEST_F(KeyboardTest, WhoTransmitsIsLitInOnePlace) {
   EXPECT_NE(Pixel(state, {5, 3}), kBlue);
   EXPECT_EQ(state.cursor().shape(), Qt::ArrowCursor);
   EXPECT_TRUE(state.toolTip().contains("Link a transceiver"));
+}
+
+TEST_F(KeyboardTest, TheAboutBoxsLinksAndButtonsWorkByKeyboard) {
+  AboutWindow box(program->aboutForm, &window);
+  program->aboutBox.mnuabout_Click();
+  Turn();
+  QApplication::setActiveWindow(&box);
+  QWidget& mail = velt::Find(box, "Mail to the author");
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&mail)->role(), QAccessible::Link);
+  mail.setFocus();
+  for (const char* next :
+       {"The author's page", "The program's page", "System Info...", "Donate...", "OK"}) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &velt::Find(box, next)) << next;
+  }
+  EXPECT_EQ(launcher.opened.size() + prompts.told.size(), 5U);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+  Turn();
+  EXPECT_FALSE(box.isVisible());
 }
 
 }  // namespace

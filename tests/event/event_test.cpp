@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "event/event.h"
+
+#include <gtest/gtest.h>
 
 namespace velt {
 namespace {
