@@ -3,10 +3,24 @@
 #include <functional>
 #include <utility>
 
+#include "platform/on_top.h"
 #include "support/doubles.h"
 
 namespace velt {
 namespace {
+
+TEST(OnTop, TheLastDialogThatClosesPutsItBack) {
+  ProgramFixture f;
+  f.Start();
+  const Property<bool>& topMost = f.Form().Window.topMost;
+  f.program->rig.dialog.Open();
+  EXPECT_FALSE(topMost);
+  OnTop::Lowered second = f.program->onTop.Lower();
+  f.program->rig.dialog.Close();
+  EXPECT_FALSE(topMost);
+  second.reset();
+  EXPECT_TRUE(topMost);
+}
 
 TEST(TimerDriver, TicksWhileEnabledRestartsOnAChangeAndDoesNotMakeUpForLateTicks) {
   Form form;

@@ -97,6 +97,7 @@ TEST(ScaleTicks, StandAtRoundValues) {
   using Texts = std::vector<std::string>;
   for (const auto& [ticks, texts] :
        {std::pair{TimeTicks(0, 10800, 4), Texts{"0:00", "1:00:00", "2:00:00", "3:00:00"}},
+        {TimeTicks(0, 200, 5), {"0:00", "1:00", "2:00", "3:00"}},
         {TimeTicks(59.9, 61, 3), {"1:00.0", "1:00.5", "1:01.0"}},
         {TimeTicks(3599.9, 3600.15, 3), {"59:59.9", "1:00:00.0", "1:00:00.1"}},
         {PlainTicks(0, 22.05, 5), {"0", "5", "10", "15", "20"}},
