@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 
 #include "adapters/files/full_disk.h"
 #include "app/words.h"
@@ -215,10 +216,7 @@ TEST_F(CommandLine, PresetsAreGivenAwayAndTakenOver) {
   EXPECT_NE(table.find("\n0,top,0,1800,LSB\r\n"), std::string::npos);
   EXPECT_TRUE(fs::exists("d/FreqSets.ini") && !fs::exists("d/ExpandPresets.ini"));
 
-  std::string other = table;
-  for (size_t at = 0; (at = other.find(",top,")) != std::string::npos;) {
-    other.replace(at, 5, ",M\xfcll,");
-  }
+  const std::string other = std::regex_replace(table, std::regex(",top,"), ",M\xfcll,");
   folder.Write("other.csv", other);
   folder.Write("wrong.csv", other + "x");
   EXPECT_TRUE(call("--import-presets wrong.csv").IsOneLineWith("wrong.csv, line 62, band"));

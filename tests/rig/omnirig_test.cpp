@@ -72,6 +72,11 @@ struct LinkWordsTest : RigFixture {
     EXPECT_EQ(form.lblLink.caption.Get(), text);
     EXPECT_EQ(form.lampLink.colour, colour) << text;
   }
+  void Key() {
+    Link();
+    form.mnuPTT_ON.Click();
+    Pass(std::chrono::seconds(1));
+  }
   bool Told(const char* text) const {
     return form.lblLink.toolTip.Get().find(text) != std::string::npos;
   }
@@ -110,9 +115,7 @@ TEST_F(LinkWordsTest, ALinkLostWhileKeyedStaysToldWhenTheLinkIsStopped) {
   using enum GuardianNews::Kind;
   for (const auto& [news, notice] : {std::pair{FollowUpDone, "The sound was lost"},
                                      {FollowUpFailed, TransmitGuard::kMayStillBeOn}}) {
-    Link();
-    form.mnuPTT_ON.Click();
-    Pass(std::chrono::seconds(1));
+    Key();
     program->notices.Raise(NoticeKind::Sound, "The sound was lost");
     rig1.Vanish();
     scheduler.RunPosted();
@@ -131,9 +134,7 @@ TEST_F(LinkWordsTest, ALinkLostWhileKeyedStaysToldWhenTheLinkIsStopped) {
 }
 
 TEST_F(LinkWordsTest, ATransmitterThatNobodyFollowsUpIsTold) {
-  Link();
-  form.mnuPTT_ON.Click();
-  Pass(std::chrono::seconds(1));
+  Key();
   rig1.IgnoreReleases(true);
   guardian.held.clear();
   guardian.told.Raise({.kind = GuardianNews::Kind::ReleasedInSilence});

@@ -72,6 +72,7 @@ TEST_F(WindowTest, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
   const Connection focus = form.Scope.focusWanted.Listen([&] { ++focused; });
   form.cmdOptions.Click();
   EXPECT_FALSE(audio.open);
+  EXPECT_EQ(prompts.popupPlace.left, form.cmdOptions.place.Get().left);
   form.Image2.Click();  // a second pop-up while one is open
   prompts.Choose("Full Spectrum");
   scheduler.RunPosted();

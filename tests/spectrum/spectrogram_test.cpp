@@ -41,10 +41,8 @@ std::pair<int, int> Brightest(const LevelPlot& plot) {
 }
 
 TEST(SpectrogramTest, ToneStandsAtItsFrequencyWithItsLevel) {
-  for (const auto& [width, height, topHz] : {std::tuple(300, 512, 22050.0),
-                                             {37, 100, 22050.0},
-                                             {1000, 800, 22050.0},
-                                             {50, 300, 4000.0}}) {
+  for (const auto& [width, height, topHz] :
+       {std::tuple(37, 100, 22050.0), {1000, 800, 22050.0}, {50, 300, 4000.0}}) {
     Spectrogram spectrogram(width, height, 100, topHz);
     for (int64_t i = 0; i < 100; ++i) spectrogram.Add(Tone(3014.6484375, 3276.8, 0, 512, i));
     spectrogram.Finish();
