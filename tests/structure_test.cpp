@@ -192,10 +192,8 @@ TEST(Structure, BrokenRulesAreSeen) {
         Case{false, "struct B { struct C { int e; }; std::vector<std::function<C()>> d; };"},
         Case{false, "class B { public: using C = std::function<int()>; C d; };"},
         Case{true, "struct B { void C(std::function<int()> d); std::function<int()> E(); };"}}) {
-    Tree tree;
-    for (const char* folder : {"ports", "platform", "form", "guardian", "ui"}) {
-      tree[std::string(folder) + "/a.h"] = {};
-    }
+    Tree tree{{"ports/a.h", {}}, {"platform/a.h", {}}, {"form/a.h", {}}, {"guardian/a.h", {}}};
+    tree["ui/a.h"] = {};
     const size_t end = c.line.find('\n');
     tree[c.path] = {c.line.substr(0, end), end < c.line.size() ? c.line.substr(end + 1) : ""};
     Findings findings = WrongIncludes(tree);

@@ -27,24 +27,19 @@ std::vector<int16_t> Noise(int blocks) {
 
 TEST(Analyse, ThePictureIsWhatDrawingEveryBlockLeaves) {
   const TempFolder folder;
-  struct Row {
-    int blocks;
-    bool waterfall;
-    int width, height, precision, mode;
-  };
-  for (const Row& row : {Row{500, true, 524, 16, 1, 0},
-                         {3, true, 524, 16, 1, 0},
-                         {257, true, 300, 40, 3, 69},
-                         {501, false, 524, 110, 2, 1}}) {
-    const std::vector<int16_t> samples = Noise(row.blocks);
+  for (const auto& [blocks, waterfall, width, height] : {std::tuple{500, true, 524, 16},
+                                                         {3, true, 524, 16},
+                                                         {257, true, 300, 40},
+                                                         {501, false, 524, 110}}) {
+    const std::vector<int16_t> samples = Noise(blocks);
     AnalyseOptions options;
     options.file = folder / "noise.wav";
     options.image = folder / "o.png";
-    options.waterfall = row.waterfall;
-    options.width = row.width;
-    options.height = row.height;
-    options.precision = row.precision;
-    options.mode = row.mode;
+    options.waterfall = waterfall;
+    options.width = width;
+    options.height = height;
+    options.precision = 3;
+    options.mode = 69;
     SF_INFO info{0, 44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, 0};
     SNDFILE* sound = sf_open(options.file.c_str(), SFM_WRITE, &info);
     sf_write_short(sound, samples.data(), static_cast<sf_count_t>(samples.size()));
@@ -52,11 +47,11 @@ TEST(Analyse, ThePictureIsWhatDrawingEveryBlockLeaves) {
     ASSERT_EQ(RunAnalyse(options), 0);
 
     AnalysisSettings settings;
-    settings.zokaMode = static_cast<int16_t>(row.mode);
-    settings.precision = static_cast<int16_t>(row.precision);
-    settings.waterfall = row.waterfall;
-    settings.plotWidth = static_cast<int16_t>(row.width);
-    settings.plotHeight = row.height;
+    settings.zokaMode = 69;
+    settings.precision = 3;
+    settings.waterfall = waterfall;
+    settings.plotWidth = static_cast<int16_t>(width);
+    settings.plotHeight = height;
     WaterPalette palette;
     palette.InitWaterColor(1, 10);
     AnalysisOutput output;
@@ -69,10 +64,10 @@ TEST(Analyse, ThePictureIsWhatDrawingEveryBlockLeaves) {
     const Raster& shown = output.display->shown;
     const QImage picture = QImage(QString::fromStdString(options.image.string()))
                                .convertToFormat(QImage::Format_RGB32);
-    ASSERT_EQ(picture.size(), QSize(row.width, row.height));
-    for (int y = 0; y < row.height; ++y) {
+    ASSERT_EQ(picture.size(), QSize(width, height));
+    for (int y = 0; y < height; ++y) {
       const auto* pixels = reinterpret_cast<const uint32_t*>(picture.constScanLine(y));
-      ASSERT_TRUE(std::equal(pixels, pixels + row.width, shown.Row(y).begin())) << y;
+      ASSERT_TRUE(std::equal(pixels, pixels + width, shown.Row(y).begin())) << y;
     }
   }
 }

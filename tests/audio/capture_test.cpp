@@ -22,16 +22,15 @@ struct CaptureTest : testing::Test, ProgramFixture {
   // What the start picture is, then all that is on.
   std::string State() {
     std::string state = form.imgStartStop.tag;
-    for (const auto& [on, name] : {std::pair<bool, const char*>{audio.open, " open"},
-                                   {form.StartButton.enabled, " startable"},
-                                   {form.StopButton.enabled, " stoppable"},
-                                   {form.Timer1.enabled, " ticks"},
-                                   {form.tmrStatus.enabled, " status"},
-                                   {form.lblMode.enabled, " mode"},
-                                   {audio.watching, " waits"},
-                                   {form.lblNotice.visible, " notice"}}) {
-      if (on) state += name;
-    }
+    const auto add = [&state](bool on, const char* name) { state += on ? name : ""; };
+    add(audio.open, " open");
+    add(form.StartButton.enabled, " startable");
+    add(form.StopButton.enabled, " stoppable");
+    add(form.Timer1.enabled, " ticks");
+    add(form.tmrStatus.enabled, " status");
+    add(form.lblMode.enabled, " mode");
+    add(audio.watching, " waits");
+    add(form.lblNotice.visible, " notice");
     return state;
   }
 };

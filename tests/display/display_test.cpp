@@ -1,10 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <numbers>
-
 #include "support/doubles.h"
-#include "text/numbers.h"
 
 namespace velt {
 namespace {
@@ -16,25 +12,6 @@ struct DisplayTest : testing::Test, ProgramFixture {
 
   DisplayTest() { Start(); }
 };
-
-TEST_F(DisplayTest, AToneReachesPeakLabelMeterAndDisplay) {
-  for (size_t i = 0; i < kBlockSamples; ++i) {
-    const double turns = 3000.0 * static_cast<double>(i) / kSampleRateHz;
-    audio.samples[i] = static_cast<int16_t>(8000.0 * std::sin(2.0 * std::numbers::pi * turns));
-  }
-  StartCapture();
-  const uint32_t before = form.Scope.frame;
-  scheduler.Advance(Milliseconds(60));
-  EXPECT_EQ(form.Scope.frame, before + 2);
-  EXPECT_LT(form.Smeter.topTwips, 0);
-  EXPECT_NEAR(LeadingNumber(form.lblFreqDetect.caption.Get()), 3000, 90);
-  const Raster& shown = tick.Shown();
-  ASSERT_EQ(shown.Width(), form.Scope.scaleWidth);
-  const auto row = shown.Row(shown.Height() / 4);
-  const auto column = static_cast<size_t>(3000 * shown.Width() / 22115);
-  EXPECT_NE(row[column], form.Scope.backColour);
-  EXPECT_EQ(row[column + 60], form.Scope.backColour);
-}
 
 TEST_F(DisplayTest, TheRigsFrequencyAndTheEnginesPassbandReachTheDisplay) {
   Rig& rig = program->rig;

@@ -43,13 +43,8 @@ TEST_F(EngineTest, CommandsGoToTheEngineWhileItIsThereAndElseToTheRig) {
     box.UserPick(0);
   };
   const auto mode = [](int32_t number) { return "Mode " + std::to_string(number); };
-  struct Case {
-    const char* what;
-    std::function<void()> action;
-    std::string engine;  // keys
-    bool besides;        // the rig is told, too
-    std::string rig;
-  };
+  // What is done, the keys for the engine, whether the rig is told besides, and what.
+  using Case = std::tuple<const char*, std::function<void()>, std::string, bool, std::string>;
   const std::vector<Case> cases{
       {"LSB in the menu", [&] { form.mnuModModes[1].Click(); }, "(^l)", true, mode(PM_SSB_L)},
       {"USB in the menu", [&] { form.mnuModModes[2].Click(); }, "(^u)", true, mode(PM_SSB_U)},
@@ -65,11 +60,11 @@ TEST_F(EngineTest, CommandsGoToTheEngineWhileItIsThereAndElseToTheRig) {
       {"DIG", [&] { choose("DIG"); }, "(^i)", false, mode(PM_DIG_U)}};
   for (const bool engine : {true, false}) {
     engineWindow.Open(engine ? kTitle : "");
-    for (const Case& c : cases) {
-      c.action();
-      EXPECT_EQ(Typed(), !engine ? "" : c.engine.empty() ? "up, up" : Twice(c.engine)) << c.what;
-      const std::string rig = !engine || c.besides ? c.rig : "";
-      EXPECT_EQ(writes1.Take(), std::vector<std::string>(rig.empty() ? 0 : 1, rig)) << c.what;
+    for (const auto& [what, action, keys, besides, told] : cases) {
+      action();
+      EXPECT_EQ(Typed(), !engine ? "" : keys.empty() ? "up, up" : Twice(keys)) << what;
+      const std::string rig = !engine || besides ? told : "";
+      EXPECT_EQ(writes1.Take(), std::vector<std::string>(rig.empty() ? 0 : 1, rig)) << what;
       EXPECT_EQ(form.Label3.caption.Get(), engine ? "Velt Mode" : "Rig Mode");
     }
   }

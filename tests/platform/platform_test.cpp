@@ -3,31 +3,23 @@
 #include <functional>
 #include <utility>
 
-#include "platform/installation.h"
 #include "platform/on_top.h"
 #include "support/doubles.h"
 
 namespace velt {
 namespace {
 
-TEST(Installation, MenuColoursAreResetBelowVersionThree) {
-  for (const char* below : {"", "2.9.9", "x"}) EXPECT_TRUE(IsVersionBelow3(below)) << below;
-  for (const char* text : {"3.0.0", "9"}) EXPECT_FALSE(IsVersionBelow3(text)) << text;
-}
-
-TEST(OnTop, TheLastDialogThatClosesPutsBackWhatWasLoaded) {
-  for (const bool loaded : {true, false}) {
-    ProgramFixture f;
-    const Property<bool>& topMost = f.Form().Window.topMost;
-    f.program->rig.dialog.Open();
-    f.program->onTop.Load(loaded);  // while a dialog is open already
-    EXPECT_FALSE(topMost);
-    OnTop::Lowered second = f.program->onTop.Lower();
-    f.program->rig.dialog.Close();
-    EXPECT_FALSE(topMost);
-    second.reset();
-    EXPECT_EQ(topMost, loaded);
-  }
+TEST(OnTop, TheLastDialogThatClosesPutsItBack) {
+  ProgramFixture f;
+  f.Start();
+  const Property<bool>& topMost = f.Form().Window.topMost;
+  f.program->rig.dialog.Open();
+  EXPECT_FALSE(topMost);
+  OnTop::Lowered second = f.program->onTop.Lower();
+  f.program->rig.dialog.Close();
+  EXPECT_FALSE(topMost);
+  second.reset();
+  EXPECT_TRUE(topMost);
 }
 
 TEST(TimerDriver, TicksWhileEnabledRestartsOnAChangeAndDoesNotMakeUpForLateTicks) {

@@ -1,3 +1,4 @@
+// The link to the rigs, and what a user reads of it in the main window at all times.
 #include "rig_fixture.h"
 
 namespace velt {
@@ -66,16 +67,79 @@ TEST_F(OmniRigTest, ALostLinkKeepsTheLastValuesAsStaleAndAStoppedOneKnowsNothing
   EXPECT_EQ(form.Window.caption.Get() + dialogForm.Label8.caption.Get(), "VELT-SA");
 }
 
-TEST_F(OmniRigTest, ABadAddressKeepsTheGoodOneAndTheDialog) {
+struct LinkWordsTest : RigFixture {
+  void ExpectShown(const std::string& text, LampColour colour) {
+    EXPECT_EQ(form.lblLink.caption.Get(), text);
+    EXPECT_EQ(form.lampLink.colour, colour) << text;
+  }
+  void Key() {
+    Link();
+    form.mnuPTT_ON.Click();
+    Pass(std::chrono::seconds(1));
+  }
+  bool Told(const char* text) const {
+    return form.lblLink.toolTip.Get().find(text) != std::string::npos;
+  }
+};
+
+TEST_F(LinkWordsTest, TheMainWindowTellsTheLinkAtAllTimes) {
+  ExpectShown("stopped", LampColour::Grey);
+  Link();
+  ExpectShown("linked", LampColour::Green);
+  rig1.Vanish();
+  scheduler.RunPosted();
+  Pass(std::chrono::seconds(2));
+  ExpectShown("reconnecting in 3 s", LampColour::Amber);
+  EXPECT_TRUE(Told("127.0.0.1:4532") && Told("Connection refused: is rigctld running?"));
+  rig.link.StopOmniRig();
+  ExpectShown("stopped", LampColour::Grey);
   rig.dialog.Open();
-  dialogForm.txtAddress1.UserText(" radio.local:4532 ");
-  dialogForm.txtAddress2.UserText("nonsense");
-  dialogForm.Command1.Click();
-  EXPECT_EQ(server.Address(1) + " " + server.Address(2), "radio.local:4532 127.0.0.1:4534");
-  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(),
-            "Rig 2: \"nonsense\" is not an address. Use HOST:PORT, for example 127.0.0.1:4532");
-  dialogForm.txtAddress2.UserText("10.0.0.2:4534");
-  EXPECT_EQ(dialogForm.lblAddressMessage.caption.Get(), "");
+  dialogForm.txtAddress1.UserText("10.0.0.2:4600");
+  EXPECT_TRUE(dialogForm.lblCommand.caption.Get().ends_with(" -t 4600"));
+  dialogForm.cmdApplyAddresses.Click();
+  EXPECT_TRUE(Told("Rig 1 at 10.0.0.2:4600"));
+}
+
+TEST_F(LinkWordsTest, TheFrequencyBoxOpensWithWhatIsShownAndLeavesItSo) {
+  Link();
+  rig1.Tune(75500);  // below 100 kHz a plain number with a fraction would be read as MHz
+  scheduler.RunPosted();
+  form.mnuSetFreqManual.Click();
+  EXPECT_EQ(prompts.inputAsked.initial, ".75.50");
+  EXPECT_EQ(WritesAfter([this] { prompts.input(prompts.inputAsked.initial); }),
+            Texts{"Freq 75500"});
+}
+
+// The notice stays until somebody has seen the transmitter receive.
+TEST_F(LinkWordsTest, ALinkLostWhileKeyedStaysToldWhenTheLinkIsStopped) {
+  using enum GuardianNews::Kind;
+  for (const auto& [news, notice] : {std::pair{FollowUpDone, "The sound was lost"},
+                                     {FollowUpFailed, TransmitGuard::kMayStillBeOn}}) {
+    Key();
+    program->notices.Raise(NoticeKind::Sound, "The sound was lost");
+    rig1.Vanish();
+    scheduler.RunPosted();
+    guardian.followed = 0;
+    rig.link.StopOmniRig();
+    EXPECT_EQ(form.lblNotice.caption.Get(), TransmitGuard::kLostWhileKeyed);
+    EXPECT_TRUE(form.lblNotice.urgent);
+    EXPECT_EQ(guardian.followed, 1U);
+    guardian.told.Raise({.kind = news, .ticket = guardian.last});
+    EXPECT_EQ(form.lblNotice.caption.Get(), notice);
+    EXPECT_EQ(form.lblNotice.urgent, news == FollowUpFailed);
+    rig1.Key(false);
+    rig1.ComeBack();
+    form.lblNotice.Click();
+  }
+}
+
+TEST_F(LinkWordsTest, ATransmitterThatNobodyFollowsUpIsTold) {
+  Key();
+  rig1.IgnoreReleases(true);
+  guardian.held.clear();
+  guardian.told.Raise({.kind = GuardianNews::Kind::ReleasedInSilence});
+  rig.link.StopOmniRig();
+  EXPECT_EQ(form.lblNotice.caption.Get(), TransmitGuard::kMayStillBeOn);
 }
 
 }  // namespace

@@ -120,8 +120,8 @@ TEST_F(SerialTest, LettersWaitUntilTheArduinoIsReady) {
   const auto connection = serialPort.happened.Listen([&](const std::string& what) {
     if (what == "T" || what == "R" || what == "TT" || what == "RT") letters += what;
   });
-  const auto on = [this] { form.mnuPTT_ON.Click(); };
-  const auto off = [this] { form.mnuPTT_OFF.Click(); };
+  const auto on = [this] { On(); };
+  const auto off = [this] { Off(); };
   const auto pass = [this](int span) { return [this, span] { Pass(Milliseconds(span)); }; };
   const auto say = [this](const char* text) { return [this, text] { serialPort.Say(text); }; };
   const auto stand = [this] { scheduler.Pass(seconds(20)); };

@@ -11,16 +11,11 @@ constexpr const char* kRequest = "/opt/engine/transmitter.cfg";
 constexpr const char* kSiblingRequest = "/opt/engine_SA/transmitter.cfg";
 constexpr const char* kStatusRx = "/opt/engine/STATUSRX.CFG";
 
-class StatusPollerTest : public testing::Test, protected ProgramFixture {
- protected:
+struct StatusPollerTest : RigFixture {
   StatusPollerTest() {
-    rig1.Tune(7100000);
-    rig1.Select(PM_SSB_L);
-    Reachable(true);
     files.files["/opt/engine/velt.jar"] = "";
     Transmitter("off", "0");
     Status("USB", "");
-    Restart();
     Start();
     engineWindow.Open("VELT V2.5.");
     scheduler.Advance(seconds(4));
@@ -34,13 +29,8 @@ class StatusPollerTest : public testing::Test, protected ProgramFixture {
   void Transmitter(const std::string& state, const std::string& frequency) {
     files.files[kRequest] = state + "\n" + frequency + "\n";
   }
-  std::vector<std::string> WritesOf(int rounds = 2) {
-    writes1.Take();
-    scheduler.Advance(Milliseconds(350) * rounds);
-    return writes1.Take();
-  }
+  Texts WritesOf(int rounds = 2) { return WritesWithin(Milliseconds(350) * rounds); }
   std::string Trx() { return Form().lblTRXMode.caption; }
-  using Texts = std::vector<std::string>;
 };
 
 TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
@@ -126,23 +116,19 @@ TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
 }
 
 TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
-  struct Case {
-    const char* mode;
-    const char* line;
-    Texts writes;
-    const char* shown;
-  };
+  using Case = std::tuple<const char*, const char*, Texts, const char*>;
   const auto mode = [](int32_t number) { return Texts{"Mode " + std::to_string(number)}; };
-  for (const Case& c : std::vector<Case>{{"USB", " USB ", mode(PM_SSB_U), "USB"},
-                                         {"USB", "lsb", mode(PM_SSB_L), "USB"},
-                                         {"CW-LSB", "cw-lsb", mode(PM_CW_L), "cw-l"},
-                                         {"USB", "cw-usb", mode(PM_CW_U), "USB"},
-                                         {"USB", "rtty", {}, "USB"},
-                                         {"LSB", "lock_to_txcr", mode(PM_SSB_L), "LSB"},
-                                         {"USB", "lock_to_txcr", mode(PM_SSB_U), "USB"}}) {
-    Status(c.mode, c.line);
-    EXPECT_EQ(WritesOf(4), c.writes) << c.line;
-    EXPECT_EQ(Form().lblMode.caption.Get(), c.shown) << c.line;
+  for (const auto& [status, line, writes, shown] :
+       std::vector<Case>{{"USB", " USB ", mode(PM_SSB_U), "USB"},
+                         {"USB", "lsb", mode(PM_SSB_L), "USB"},
+                         {"CW-LSB", "cw-lsb", mode(PM_CW_L), "cw-l"},
+                         {"USB", "cw-usb", mode(PM_CW_U), "USB"},
+                         {"USB", "rtty", {}, "USB"},
+                         {"LSB", "lock_to_txcr", mode(PM_SSB_L), "LSB"},
+                         {"USB", "lock_to_txcr", mode(PM_SSB_U), "USB"}}) {
+    Status(status, line);
+    EXPECT_EQ(WritesOf(4), writes) << line;
+    EXPECT_EQ(Form().lblMode.caption.Get(), shown) << line;
   }
   engineWindow.Vanish();
   WritesOf();
@@ -160,17 +146,15 @@ TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
   files.files["/opt/engine/calall.cfg"] = "100,2,30\nUSB,200,3,40\nLSB,300,4,50\n";
   Status("USB", "", "on");
   WritesOf();
-  EngineState& engine = program->rig.engine;
-  EXPECT_EQ(engine.scaleOffset, 100);
-  EXPECT_EQ(engine.passbandHigh, 2700);
-  EXPECT_EQ(program->rig.state.offsetKHz, 2);
-  EXPECT_EQ(program->rig.state.invertedSideband, "on");
+  const EngineState& engine = program->rig.engine;
+  const RigState& state = program->rig.state;
+  EXPECT_TRUE(engine.scaleOffset == 100 && engine.passbandHigh == 2700);
+  EXPECT_TRUE(state.offsetKHz == 2 && state.invertedSideband == "on");
   Status("LSB", "lock_to_txcr", "off");
   WritesOf(6);
-  EXPECT_EQ(engine.scaleOffset, 300);
+  EXPECT_TRUE(engine.scaleOffset == 300 && state.offsetKHz == 4);
   EXPECT_EQ(engine.calibrationC, 38) << "12 is taken off once";
-  EXPECT_EQ(program->rig.state.offsetKHz, 4);
-  EXPECT_EQ(program->rig.state.invertedSideband, "off");
+  EXPECT_EQ(state.invertedSideband, "off");
   EXPECT_EQ(layouts, 2);
 }
 
@@ -192,17 +176,12 @@ TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
   EXPECT_EQ(told, "0\r\nOFF\r\n0\r\n");
 }
 
-TEST(StatusPoller, WithoutAnEngineNothingIsReadOrWritten) {
-  ProgramFixture f;
-  f.rig1.Tune(7100000);
-  f.Reachable(true);
-  f.files.files[kRequest] = "off\n7074000\n";
-  f.Restart();
-  f.Start();
-  f.scheduler.Advance(seconds(4));
-  EXPECT_EQ(f.rig1.Freq(), 7100000);
-  EXPECT_FALSE(f.Form().tmrStatus.enabled);
-  EXPECT_FALSE(f.files.files.contains(kStatusRx));
+TEST_F(StatusPollerTest, WithoutAnEngineNothingIsReadOrWritten) {
+  files.files = {{kRequest, "off\n7074000\n"}};
+  Restart();
+  Start();
+  EXPECT_EQ(WritesOf(12), Texts{});
+  EXPECT_FALSE(Form().tmrStatus.enabled || files.files.contains(kStatusRx));
 }
 
 }  // namespace

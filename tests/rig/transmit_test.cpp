@@ -19,9 +19,6 @@ struct TransmitTest : RigFixture {
   void On() { form.mnuPTT_ON.Click(); }
   void Off() { form.mnuPTT_OFF.Click(); }
   bool Transmits() const { return rig1.Transmits(); }
-  std::string Notice() const {
-    return form.lblNotice.visible ? form.lblNotice.caption.Get() : std::string();
-  }
   // What a transmission has brought about and not put back.
   std::string Left() {
     std::string left = Notice();

@@ -22,16 +22,12 @@ TEST(HelperPrograms, AreLookedForAndStartedFromTheMenu) {
   EXPECT_TRUE(f.launcher.opened.empty());
   EXPECT_EQ(f.Form().lblMessage.caption.Get(),
             "No manual found: there is no /opt/velt/Manual VELT-SA.pdf");
-  std::vector<std::string> wanted;
-  for (const std::string folder : {"/doc", "/opt/velt", "/here"}) {
-    for (const std::string name : {"&Manual VELT-SA", "Manual VELT-J Engine"}) {
-      const bool engine = name.starts_with("Manual");
-      wanted.push_back(folder + (engine ? "/Manual VELT-J.pdf" : "/Manual VELT-SA.pdf"));
-      f.files.files[wanted.back()] = "";
-      choose(name.c_str());
-    }
+  for (const std::string file :
+       {"/doc/Manual VELT-SA.pdf", "/opt/velt/Manual VELT-SA.pdf", "/here/Manual VELT-J.pdf"}) {
+    f.files.files[file] = "";
+    choose(file.ends_with("J.pdf") ? "Manual VELT-J Engine" : "&Manual VELT-SA");
+    EXPECT_EQ(f.launcher.opened.back(), file);
   }
-  EXPECT_EQ(f.launcher.opened, wanted);
 
   choose("Run &Java Spectrum Analyzer");
   EXPECT_EQ(f.launcher.started.back(), "/opt/velt/Spectrum Analyzer.jar java -jar");

@@ -11,8 +11,9 @@ TEST(WindowLayout, NothingOverlapsOrLeavesTheWindowAtAnySize) {
   const std::vector<PlaceRule> rules = PlaceRules(form);
   for (int width = 333; width <= 876; ++width) {
     for (const int height : {100, 101, 130, 164}) {
+      const int main = width > 560 ? width - WindowGrid::kPanelWidth : width;
       WindowGrid grid(width, height, width > 560);
-      if (width > 560 && width < 333 + WindowGrid::kPanelWidth) continue;
+      if (main < 333) continue;
       std::vector<Rectangle> placed;
       for (const PlaceRule& rule : rules) {
         SCOPED_TRACE(std::to_string(width) + " " + std::to_string(placed.size()));
@@ -28,7 +29,6 @@ TEST(WindowLayout, NothingOverlapsOrLeavesTheWindowAtAnySize) {
         placed.push_back(a);
       }
       ASSERT_GE(form.Scope.place.Get().height, 35);
-      const int main = width > 560 ? width - WindowGrid::kPanelWidth : width;
       ASSERT_EQ(form.optTXRX[0].place.Get().width > 0, main >= 540);
     }
   }
@@ -41,22 +41,19 @@ struct WindowTest : testing::Test, ProgramFixture {
 
 TEST_F(WindowTest, SnapsToItsLimitsWhileTheSizeIsRememberedAndIsLaidOutOnceItIsUp) {
   WindowFrame& window = form.Window;
-  struct Row {
-    bool remembered, panel;
-    WindowSize wanted, taken;
-  };
-  for (const Row& row : {Row{false, false, {9000, 2460}, {9000, 2460}},
-                         {true, false, {9000, 2460}, {8385, 2460}},
-                         {true, true, {14000, 2460}, {13140, 2460}},
-                         {true, false, {4000, 1499}, {5000, 1500}},
-                         {false, false, {9000, 1499}, {9000, 1499}}}) {
-    if (form.mnusettings[3].checked != row.remembered) form.mnusettings[3].Click();
-    EXPECT_EQ(window.sizeable, row.remembered);
-    window.panelShown = row.panel;
-    window.widthTwips = row.wanted.width;
-    window.heightTwips = row.wanted.height;
-    EXPECT_EQ(window.widthTwips, row.taken.width);
-    EXPECT_EQ(window.heightTwips, row.taken.height);
+  using Row = std::tuple<bool, bool, WindowSize, WindowSize>;
+  for (const auto& [remembered, panel, wanted, taken] :
+       {Row{false, false, {9000, 2460}, {9000, 2460}},
+        {true, false, {9000, 2460}, {8385, 2460}},
+        {true, true, {14000, 2460}, {13140, 2460}},
+        {true, false, {4000, 1499}, {5000, 1500}},
+        {false, false, {9000, 1499}, {9000, 1499}}}) {
+    if (form.mnusettings[3].checked != remembered) form.mnusettings[3].Click();
+    EXPECT_EQ(window.sizeable, remembered);
+    window.panelShown = panel;
+    window.widthTwips = wanted.width;
+    window.heightTwips = wanted.height;
+    EXPECT_TRUE(window.widthTwips == taken.width && window.heightTwips == taken.height);
   }
   const int before = form.Scope.scaleWidth;
   window.minimised = true;
@@ -75,6 +72,7 @@ TEST_F(WindowTest, APopupStopsCaptureAndLetsItGoOnAfterTheChosenItem) {
   const Connection focus = form.Scope.focusWanted.Listen([&] { ++focused; });
   form.cmdOptions.Click();
   EXPECT_FALSE(audio.open);
+  EXPECT_EQ(prompts.popupPlace.left, form.cmdOptions.place.Get().left);
   form.Image2.Click();  // a second pop-up while one is open
   prompts.Choose("Full Spectrum");
   scheduler.RunPosted();
@@ -182,13 +180,9 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
     return opened;
   };
   const auto counterIsOn = [this] { return form.mnuArduinoFreq.checked.Get(); };
-  struct Row {
-    const Event<>& opener;
-    std::string line;
-    std::function<bool()> reached;
-  };
+  using Row = std::tuple<const Event<>&, std::string, std::function<bool()>>;
   const Event<>& options = form.cmdOptions.clicked;
-  for (const Row& row : {
+  for (const auto& [opener, line, reached] : {
            Row{options, form.mnunorig.caption, dialogOpens},
            {options, form.mnuOmniRigStatus.caption, dialogOpens},
            {options, form.mnuArduinoFreq.caption, counterIsOn},
@@ -198,10 +192,10 @@ TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
            {form.lblTRXMode.clicked, "&TX", [&] { return rig1.Transmits(); }},
            {form.lblTRXMode.clicked, "&RX", [&] { return !rig1.Transmits(); }},
        }) {
-    row.opener.Raise();
-    EXPECT_TRUE(prompts.Choose(row.line)) << row.line;
+    opener.Raise();
+    EXPECT_TRUE(prompts.Choose(line)) << line;
     scheduler.RunPosted();
-    EXPECT_TRUE(row.reached()) << row.line;
+    EXPECT_TRUE(reached()) << line;
   }
 }
 

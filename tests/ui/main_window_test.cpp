@@ -25,11 +25,7 @@ TEST(OnScreen, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
 }
 
 TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
-  struct Row {
-    const char* name;
-    std::function<void()> change;
-  };
-  const Row rows[] = {
+  const std::pair<const char*, std::function<void()>> rows[] = {
       {"Options menu", [&] { form.cmdOptions.caption = "O"; }},
       {"File menu", [&] { form.Image2.tag = "F"; }},
       {"CAT configuration", [&] { form.Image3.tag = "C"; }},
@@ -53,11 +49,11 @@ TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
   form.lblMessage.visible = true;
   Turn();
   EXPECT_EQ(Find("Frequency scale").y(), form.picScales.place.Get().top);
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.name);
-    const QRect place = Find(row.name).geometry();
+  for (const auto& [name, change] : rows) {
+    SCOPED_TRACE(name);
+    const QRect place = Find(name).geometry();
     const QImage before = OnScreen(window);
-    row.change();
+    change();
     Turn();
     QImage after = OnScreen(window);
     EXPECT_NE(before.copy(place), after.copy(place));
@@ -114,14 +110,12 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
     EXPECT_TRUE(QTest::qWaitFor([&times] { return times == 1; }, 2000)) << row.name << row.key;
   }
   for (const auto& [index, name] : {std::pair{0, "Transmit"}, {1, "Receive"}}) {
-    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
-      int pressed = 0;
-      const Connection listening =
-          form.optTXRX[index].mouseDown.Listen([&pressed](int button) { pressed += button; });
-      Find(name).setFocus();
-      QTest::keyClick(&Find(name), key);
-      EXPECT_EQ(pressed, 1) << name << key;
-    }
+    int pressed = 0;
+    const Connection listening =
+        form.optTXRX[index].mouseDown.Listen([&pressed](int button) { pressed += button; });
+    Find(name).setFocus();
+    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) QTest::keyClick(&Find(name), key);
+    EXPECT_EQ(pressed, 2) << name;
   }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
@@ -170,15 +164,6 @@ TEST_F(MainWindowTest, TheWindowItselfFollowsItsFrameAndTellsIt) {
   EXPECT_FALSE(window.close());
   stays = false;
   EXPECT_TRUE(window.close());
-}
-
-TEST(MainWindow, StandsWhereItStoodLast) {
-  Main form;
-  form.Window.leftTwips = 300;
-  form.Window.topTwips = 600;
-  form.Window.placed = true;
-  const MainWindow window(form, []() -> const Raster& { throw std::logic_error("not shown"); });
-  EXPECT_EQ(window.pos(), QPoint(20, 40));
 }
 
 }  // namespace

@@ -109,11 +109,8 @@ struct PulseInputTest : testing::Test {
 
 TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
   using Sound = PulseServer::Sound;
-  struct Case {
-    Sound sound;
-    std::string device;
-    std::string steps;  // "action name > event; ..."
-  };
+  // Steps are "action name > event; ...".
+  using Case = std::tuple<Sound, std::string, std::string>;
   const std::string micIsBack =
       "unload module-null-source > Lost Sound source Mic-mic was removed.; watch; source mic > "
       "Returned mic; open > Opened mic";
@@ -121,7 +118,7 @@ TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
   const std::string comesAndGoes =
       "watch; restart; sink late > Returned late.monitor; open > Opened late.monitor; kill > Lost "
       "Sound server is gone.";
-  for (const Case& c : {
+  for (const auto& [sound, device, steps] : {
            Case{Sound::None, "",
                 "open > OpenFailed Sound server has no source.; kill; open > OpenFailed No sound "
                 "server: Connection refused.; " +
@@ -150,14 +147,13 @@ TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
                 "default mic; " +
                     micIsBack},
        }) {
-    SCOPED_TRACE(c.steps);
-    StartServer(c.sound);
+    SCOPED_TRACE(steps);
+    StartServer(sound);
     static const std::regex pattern("([a-z-]+) ?([^ ;]*)( > ([^;]*))?(; |$)");
     std::ptrdiff_t understood = 0;
-    for (std::sregex_iterator step(c.steps.begin(), c.steps.end(), pattern), end; step != end;
-         ++step) {
+    for (std::sregex_iterator step(steps.begin(), steps.end(), pattern), end; step != end; ++step) {
       understood += step->length();
-      Act((*step)[1], (*step)[2], c.device);
+      Act((*step)[1], (*step)[2], device);
       const std::string event = (*step)[4];
       if (event.empty()) continue;
       ASSERT_EQ(Next(), event) << step->str();
@@ -171,7 +167,7 @@ TEST_F(PulseInputTest, ItComesFromWhereItShouldAndSaysWhyNot) {
         EXPECT_TRUE(WaitUntil([this] { return Take() == TakeResult::Block; }, 3s));
       }
     }
-    EXPECT_EQ(understood, std::ssize(c.steps));
+    EXPECT_EQ(understood, std::ssize(steps));
   }
 }
 

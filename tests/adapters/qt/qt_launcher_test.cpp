@@ -13,27 +13,22 @@ namespace {
 // The desktop's tools and Java, as scripts in a PATH of their own that say what they were called
 // with.
 TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
-  struct Case {
-    const char* xdgMime;  // what the desktop's tool does
-    bool java;            // whether there is one
-    Launcher::Start start;
-    std::string called;
-  };
-  for (const Case& c :
-       {Case{"echo runs.desktop", false, Launcher::Start::Started, "xdg-open "},
-        Case{"echo archives.desktop", true, Launcher::Start::Started, "java -jar "},
-        Case{"echo gone.desktop", false, Launcher::Start::NoProgram, "(no file)"},
-        Case{"exit 3", true, Launcher::Start::Started, "java -jar "},
-        Case{"exec /usr/bin/tail -f /dev/null", true, Launcher::Start::Started, "java -jar "}}) {
-    SCOPED_TRACE(c.xdgMime);
+  // What the desktop's tool does, whether there is a Java, and what is called.
+  for (const auto& [xdgMime, java, calls] :
+       {std::tuple{"echo runs.desktop", false, "xdg-open "},
+        {"echo archives.desktop", true, "java -jar "},
+        {"echo gone.desktop", false, ""},
+        {"exit 3", true, "java -jar "},
+        {"exec /usr/bin/tail -f /dev/null", true, "java -jar "}}) {
+    SCOPED_TRACE(xdgMime);
     const TempFolder folder;
     const auto script = [&](const std::string& name, const std::string& body) {
       folder.Write(name, "#!/bin/sh\n" + body + "\n");
       std::filesystem::permissions(folder / name, std::filesystem::perms::owner_all);
     };
     const std::string called = (folder / "called").string();
-    script("xdg-mime", c.xdgMime);
-    for (const char* name : {"xdg-open", c.java ? "java" : "other"}) {
+    script("xdg-mime", xdgMime);
+    for (const char* name : {"xdg-open", java ? "java" : "other"}) {
       script(name, "echo \"${0##*/} $*|$(pwd)\" > '" + called + "'");
     }
     std::filesystem::create_directory(folder / "applications");
@@ -52,11 +47,11 @@ TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
                            [&answer](Launcher::Start start) { answer = start; });
     EXPECT_TRUE(LoopUntil([&] { return answer.has_value(); }));
     ::setenv("PATH", path.c_str(), 1);
-    EXPECT_EQ(answer, c.start);
+    const bool starts = *calls != '\0';
+    EXPECT_EQ(answer, starts ? Launcher::Start::Started : Launcher::Start::NoProgram);
     const std::string expected =
-        c.start == Launcher::Start::Started
-            ? c.called + (engine / "velt.jar").string() + "|" + engine.string() + "\n"
-            : c.called;
+        starts ? calls + (engine / "velt.jar").string() + "|" + engine.string() + "\n"
+               : "(no file)";
     EXPECT_TRUE(LoopUntil([&] { return folder.Read("called") == expected; }));
   }
 }

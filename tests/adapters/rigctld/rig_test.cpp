@@ -57,8 +57,7 @@ std::string Sent(const std::string& script, const std::string& current,
 
 TEST(WriteQueue, ReleasesFirstWritesAVfoWhereItIsAndReturns) {
   struct Case {
-    std::string script, sent;
-    std::string current = "VFOA", refused = {};
+    std::string script, sent, current = "VFOA", refused = {};
   };
   for (const Case& c : {
            Case{"FMKF", "+M AM -1, +T 1, +F 2"},

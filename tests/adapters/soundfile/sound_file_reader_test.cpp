@@ -109,21 +109,18 @@ TEST_F(SoundFileTest, UnfinishedAndCutOffFilesAreReadAsFarAsTheyGo) {
   const std::string note("LIST\6\0\0\0note. \0", 15);  // no sound
   const std::string unfinished = "the recording was never finished";
   const auto length = static_cast<uint32_t>(whole.size());
-  struct Case {
-    uint32_t dataSize;
-    std::string bytes, warning;
-  };
-  for (const Case& c :
+  using Case = std::tuple<uint32_t, std::string, std::string>;
+  for (const auto& [dataSize, bytes, warning] :
        {Case{0, whole.substr(0, length - 1), unfinished}, Case{UINT32_MAX, whole, unfinished},
         Case{length - 44, whole.substr(0, length - 1024), "1024 bytes of sound are missing"},
         Case{length - 44, whole + note, ""}, Case{1024, whole, "longer than its header says"}}) {
-    folder.Write("sound.wav", c.bytes);
-    WriteAt(40, &c.dataSize, 4);
-    ASSERT_EQ(reader.Open(file), "") << c.dataSize;
-    const size_t blocks = c.bytes.size() < length - 1 ? 2 : 3;
-    EXPECT_EQ(ReadAll(), Ramp(blocks * kBlockSamples)) << c.dataSize;
-    EXPECT_NE(reader.Warning().find(c.warning), std::string::npos) << reader.Warning();
-    EXPECT_EQ(reader.Warning().empty(), c.warning.empty()) << reader.Warning();
+    folder.Write("sound.wav", bytes);
+    WriteAt(40, &dataSize, 4);
+    ASSERT_EQ(reader.Open(file), "") << dataSize;
+    const size_t blocks = bytes.size() < length - 1 ? 2 : 3;
+    EXPECT_EQ(ReadAll(), Ramp(blocks * kBlockSamples)) << dataSize;
+    EXPECT_NE(reader.Warning().find(warning), std::string::npos) << reader.Warning();
+    EXPECT_EQ(reader.Warning().empty(), warning.empty()) << reader.Warning();
   }
 }
 

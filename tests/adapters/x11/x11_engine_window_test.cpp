@@ -6,7 +6,6 @@
 
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/live_loop.h"
-#include "adapters/x11/key_notation.h"
 #include "support/java_engine.h"
 #include "support/x_desktop.h"
 
@@ -14,14 +13,6 @@ namespace velt {
 namespace {
 
 using std::chrono::seconds;
-
-TEST(KeyNotation, ChordsAreReadAndNonsenseIsRefused) {
-  const KeyChord ctrlS{.control = true, .key = 's'}, s{.key = 's'};
-  const KeyChord all{.control = true, .alt = true, .shift = true, .key = 's'};
-  EXPECT_EQ(ReadKeys("^(ss)s"), (std::vector<KeyChord>{ctrlS, ctrlS, s}));
-  EXPECT_EQ(ReadKeys("+%(^s)"), std::vector<KeyChord>{all});
-  for (const char* text : {"", "()", "^", "(^s", "^s)", "{ESC}"}) EXPECT_FALSE(ReadKeys(text));
-}
 
 constexpr const char* kTitle = "VELT V9.9 \xC3\xBC";
 constexpr const char* kOther = "Event Tester";
