@@ -51,6 +51,13 @@ BandsWindow::BandsWindow(BandsForm& form, QWidget* parent)
   FollowForm();
 }
 
+void BandsWindow::showEvent(QShowEvent* event) {
+  FormDialog::showEvent(event);
+  // Wherever the keyboard was when it was closed.
+  first_->setFocus();
+  first_->selectAll();
+}
+
 void BandsWindow::AddHeadings(QGridLayout& grid, int column) {
   grid.addWidget(new QLabel("Title", this), 0, column + 1);
   grid.addWidget(new QLabel("First frequency, in kHz", this), 0, column + 2, 1, 2);
@@ -66,9 +73,11 @@ void BandsWindow::AddBand(QGridLayout& grid, int band) {
       {"Title of band " + number, "What stands on the band's button and in the menu"});
   auto* frequency = MakeEdit(this, kFrequencyCharacters);
   frequency->setFont(FixedPitch(frequency->font()));
+  frequency->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   Binder().Bind(form_.txtFrequencies[band], frequency,
                 {"Frequency of band " + number + " in kHz",
                  "The first of the band's presets, in kHz; the menu tunes there"});
+  if (band == 0) first_ = title;
   auto* caption = new QLabel(QString(number).insert(number.size() - 1, '&') + ":", this);
   caption->setBuddy(title);
   auto* unit = Binder().Bind(form_.Label1[band], new QLabel(this),

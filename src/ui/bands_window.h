@@ -6,6 +6,7 @@
 
 class QGridLayout;
 class QHBoxLayout;
+class QLineEdit;
 
 namespace velt {
 
@@ -13,6 +14,9 @@ class BandsWindow : public FormDialog {
  public:
   // `form` has to outlive the window. The window is hidden until the form says otherwise.
   BandsWindow(BandsForm& form, QWidget* parent);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
 
  private:
   void AddHeadings(QGridLayout& grid, int column);
@@ -22,6 +26,7 @@ class BandsWindow : public FormDialog {
   QWidget* MakeBottomRow();
 
   BandsForm& form_;
+  QLineEdit* first_ = nullptr;  // has the keyboard when the window opens
 };
 
 }  // namespace velt

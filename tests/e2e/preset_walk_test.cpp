@@ -67,7 +67,7 @@ TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
   EXPECT_TRUE(Has("f", "14195500"));
 
   window->OpenMenu(window->form.cmdOptions);
-  window->Press({"Down", "Down", "Right", "s", "Return"});
+  window->Press({"Down", "Down", "Right", "Up", "Up", "Return"});
   ASSERT_TRUE(window->WaitForWindow(kDialog));
   window->Type("Top");
   window->Press({"Tab"});
