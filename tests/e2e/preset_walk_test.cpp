@@ -76,6 +76,7 @@ TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
   window->Press({"Return"});
   ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
   Close();
+  EXPECT_NE(ReadText(data / "ExpandPresets.ini").find("\r\nTop\r\n1840.5\r\n"), std::string::npos);
 
   Start();
   window->Click(Band(0));
