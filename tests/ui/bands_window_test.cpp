@@ -56,7 +56,8 @@ TEST_F(WindowFixture, TheBandDialogIsReadAndWorkedByKeyboard) {
   program->bandsForm.lblProblem.caption = "bad.csv, line 3";
   press(Qt::Key_E, Qt::AltModifier);
   in("bad.csv, line 3");
-  EXPECT_EQ(fileChooser.asked.title, "Export presets");
+  EXPECT_TRUE(
+      QTest::qWaitFor([this] { return fileChooser.asked.title == "Export presets"; }, 2000));
   QTest::mouseClick(&in("OK"), Qt::LeftButton);
   EXPECT_EQ(presets.Cell(9, 6), "70200");
   EXPECT_EQ(presets.Cell(1, 0), "M\xfcnchen");

@@ -1,6 +1,7 @@
 // How the main window's own widgets look and move.
 #include <QSlider>
 
+#include "ui/press_button.h"
 #include "ui/window_fixture.h"
 
 namespace velt {
@@ -62,6 +63,28 @@ TEST_F(LooksTest, WhoTransmitsIsLitInOnePlace) {
   EXPECT_NE(Pixel(state, {5, 3}), kBlue);
   EXPECT_EQ(state.cursor().shape(), Qt::ArrowCursor);
   EXPECT_TRUE(state.toolTip().contains("Link a transceiver"));
+}
+
+TEST(PressButtonLooks, ALongTextIsNotCutToAnotherOneAndThePressedIsMarked) {
+  PressButton button(nullptr);
+  QFont font = button.font();
+  font.setPixelSize(11);
+  button.setFont(font);
+  button.setFixedSize(47, 16);
+  const auto drawn = [&button](const char* text) {
+    button.setText(text);
+    return button.grab().toImage();
+  };
+  for (const char* rest : {"4074.125", "14074.125 kHz"}) {
+    const std::string first = std::string("1") + rest;
+    const std::string second = std::string("2") + rest;
+    EXPECT_NE(drawn(first.c_str()), drawn(second.c_str())) << rest;
+  }
+  EXPECT_NE(drawn("14074.125"), drawn("14074.12"));
+  const QColor mark = button.palette().color(QPalette::Highlight);
+  EXPECT_NE(button.grab().toImage().pixelColor(20, 13), mark);
+  button.setChecked(true);
+  EXPECT_EQ(button.grab().toImage().pixelColor(20, 13), mark);
 }
 
 }  // namespace
