@@ -1,6 +1,6 @@
 // A button that acts when it is pressed and shows what came of that: a click alone does not turn it
-// over. It can be lit in a colour that tells more than being pressed in. A text that is too long for
-// it is written smaller, and ends with dots where that is not enough.
+// over. It can be lit in a colour that tells more than being pressed in. A text that is too long
+// for it is written smaller, and ends with dots where that is not enough.
 #pragma once
 
 #include <QStyleOptionToolButton>
