@@ -13,6 +13,7 @@
 #include "app/system.h"
 #include "text/paths.h"
 #include "ui/about_window.h"
+#include "ui/bands_window.h"
 #include "ui/colors_window.h"
 #include "ui/main_window.h"
 #include "ui/message_view.h"
@@ -105,6 +106,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   adapters->SetOwner(&window);
   const OmniRigWindow omniRigWindow(program.catForm, &window);
   const AboutWindow aboutWindow(program.aboutForm, &window);
+  const BandsWindow bandsWindow(program.bandsForm, &window);
   const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);
   const SpectrogramWindow spectrogramWindow(

@@ -151,7 +151,8 @@ struct ListBox : Control {
 };
 
 struct TextBox : Control {
-  explicit TextBox(Form& form) : Control(form), text(*this, {}) {}
+  explicit TextBox(Form& form, std::string initial = {})
+      : Control(form), text(*this, std::move(initial)) {}
   Property<std::string> text;
   Event<> edited;   // by the user
   Event<> entered;  // by the Enter key
@@ -251,6 +252,12 @@ class ControlArray {
  public:
   ControlArray(Form& form, std::initializer_list<std::pair<int32_t, std::string>> members) {
     for (const auto& [index, caption] : members) {
+      members_.emplace(index, std::make_unique<C>(form, caption));
+    }
+  }
+  // Indices 0 to `count` - 1 with the same caption.
+  ControlArray(Form& form, int32_t count, const std::string& caption) {
+    for (int32_t index = 0; index < count; ++index) {
       members_.emplace(index, std::make_unique<C>(form, caption));
     }
   }

@@ -13,6 +13,7 @@
 #include "engine/key_runner.h"
 #include "engine/operator_commands.h"
 #include "form/about_form.h"
+#include "form/bands_form.h"
 #include "form/colors_form.h"
 #include "form/main_form.h"
 #include "form/message_form.h"
@@ -22,6 +23,7 @@
 #include "platform/on_top.h"
 #include "platform/platform_helpers.h"
 #include "platform/timer_driver.h"
+#include "presets/band_dialog.h"
 #include "presets/band_menu.h"
 #include "presets/preset_files.h"
 #include "presets/preset_panel.h"
@@ -74,6 +76,7 @@ class Program {
   const RunSetup setup;
   Main form;
   OmniRigForm catForm;
+  BandsForm bandsForm;
   ColorsForm colorsForm;
   AboutForm aboutForm;
   MessageForm messageForm;
@@ -93,6 +96,7 @@ class Program {
   BandMenu bandMenu;
   PresetPanel panel;
   PresetFiles presetFiles;
+  BandDialog bandDialog;
   Capture capture;
   MainDisplay display;
   ColorDialog colorDialog;

@@ -29,6 +29,7 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
   ports_.prompts.DropAll();
   parts_.rig.dialog.Close();
   parts_.colorDialog.Close();
+  parts_.bandDialog.Close();
   if (parts_.rig.control.RestoreNow()) {
     // The write needs a moment to reach the rig.
     cancel = true;
@@ -111,6 +112,7 @@ void Shutdown::mnucloseme_Click() {
   parts_.rig.guard.ReleaseNow();
   ports_.prompts.DropAll();
   parts_.colorDialog.Close();
+  parts_.bandDialog.Close();
   unloading_ = true;
   quitting_ = true;
   // The menu that this was chosen from would let capture go on.

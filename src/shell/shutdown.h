@@ -11,6 +11,7 @@
 #include "form/main_form.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
+#include "presets/band_dialog.h"
 #include "presets/preset_files.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
@@ -24,6 +25,7 @@ class Shutdown {
     Main& form;
     Capture& capture;
     ColorDialog& colorDialog;
+    BandDialog& bandDialog;
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;

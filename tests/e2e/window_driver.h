@@ -50,14 +50,15 @@ class WindowDriver {
   bool Reads(const Label& label, int pixelSize, const std::string& text,
              std::chrono::milliseconds limit = std::chrono::seconds(5)) const;
 
-  // Where everything is in a window of the design size: the places of these controls.
+  // Where everything is in a window of the design size, without the panel and with it: the places
+  // of these controls.
   struct DesignForm : Main {
-    DesignForm() {
-      WindowGrid grid(559, 164);
+    explicit DesignForm(WindowGrid grid) {
       for (const PlaceRule& rule : PlaceRules(*this)) rule.control->place = rule.place(grid);
     }
   };
-  const DesignForm form;
+  const DesignForm form{WindowGrid(559, 164)};
+  const DesignForm formWithPanel{WindowGrid(559 + WindowGrid::kPanelWidth, 164, true)};
 
  private:
   std::string Tool(std::vector<std::string> arguments) const;

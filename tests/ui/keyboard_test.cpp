@@ -6,6 +6,7 @@
 
 #include "adapters/qt/qt_prompts.h"
 #include "ui/about_window.h"
+#include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/window_fixture.h"
 
@@ -142,6 +143,28 @@ TEST_F(KeyboardTest, TheAboutBoxsLinksAndButtonsWorkByKeyboard) {
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
   Turn();
   EXPECT_FALSE(box.isVisible());
+}
+
+TEST(PressButtonLooks, ALongTextIsNotCutToAnotherOneAndThePressedIsMarked) {
+  PressButton button(nullptr);
+  QFont font = button.font();
+  font.setPixelSize(11);
+  button.setFont(font);
+  button.setFixedSize(47, 16);
+  const auto drawn = [&button](const char* text) {
+    button.setText(text);
+    return button.grab().toImage();
+  };
+  for (const char* rest : {"4074.125", "14074.125 kHz"}) {
+    const std::string first = std::string("1") + rest;
+    const std::string second = std::string("2") + rest;
+    EXPECT_NE(drawn(first.c_str()), drawn(second.c_str())) << rest;
+  }
+  EXPECT_NE(drawn("14074.125"), drawn("14074.12"));
+  const QColor mark = button.palette().color(QPalette::Highlight);
+  EXPECT_NE(button.grab().toImage().pixelColor(20, 13), mark);
+  button.setChecked(true);
+  EXPECT_EQ(button.grab().toImage().pixelColor(20, 13), mark);
 }
 
 }  // namespace

@@ -1,0 +1,96 @@
+// Bands and presets in a real window with a real rig server: chosen, edited, and there again after
+// the next start.
+#include <gtest/gtest.h>
+
+#include "adapters/rigctld/live_loop.h"
+#include "e2e/window_driver.h"
+
+namespace velt {
+namespace {
+
+using std::chrono::seconds;
+
+struct PresetWalk : testing::Test {
+  DummyRig rig;
+  const TempFolder data;
+  std::unique_ptr<WindowDriver> window;
+
+  bool Has(const char* question, const std::string& answer) {
+    return WaitUntil([&] { return rig.Ask(question) == answer; }, seconds(5));
+  }
+  void Start() {
+    rig.Ask("F 14250000");
+    rig.Ask("M AM 6000");
+    window = std::make_unique<WindowDriver>(
+        std::vector<std::string>{"--rig1", rig.Address(), "--data-folder", data.Path().string()});
+    ASSERT_TRUE(window->Reads(window->form.lblFrequency, 21, "14.250.00"));
+  }
+  void Close() {
+    window->Close();
+    ASSERT_TRUE(window->Program().WaitForEnd(seconds(10)));
+  }
+  // The button of a band or preset, by the left or the right mouse button.
+  const OptionButton& Band(int index) const { return window->formWithPanel.optBandsFreq[index]; }
+  const OptionButton& Preset(int index) const { return window->formWithPanel.optDefFreqs[index]; }
+  void Edit(const OptionButton& button, const char* title, const char* text) const {
+    window->ClickAt(button, 10, 3);
+    ASSERT_TRUE(window->WaitForWindow(title));
+    window->Type(text);
+    window->Press({"Return"});
+    ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
+  }
+  // What stands in the field with the keyboard, all of which is selected.
+  bool FieldHas(const std::string& text) const {
+    window->Press({"ctrl+c"});
+    return WaitUntil(
+        [&] {
+          return Output({"xclip", "-selection", "clipboard", "-o"}, window->Environment()) == text;
+        },
+        seconds(5));
+  }
+};
+
+TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
+  constexpr const char* kDialog = "Setup Pre-defined Frequencies and Labels";
+  data.Write("VELT-SA.ini", "[VELT-SA]\nVersion=3.0.0\nExpander=1\n");
+  Start();
+  window->Click(Band(1));
+  window->Click(Preset(0));
+  EXPECT_TRUE(Has("f", "3500000") && Has("m", "LSB"));
+  window->Click(Band(4));
+  EXPECT_TRUE(Has("f", "14000000"));
+  window->Click(Preset(0));
+  EXPECT_TRUE(Has("m", "USB"));
+  Edit(Band(4), "Set Preset Band Title", "20m DX");
+  Edit(Preset(2), "Set Preset Frequency", "14195.5");
+  window->Click(Preset(2));
+  EXPECT_TRUE(Has("f", "14195500"));
+
+  window->OpenMenu(window->form.cmdOptions);
+  window->Press({"Down", "Down", "Right", "Up", "Up", "Return"});
+  ASSERT_TRUE(window->WaitForWindow(kDialog));
+  window->Type("Top");
+  window->Press({"Tab"});
+  EXPECT_TRUE(FieldHas("1800"));
+  window->Type("1840.5");
+  window->Press({"Return"});
+  ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
+  Close();
+  EXPECT_NE(ReadText(data / "ExpandPresets.ini").find("\r\nTop\r\n1840.5\r\n"), std::string::npos);
+
+  Start();
+  window->Click(Band(0));
+  window->Click(Preset(0));
+  EXPECT_TRUE(Has("f", "1840500") && Has("m", "LSB"));
+  window->ClickAt(Band(4), 10, 3);
+  ASSERT_TRUE(window->WaitForWindow("Set Preset Band Title"));
+  EXPECT_TRUE(FieldHas("20m DX"));
+  window->Press({"Escape"});
+  ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
+  window->Click(Preset(2));
+  EXPECT_TRUE(Has("f", "14195500") && Has("m", "USB"));
+  Close();
+}
+
+}  // namespace
+}  // namespace velt

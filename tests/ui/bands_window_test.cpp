@@ -1,0 +1,67 @@
+// The band preset dialog's window over the real dialog logic.
+#include "ui/bands_window.h"
+
+#include <QLineEdit>
+
+#include "ui/window_fixture.h"
+
+namespace velt {
+namespace {
+
+TEST_F(WindowFixture, TheBandDialogIsReadAndWorkedByKeyboard) {
+  BandsWindow dialog(program->bandsForm, &window);
+  PresetTable& presets = program->presets;
+  presets.Cell(1, 0) = "M\xfcnchen";
+  const auto in = [&dialog](const QString& name) -> QWidget& { return velt::Find(dialog, name); };
+  const auto open = [&] {
+    program->bandDialog.Open();
+    Turn();
+    QApplication::setActiveWindow(&dialog);
+  };
+  const auto press = [&dialog](int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget* focus = QApplication::focusWidget();
+    QTest::keyClick(focus != nullptr ? focus : &dialog, static_cast<Qt::Key>(key), modifiers);
+    Turn();
+  };
+  const auto typed = [](const char* text) { QTest::keyClicks(QApplication::focusWidget(), text); };
+  for (const bool again : {false, true}) {
+    open();
+    EXPECT_EQ(QApplication::focusWidget(), &in("Title of band 1"));
+    typed(again ? "Top" : "none");
+    if (!again) press(Qt::Key_Tab);
+    press(again ? Qt::Key_Return : Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(presets.Cell(0, 0), again ? "Top" : "160m");
+  }
+  open();
+  QStringList walked;
+  for (int i = 0; i < 25; ++i) {
+    walked << QApplication::focusWidget()->accessibleName();
+    press(Qt::Key_Tab);
+  }
+  QStringList expected;
+  for (int band = 1; band <= 10; ++band) {
+    expected << QString("Title of band %1").arg(band)
+             << QString("Frequency of band %1 in kHz").arg(band);
+  }
+  EXPECT_EQ(walked, expected << "Import CSV..."
+                             << "Export CSV..."
+                             << "OK"
+                             << "Cancel"
+                             << "Title of band 1");
+  press(Qt::Key_0, Qt::AltModifier);
+  press(Qt::Key_Tab);
+  typed("70200");
+  EXPECT_EQ(dynamic_cast<QLineEdit&>(in("Title of band 2")).text(), "M\uFFFDnchen");
+  program->bandsForm.lblProblem.caption = "bad.csv, line 3";
+  press(Qt::Key_E, Qt::AltModifier);
+  in("bad.csv, line 3");
+  EXPECT_TRUE(
+      QTest::qWaitFor([this] { return fileChooser.asked.title == "Export presets"; }, 2000));
+  QTest::mouseClick(&in("OK"), Qt::LeftButton);
+  EXPECT_EQ(presets.Cell(9, 6), "70200");
+  EXPECT_EQ(presets.Cell(1, 0), "M\xfcnchen");
+}
+
+}  // namespace
+}  // namespace velt
