@@ -57,6 +57,8 @@ struct LastRow {
     lamp = take(kLamp);
     link = take(linkWidth);
     message = take(whole.left + whole.width - next);
+    // No message fits into what a narrow window has left: for its moments it has the whole row.
+    if (grid.Compact()) message = whole;
     int end = message.left + message.width;
     const auto takeFromEnd = [&](int width) {
       end -= width + kGap;
@@ -196,10 +198,11 @@ std::vector<PlaceRule> PlaceRules(Main& form) {
       // These two lie over the display.
       {&form.lblListen,
        [](Grid& g) {
-         Rectangle place = g.Scope();
-         place.top += (place.height - kNotice) / 2;
-         place.height = kNotice;
-         return place;
+         // Below a notice, also where there is just room for the two.
+         const Rectangle scope = g.Scope();
+         const int down = std::max((scope.height - kNotice) / 2, kNotice);
+         const int height = std::min(kNotice, scope.height - down);
+         return Rectangle{scope.left, scope.top + down, scope.width, height};
        }},
       {&form.lblNotice,
        [](Grid& g) {
