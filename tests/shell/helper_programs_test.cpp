@@ -20,8 +20,7 @@ TEST(HelperPrograms, AreLookedForAndStartedFromTheMenu) {
   };
   choose("&Manual VELT-SA");
   EXPECT_TRUE(f.launcher.opened.empty());
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(),
-            "No manual found: there is no /opt/velt/Manual VELT-SA.pdf");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Manual VELT-SA.pdf was not found");
   std::vector<std::string> wanted;
   for (const std::string folder : {"/doc", "/opt/velt", "/here"}) {
     for (const std::string name : {"&Manual VELT-SA", "Manual VELT-J Engine"}) {
