@@ -19,17 +19,15 @@ constexpr int kSource = 120;
 constexpr int kLamp = 10;
 constexpr int kLink = 100;
 constexpr int kLeastSource = 50;
-constexpr int kLeastLink = 63;
+constexpr int kLeastLink = 49;
 constexpr int kSmallButton = 26;
 constexpr int kCompactButton = 22;
 constexpr int kExpandButton = 18;
 constexpr int kCompactExpandButton = 14;
-constexpr int kCompactPeak = 82;
+constexpr int kCompactPeak = 73;
 constexpr int kCursorHz = 62;
-constexpr int kCompactCursorHz = 51;
 constexpr int kCursorDelta = 38;
 constexpr int kCursorKilohertz = 68;
-constexpr int kCompactCursorKilohertz = 55;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
 constexpr int kRoomyWidth = 540;
@@ -64,9 +62,9 @@ struct LastRow {
       end -= width + kGap;
       return Rectangle{end + kGap, whole.top, width, whole.height};
     };
-    cursorKilohertz = takeFromEnd(grid.Compact() ? kCompactCursorKilohertz : kCursorKilohertz);
+    cursorKilohertz = takeFromEnd(kCursorKilohertz);
     if (!grid.Compact()) cursorDelta = takeFromEnd(kCursorDelta);
-    cursorHz = takeFromEnd(grid.Compact() ? kCompactCursorHz : kCursorHz);
+    cursorHz = takeFromEnd(kCursorHz);
   }
 };
 
