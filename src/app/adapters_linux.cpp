@@ -53,7 +53,7 @@ class LinuxAdapters : public Adapters {
     } else if (!options.input.empty()) {
       audio_ = std::make_unique<PacedInput<RepeatedFile>>(
           RepeatedFile(options.input),
-          AudioDevice{PathText(options.input), PathText(options.input)}, scheduler_);
+          AudioDevice{PathText(options.input), PathText(options.input.filename())}, scheduler_);
     } else {
       audio_ = std::make_unique<PulseInput>(scheduler_);
     }

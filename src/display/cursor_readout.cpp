@@ -1,7 +1,5 @@
 #include "display/cursor_readout.h"
 
-#include <array>
-
 #include "rig/shown_frequency.h"
 #include "text/formats.h"
 #include "text/numbers.h"
@@ -18,6 +16,8 @@ CursorReadout::CursorReadout(const Parts& parts) : parts_(parts) {
     const AnalysisSettings& analysis = parts_.options.analysis;
     analysis.waterfall&& analysis.zokaMode == 0 ? picWater_MouseMove(x) : Scope_MouseMove(x);
   });
+  // The cursor may rest while the rig is tuned.
+  connections_ += parts_.rig.lblFrequency.caption.changed.Listen([this] { ShowRadioFrequency(); });
   connections_ += parts_.messageTimer.enabled.changed.Listen([this] { MakeRoomForMessages(); });
 }
 
@@ -26,31 +26,38 @@ void CursorReadout::Scope_MouseMove(int x) {
       x, parts_.form.Scope.scaleWidth, parts_.options.analysis.zokaMode, parts_.engine.scaleOffset);
   if (!hertz) return;
   parts_.form.lblFreq.caption = std::to_string(*hertz) + "Hz";
-  ShowRadioFrequency();
+  ShowOffset();
 }
 
 void CursorReadout::picWater_MouseMove(int x) {
   const std::optional<int32_t> hertz = CursorHz(x, parts_.form.Scope.scaleWidth, 0, 0);
   if (!hertz) return;
   parts_.form.lblFreq.caption = FixedText(*hertz / 1000.0, 3) + kKilohertz;
+  ShowOffset();
+}
+
+void CursorReadout::ShowOffset() {
+  const auto hertz = static_cast<int32_t>(ShownCursorHz(parts_.form.lblFreq));
+  if (hertz >= 0) parts_.form.lblDelta.caption = AtLeastTwoDigits(hertz / 10);
   ShowRadioFrequency();
+  MakeRoomForMessages();
 }
 
 void CursorReadout::ShowRadioFrequency() {
   const auto hertz = static_cast<int32_t>(ShownCursorHz(parts_.form.lblFreq));
-  // What stood there would not belong to the cursor any more.
-  if (hertz < 0) return parts_.form.lblCursor.caption = "", void();
-  parts_.form.lblDelta.caption = AtLeastTwoDigits(hertz / 10);
   const std::optional<int32_t> rigHz = ShownFrequencyHz(parts_.rig.lblFrequency);
-  parts_.form.lblCursor.caption = rigHz ? CursorKilohertz(int64_t{*rigHz} + hertz) : "";
+  const bool known = rigHz && hertz >= 0 && !parts_.form.lblFreq.caption.Get().empty();
+  parts_.form.lblCursor.caption = known ? CursorKilohertz(int64_t{*rigHz} + hertz) : "";
 }
 
-// A message takes the readout's place for the two seconds of its life.
+// A message takes the readout's place for the two seconds of its life. The tens below the carrier
+// are not told: what stands there is an older place's.
 void CursorReadout::MakeRoomForMessages() {
   DisplayControls& form = parts_.form;
-  for (Label* label : std::array{&form.lblFreq, &form.lblDelta, &form.lblCursor}) {
-    label->visible = !parts_.messageTimer.enabled;
-  }
+  const bool room = !parts_.messageTimer.enabled;
+  form.lblFreq.visible = room;
+  form.lblDelta.visible = room && ShownCursorHz(form.lblFreq) >= 0;
+  form.lblCursor.visible = room;
 }
 
 std::optional<int32_t> CursorHz(int x, int width, int32_t zokaMode, int16_t scaleOffset) {

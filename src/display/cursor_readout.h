@@ -16,7 +16,7 @@ class CursorReadout {
  public:
   struct Parts {
     DisplayControls& form;
-    const RigControls& rig;
+    RigControls& rig;
     Timer& messageTimer;  // runs while the message line shows a message
     const DisplayOptions& options;
     const EngineState& engine;
@@ -29,6 +29,7 @@ class CursorReadout {
   void picWater_MouseMove(int x);
 
  private:
+  void ShowOffset();
   void ShowRadioFrequency();
   void MakeRoomForMessages();
 

@@ -29,7 +29,7 @@ void HelperPrograms::OpenManual(const std::string& file) {
       return ports_.launcher.OpenDocument(PathText(folder / file));
     }
   }
-  parts_.messages.Show("No manual found: there is no " + PathText(where.programFolder / file));
+  parts_.messages.Show(file + " was not found");
 }
 
 void HelperPrograms::mnuprofile_Click() {

@@ -19,17 +19,15 @@ constexpr int kSource = 120;
 constexpr int kLamp = 10;
 constexpr int kLink = 100;
 constexpr int kLeastSource = 50;
-constexpr int kLeastLink = 63;
+constexpr int kLeastLink = 49;
 constexpr int kSmallButton = 26;
 constexpr int kCompactButton = 22;
 constexpr int kExpandButton = 18;
 constexpr int kCompactExpandButton = 14;
-constexpr int kCompactPeak = 82;
+constexpr int kCompactPeak = 73;
 constexpr int kCursorHz = 62;
-constexpr int kCompactCursorHz = 51;
 constexpr int kCursorDelta = 38;
 constexpr int kCursorKilohertz = 68;
-constexpr int kCompactCursorKilohertz = 55;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
 constexpr int kRoomyWidth = 540;
@@ -57,14 +55,16 @@ struct LastRow {
     lamp = take(kLamp);
     link = take(linkWidth);
     message = take(whole.left + whole.width - next);
+    // No message fits into what a narrow window has left: for its moments it has the whole row.
+    if (grid.Compact()) message = whole;
     int end = message.left + message.width;
     const auto takeFromEnd = [&](int width) {
       end -= width + kGap;
       return Rectangle{end + kGap, whole.top, width, whole.height};
     };
-    cursorKilohertz = takeFromEnd(grid.Compact() ? kCompactCursorKilohertz : kCursorKilohertz);
+    cursorKilohertz = takeFromEnd(kCursorKilohertz);
     if (!grid.Compact()) cursorDelta = takeFromEnd(kCursorDelta);
-    cursorHz = takeFromEnd(grid.Compact() ? kCompactCursorHz : kCursorHz);
+    cursorHz = takeFromEnd(kCursorHz);
   }
 };
 
@@ -196,10 +196,11 @@ std::vector<PlaceRule> PlaceRules(Main& form) {
       // These two lie over the display.
       {&form.lblListen,
        [](Grid& g) {
-         Rectangle place = g.Scope();
-         place.top += (place.height - kNotice) / 2;
-         place.height = kNotice;
-         return place;
+         // Below a notice, also where there is just room for the two.
+         const Rectangle scope = g.Scope();
+         const int down = std::max((scope.height - kNotice) / 2, kNotice);
+         const int height = std::min(kNotice, scope.height - down);
+         return Rectangle{scope.left, scope.top + down, scope.width, height};
        }},
       {&form.lblNotice,
        [](Grid& g) {

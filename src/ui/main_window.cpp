@@ -191,7 +191,9 @@ void MainWindow::BindDisplay(std::function<const Raster&()> picture) {
                {"Level of the spectrum", "Level of the spectrum: up makes the bars taller"});
   scope_ = binder_.Bind(
       form_.Scope, new ScopeWidget(std::move(picture), this),
-      {"Spectrum display", "Spectrum, waterfall or oscilloscope of the received sound"});
+      {"Spectrum display",
+       "Spectrum, waterfall or oscilloscope of the received sound.\n"
+       "A click tunes to what is under the cursor; the right button copies the picture."});
   binder_.Bind(form_.Slider2, MakeSlider(this),
                {"Gain of the waterfall", "Gain of the waterfall: up makes it brighter"});
   auto* meter = binder_.Bind(form_.Smeter, new MeterWidget(this),
@@ -238,6 +240,9 @@ void MainWindow::BindMessages() {
                 .toolTip = "Radio frequency under the cursor, in kHz"});
   auto* message = binder_.Bind(
       form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight), {"Message: %1", "%1"});
+  // What it lies over in a narrow window would be read together with it.
+  message->setBackgroundRole(QPalette::Window);
+  message->setAutoFillBackground(true);
   AlertWith(form_.lblMessage, message);
   // The last one, so that it lies over the display.
   auto* notice = binder_.Bind(form_.lblNotice, MakeLabel(kTextPixels, true),

@@ -2,6 +2,7 @@
 
 #include <QMouseEvent>
 #include <QPalette>
+#include <QToolTip>
 #include <algorithm>
 #include <utility>
 
@@ -26,6 +27,7 @@ ScopeWidget::ScopeWidget(std::function<const Raster&()> picture, QWidget* parent
     : LiveWidget(parent), picture_(std::move(picture)) {
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
+  setCursor(Qt::CrossCursor);
 }
 
 void ScopeWidget::Follow(const ScopeControl& control) {
@@ -91,6 +93,15 @@ void ScopeWidget::Paint(Canvas& canvas) {
   horizontal_.Paint(canvas);
   markers_.PaintMarkers(canvas);
   if (hasFocus()) canvas.Frame(palette().color(QPalette::Highlight).rgb());
+}
+
+// The tool tip stands below the window: at the cursor it would hide the scale and the readout, for
+// which the cursor rests there.
+bool ScopeWidget::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || toolTip().isEmpty()) return LiveWidget::event(event);
+  const QPoint below(mapTo(window(), QPoint()).x(), window()->height());
+  QToolTip::showText(window()->mapToGlobal(below), toolTip(), this);
+  return true;
 }
 
 void ScopeWidget::mouseMoveEvent(QMouseEvent* event) {

@@ -29,6 +29,7 @@ class ScopeWidget : public LiveWidget {
   void Follow(const ScopeControl& control);
 
  protected:
+  bool event(QEvent* event) override;
   void Paint(Canvas& canvas) override;
   void timerEvent(QTimerEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

@@ -4,6 +4,7 @@
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWidget>
@@ -38,7 +39,7 @@ WindowKeys::WindowKeys(const WindowFrame& form, QWidget* window)
 }
 
 bool WindowKeys::eventFilter(QObject* watched, QEvent* event) {
-  const auto* widget = qobject_cast<QWidget*>(watched);
+  auto* widget = qobject_cast<QWidget*>(watched);
   if (event->type() != QEvent::KeyPress || widget == nullptr || widget->window() != window_) {
     return QObject::eventFilter(watched, event);
   }
@@ -46,6 +47,13 @@ bool WindowKeys::eventFilter(QObject* watched, QEvent* event) {
   if (const auto cursor = kCursorKeys.find(press->key()); cursor != kCursorKeys.end()) {
     if (NeedsCursorKeys(widget) || NeedsCursorKeys(QApplication::focusWidget())) return false;
     form_.keyDown.Raise(cursor->second);
+    return true;
+  }
+  // Not every keyboard has a menu key, and here Qt knows no other one.
+  if (press->key() == Qt::Key_F10 && press->modifiers() == Qt::ShiftModifier) {
+    const QPoint at = widget->rect().center();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, at, widget->mapToGlobal(at));
+    QCoreApplication::sendEvent(widget, &menu);
     return true;
   }
   const auto function = kFunctionKeys.find(press->key());

@@ -54,8 +54,11 @@ TEST_F(PointerTest, TheReadoutFollowsModeOffsetAndWaterfall) {
     form.Scope.UserMove(row.x);
     EXPECT_EQ(Shown(), row.shown);
   }
-  form.lblFrequency.caption = "N/A";
+  EXPECT_FALSE(form.lblDelta.visible) << "an older place's";
   form.Scope.UserMove(500);
+  form.lblFrequency.caption = "7.000.00";
+  EXPECT_EQ(form.lblCursor.caption.Get(), "7004.48") << "tuned below a cursor at rest";
+  form.lblFrequency.caption = "N/A";
   EXPECT_EQ(form.lblCursor.caption.Get(), "") << "a frequency that nobody knows";
   form.Scope.scaleWidth = 0;
   form.Scope.UserMove(3);

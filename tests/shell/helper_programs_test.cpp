@@ -20,8 +20,7 @@ TEST(HelperPrograms, AreLookedForAndStartedFromTheMenu) {
   };
   choose("&Manual VELT-SA");
   EXPECT_TRUE(f.launcher.opened.empty());
-  EXPECT_EQ(f.Form().lblMessage.caption.Get(),
-            "No manual found: there is no /opt/velt/Manual VELT-SA.pdf");
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Manual VELT-SA.pdf was not found");
   for (const std::string file :
        {"/doc/Manual VELT-SA.pdf", "/opt/velt/Manual VELT-SA.pdf", "/here/Manual VELT-J.pdf"}) {
     f.files.files[file] = "";
