@@ -81,6 +81,10 @@ TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
 
   station.Choose(station.form.lblFrequency, {"Down"});
   ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
+  rig.Ask("T 1");
+  station.Click(station.form.optTXRX[1]);
+  EXPECT_TRUE(station.Has("t", "0", seconds(5))) << "RX works whatever is asked";
+  ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
   station.Type("14250");
   station.Press({"Return"});
   EXPECT_TRUE(station.Has("f", "14250000", seconds(5)));

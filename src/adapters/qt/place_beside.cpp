@@ -12,16 +12,18 @@ void PlaceBeside(QWidget& dialog, const QWidget* main) {
   const QRect screen = main->screen()->availableGeometry();
   const int titleBar = main->geometry().top() - window.top();
   const QSize size = dialog.size() + QSize(0, titleBar);
-  // As far along the main window as the screen allows.
-  const QPoint along(std::clamp(window.left(), screen.left(),
-                                std::max(screen.left(), screen.right() - size.width())),
-                     std::clamp(window.top(), screen.top(),
-                                std::max(screen.top(), screen.bottom() - size.height())));
+  int leastHidden = window.width() * window.height();
   for (const QPoint place :
-       {QPoint(along.x(), window.bottom() + 1), QPoint(along.x(), window.top() - size.height() - 1),
-        QPoint(window.right() + 1, along.y()),
-        QPoint(window.left() - size.width() - 1, along.y())}) {
-    if (screen.contains(QRect(place, size))) return dialog.move(place);
+       {window.bottomLeft() + QPoint(0, 1), window.topLeft() - QPoint(0, size.height() + 1),
+        window.topRight() + QPoint(1, 0), window.topLeft() - QPoint(size.width() + 1, 0)}) {
+    const QPoint most = screen.bottomRight() - QPoint(size.width(), size.height());
+    const QPoint possible(std::clamp(place.x(), screen.left(), std::max(screen.left(), most.x())),
+                          std::clamp(place.y(), screen.top(), std::max(screen.top(), most.y())));
+    const QRect hides = QRect(possible, size) & window;
+    const int hidden = hides.width() * hides.height();
+    if (hidden >= leastHidden) continue;
+    leastHidden = hidden;
+    dialog.move(possible);
   }
 }
 

@@ -6,7 +6,7 @@
 namespace velt {
 
 // Moves a dialog that is not shown yet beside the main window, whose transmitter has to be within
-// reach. Where there is no room it is left to its usual place.
+// reach; where there is no room, to where it hides least of it.
 void PlaceBeside(QWidget& dialog, const QWidget* main);
 
 }  // namespace velt
