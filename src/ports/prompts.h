@@ -46,7 +46,7 @@ struct PopupItem {
   std::vector<PopupItem> items;
 };
 
-// The property of the window's widgets that take the mouse while a box keeps the user from the rest.
+// The property of those widgets of the window that take the mouse below a box, too.
 inline constexpr const char* reachableBelowBoxes = "reachableBelowBoxes";
 
 // Boxes are shown one at a time, in the order in which they were asked for, over the program's
