@@ -81,7 +81,9 @@ int OpenResults(const AnalyseOptions& options, ResultFiles& results) {
        {std::pair(&results.csv, &options.csv), std::pair(&results.image, &options.image),
         std::pair(&results.spectrogram, &options.spectrogram)}) {
     if (path->empty()) continue;
-    if (const int error = file->emplace().Open(*path)) return FailToWrite(*path, error);
+    if (const int error = file->emplace().Open(*path)) {
+      return Interrupted() ? TellInterrupted() : FailToWrite(*path, error);
+    }
   }
   return 0;
 }

@@ -24,7 +24,8 @@ void PrepareProcess() {
 void NoteInterrupts() {
   struct sigaction action {};
   action.sa_handler = [](int) { interrupted = 1; };
-  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
+  // Nothing is restarted: a pipe that nobody reads would hold the program.
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction before {};
     // What whoever started the program wants ignored stays so.

@@ -46,6 +46,9 @@ struct PopupItem {
   std::vector<PopupItem> items;
 };
 
+// The property of those widgets of the window that take the mouse below a box, too.
+inline constexpr const char* reachableBelowBoxes = "reachableBelowBoxes";
+
 // Boxes are shown one at a time, in the order in which they were asked for, over the program's
 // window once that is up, or over that of its dialogs which the user is at.
 class Prompts {

@@ -142,8 +142,9 @@ void SpectrogramDialog::SaveAs(const fs::path& file) {
                       .icon = BoxIcon::Question,
                       .yes = "Replace",
                       .no = "Cancel"},
-                     [this, file](bool yes) {
-                       if (yes) Save(file);
+                     [this, file, asked = parts_.dialog.picSpectrogram.frame.Get()](bool yes) {
+                       // Another recording may be shown by now.
+                       if (yes && asked == parts_.dialog.picSpectrogram.frame) Save(file);
                      });
 }
 

@@ -11,6 +11,7 @@
 #include <QToolButton>
 #include <QWindow>
 
+#include "ports/prompts.h"
 #include "ui/accessible.h"
 #include "ui/click_label.h"
 #include "ui/face_palette.h"
@@ -138,6 +139,10 @@ void MainWindow::BindTopRow() {
   auto* transmit =
       binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
   auto* receive = binder_.Bind(form_.optTXRX[1], MakeTransmitButton(this), {"Receive", "Receive"});
+  // The transmitter can be released whatever is asked.
+  for (QWidget* widget : {static_cast<QWidget*>(state), static_cast<QWidget*>(receive)}) {
+    widget->setProperty(reachableBelowBoxes, true);
+  }
   const auto light = [=, this] { LightTransmit(*state, *transmit, *receive); };
   binder_.Watch(form_.lblTRXMode, light);
   for (auto& [index, option] : form_.optTXRX) binder_.Watch(*option, light);

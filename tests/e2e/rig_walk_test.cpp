@@ -1,10 +1,11 @@
-// The rig through a real CAT server, in a real window: released whatever ends the program, or makes
-// it stand still, while it transmits.
+// The rig through a real CAT server, in a real window: followed, tuned, and released whatever ends
+// the program, or makes it stand still, while it transmits.
 #include <gtest/gtest.h>
 
 #include "adapters/rigctld/live_loop.h"
 #include "e2e/window_driver.h"
 #include "support/login_manager.h"
+#include "support/pulse_server.h"
 #include "support/x_desktop.h"
 
 namespace velt {
@@ -25,10 +26,11 @@ class Station : public WindowDriver {
     WaitUntil([this] { return (guardian_ = GuardianOf(Program().Id())) != 0; }, seconds(10));
   }
 
-  bool Transmits(milliseconds limit = seconds(5), const char* keyed = "1") {
-    return WaitUntil([&] { return rig_.Ask("t") == keyed; }, limit);
+  bool Has(const std::string& question, const std::string& answer, milliseconds limit) {
+    return WaitUntil([&] { return rig_.Ask(question) == answer; }, limit);
   }
-  bool Receives(milliseconds limit = seconds(5)) { return Transmits(limit, "0"); }
+  bool Transmits(milliseconds limit = seconds(5)) { return Has("t", "1", limit); }
+  bool Receives(milliseconds limit = seconds(5)) { return Has("t", "0", limit); }
   bool ShowsFrequency(const std::string& text) const { return Reads(form.lblFrequency, 21, text); }
   // The RX button is lit, and TX is not.
   bool ShowsReceive() const {
@@ -48,6 +50,12 @@ class Station : public WindowDriver {
     return Transmits();
   }
   bool Key() { return ShowsFrequency("145.000.00") && PressTransmit(); }
+  // Opens the menu below the control and chooses the line that the keys go to.
+  void Choose(const Control& control, std::vector<std::string> keys) const {
+    OpenMenu(control);
+    keys.emplace_back("Return");
+    Press(keys);
+  }
   bool OpenDialog() const {
     Click(form.Image3);
     return WaitForWindow("OmniRig Configuration & Status");
@@ -62,6 +70,39 @@ class Station : public WindowDriver {
   DummyRig& rig_;
   int64_t guardian_ = 0;
 };
+
+TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
+  const PulseServer sound;  // no sound, no choice of modes
+  DummyRig rig;
+  Station station(rig, {sound.Environment().front()});
+  EXPECT_TRUE(station.ShowsFrequency("145.000.00"));
+  rig.Ask("F 7074000");
+  EXPECT_TRUE(station.ShowsFrequency("7.074.00"));
+
+  station.Choose(station.form.lblFrequency, {"Down"});
+  ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
+  rig.Ask("T 1");
+  station.Click(station.form.optTXRX[1]);
+  EXPECT_TRUE(station.Has("t", "0", seconds(5))) << "RX works whatever is asked";
+  ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
+  station.Type("14250");
+  station.Press({"Return"});
+  EXPECT_TRUE(station.Has("f", "14250000", seconds(5)));
+  EXPECT_TRUE(station.ShowsFrequency("14.250.00"));
+  station.Click(station.form.imgStartStop);
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "FM"));
+  station.Choose(station.form.lblMode, {"Down"});
+  EXPECT_TRUE(station.Has("m", "LSB", seconds(5)));
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "LSB"));
+
+  rig.Kill();
+  const auto pale = [&] {
+    return !station.Reads(station.form.lblFrequency, 21, "14.250.00", seconds(0));
+  };
+  EXPECT_TRUE(WaitUntil(pale, seconds(5))) << "a lost link is shown";
+  rig.Start();
+  EXPECT_TRUE(station.Reads(station.form.lblFrequency, 21, "145.000.00", seconds(12)));
+}
 
 TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   std::unique_ptr<XDesktop> display;  // for the one that loses it
@@ -86,11 +127,7 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
       {"SIGKILL", signal(SIGKILL)},
       {"its group of processes killed", [](Station& s) { s.Program().KillGroup(); }},
       {"Alt+F4", [](Station& s) { s.Close(); }},
-      {"\"Close VELT-SA \"",
-       [](Station& s) {
-         s.OpenMenu(s.form.Image2);
-         s.Press({"Up", "Return"});
-       }},
+      {"\"Close VELT-SA \"", [](Station& s) { s.Choose(s.form.Image2, {"Up"}); }},
   };
   for (const End& end : ends) {
     SCOPED_TRACE(end.name);

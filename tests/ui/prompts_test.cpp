@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
+#include <QWindow>
 #include <string>
 
 #include "adapters/qt/qt_prompts.h"
@@ -78,6 +80,36 @@ TEST_F(PromptsTest, ABoxBelongsToTheDialogThatTheUserIsAt) {
   Tell("told");
   ASSERT_EQ(Open(), "told");
   EXPECT_EQ(box->parentWidget(), &dialog);
+}
+
+// The transmitter has to be released whatever is asked.
+TEST_F(PromptsTest, OnlyWhatIsMeantToBeIsReachedBelowABox) {
+  QPushButton transmit("TX", &window);
+  QPushButton receive("RX", &window);
+  receive.move(100, 0);
+  receive.setProperty(reachableBelowBoxes, true);
+  for (QPushButton* button : {&transmit, &receive}) {
+    QObject::connect(button, &QPushButton::clicked,
+                     [this, button] { heard += button->text().toStdString() + ";"; });
+  }
+  const auto clickBoth = [&] {
+    for (const QPushButton* button : {&transmit, &receive}) {
+      const QPoint at = button->mapTo(&window, button->rect().center());
+      QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, at);
+    }
+    QTest::keyClick(window.windowHandle(), Qt::Key_Space);
+  };
+  window.resize(300, 60);
+  window.show();
+  QApplication::setActiveWindow(&window);
+  Tell("told");
+  ASSERT_EQ(Open(), "told");
+  EXPECT_FALSE(box->frameGeometry().intersects(window.frameGeometry()));
+  clickBoth();
+  EXPECT_EQ(heard, "RX;");
+  box->accept();
+  clickBoth();
+  EXPECT_EQ(heard, "RX;told;TX;RX;RX;");  // the space bar goes to the button that was clicked last
 }
 
 }  // namespace

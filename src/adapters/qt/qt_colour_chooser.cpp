@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QPalette>
 
+#include "adapters/qt/place_beside.h"
+
 namespace velt {
 
 QtColourChooser::~QtColourChooser() {
@@ -29,6 +31,7 @@ void QtColourChooser::Pick(const std::string& title, uint32_t initial,
       chosen(std::nullopt);
     }
   });
+  PlaceBeside(*dialog, owner_);
   dialog->show();
 }
 

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <utility>
 
+#include "adapters/qt/place_beside.h"
 #include "text/paths.h"
 
 namespace velt {
@@ -92,6 +93,7 @@ bool QtFileChooser::Ask(const FileQuestion& question,
     if (asking != nullptr) asking->activateWindow();
     QTimer::singleShot(kFocusLimit, this, [answered, file] { answered(file); });
   });
+  PlaceBeside(*dialog, owner_);
   dialog->show();
   return true;
 }

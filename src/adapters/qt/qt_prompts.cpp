@@ -9,12 +9,15 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <chrono>
 #include <utility>
+
+#include "adapters/qt/place_beside.h"
 
 namespace velt {
 namespace {
@@ -42,6 +45,21 @@ QMessageBox* MakeBox(const MessagePrompt& box, QWidget* owner) {
   made->setText(QString::fromStdString(box.text));
   made->setTextFormat(Qt::PlainText);
   return made;
+}
+
+bool IsInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::KeyPress:
+      return true;
+    default:
+      return false;
+  }
 }
 
 // A text below the field; it makes the box wide enough for its title, too.
@@ -126,6 +144,15 @@ void QtPrompts::Input(const InputPrompt& box,
 
 bool QtPrompts::eventFilter(QObject* watched, QEvent* event) {
   // The window itself sees every input to its widgets first.
+  if (IsBlocked(watched) && IsInput(event->type())) {
+    const bool isPress = event->type() == QEvent::MouseButtonPress;
+    if (isPress || event->type() == QEvent::KeyPress) {
+      shown_->raise();
+      shown_->activateWindow();
+    }
+    if (isPress) pressReaches_ = ReachesThrough(*static_cast<QMouseEvent*>(event));
+    return event->type() == QEvent::KeyPress || !pressReaches_;
+  }
   const bool isInput = owner_ && watched == owner_->windowHandle();
   if (isInput && event->type() == QEvent::MouseButtonPress) usesMouse_ = true;
   if (isInput && event->type() == QEvent::KeyPress) usesMouse_ = false;
@@ -138,6 +165,19 @@ bool QtPrompts::eventFilter(QObject* watched, QEvent* event) {
     OwnerIsPlaced();
   }
   return QObject::eventFilter(watched, event);
+}
+
+bool QtPrompts::IsBlocked(const QObject* watched) const {
+  if (!shown_) return false;
+  const QWidget* below = shown_->parentWidget();
+  return (owner_ && watched == owner_->windowHandle()) ||
+         (below != nullptr && watched == below->windowHandle());
+}
+
+// The transmitter can be released whatever is asked.
+bool QtPrompts::ReachesThrough(const QMouseEvent& press) const {
+  const QWidget* at = QApplication::widgetAt(press.globalPosition().toPoint());
+  return at != nullptr && at->window() == owner_ && at->property(reachableBelowBoxes).toBool();
 }
 
 void QtPrompts::Queue(std::function<QDialog*()> make) {
@@ -160,12 +200,18 @@ void QtPrompts::ShowNext() {
   waiting_.pop_front();
   shown_ = make();
   shown_->setAttribute(Qt::WA_DeleteOnClose);
-  shown_->setWindowModality(Qt::WindowModal);
+  shown_->setWindowModality(Qt::NonModal);
+  QWidget* const below = shown_->parentWidget();
+  if (below != nullptr && below->windowHandle() != nullptr) {
+    below->windowHandle()->installEventFilter(this);
+  }
   QObject::connect(shown_, &QDialog::finished, this, [this] {
     shown_.clear();
     ShowNextSoon();
   });
-  shown_->open();
+  pressReaches_ = false;
+  PlaceBeside(*shown_, owner_);
+  shown_->show();
 }
 
 QWidget* QtPrompts::Parent() const {

@@ -1,7 +1,7 @@
 // Message boxes, input boxes and pop-up menus as Qt windows that do not block.
 //
-// Two window-modal boxes over one window were seen to block each other for ever, so a box waits
-// until the one before is gone.
+// A box keeps the user from the window below it. It is not modal to Qt, where nothing at all could
+// be reached; and boxes wait until the one before is gone.
 #pragma once
 
 #include <QDialog>
@@ -14,6 +14,7 @@
 #include "ports/prompts.h"
 
 class QMenu;
+class QMouseEvent;
 
 namespace velt {
 
@@ -37,6 +38,8 @@ class QtPrompts : public QObject, public Prompts {
   bool eventFilter(QObject* watched, QEvent* event) override;
   // What a box stands over: the dialog that the user is at, if there is one.
   QWidget* Parent() const;
+  bool IsBlocked(const QObject* watched) const;
+  bool ReachesThrough(const QMouseEvent& press) const;
   // Makes the dialog when its turn has come.
   void Queue(std::function<QDialog*()> make);
   void OwnerIsPlaced();
@@ -48,7 +51,8 @@ class QtPrompts : public QObject, public Prompts {
   QPointer<QWidget> owner_;
   std::deque<std::function<QDialog*()>> waiting_;
   QPointer<QDialog> shown_;
-  bool ownerPlaced_ = false;  // and shown: where it stands is known
+  bool pressReaches_ = false;  // of the mouse, while a box is shown
+  bool ownerPlaced_ = false;   // and shown: where it stands is known
   QPointer<QMenu> menu_;
   bool menuOpen_ = false;
   bool usesMouse_ = false;  // the user's last input to the owner
