@@ -14,7 +14,8 @@ constexpr const char* kKilohertz = " kHz";
 CursorReadout::CursorReadout(const Parts& parts) : parts_(parts) {
   connections_ += parts_.form.Scope.mouseMove.Listen([this](int x) {
     const AnalysisSettings& analysis = parts_.options.analysis;
-    analysis.waterfall&& analysis.zokaMode == 0 ? picWater_MouseMove(x) : Scope_MouseMove(x);
+    const bool overWater = analysis.waterfall && analysis.zokaMode == 0;
+    overWater ? picWater_MouseMove(x) : Scope_MouseMove(x);
   });
   // The cursor may rest while the rig is tuned.
   connections_ += parts_.rig.lblFrequency.caption.changed.Listen([this] { ShowRadioFrequency(); });

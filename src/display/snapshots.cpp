@@ -1,6 +1,5 @@
 #include "display/snapshots.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <string>
 

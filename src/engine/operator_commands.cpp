@@ -39,8 +39,8 @@ OperatorCommands::OperatorCommands(const Parts& parts, const Ports& ports)
       if (mouseButton == 1) optTXRX_MouseDown(side);
     });
   }
-  ListBox& box = parts_.panel.cmbPresetMode;
-  connections_ += box.doubleClicked.Listen([this] { cmbPresetMode_DblClick(); });
+  connections_ +=
+      parts_.panel.cmbPresetMode.doubleClicked.Listen([this] { cmbPresetMode_DblClick(); });
 }
 
 void OperatorCommands::mnuModMode_Click() {

@@ -11,6 +11,9 @@
 namespace velt {
 
 inline constexpr int32_t kTwipsPerPixel = 15;
+// The window's width without the expanded panel, and what the panel adds, in twips.
+inline constexpr int32_t kStandardWidthTwips = 8385;
+inline constexpr int32_t kPanelWidthTwips = 4755;
 
 // In twips.
 struct WindowSize {

@@ -13,8 +13,6 @@
 namespace velt {
 namespace {
 
-constexpr int32_t kWidthWithPanel = 13140;
-constexpr int32_t kWidthWithout = 8385;
 constexpr double kLeastKilohertz = 10;  // a number has to be above it to be taken as a frequency
 constexpr std::array<int32_t, 6> kStepsHz{-10, -1000, -1'000'000, 1'000'000, 1000, 10};
 
@@ -122,7 +120,7 @@ void PresetPanel::chkExpand_Click() {
   parts_.form.picExpand.visible = shown;
   parts_.form.mnuExpandedRigControl.checked = shown;
   parts_.window.panelShown = shown;
-  parts_.window.widthTwips = shown ? kWidthWithPanel : kWidthWithout;
+  parts_.window.widthTwips = kStandardWidthTwips + (shown ? kPanelWidthTwips : 0);
   parts_.rigForm.lblFrequencyExpand.caption = parts_.rigForm.lblFrequency.caption;
   parts_.displayForm.Scope.SetFocus();
 }
@@ -197,9 +195,7 @@ std::string PresetPanel::ProposedFrequency(const std::string& caption) const {
 bool PresetPanel::Tune(const std::string& kilohertz) {
   const double number = LeadingNumber(kilohertz);
   if (!(number > kLeastKilohertz)) return false;
-  // What does not fit into 32 bits is as much out of range as the largest number that does.
-  parts_.control.SetTRXFrequency(RoundHalfEven(number * 1000).value_or(INT32_MAX),
-                                 parts_.state.vfo);
+  parts_.control.SetKilohertz(number, parts_.state.vfo);
   return true;
 }
 

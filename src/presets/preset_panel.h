@@ -56,7 +56,6 @@ class PresetPanel {
   void SelectPreset(int32_t preset);
   // What pressing a button does once a prompt, if there was one, is answered.
   void BandPressed(int16_t band);
-  void PresetPressed(int16_t preset, int mouseButton);
   void EditBand(int16_t band);
   void EditPreset(int16_t band, int16_t preset);
   std::string ProposedFrequency(const std::string& caption) const;

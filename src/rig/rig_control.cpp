@@ -42,6 +42,11 @@ int32_t ModeFor(const std::string& text, bool fromLabel, bool inverted) {
   return 0;
 }
 
+// What does not fit into 32 bits is as much out of range as the largest number that does.
+int32_t NearestHz(double frequencyHz) {
+  return RoundHalfEven(frequencyHz).value_or(INT32_MAX);
+}
+
 bool InRange(int64_t frequencyHz) {
   return frequencyHz >= RigControl::kLowestHz && frequencyHz <= RigControl::kHighestHz;
 }
@@ -58,8 +63,11 @@ void RigControl::SetTRXFrequency(int32_t frequencyHz, int16_t vfo) {
 
 void RigControl::TuneTo(double frequencyHz) {
   if (!parts_.rig.Exists() || RefusedWithoutLink()) return;
-  if (Tune(RoundHalfEven(frequencyHz).value_or(INT32_MAX), 0))
-    parts_.messages.Show("Updating VFO...");
+  if (Tune(NearestHz(frequencyHz), 0)) parts_.messages.Show("Updating VFO...");
+}
+
+void RigControl::SetKilohertz(double kilohertz, int16_t vfo) {
+  SetTRXFrequency(NearestHz(kilohertz * 1000), vfo);
 }
 
 std::optional<double> RigControl::SetFrequencyByHand(const std::string& typed, int16_t vfo) {
@@ -68,8 +76,7 @@ std::optional<double> RigControl::SetFrequencyByHand(const std::string& typed, i
     parts_.messages.Show("No frequency above 10 kHz in \"" + typed + "\": nothing was set");
     return std::nullopt;
   }
-  // What does not fit into 32 bits is as much out of range as the largest number that does.
-  SetTRXFrequency(RoundHalfEven(kilohertz * 1000).value_or(INT32_MAX), vfo);
+  SetKilohertz(kilohertz, vfo);
   return kilohertz;
 }
 

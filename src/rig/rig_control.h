@@ -35,9 +35,12 @@ class RigControl {
   // 3 VFO B and then VFO A; any other writes nothing.
   void SetTRXFrequency(int32_t frequencyHz, int16_t vfo = 0);
 
-  // Writes the current frequency as it is, without the rig's offset; what does not fit into 32 bits
-  // is as much out of range as the largest number that does. Says so on the message line.
+  // Writes the current frequency as it is, without the rig's offset. Says so on the message line.
   void TuneTo(double frequencyHz);
+
+  // Like SetTRXFrequency, in kilohertz; what does not fit into 32 bits of hertz is as much out of
+  // range as the largest number that does.
+  void SetKilohertz(double kilohertz, int16_t vfo);
 
   // What a user has typed, as TypedKilohertz reads it. Returns the kilohertz that were set or
   // refused as out of range; empty, and told, when it is no number above 10.

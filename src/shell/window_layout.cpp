@@ -20,7 +20,7 @@ WindowLayout::WindowLayout(Main& form, MainDisplay& display)
 }
 
 void WindowLayout::SetLimits() {
-  const int32_t panel = form_.Window.panelShown ? WindowLimits::kPanelWidth : 0;
+  const int32_t panel = form_.Window.panelShown ? kPanelWidthTwips : 0;
   form_.Window.least = WindowSize{WindowLimits::kMinWidth + panel, WindowLimits::kMinHeight};
   form_.Window.most = WindowSize{WindowLimits::kMaxWidth + panel, WindowLimits::kMaxHeight};
 }

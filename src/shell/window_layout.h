@@ -12,8 +12,7 @@ namespace velt {
 // What the window's least and most sizes are made from.
 struct WindowLimits {
   static constexpr int32_t kMinWidth = 5000;  // twips
-  static constexpr int32_t kMaxWidth = 8385;
-  static constexpr int32_t kPanelWidth = 4755;
+  static constexpr int32_t kMaxWidth = kStandardWidthTwips;
   static constexpr int32_t kMinHeight = 1500;
   static constexpr int32_t kMaxHeight = 2460;
   static constexpr int32_t kSavedHeightDefault = 2430;

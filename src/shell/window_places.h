@@ -11,7 +11,7 @@ namespace velt {
 // 100 are laid out as 333 x 100. The first row is handed out from left to right.
 class WindowGrid {
  public:
-  static constexpr int kPanelWidth = 317;
+  static constexpr int kPanelWidth = kPanelWidthTwips / kTwipsPerPixel;
 
   // With the panel, its width is taken off at the right edge.
   WindowGrid(int widthPx, int heightPx, bool withPanel = false);
