@@ -16,6 +16,7 @@
 #include "adapters/qt/qt_file_chooser.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
+#include "adapters/qt/qt_pasted_text.h"
 #include "adapters/qt/qt_pictures.h"
 #include "adapters/qt/qt_prompts.h"
 #include "adapters/qt/qt_scheduler.h"
@@ -33,6 +34,7 @@
 #include "adapters/system/posix_instance_lock.h"
 #include "adapters/x11/no_engine_window.h"
 #include "adapters/x11/x11_engine_window.h"
+#include "adapters/x11/x11_pasted_text.h"
 #include "app/adapters.h"
 #include "app/logged_prompts.h"
 #include "app/signal_watcher.h"
@@ -76,8 +78,10 @@ class LinuxAdapters : public Adapters {
     // The server that Qt is connected to answers; another one need not.
     if (QGuiApplication::platformName() == "xcb") {
       engineWindow_ = std::make_unique<X11EngineWindow>(scheduler_, options.display);
+      pasting_ = std::make_unique<X11PastedText>(scheduler_, options.display);
     } else {
       engineWindow_ = std::make_unique<NoEngineWindow>(scheduler_);
+      pasting_ = std::make_unique<QtPastedText>(scheduler_);
     }
     if (options.demo) {
       serial_ = std::make_unique<NoSerialPort>();
@@ -117,6 +121,8 @@ class LinuxAdapters : public Adapters {
             .log = log_};
   }
 
+  PastedText& Pasting() override { return *pasting_; }
+
   void SetOwner(QWidget* owner) override {
     colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
@@ -146,6 +152,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
+  std::unique_ptr<PastedText> pasting_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<Prompts> prompts_;
