@@ -42,7 +42,6 @@ bool PasteFilter::TakeKey(QLineEdit& edit, const QKeyEvent& key) {
 
 bool PasteFilter::TakeMouse(QLineEdit& edit, const QMouseEvent& mouse) {
   if (edit.isReadOnly() || mouse.button() != Qt::MiddleButton) return false;
-  edit.setCursorPosition(edit.cursorPositionAt(mouse.position().toPoint()));
   Paste(edit, PastedText::From::Marked);
   return true;
 }
