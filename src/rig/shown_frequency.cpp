@@ -41,11 +41,12 @@ std::optional<int32_t> ShownMegahertzInHz(const Label& label) {
 
 double TypedKilohertz(const std::string& text) {
   const std::string typed = WithoutThousandsBlanks(Trimmed(text));
-  std::string digits = typed.substr(0, typed.find_first_not_of("0123456789.,"));
+  std::string digits = typed.substr(0, typed.find(' '));
   const size_t thousands = digits.find_first_of(".,");
   const size_t point = digits.find_last_of(".,");
   if (thousands != point) {
-    if (point - thousands != 4) return 0.0;
+    // The window shows no zeros in front: ".75.50".
+    if (point - thousands != 4 && thousands != 0) return 0.0;
     digits[point] = '.';
     return ParseNumber(digits.erase(thousands, 1)).value_or(0.0);
   }
