@@ -8,6 +8,7 @@
 
 #include "text/formats.h"
 #include "text/numbers.h"
+#include "text/utf8.h"
 
 namespace velt {
 namespace {
@@ -143,7 +144,7 @@ void PresetPanel::optBandsFreq_MouseDown(int32_t band, int mouseButton) {
 void PresetPanel::EditBand(int16_t band) {
   parts_.prompts.Input({.title = "Set Preset Band Title",
                         .prompt = "Enter the name for the preset band:",
-                        .initial = parts_.presets.Cell(band, PresetTable::kTitle)},
+                        .initial = AsUtf8(parts_.presets.Cell(band, PresetTable::kTitle))},
                        [this, band](const std::optional<std::string>& answer) {
                          if (answer && !answer->empty()) {
                            parts_.presets.Cell(band, PresetTable::kTitle) = *answer;
@@ -211,6 +212,11 @@ void PresetPanel::cmbPresetMode_Click() {
   const ListBox& box = parts_.form.cmbPresetMode;
   PresetTable& presets = parts_.presets;
   if (box.listIndex < 0 || box.text.Get().empty()) return;
+  // At the start, and after a full update, the buttons show no preset or another one than is
+  // selected: its mode would be lost unseen.
+  const bool seen = parts_.form.optBandsFreq[presets.SelectedBand].value &&
+                    parts_.form.optDefFreqs[presets.SelectedPreset].value;
+  if (!seen) return;
   presets.Cell(presets.SelectedBand, PresetTable::kFirstMode + presets.SelectedPreset) = box.text;
 }
 

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cstdlib>
 
+#include "text/utf8.h"
+
 namespace velt {
 
 std::string FrequencyText(int32_t frequencyHz) {
@@ -47,17 +49,8 @@ std::string_view LastCharacters(std::string_view text, size_t count) {
 }
 
 std::string_view FirstCharacters(std::string_view text, size_t count) {
-  const auto isContinuation = [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-  };
   size_t end = 0;
-  for (; count > 0 && end < text.size(); --count) {
-    const auto lead = static_cast<unsigned char>(text[end]);
-    const size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 1;
-    const std::string_view rest = text.substr(end + 1, length - 1);
-    const bool whole = rest.size() == length - 1 && std::ranges::all_of(rest, isContinuation);
-    end += whole ? length : 1;
-  }
+  for (; count > 0 && end < text.size(); --count) end += CharacterLength(text.substr(end));
   return text.substr(0, end);
 }
 

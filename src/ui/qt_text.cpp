@@ -1,14 +1,11 @@
 #include "ui/qt_text.h"
 
-#include <QStringDecoder>
+#include "text/utf8.h"
 
 namespace velt {
 
 QString ToQt(std::string_view text) {
-  const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
-  QStringDecoder decoder(QStringDecoder::Utf8);
-  const QString decoded = decoder(bytes);
-  return decoder.hasError() ? QString::fromLatin1(bytes) : decoded;
+  return QString::fromStdString(AsUtf8(text));
 }
 
 QString PlainCaption(std::string_view caption) {

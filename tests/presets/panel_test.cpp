@@ -68,6 +68,9 @@ TEST_F(PanelTest, BandsAndPresetsTuneAndRememberTheirModes) {
   program->panel.UpdatePresets(0, 0, true);
   EXPECT_EQ(presets.SelectedBand + presets.SelectedPreset, 0);
   EXPECT_EQ(form.optDefFreqs[0].caption.Get(), "1800");
+  // No button shows the preset that is selected now: its mode stays.
+  form.cmbPresetMode.UserPick(2);
+  EXPECT_EQ(presets.Cell(0, PresetTable::kFirstMode), "LSB");
 }
 
 TEST_F(PanelTest, TheRightButtonEdits) {
@@ -84,6 +87,10 @@ TEST_F(PanelTest, TheRightButtonEdits) {
     Answer(nothing);
     EXPECT_EQ(presets.Cell(4, 0), "20m D&X");
   }
+  presets.Cell(4, 0) = "M\xFCnchen";  // of an older system
+  form.optBandsFreq[4].UserPress(2);
+  EXPECT_EQ(prompts.inputAsked.initial, "M\xC3\xBCnchen");
+  Answer({});
   struct Row {
     std::string caption, frequency, proposed, typed, kept;
   };
