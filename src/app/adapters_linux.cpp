@@ -34,6 +34,7 @@
 #include "adapters/x11/no_engine_window.h"
 #include "adapters/x11/x11_engine_window.h"
 #include "app/adapters.h"
+#include "app/desktop_session.h"
 #include "app/logged_prompts.h"
 #include "app/signal_watcher.h"
 #include "app/spectrogram_file.h"
@@ -75,9 +76,12 @@ class LinuxAdapters : public Adapters {
     }
     // The server that Qt is connected to answers; another one need not.
     if (QGuiApplication::platformName() == "xcb") {
-      engineWindow_ = std::make_unique<X11EngineWindow>(scheduler_, options.display);
+      auto windows = std::make_unique<X11EngineWindow>(scheduler_, options.display);
+      session_ = std::make_unique<DesktopSession>(scheduler_, &windows->Server());
+      engineWindow_ = std::move(windows);
     } else {
       engineWindow_ = std::make_unique<NoEngineWindow>(scheduler_);
+      session_ = std::make_unique<DesktopSession>(scheduler_, nullptr);
     }
     if (options.demo) {
       serial_ = std::make_unique<NoSerialPort>();
@@ -106,6 +110,7 @@ class LinuxAdapters : public Adapters {
             .files = files_,
             .settings = *settings_,
             .system = system_,
+            .session = *session_,
             .prompts = *prompts_,
             .colours = colours_,
             .launcher = launcher_,
@@ -146,6 +151,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
+  std::unique_ptr<DesktopSession> session_;  // uses the connection of the engine's window
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<Prompts> prompts_;
