@@ -9,13 +9,13 @@ namespace {
 std::string ScreenText(const QScreen& screen) {
   const double factor = screen.devicePixelRatio();
   const QSize pixels = (QSizeF(screen.size()) * factor).toSize();
-  QString text = QString("%1 x %2, factor %3, %4 dots per inch")
+  QString text = QString("%1 x %2, factor %3, %4 dpi")
                      .arg(pixels.width())
                      .arg(pixels.height())
                      .arg(factor)
                      .arg(screen.logicalDotsPerInch() * factor, 0, 'f', 0);
   if (!screen.name().isEmpty()) text += " (" + screen.name() + ")";
-  if (&screen == QGuiApplication::primaryScreen()) text += ", the first one";
+  if (&screen == QGuiApplication::primaryScreen()) text += ", primary";
   return text.toStdString();
 }
 

@@ -13,7 +13,7 @@
 namespace velt {
 namespace {
 
-constexpr int kColumns = 84;
+constexpr int kColumns = 90;
 constexpr int kLines = 20;
 
 }  // namespace

@@ -38,6 +38,8 @@ TEST_F(AboutTest, ItTellsTheVersionAndOpensMailAndPages) {
 
 TEST_F(AboutTest, TheSystemInformationTellsWhatIsKnownAndTheRestLater) {
   SysInfoForm& info = program->sysInfoForm;
+  Reachable(true);
+  scheduler.Advance(Milliseconds(10000));
   program->installation.settingsFile = "/home/om/.config/VELT-SA.ini";
   system.description = "";
   form.cmdSysInfo.Click();
@@ -57,8 +59,8 @@ TEST_F(AboutTest, TheSystemInformationTellsWhatIsKnownAndTheRestLater) {
             "Screen:          one\n"
             "Screen:          two\n"
             "Sound server:    PulseAudio 16.1\n"
-            "CAT rig 1:       simulated, Simulated rig, in use\n"
-            "CAT rig 2:       stopped\n"
+            "CAT rig 1:       127.0.0.1:4532, linked, Simulated rig, in use\n"
+            "CAT rig 2:       127.0.0.1:4534, stopped\n"
             "PTT:             CAT\n"
             "Engine:          none\n"
             "Engine folder:   /opt/engine\n"
