@@ -18,14 +18,27 @@ constexpr int kDotsPerInch = 600;
 constexpr double kMarginMm = 20.0;
 constexpr double kTextPoints = 9.5;
 constexpr double kFooterPoints = 8.0;
+constexpr double kBetweenPages = 1.0;
 constexpr double kFooterSpace = 24.0;  // points below the text
 // The program's pictures are taken at twice their usual size.
-constexpr double kPointsPerPicturePixel = 0.36;
+constexpr double kPointsPerPicturePixel = 0.32;
 constexpr double kLinesBelowHeading = 4.0;
 const QColor kHeadingInk(0x1F, 0x3A, 0x5F);
 const QColor kTableHead(0xE4, 0xEA, 0xF2);
 const QColor kTableLine(0xB4, 0xBE, 0xCA);
 const QColor kCodeGround(0xF1, 0xF3, 0xF5);
+
+// The importer marks a word of code in one way, lines of code in another one.
+bool IsCode(const QTextCharFormat& format) {
+  return format.fontFixedPitch() || format.hasProperty(QTextFormat::FontFamilies);
+}
+
+bool IsCode(const QTextBlock& block) {
+  for (auto at = block.begin(); !at.atEnd(); ++at) {
+    if (!IsCode(at.fragment().charFormat())) return false;
+  }
+  return block.length() > 1;
+}
 
 }  // namespace
 
@@ -49,7 +62,7 @@ ManualDocument::ManualDocument(const QString& markdown, const QString& folder,
   Style();
   SizePictures();
   InsertContents();
-  KeepHeadingsWithTexts();
+  KeepTogether();
   NumberContents();
 }
 
@@ -78,13 +91,10 @@ void ManualDocument::StyleBlock(const QTextBlock& block) {
     letters.setFontPointSize(sizes[std::min(level, 3) - 1]);
     letters.setFontWeight(QFont::Bold);
     letters.setForeground(kHeadingInk);
-    // The importer's own relative size would count besides.
-    letters.setProperty(QTextFormat::FontSizeAdjustment, 0);
-    cursor.select(QTextCursor::BlockUnderCursor);
-    cursor.mergeCharFormat(letters);
+    cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    cursor.setCharFormat(letters);
     headings_.push_back({block, block.text(), level});
-  } else if (block.blockFormat().hasProperty(QTextFormat::BlockCodeFence) ||
-             block.blockFormat().nonBreakableLines()) {
+  } else if (IsCode(block) && !inTable) {
     format.setBackground(kCodeGround);
     format.setLeftMargin(10.0);
     format.setTopMargin(0.0);
@@ -115,7 +125,7 @@ void ManualDocument::StyleFragments(const QTextBlock& block) {
       format.clearProperty(QTextFormat::AnchorHref);
       format.clearForeground();
       format.setFontUnderline(false);
-    } else if (format.fontFixedPitch()) {
+    } else if (IsCode(format)) {
       format.setFontFamilies({"DejaVu Sans Mono", "monospace"});
       format.setFontPointSize(kTextPoints * 0.92);
     } else {
@@ -144,7 +154,7 @@ void ManualDocument::StyleTables() {
     format.setCellSpacing(0.0);
     format.setTopMargin(6.0);
     format.setBottomMargin(8.0);
-    format.setHeaderRowCount(1);
+    format.setHeaderRowCount(0);  // all but the longest stand on one page
     table->setFormat(format);
     for (int column = 0; column < table->columns(); ++column) {
       QTextTableCell cell = table->cellAt(0, column);
@@ -180,6 +190,10 @@ void ManualDocument::SizePictures() {
       cursor.setPosition(fragment.position());
       cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
       cursor.setCharFormat(picture);
+      // A picture's line is as high as the picture.
+      QTextBlockFormat plain = block.blockFormat();
+      plain.setLineHeight(0.0, QTextBlockFormat::SingleHeight);
+      cursor.setBlockFormat(plain);
       break;
     }
   }
@@ -229,27 +243,49 @@ double ManualDocument::Top(const QTextBlock& block) const {
   return document_.documentLayout()->blockBoundingRect(block).top();
 }
 
-int ManualDocument::PageOf(const QTextBlock& block) const {
-  return static_cast<int>(Top(block) / document_.pageSize().height()) + 1;
+int ManualDocument::PageAt(double y) const {
+  return static_cast<int>(y / document_.pageSize().height()) + 1;
 }
 
 // From the first one on, as each break moves all that follows.
-void ManualDocument::KeepHeadingsWithTexts() {
-  for (const Heading& heading : headings_) {
-    QTextBlock next = heading.block.next();
-    while (next.isValid() && next.blockFormat().headingLevel() > 0) next = next.next();
-    if (!next.isValid()) continue;
-    const double height = document_.pageSize().height();
-    const double end = Top(next) + Pixels(kTextPoints * 1.3 * kLinesBelowHeading);
-    const QTextLayout* const text = next.layout();
-    // A picture that does not fit goes to the next page as the first line of its block.
-    const double first =
-        text->lineCount() > 0 ? Top(next) + text->lineAt(0).rect().bottom() : Top(next);
-    if (PageOf(heading.block) == static_cast<int>(std::max(end, first) / height) + 1) continue;
-    QTextBlockFormat onNewPage;
-    onNewPage.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-    QTextCursor(heading.block).mergeBlockFormat(onNewPage);
+void ManualDocument::KeepTogether() {
+  for (QTextBlock block = document_.begin(); block.isValid(); block = block.next()) {
+    QTextTable* const table = TableBegunBy(block);
+    if (block.blockFormat().headingLevel() == 0 && table == nullptr) continue;
+    if (table == contents_ && table != nullptr) continue;
+    QTextBlock text = block;
+    while (text.isValid() && text.blockFormat().headingLevel() > 0) text = text.next();
+    const double top = table != nullptr ? TableOf(*table).top() : Top(block);
+    if (PageAt(top) == PageAt(EndOfBeginning(text))) continue;
+    if (table != nullptr) {
+      QTextTableFormat format = table->format();
+      format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+      table->setFormat(format);
+    } else {
+      QTextBlockFormat format;
+      format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+      QTextCursor(block).mergeBlockFormat(format);
+    }
   }
+}
+
+// How far down that reaches which has to stand on one page: a whole table, a picture or some lines.
+double ManualDocument::EndOfBeginning(const QTextBlock& block) const {
+  if (!block.isValid()) return document_.size().height();
+  if (QTextTable* const table = TableBegunBy(block)) return TableOf(*table).bottom() - 1.0;
+  const QTextLayout* const text = block.layout();
+  const double lines = Top(block) + Pixels(kTextPoints * 1.3 * kLinesBelowHeading);
+  return text->lineCount() > 0 ? std::max(lines, Top(block) + text->lineAt(0).rect().bottom())
+                               : lines;
+}
+
+QRectF ManualDocument::TableOf(QTextTable& table) const {
+  return document_.documentLayout()->frameBoundingRect(&table);
+}
+
+QTextTable* ManualDocument::TableBegunBy(const QTextBlock& block) const {
+  QTextTable* const table = QTextCursor(block).currentTable();
+  return table != nullptr && table->firstPosition() == block.position() ? table : nullptr;
 }
 
 void ManualDocument::NumberContents() {
@@ -260,7 +296,7 @@ void ManualDocument::NumberContents() {
     const QTextTableCell cell = contents_->cellAt(row++, 1);
     QTextCursor number = cell.firstCursorPosition();
     number.setPosition(cell.lastCursorPosition().position(), QTextCursor::KeepAnchor);
-    number.insertText(QString::number(PageOf(heading.block)), number.charFormat());
+    number.insertText(QString::number(PageAt(Top(heading.block))), number.charFormat());
   }
 }
 
@@ -275,7 +311,9 @@ void ManualDocument::Print() {
   for (int number = 1; number <= pages; ++number) {
     if (number > 1) writer_.newPage();
     painter.save();
-    const QRectF shown(0, (number - 1) * page.height(), page.width(), page.height());
+    // What begins on the next page may reach into this one by a pixel.
+    const QRectF shown(0, (number - 1) * page.height(), page.width(),
+                       page.height() - Pixels(kBetweenPages));
     painter.translate(0, -shown.top());
     painter.setClipRect(shown);
     context.clip = shown;

@@ -8,6 +8,8 @@
 #include <QTextDocument>
 #include <vector>
 
+class QTextTable;
+
 class ManualDocument {
  public:
   // Pictures are looked for from `folder` on. `footer` stands at the foot of every page. The writer
@@ -33,9 +35,12 @@ class ManualDocument {
   void StyleTables();
   void SizePictures();
   void InsertContents();
-  void KeepHeadingsWithTexts();
+  void KeepTogether();
   void NumberContents();
-  int PageOf(const QTextBlock& block) const;
+  double EndOfBeginning(const QTextBlock& block) const;
+  QTextTable* TableBegunBy(const QTextBlock& block) const;  // null: none
+  QRectF TableOf(QTextTable& table) const;
+  int PageAt(double y) const;
   double Top(const QTextBlock& block) const;
   double Pixels(double points) const;
 
