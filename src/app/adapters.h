@@ -10,6 +10,7 @@
 #include "adapters/guardian/guardian_spawn.h"
 #include "app/options.h"
 #include "ports/audio_input.h"
+#include "ports/pasted_text.h"
 #include "shell/program.h"
 
 class QWidget;
@@ -20,6 +21,8 @@ class Adapters {
  public:
   virtual ~Adapters() = default;
   virtual Program::Ports Ports() = 0;
+  // For the text fields of the windows.
+  virtual PastedText& Pasting() = 0;
   // The window that boxes and the colour chooser belong to.
   virtual void SetOwner(QWidget* owner) = 0;
   // From now on calls `asked`, from the loop, each time that the system wants the program to end:

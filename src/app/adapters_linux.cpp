@@ -16,6 +16,7 @@
 #include "adapters/qt/qt_file_chooser.h"
 #include "adapters/qt/qt_launcher.h"
 #include "adapters/qt/qt_log.h"
+#include "adapters/qt/qt_pasted_text.h"
 #include "adapters/qt/qt_pictures.h"
 #include "adapters/qt/qt_prompts.h"
 #include "adapters/qt/qt_scheduler.h"
@@ -33,6 +34,7 @@
 #include "adapters/system/posix_instance_lock.h"
 #include "adapters/x11/no_engine_window.h"
 #include "adapters/x11/x11_engine_window.h"
+#include "adapters/x11/x11_pasted_text.h"
 #include "app/adapters.h"
 #include "app/desktop_session.h"
 #include "app/logged_prompts.h"
@@ -79,9 +81,11 @@ class LinuxAdapters : public Adapters {
       auto windows = std::make_unique<X11EngineWindow>(scheduler_, options.display);
       session_ = std::make_unique<DesktopSession>(scheduler_, &windows->Server());
       engineWindow_ = std::move(windows);
+      pasting_ = std::make_unique<X11PastedText>(scheduler_, options.display);
     } else {
       engineWindow_ = std::make_unique<NoEngineWindow>(scheduler_);
       session_ = std::make_unique<DesktopSession>(scheduler_, nullptr);
+      pasting_ = std::make_unique<QtPastedText>(scheduler_);
     }
     if (options.demo) {
       serial_ = std::make_unique<NoSerialPort>();
@@ -122,6 +126,8 @@ class LinuxAdapters : public Adapters {
             .log = log_};
   }
 
+  PastedText& Pasting() override { return *pasting_; }
+
   void SetOwner(QWidget* owner) override {
     colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
@@ -152,6 +158,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
   std::unique_ptr<DesktopSession> session_;  // uses the connection of the engine's window
+  std::unique_ptr<PastedText> pasting_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<Prompts> prompts_;

@@ -18,6 +18,7 @@
 #include "ui/main_window.h"
 #include "ui/message_view.h"
 #include "ui/omnirig_window.h"
+#include "ui/paste_filter.h"
 #include "ui/spectrogram_window.h"
 #include "ui/sysinfo_window.h"
 
@@ -106,6 +107,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   MainWindow window(program.form,
                     [&program]() -> const Raster& { return program.display.tick.Shown(); });
   adapters->SetOwner(&window);
+  const PasteFilter pasteFilter(adapters->Pasting());
   const OmniRigWindow omniRigWindow(program.catForm, &window);
   const AboutWindow aboutWindow(program.aboutForm, &window);
   const SysInfoWindow sysInfoWindow(program.sysInfoForm, &window);

@@ -42,6 +42,9 @@ struct PresetWalk : testing::Test {
   // What stands in the field with the keyboard, all of which is selected.
   bool FieldHas(const std::string& text) const {
     window->Press({"ctrl+c"});
+    return Copied(text);
+  }
+  bool Copied(const std::string& text) const {
     return WaitUntil(
         [&] {
           return Output({"xclip", "-selection", "clipboard", "-o"}, window->Environment()) == text;
@@ -89,6 +92,25 @@ TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
   ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
   window->Click(Preset(2));
   EXPECT_TRUE(Has("f", "14195500") && Has("m", "USB"));
+
+  // Pasted from another program, and from one that hangs.
+  data.Write("copied", "14212.5");
+  Process owner({"xclip", "-quiet", "-i", "-selection", "clipboard", (data / "copied").string()},
+                {.environment = window->Environment()});
+  EXPECT_TRUE(Copied("14212.5"));
+  window->ClickAt(Preset(2), 10, 3);
+  ASSERT_TRUE(window->WaitForWindow("Set Preset Frequency"));
+  window->Press({"ctrl+v", "Return"});
+  ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
+  window->Click(Preset(2));
+  EXPECT_TRUE(Has("f", "14212500"));
+  owner.Signal(SIGSTOP);
+  window->ClickAt(Preset(2), 10, 3);
+  ASSERT_TRUE(window->WaitForWindow("Set Preset Frequency"));
+  const auto before = std::chrono::steady_clock::now();
+  window->Press({"ctrl+v", "Escape"});
+  EXPECT_TRUE(window->WaitForWindow("VELT-SA.*"));
+  EXPECT_LT(std::chrono::steady_clock::now() - before, seconds(4));
   Close();
 }
 

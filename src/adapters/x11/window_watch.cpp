@@ -1,11 +1,9 @@
 #include "adapters/x11/window_watch.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-#include <string_view>
 #include <utility>
+
+#include "adapters/x11/property_text.h"
 
 namespace velt {
 namespace {
@@ -25,24 +23,6 @@ xcb_window_t FirstWindow(const xcb_get_property_reply_t* reply) {
   return *static_cast<const xcb_window_t*>(::xcb_get_property_value(reply));
 }
 
-std::string Text(const xcb_get_property_reply_t* reply) {
-  if (reply == nullptr || reply->format != 8) return {};
-  const std::string_view bytes(static_cast<const char*>(::xcb_get_property_value(reply)),
-                               static_cast<size_t>(::xcb_get_property_value_length(reply)));
-  if (reply->type != XCB_ATOM_STRING) return std::string(bytes);
-  std::string text;  // from Latin-1
-  for (const char c : bytes) {
-    const auto code = static_cast<unsigned char>(c);
-    if (code < 0x80) {
-      text += c;
-    } else {
-      text += static_cast<char>(0xC0 | (code >> 6));
-      text += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
-  return text;
-}
-
 void Select(const XConnection& server, xcb_window_t window, uint32_t events) {
   ::xcb_change_window_attributes(server.Get(), window, XCB_CW_EVENT_MASK, &events);
 }
@@ -51,28 +31,19 @@ void Select(const XConnection& server, xcb_window_t window, uint32_t events) {
 
 WindowWatch::WindowWatch(XConnection& server)
     : server_(server),
-      clientList_(Atom("_NET_CLIENT_LIST")),
-      activeWindow_(Atom("_NET_ACTIVE_WINDOW")),
-      managerCheck_(Atom("_NET_SUPPORTING_WM_CHECK")),
-      netName_(Atom("_NET_WM_NAME")),
-      utf8_(Atom("UTF8_STRING")),
-      closeWindow_(Atom("_NET_CLOSE_WINDOW")),
-      protocols_(Atom("WM_PROTOCOLS")),
-      takeFocus_(Atom("WM_TAKE_FOCUS")),
-      deleteWindow_(Atom("WM_DELETE_WINDOW")) {
+      clientList_(server_.Atom("_NET_CLIENT_LIST")),
+      activeWindow_(server_.Atom("_NET_ACTIVE_WINDOW")),
+      managerCheck_(server_.Atom("_NET_SUPPORTING_WM_CHECK")),
+      netName_(server_.Atom("_NET_WM_NAME")),
+      utf8_(server_.Atom("UTF8_STRING")),
+      closeWindow_(server_.Atom("_NET_CLOSE_WINDOW")),
+      protocols_(server_.Atom("WM_PROTOCOLS")),
+      takeFocus_(server_.Atom("WM_TAKE_FOCUS")),
+      deleteWindow_(server_.Atom("WM_DELETE_WINDOW")) {
   connections_ += server_.happened.Listen([this](const xcb_generic_event_t& e) { Hear(e); });
   Select(server_, server_.Root(), kRootEvents);
   FindManager();
   server_.Settle();
-}
-
-xcb_atom_t WindowWatch::Atom(const char* name) {
-  const auto request =
-      ::xcb_intern_atom(server_.Get(), 0, static_cast<uint16_t>(std::strlen(name)), name);
-  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-      ::xcb_intern_atom_reply(server_.Get(), request, nullptr), &std::free);
-  constexpr xcb_atom_t kNone = XCB_ATOM_NONE;
-  return reply ? reply->atom : kNone;
 }
 
 xcb_window_t WindowWatch::Find(const std::string& title) const {
@@ -285,7 +256,7 @@ void WindowWatch::AskTitle(xcb_window_t window) {
     server_.Ask<xcb_get_property_reply_t>(
         ::xcb_get_property(server_.Get(), 0, window, property, type, 0, kMostWords),
         [this, window, which](const xcb_get_property_reply_t* reply) {
-          SetTitle(window, which, Text(reply));
+          SetTitle(window, which, PropertyText(reply));
         });
   };
   ask(netName_, utf8_, &Window::title);

@@ -44,7 +44,6 @@ class WindowWatch {
     std::string oldTitle = {};  // WM_NAME, of programs that set nothing else
   };
 
-  xcb_atom_t Atom(const char* name);
   void Hear(const xcb_generic_event_t& event);
   void HearProperty(xcb_window_t window, xcb_atom_t property);
 

@@ -41,8 +41,10 @@ void X11EngineWindow::Activate(uint32_t window, Done done) {
   AskForActivation();
 }
 
+// A window that had the keyboard before it was known is not told about: nothing changes.
 void X11EngineWindow::AskForActivation() {
   windows_->Activate(activation_->window);
+  windows_->LookAtActive([] {});
   again_ = scheduler_.After(kAskAgain, [this] { AskForActivation(); });
 }
 

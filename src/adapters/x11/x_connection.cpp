@@ -3,6 +3,7 @@
 #include <xcb/xcbext.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 namespace velt {
@@ -23,6 +24,15 @@ XConnection::XConnection(Scheduler& scheduler, const std::string& display) : sch
 XConnection::~XConnection() {
   readable_.reset();
   ::xcb_disconnect(connection_);
+}
+
+xcb_atom_t XConnection::Atom(const char* name) {
+  const auto request =
+      ::xcb_intern_atom(connection_, 0, static_cast<uint16_t>(std::strlen(name)), name);
+  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+      ::xcb_intern_atom_reply(connection_, request, nullptr), &std::free);
+  constexpr xcb_atom_t kNone = XCB_ATOM_NONE;
+  return reply ? reply->atom : kNone;
 }
 
 // Sending may read, too, and what is read then makes no descriptor readable any more.

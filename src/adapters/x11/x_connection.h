@@ -28,6 +28,9 @@ class XConnection {
   xcb_connection_t* Get() const { return connection_; }
   xcb_window_t Root() const { return root_; }
 
+  // Waits for the server. Only before the loop runs.
+  xcb_atom_t Atom(const char* name);
+
   // One of the server's events; errors of requests that were not asked about are not told.
   Event<const xcb_generic_event_t&> happened;
 
