@@ -16,9 +16,15 @@ int Fail(const QString& what) {
   return 1;
 }
 
+// What Qt remarks about the surroundings of a build is no fault of it.
+void DropRemarks(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtFatalMsg) std::fprintf(stderr, "make-manual: %s\n", qPrintable(text));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  qInstallMessageHandler(DropRemarks);
   // Nothing is shown, and nothing of a desktop is to be seen in the result.
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qunsetenv("QT_SCALE_FACTOR");
