@@ -63,13 +63,14 @@ TEST_F(KeyboardTest, AMenuStandsBelowItsButtonAndTheKeyboardGoesBackThere) {
     }
     file.setFocus();
     own.Popup({place.left(), place.top(), place.width(), place.height()},
-              {{"&One", false, true, "", [] {}, {}}},
+              {{"&One & Two && Three", false, true, "", [] {}, {}}},
               [this](const std::function<void()>&) { window.FocusScope(); });
     Turn();
     auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->pos(), file.mapToGlobal(QPoint(0, file.height())));
     EXPECT_EQ(menu->activeAction() != nullptr, byKeyboard);
+    EXPECT_EQ(menu->actions().front()->text(), "&One && Two && Three");
     menu->hide();
     Turn();
     EXPECT_EQ(QApplication::focusWidget(), byKeyboard ? &file : &Find("Spectrum display"));
