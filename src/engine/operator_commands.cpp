@@ -99,7 +99,11 @@ void OperatorCommands::cmbPresetMode_Click() {
   } else {
     parts_.form.Label3.caption = "Rig Mode";
     const auto known = kRigModes.find(mode);
-    if (known != kRigModes.end()) parts_.control.SetModulationMode(known->second);
+    if (known != kRigModes.end()) {
+      parts_.control.SetModulationMode(known->second);
+    } else if (!mode.empty()) {
+      parts_.messages.Show("Mode " + mode + " is none of the rig's: not sent");
+    }
   }
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "dialogs/message_line.h"
 #include "engine/key_runner.h"
 #include "form/main_form.h"
 #include "platform/installation.h"
@@ -26,6 +27,7 @@ class OperatorCommands {
     Ptt& ptt;
     const Installation& installation;
     KeyRunner& keys;
+    MessageLine& messages;
   };
   struct Ports {
     EngineWindow& window;

@@ -15,9 +15,7 @@ BandMenu::BandMenu(RigControls& form, const PresetTable& presets, RigControl& co
 void BandMenu::mnuBands_Click(int32_t index) {
   const std::string& text = presets_.Cell(index / 10, PresetTable::kFirstFrequency);
   const auto kilohertz = RoundHalfEven(LeadingNumber(text));
-  if (!kilohertz || *kilohertz <= 0) return;
-  const auto hertz = RoundHalfEven(static_cast<double>(*kilohertz) * 1000.0);
-  if (hertz) control_.SetTRXFrequency(*hertz, state_.vfo);
+  if (kilohertz && *kilohertz > 0) control_.SetKilohertz(*kilohertz, state_.vfo);
 }
 
 }  // namespace velt

@@ -7,7 +7,10 @@
 namespace velt {
 
 std::string PresetExchange::Export(const std::filesystem::path& file) const {
-  if (file.lexically_normal() == store_.File().lexically_normal()) {
+  // By any name.
+  const auto there = files_.Stamp(file);
+  const bool same = there && there == files_.Stamp(store_.File());
+  if (same || file.lexically_normal() == store_.File().lexically_normal()) {
     return PathText(file) + " is the file of the presets themselves.";
   }
   const int error = files_.Replace(file, PresetCsv(presets_), false);

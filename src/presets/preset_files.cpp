@@ -44,6 +44,8 @@ void PresetFiles::OpenAndConvertOldPresets() {
   // From now on the user's changes are made to the new file.
   if (const int error = store_.Save()) {
     parts_.messages.Show("Converted presets not saved: " + ErrorText(error));
+  } else if (store_.HasOldFile()) {
+    parts_.messages.Show("FreqSets.ini cannot be deleted and will be converted again");
   }
 }
 

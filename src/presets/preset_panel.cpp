@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "rig/shown_frequency.h"
 #include "text/formats.h"
 #include "text/numbers.h"
 
@@ -33,6 +32,13 @@ std::string KilohertzText(double kilohertz) {
   text.erase(text.find_last_not_of('0') + 1);
   if (text.ends_with('.')) text.pop_back();
   return text;
+}
+
+// For a caption, where a single "&" would mark the access letter instead of being shown.
+std::string AsCaption(const std::string& text) {
+  std::string caption;
+  for (const char c : text) caption.append(c == '&' ? 2 : 1, c);
+  return caption;
 }
 
 }  // namespace
@@ -90,14 +96,14 @@ void PresetPanel::UpdatePresets(int16_t intBand, int16_t, bool updateFull) {
 }
 
 void PresetPanel::ShowTitle(int32_t band) {
-  const std::string& title = parts_.presets.Cell(band, PresetTable::kTitle);
+  const std::string title = AsCaption(parts_.presets.Cell(band, PresetTable::kTitle));
   parts_.form.optBandsFreq[band].caption = title;
   parts_.rigForm.mnuBands[10 * band].caption = title;
 }
 
 void PresetPanel::ShowPresets(int32_t band) {
   for (auto& [preset, button] : parts_.form.optDefFreqs) {
-    button->caption = parts_.presets.Cell(band, PresetTable::kFirstFrequency + preset);
+    button->caption = AsCaption(parts_.presets.Cell(band, PresetTable::kFirstFrequency + preset));
   }
 }
 
@@ -137,7 +143,7 @@ void PresetPanel::optBandsFreq_MouseDown(int32_t band, int mouseButton) {
 void PresetPanel::EditBand(int16_t band) {
   parts_.prompts.Input({.title = "Set Preset Band Title",
                         .prompt = "Enter the name for the preset band:",
-                        .initial = parts_.form.optBandsFreq[band].caption},
+                        .initial = parts_.presets.Cell(band, PresetTable::kTitle)},
                        [this, band](const std::optional<std::string>& answer) {
                          if (answer && !answer->empty()) {
                            parts_.presets.Cell(band, PresetTable::kTitle) = *answer;
@@ -164,16 +170,17 @@ void PresetPanel::optDefFreqs_MouseDown(int32_t preset, int mouseButton) {
 }
 
 void PresetPanel::EditPreset(int16_t band, int16_t preset) {
-  const std::string& caption = parts_.form.optDefFreqs[preset].caption;
+  std::string& cell = parts_.presets.Cell(band, PresetTable::kFirstFrequency + preset);
   parts_.prompts.Input({.title = "Set Preset Frequency",
                         .prompt = "Enter the frequency (in kHz):",
-                        .initial = ProposedFrequency(caption)},
-                       [this, band, preset](const std::optional<std::string>& answer) {
-                         PresetTable& presets = parts_.presets;
-                         const double kilohertz = TypedKilohertz(answer.value_or(""));
-                         if (kilohertz > kLeastKilohertz) {
-                           presets.Cell(band, PresetTable::kFirstFrequency + preset) =
-                               KilohertzText(kilohertz);
+                        .initial = ProposedFrequency(cell)},
+                       [this, band, preset, &cell](const std::optional<std::string>& answer) {
+                         const PresetTable& presets = parts_.presets;
+                         const bool given = answer && !answer->empty();
+                         const auto kilohertz =
+                             given ? parts_.control.FrequencyByHand(*answer) : std::nullopt;
+                         if (kilohertz) {
+                           cell = KilohertzText(*kilohertz);
                            if (presets.SelectedBand == band) SelectPreset(preset);
                          }
                          UpdatePresets(presets.SelectedBand, presets.SelectedPreset, false);
@@ -181,8 +188,8 @@ void PresetPanel::EditPreset(int16_t band, int16_t preset) {
 }
 
 // The preset's own frequency or, while it has none, the rig's.
-std::string PresetPanel::ProposedFrequency(const std::string& caption) const {
-  if (LeadingNumber(caption) >= kLeastKilohertz) return caption;
+std::string PresetPanel::ProposedFrequency(const std::string& kept) const {
+  if (LeadingNumber(kept) >= kLeastKilohertz) return kept;
   std::string shown = Without(parts_.rigForm.lblFrequency.caption.Get(), '.');
   if (shown.size() > 2) {
     const std::optional<int32_t> kilohertz =
@@ -209,7 +216,6 @@ void PresetPanel::cmbPresetMode_Click() {
 
 void PresetPanel::cmdFreqSteps_Click(int32_t index) {
   parts_.control.StepBy(kStepsHz.at(static_cast<size_t>(index)));
-  parts_.displayForm.Scope.SetFocus();
 }
 
 void PresetPanel::txtManualFrequency_KeyPress() {

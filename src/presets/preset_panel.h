@@ -58,7 +58,7 @@ class PresetPanel {
   void BandPressed(int16_t band);
   void EditBand(int16_t band);
   void EditPreset(int16_t band, int16_t preset);
-  std::string ProposedFrequency(const std::string& caption) const;
+  std::string ProposedFrequency(const std::string& kept) const;
   // False when there is no frequency in the text.
   bool Tune(const std::string& kilohertz);
 

@@ -1,6 +1,8 @@
 #include "presets/preset_store.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <vector>
 
 #include "presets/bands.h"
 #include "presets/preset_text.h"
@@ -49,7 +51,12 @@ fs::path PresetStore::File() const {
 }
 
 bool PresetStore::HasFile() const {
-  return keeping_ != Keeping::InMemory && ports_.files.IsFile(File());
+  if (keeping_ == Keeping::InMemory) return false;
+  const fs::path file = File();
+  if (ports_.files.IsFile(file)) return true;
+  // A folder, a pipe or a link that leads nowhere has the name too.
+  const std::vector<fs::path> names = ports_.files.Names(file.parent_path());
+  return std::ranges::find(names, file.filename()) != names.end();
 }
 
 bool PresetStore::HasOldFile() const {
@@ -120,20 +127,21 @@ bool PresetStore::Convert() {
 int PresetStore::Save(When when) {
   if (keeping_ != Keeping::OnDisk) return 0;
   const std::string text = PresetText(presets_);
-  if (when == When::Changed && text == opened_ && HasFile()) return 0;
-  if (const int error = Write(text)) {
-    Warn(PathText(File()) + " cannot be written: " + ErrorText(error));
-    return error;
+  if (when == When::Always || text != opened_ || !HasFile()) {
+    if (const int error = Write(text)) {
+      Warn(PathText(File()) + " cannot be written: " + ErrorText(error));
+      return error;
+    }
+    opened_ = text;
   }
-  opened_ = text;
   if (converted_.empty()) return 0;
-  const int error = ports_.files.Remove(converted_);
-  if (error != 0) {
+  if (const int error = ports_.files.Remove(converted_); error == 0 || error == ENOENT) {
+    converted_.clear();
+  } else {
     Warn(PathText(converted_) +
          " cannot be deleted and will be converted again: " + ErrorText(error));
   }
-  converted_.clear();
-  return error;
+  return 0;
 }
 
 int PresetStore::Write(const std::string& text) {
@@ -143,8 +151,14 @@ int PresetStore::Write(const std::string& text) {
     error = ports_.files.MakeFolder(installation_.dataFolder);
   }
   fs::path aside;
-  PresetTable before;
-  if (error == 0 && HasFile() && ReadInto(before) != 0) aside = SetAside(file, error);
+  if (error == 0 && HasFile()) {
+    PresetTable before;
+    const int readError = ReadInto(before);
+    // Written again, it would only push an older table out of the ".bak".
+    if (readError == 0 && PresetText(before) == text) return 0;
+    // A link that leads nowhere yet is written through.
+    if (readError != 0 && readError != ENOENT) aside = SetAside(file, error);
+  }
   if (error == 0) error = ports_.files.Replace(file, text, true);
   if (error != 0 && !aside.empty()) ports_.files.Rename(aside, file);
   return error;

@@ -29,6 +29,7 @@ class PresetStore {
   // The file as it is called or, where there is none yet, will be: a name in another case is the
   // name too.
   std::filesystem::path File() const;
+  // HasFile: something has the name, though it may be none that can be read.
   bool HasFile() const;
   bool HasOldFile() const;
 
@@ -45,8 +46,8 @@ class PresetStore {
   bool Convert();
 
   // Writes the table, if it is another one than was opened or there is no file; the file before is
-  // kept as ".bak", or set aside when it cannot be read. Returns the system's error number; then
-  // the file is as it was.
+  // kept as ".bak" if it has another table, or set aside when it cannot be read. Returns the
+  // system's error number; then the file is as it was.
   enum class When { Changed, Always };
   int Save(When when = When::Changed);
 

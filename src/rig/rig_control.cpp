@@ -67,21 +67,26 @@ void RigControl::TuneTo(double frequencyHz) {
 }
 
 void RigControl::SetKilohertz(double kilohertz, int16_t vfo) {
+  if (Blocked()) return TellNoLink();
   SetTRXFrequency(NearestHz(kilohertz * 1000), vfo);
 }
 
-std::optional<double> RigControl::SetFrequencyByHand(const std::string& typed, int16_t vfo) {
+std::optional<double> RigControl::FrequencyByHand(const std::string& typed) const {
   const double kilohertz = TypedKilohertz(typed);
-  if (!(kilohertz > 10)) {
-    parts_.messages.Show("No frequency above 10 kHz in \"" + typed + "\": nothing was set");
-    return std::nullopt;
-  }
-  SetKilohertz(kilohertz, vfo);
+  if (kilohertz > 10) return kilohertz;
+  parts_.messages.Show("Nothing set: no kHz above 10 in \"" + typed + "\"");
+  return std::nullopt;
+}
+
+std::optional<double> RigControl::SetFrequencyByHand(const std::string& typed, int16_t vfo) {
+  const std::optional<double> kilohertz = FrequencyByHand(typed);
+  if (kilohertz) SetKilohertz(*kilohertz, vfo);
   return kilohertz;
 }
 
 void RigControl::StepBy(int32_t stepHz) {
-  if (!parts_.rig.Exists() || RefusedWithoutLink()) return;
+  if (!parts_.rig.Exists()) return TellNoLink();
+  if (RefusedWithoutLink()) return;
   Tune(int64_t{parts_.rig->Freq()} + stepHz, 0);
 }
 
@@ -125,8 +130,12 @@ void RigControl::SendMode(int32_t mode) {
 
 bool RigControl::RefusedWithoutLink() const {
   if (parts_.rig.Linked()) return false;
-  parts_.messages.Show("No link to the rig: nothing was sent");
+  TellNoLink();
   return true;
+}
+
+void RigControl::TellNoLink() const {
+  parts_.messages.Show("No link to the rig: nothing was sent");
 }
 
 bool RigControl::Blocked() const {
@@ -167,7 +176,7 @@ bool RigControl::StandsWhereItWasShifted() const {
 // False, and told, when the frequency is out of range.
 bool RigControl::Tune(int64_t frequencyHz, int16_t vfo) {
   if (!InRange(frequencyHz)) {
-    parts_.messages.Show("Frequency outside 10 kHz to 2 GHz: not sent");
+    parts_.messages.Show("Not sent: outside 10 kHz to 2 GHz");
     return false;
   }
   if (restore_.Late()) {

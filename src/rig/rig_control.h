@@ -38,12 +38,15 @@ class RigControl {
   // Writes the current frequency as it is, without the rig's offset. Says so on the message line.
   void TuneTo(double frequencyHz);
 
-  // Like SetTRXFrequency, in kilohertz; what does not fit into 32 bits of hertz is as much out of
-  // range as the largest number that does.
+  // Like SetTRXFrequency, in kilohertz, for what a user asked for: what cannot be sent is told.
+  // What does not fit into 32 bits of hertz is as much out of range as the largest number that
+  // does.
   void SetKilohertz(double kilohertz, int16_t vfo);
 
-  // What a user has typed, as TypedKilohertz reads it. Returns the kilohertz that were set or
-  // refused as out of range; empty, and told, when it is no number above 10.
+  // The kilohertz that a user has typed, as TypedKilohertz reads them; empty, and told, when it is
+  // no number above 10.
+  std::optional<double> FrequencyByHand(const std::string& typed) const;
+  // The same, and sets it. Returns what was set or refused as out of range.
   std::optional<double> SetFrequencyByHand(const std::string& typed, int16_t vfo);
 
   // Moves the current frequency by a step, from where it is or is about to be.
@@ -76,6 +79,7 @@ class RigControl {
     int32_t frequencyHz;
   };
 
+  void TellNoLink() const;
   bool Blocked() const;
   bool Tune(int64_t frequencyHz, int16_t vfo);
   void ShiftAway(int16_t vfo);

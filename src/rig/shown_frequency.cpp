@@ -1,6 +1,5 @@
 #include "rig/shown_frequency.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -8,6 +7,25 @@
 #include "text/numbers.h"
 
 namespace velt {
+namespace {
+
+bool IsDigitAt(std::string_view text, size_t at) {
+  return at < text.size() && text[at] >= '0' && text[at] <= '9';
+}
+
+// "14 074.5" is "14074.5".
+std::string WithoutThousandsBlanks(std::string_view text) {
+  std::string joined;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool joins = text[i] == ' ' && i > 0 && IsDigitAt(text, i - 1) &&
+                       IsDigitAt(text, i + 1) && IsDigitAt(text, i + 2) && IsDigitAt(text, i + 3) &&
+                       !IsDigitAt(text, i + 4);
+    if (!joins) joined += text[i];
+  }
+  return joined;
+}
+
+}  // namespace
 
 std::optional<int32_t> ShownFrequencyHz(const Label& label) {
   const std::optional<int32_t> tens = ParseWhole(Without(label.caption.Get(), '.'));
@@ -22,10 +40,15 @@ std::optional<int32_t> ShownMegahertzInHz(const Label& label) {
 }
 
 double TypedKilohertz(const std::string& text) {
-  const std::string_view typed = Trimmed(text);
-  if (std::count(typed.begin(), typed.end(), '.') == 2) {
-    const std::optional<int32_t> tens = ParseWhole(Without(typed, '.'));
-    return tens ? *tens / 100.0 : 0.0;
+  const std::string typed = WithoutThousandsBlanks(Trimmed(text));
+  std::string digits = typed.substr(0, typed.find(' '));
+  const size_t thousands = digits.find_first_of(".,");
+  const size_t point = digits.find_last_of(".,");
+  if (thousands != point) {
+    // The window shows no zeros in front: ".75.50".
+    if (point - thousands != 4 && thousands != 0) return 0.0;
+    digits[point] = '.';
+    return ParseNumber(digits.erase(thousands, 1)).value_or(0.0);
   }
   const double number = LeadingNumberAnyLocale(typed);
   const bool fraction = number != std::floor(number);

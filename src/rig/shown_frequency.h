@@ -20,9 +20,10 @@ std::optional<int32_t> ShownFrequencyHz(const Label& label);
 // in it. 0 for a text, empty when it does not fit.
 std::optional<int32_t> ShownMegahertzInHz(const Label& label);
 
-// A frequency that somebody typed, in kHz; 0 for a text. Two notations are told apart, as they
-// would be a thousand times too low: with two dots it is the window's own ("14.074.00"), and a
-// number below 100 with a fraction is in MHz ("7.0745"): no amateur band lies there in kHz.
+// A frequency that somebody typed, in kHz; 0 for a text. Notations are told apart that would be far
+// off: of two dots or commas the first sets the thousands apart ("14.074.00" as in the window,
+// "14,074.5"), as a blank may do, and a number below 100 with a fraction is in MHz ("7.0745"): no
+// amateur band lies there in kHz.
 double TypedKilohertz(const std::string& text);
 
 bool IsRigOffLine(const Label& label);

@@ -53,6 +53,8 @@ BandsWindow::BandsWindow(BandsForm& form, QWidget* parent)
 
 void BandsWindow::showEvent(QShowEvent* event) {
   FormDialog::showEvent(event);
+  // Of a long title its beginning is to be seen.
+  for (auto* edit : findChildren<QLineEdit*>()) edit->home(false);
   // Wherever the keyboard was when it was closed.
   first_->setFocus();
   first_->selectAll();

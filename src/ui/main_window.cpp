@@ -291,6 +291,8 @@ void MainWindow::ShowWindowState() {
   if (windowTitle() != title) setWindowTitle(title);
 
   const QSize wanted(ToPixels(frame.widthTwips), ToPixels(frame.heightTwips));
+  const bool widens = isVisible() && wanted.width() > width();
+  const QSize withFrame = wanted + frameGeometry().size() - size();
   if (size() != wanted) settling_.start();
   if (frame.sizeable) {
     setMinimumSize(ToPixels(frame.least));
@@ -300,7 +302,13 @@ void MainWindow::ShowWindowState() {
     setFixedSize(wanted);
   }
   if (frame.placed && !isVisible()) {
-    MoveOnScreen({frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel}, wanted);
+    // The desktop's frame is not known before the window is shown; most are smaller.
+    constexpr QSize kFrame(16, 40);
+    MoveOnScreen(
+        {{frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel}, wanted + kFrame});
+  } else if (widens) {
+    // The panel opens beyond the right edge of a window that stands there.
+    MoveOnScreen({pos(), withFrame});
   }
   if (windowHandle() != nullptr) {
     windowHandle()->setFlag(Qt::WindowStaysOnTopHint, frame.topMost);
@@ -311,14 +319,13 @@ void MainWindow::ShowWindowState() {
 }
 
 // A place that was saved may be beyond every screen by now.
-void MainWindow::MoveOnScreen(QPoint place, QSize content) {
-  // The desktop's frame is not known before the window is shown; most are smaller.
-  constexpr QSize kFrame(16, 40);
+void MainWindow::MoveOnScreen(const QRect& wanted) {
   QVector<QRect> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
     screens.push_back(screen->availableGeometry());
   }
-  move(BroughtOnScreen({place, content + kFrame}, screens).topLeft());
+  const QRect place = BroughtOnScreen(wanted, screens);
+  if (!isVisible() || place.topLeft() != pos()) move(place.topLeft());
 }
 
 void MainWindow::ShowFaceColour() {

@@ -42,7 +42,7 @@ class MainWindow : public QWidget {
   ClickLabel* MakePassiveLabel(int pixelSize, bool bold, Qt::Alignment alignment);
   void LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive);
   void ShowWindowState();
-  void MoveOnScreen(QPoint place, QSize content);
+  void MoveOnScreen(const QRect& wanted);
   void ShowFaceColour();
   void TakeSize();
 

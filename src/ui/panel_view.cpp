@@ -4,6 +4,8 @@
 #include <QFrame>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QToolButton>
 #include <array>
 
@@ -17,6 +19,7 @@ namespace {
 
 constexpr int kFrequencyPixels = 19;
 constexpr int kPanelTextPixels = 11;
+constexpr int kBesideMode = 4;
 
 template <class W>
 W* WithFont(W* widget, int pixels, bool bold = false) {
@@ -50,6 +53,21 @@ class ModeBox : public ChoiceBox {
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this, [&box] { box.UserDoubleClick(); });
   }
+
+ protected:
+  // A style shows a mode that is none of the list as pale as if there were none, and cuts it off.
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionComboBox shown;
+    initStyleOption(&shown);
+    painter.drawComplexControl(QStyle::CC_ComboBox, shown);
+    if (currentIndex() < 0) shown.currentText = placeholderText();
+    const QRect room =
+        style()->subControlRect(QStyle::CC_ComboBox, &shown, QStyle::SC_ComboBoxEditField, this);
+    shown.currentText =
+        fontMetrics().elidedText(shown.currentText, Qt::ElideRight, room.width() - kBesideMode);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, shown);
+  }
 };
 
 PressButton* MakePress(QWidget* window) {
@@ -77,8 +95,12 @@ void BindPanel(FormBinder& binder, Main& form, QWidget* window) {
   binder.Bind(form.cmbPresetMode, modes,
               {"Modulation mode of the preset",
                "modulation mode (can be set for each frequency)\nRight mouse click to add a mode"});
-  binder.Watch(form.cmbPresetMode,
-               [&form, modes] { modes->setPlaceholderText(ToQt(form.cmbPresetMode.text.Get())); });
+  binder.Watch(form.cmbPresetMode, [&form, modes] {
+    const QString mode = ToQt(form.cmbPresetMode.text.Get());
+    modes->setPlaceholderText(mode);
+    // A mode that is none of the list is no value to read out.
+    modes->setAccessibleDescription(modes->currentIndex() < 0 ? mode : QString());
+  });
 
   auto* manual = WithFont(new NumberEdit(window), kPanelTextPixels);
   manual->setPlaceholderText("kHz");
@@ -87,15 +109,19 @@ void BindPanel(FormBinder& binder, Main& form, QWidget* window) {
   auto* set = WithFont(new QToolButton(window), kPanelTextPixels);
   set->setFocusPolicy(Qt::TabFocus);
   binder.Bind(form.cmdokman, set, {"Set the frequency", "Sets the frequency that was entered"});
+  QObject::connect(set, &QToolButton::clicked, manual, &QLineEdit::selectAll);
 
+  // The mouse gives the keyboard to the display; who came by keyboard stays.
+  const auto giveOn = [&form, window](QToolButton* button) {
+    QObject::connect(button, &QToolButton::pressed, window, [&form, button] {
+      if (!button->hasFocus()) form.Scope.SetFocus();
+    });
+  };
   for (auto& [band, option] : form.optBandsFreq) {
     auto* button =
         binder.Bind(*option, MakePress(window),
                     {"Band %1", "Band Preset Memory Banks  (right mouse click to edit)"});
-    // The mouse gives the keyboard to the display; who came by keyboard stays.
-    QObject::connect(button, &PressButton::pressed, window, [&form, button] {
-      if (!button->hasFocus()) form.Scope.SetFocus();
-    });
+    giveOn(button);
   }
   for (auto& [preset, option] : form.optDefFreqs) {
     binder.Bind(*option, MakePress(window),
@@ -108,6 +134,7 @@ void BindPanel(FormBinder& binder, Main& form, QWidget* window) {
     step->setFocusPolicy(Qt::TabFocus);
     const char* words = kSteps.at(static_cast<size_t>(index));
     binder.Bind(*button, step, {words, words});
+    giveOn(step);
   }
 }
 

@@ -1,6 +1,15 @@
 #include "ui/qt_text.h"
 
+#include <QStringDecoder>
+
 namespace velt {
+
+QString ToQt(std::string_view text) {
+  const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
+  QStringDecoder decoder(QStringDecoder::Utf8);
+  const QString decoded = decoder(bytes);
+  return decoder.hasError() ? QString::fromLatin1(bytes) : decoded;
+}
 
 QString PlainCaption(std::string_view caption) {
   QString plain;

@@ -7,9 +7,8 @@
 
 namespace velt {
 
-inline QString ToQt(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
+// Texts are UTF-8. What is none comes from a file of an older system and is Latin-1.
+QString ToQt(std::string_view text);
 inline std::string FromQt(const QString& text) {
   return text.toStdString();
 }

@@ -54,8 +54,8 @@ TEST_F(PanelTest, BandsAndPresetsTuneAndRememberTheirModes) {
   EXPECT_EQ(form.cmbPresetMode.text.Get(), "USB");
 
   for (const auto& [text, written, said] :
-       {std::tuple{"1e9", "", "Frequency outside 10 kHz to 2 GHz: not sent"},
-        {"99999999999", "", "Frequency outside 10 kHz to 2 GHz: not sent"},
+       {std::tuple{"1e9", "", "Not sent: outside 10 kHz to 2 GHz"},
+        {"99999999999", "", "Not sent: outside 10 kHz to 2 GHz"},
         {"-7000", "", ""},
         {"10", "", ""},
         {"7074.5 FT8", "Freq 7074500 ", "Updating VFO..."}}) {
@@ -74,12 +74,15 @@ TEST_F(PanelTest, TheRightButtonEdits) {
   form.optBandsFreq[4].UserPress(2);
   EXPECT_EQ(prompts.inputAsked.title, "Set Preset Band Title");
   EXPECT_EQ(prompts.inputAsked.initial, "20m");
-  Answer("20m DX");
-  EXPECT_EQ(form.mnuBands[40].caption.Get() + form.optBandsFreq[4].caption.Get(), "20m DX20m DX");
+  Answer("20m D&X");
+  // As captions mark them, so that it is shown.
+  EXPECT_EQ(form.mnuBands[40].caption.Get() + form.optBandsFreq[4].caption.Get(),
+            "20m D&&X20m D&&X");
   for (const std::optional<std::string>& nothing : {std::optional<std::string>(""), {}}) {
     form.optBandsFreq[4].UserPress(2);
+    EXPECT_EQ(prompts.inputAsked.initial, "20m D&X");
     Answer(nothing);
-    EXPECT_EQ(presets.Cell(4, 0), "20m DX");
+    EXPECT_EQ(presets.Cell(4, 0), "20m D&X");
   }
   struct Row {
     std::string caption, frequency, proposed, typed, kept;
@@ -97,8 +100,11 @@ TEST_F(PanelTest, TheRightButtonEdits) {
     EXPECT_EQ(prompts.inputAsked.initial, row.proposed);
     // An answer acts on what it was asked for.
     presets.SelectedPreset = 0;
+    form.lblMessage.caption = "";
     Answer(row.typed);
     EXPECT_EQ(cell, row.kept);
+    const bool refused = row.typed == "10" || row.typed == "nonsense";
+    EXPECT_EQ(form.lblMessage.caption.Get().starts_with("Nothing set"), refused) << row.typed;
     EXPECT_EQ(form.optDefFreqs[2].caption.Get(), row.kept);
   }
 }
@@ -113,6 +119,11 @@ TEST_F(PanelTest, StepsAndManualEntryWriteTheRig) {
   }
   for (const auto& [typed, written] : {std::pair{" 7074", "Freq 7074000 "},
                                        {"7.0745", "Freq 7074500 "},
+                                       {"7 074.5 kHz", "Freq 7074500 "},
+                                       {"14,074.5", "Freq 14074500 "},
+                                       {"14.074.125", "Freq 14074125 "},
+                                       {"1.2.3", ""},
+                                       {"1.296.200.00", ""},
                                        {"14.250.00", "Freq 14250000 "},
                                        {"abc", ""},
                                        {"10", ""}}) {

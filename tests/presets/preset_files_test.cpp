@@ -137,6 +137,8 @@ struct PresetFilesTest : testing::Test, ProgramFixture {
       replaced();
       return DiskFiles::Replace(path, bytes, backup);
     }
+    bool removes = true;
+    int Remove(const fs::path& path) override { return removes ? DiskFiles::Remove(path) : EPERM; }
   };
   const TempFolder folder;
   Disk realDisk;
@@ -234,6 +236,31 @@ TEST_F(PresetFilesTest, ThatCannotBeReadAreToldAndSetAsideBeforeTheyAreWrittenOv
   EXPECT_EQ(prompts.told.back().title, otherError(ENOENT));
 }
 
+TEST_F(PresetFilesTest, GiveWayToSomethingElseOfTheirNameUntilThereIsAChange) {
+  for (const bool isFolder : {true, false}) {
+    if (isFolder) fs::create_directory(folder / file);
+    if (!isFolder) fs::create_symlink(file, folder / file);
+    Begin();
+    ASSERT_EQ(prompts.told.size(), 1U);
+    EXPECT_EQ(prompts.told[0].title,
+              "Error opening INI. Error nr " + std::to_string(isFolder ? EISDIR : ELOOP));
+    EXPECT_TRUE(Close()) << "nothing was changed, nothing is asked";
+    Begin();
+    Cell(0, 0) = "new";
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(folder.Read(file), Text("160m", "new"));
+    EXPECT_NE(fs::symlink_status(folder / (file + ".damaged")).type(), fs::file_type::not_found);
+    for (const char* ending : {"", ".damaged"}) fs::remove(folder / (file + ending));
+  }
+  fs::create_symlink("there.ini", folder / file);  // of a disk that is not there yet
+  Begin();
+  EXPECT_EQ(prompts.told.size(), 1U);
+  Cell(0, 0) = "new";
+  EXPECT_TRUE(Close());
+  EXPECT_EQ(folder.Read("there.ini"), Text("160m", "new"));
+  EXPECT_TRUE(fs::is_symlink(folder / file));
+}
+
 TEST_F(PresetFilesTest, OfTheOldKindAreConvertedOnceAndGoWhenTheNewOneIsThere) {
   const auto expectConverted = [this] {
     EXPECT_EQ(Cell(0, 0) + Cell(3, 0) + Cell(9, 0), "top, 30 me6m");
@@ -251,6 +278,7 @@ TEST_F(PresetFilesTest, OfTheOldKindAreConvertedOnceAndGoWhenTheNewOneIsThere) {
   EXPECT_EQ(folder.Read(file + ".bak"), Text("160m", "before"));
 
   folder.Write(old, OldFile("5"));
+  folder.Write(file, Text("160m", "before"));
   const FullDisk full;
   full.Fill();
   Begin();
@@ -260,6 +288,20 @@ TEST_F(PresetFilesTest, OfTheOldKindAreConvertedOnceAndGoWhenTheNewOneIsThere) {
   Close();
   EXPECT_EQ(folder.Read(file), Table());
   EXPECT_FALSE(Is(old));
+
+  // An old file that stays is told, and does not push the user's own table out of the backup.
+  folder.Write(file, Text("160m", "mine"));
+  folder.Write(old, OldFile("5"));
+  realDisk.removes = false;
+  for (int start = 0; start < 2; ++start) {
+    Begin();
+    expectConverted();
+    EXPECT_EQ(Form().lblMessage.caption.Get(),
+              "FreqSets.ini cannot be deleted and will be converted again");
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(folder.Read(file + ".bak"), Text("160m", "mine"));
+  }
+  realDisk.removes = true;
 
   for (const bool fileThere : {true, false}) {
     folder.Write(old, OldFile("ten"));
@@ -306,7 +348,13 @@ TEST_F(PresetFilesTest, TakeOverATableAtOnceAndKeepTheOldOne) {
   EXPECT_EQ(Form().mnuBands[90].caption.Get(), "4m");
   EXPECT_EQ(folder.Read(file), PresetText(other));
   EXPECT_EQ(folder.Read(file + ".bak"), edited);
-  EXPECT_NE(presetFiles.ExportPresets(folder / file), "");
+  EXPECT_EQ(presetFiles.ImportPresets(folder / "other.csv"), "");
+  EXPECT_EQ(folder.Read(file + ".bak"), edited) << "the same table once more";
+  fs::create_symlink(file, folder / "link.csv");
+  for (const std::string& name : {file, std::string("link.csv")}) {
+    EXPECT_NE(presetFiles.ExportPresets(folder / name), "");
+  }
+  EXPECT_EQ(folder.Read(file), PresetText(other));
   EXPECT_EQ(presetFiles.ExportPresets(folder / "again.csv"), "");
   EXPECT_EQ(folder.Read("again.csv"), PresetCsv(other));
 

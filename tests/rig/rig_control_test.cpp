@@ -24,8 +24,7 @@ TEST_F(RigControlTest, FrequenciesGoToTheVfoLessTheOffset) {
     rig.state.offsetKHz = offsetKHz;
     rig.control.SetTRXFrequency(hertz, vfo);
     EXPECT_EQ(writes1.Take(), sent) << hertz;
-    EXPECT_EQ(Message(),
-              sent.empty() ? "Frequency outside 10 kHz to 2 GHz: not sent" : "Updating VFO...");
+    EXPECT_EQ(Message(), sent.empty() ? "Not sent: outside 10 kHz to 2 GHz" : "Updating VFO...");
   }
 }
 

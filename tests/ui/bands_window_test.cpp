@@ -52,7 +52,7 @@ TEST_F(WindowFixture, TheBandDialogIsReadAndWorkedByKeyboard) {
   press(Qt::Key_0, Qt::AltModifier);
   press(Qt::Key_Tab);
   typed("70200");
-  EXPECT_EQ(dynamic_cast<QLineEdit&>(in("Title of band 2")).text(), "M\uFFFDnchen");
+  EXPECT_EQ(dynamic_cast<QLineEdit&>(in("Title of band 2")).text(), "M\u00FCnchen");
   program->bandsForm.lblProblem.caption = "bad.csv, line 3";
   press(Qt::Key_E, Qt::AltModifier);
   in("bad.csv, line 3");
