@@ -48,6 +48,7 @@ TEST_F(AboutTest, TheSystemInformationTellsWhatIsKnownAndTheRestLater) {
   system.description = "Some System 12";
   session.facts.screens = {"one", "two"};
   form.cmdSysInfo.Click();
+  form.cmdOK.Click();
   EXPECT_FALSE(Form().Window.topMost);
   session.facts.soundServer = "PulseAudio 16.1";
   session.learnt.Raise();
@@ -69,6 +70,7 @@ TEST_F(AboutTest, TheSystemInformationTellsWhatIsKnownAndTheRestLater) {
             "Settings:        ~/.config/VELT-SA.ini\n");
   info.Window.closeAsked.Raise();
   EXPECT_FALSE(info.Window.visible);
+  EXPECT_TRUE(Form().Window.topMost);
   EXPECT_EQ(session.asked, 2);
 }
 
