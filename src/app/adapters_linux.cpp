@@ -36,6 +36,7 @@
 #include "adapters/x11/x11_engine_window.h"
 #include "adapters/x11/x11_pasted_text.h"
 #include "app/adapters.h"
+#include "app/desktop_session.h"
 #include "app/logged_prompts.h"
 #include "app/signal_watcher.h"
 #include "app/spectrogram_file.h"
@@ -77,10 +78,13 @@ class LinuxAdapters : public Adapters {
     }
     // The server that Qt is connected to answers; another one need not.
     if (QGuiApplication::platformName() == "xcb") {
-      engineWindow_ = std::make_unique<X11EngineWindow>(scheduler_, options.display);
+      auto windows = std::make_unique<X11EngineWindow>(scheduler_, options.display);
+      session_ = std::make_unique<DesktopSession>(scheduler_, &windows->Server());
+      engineWindow_ = std::move(windows);
       pasting_ = std::make_unique<X11PastedText>(scheduler_, options.display);
     } else {
       engineWindow_ = std::make_unique<NoEngineWindow>(scheduler_);
+      session_ = std::make_unique<DesktopSession>(scheduler_, nullptr);
       pasting_ = std::make_unique<QtPastedText>(scheduler_);
     }
     if (options.demo) {
@@ -110,6 +114,7 @@ class LinuxAdapters : public Adapters {
             .files = files_,
             .settings = *settings_,
             .system = system_,
+            .session = *session_,
             .prompts = *prompts_,
             .colours = colours_,
             .launcher = launcher_,
@@ -152,6 +157,7 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
+  std::unique_ptr<DesktopSession> session_;  // uses the connection of the engine's window
   std::unique_ptr<PastedText> pasting_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;

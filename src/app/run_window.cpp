@@ -20,6 +20,7 @@
 #include "ui/omnirig_window.h"
 #include "ui/paste_filter.h"
 #include "ui/spectrogram_window.h"
+#include "ui/sysinfo_window.h"
 
 namespace velt {
 namespace {
@@ -49,6 +50,7 @@ Installation Where(const Options& options) {
   where.engineFolderNamed = where.engineFolder != where.programFolder;
   where.engineFolder = FromEverywhere(where.engineFolder);
   where.engineTitle = options.engineTitle;
+  if (!options.KeepsInMemory()) where.settingsFile = SettingsFile(options);
   return where;
 }
 
@@ -108,6 +110,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   const PasteFilter pasteFilter(adapters->Pasting());
   const OmniRigWindow omniRigWindow(program.catForm, &window);
   const AboutWindow aboutWindow(program.aboutForm, &window);
+  const SysInfoWindow sysInfoWindow(program.sysInfoForm, &window);
   const BandsWindow bandsWindow(program.bandsForm, &window);
   const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);

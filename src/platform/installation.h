@@ -28,6 +28,7 @@ struct Installation {
   std::filesystem::path engineFolder;
   bool engineFolderNamed = false;  // by somebody who expects the engine there
   std::filesystem::path dataFolder;
+  std::filesystem::path settingsFile;  // empty: the settings are kept in memory
   std::filesystem::path omniRigFolder;
   bool enginePresent = false;
   std::string engineVersionText = "VELT V2.5.";

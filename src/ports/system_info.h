@@ -31,6 +31,10 @@ class SystemInfo {
   // Empty when the system does not tell.
   virtual std::optional<SystemVersion> Version() const = 0;
 
+  // The system with its version as people call it, and the processors; empty when unknown.
+  virtual std::string Description() const = 0;
+  virtual std::string Processor() const = 0;
+
   // The operating system's own folder, in UTF-8; empty when there is none.
   virtual std::string SystemFolder() const = 0;
 

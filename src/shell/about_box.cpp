@@ -1,17 +1,10 @@
 #include "shell/about_box.h"
 
 #include "platform/product_addresses.h"
-#include "text/paths.h"
 
 namespace velt {
-namespace {
 
-constexpr const char* kToolKey = "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO";
-constexpr const char* kToolFolderKey = "SOFTWARE\\Microsoft\\Shared Tools Location";
-
-}  // namespace
-
-AboutBox::AboutBox(const Parts& parts, const Ports& ports) : parts_(parts), ports_(ports) {
+AboutBox::AboutBox(const Parts& parts) : parts_(parts) {
   AboutForm& form = parts_.form;
   form.Label1.caption = kAuthorMail;
   form.Label2.caption = kAuthorPage;
@@ -24,7 +17,7 @@ AboutBox::AboutBox(const Parts& parts, const Ports& ports) : parts_(parts), port
   connections_ += parts_.mainForm.mnuabout.clicked.Listen([this] { mnuabout_Click(); });
   connections_ += form.Window.closeAsked.Listen([this] { Close(); });
   connections_ += form.cmdOK.clicked.Listen([this] { Close(); });
-  connections_ += form.cmdSysInfo.clicked.Listen([this] { StartSysInfo(); });
+  connections_ += form.cmdSysInfo.clicked.Listen([this] { parts_.systemInfo.StartSysInfo(); });
   connections_ += form.Label1.clicked.Listen(
       [this] { parts_.platform.SendMailToAuthor(parts_.installation.version); });
   for (Label* link : {&form.Label2, &form.Label5}) {
@@ -49,27 +42,6 @@ void AboutBox::mnuabout_Click() {
 void AboutBox::Close() {
   parts_.form.Window.visible = false;
   lowered_.reset();
-}
-
-void AboutBox::StartSysInfo() {
-  const std::filesystem::path tool = InformationTool();
-  if (!tool.empty() && ports_.launcher.StartProgram(tool) == 0) return;
-  ports_.prompts.Tell({.title = "VELT-SA",
-                       .text = "System Information Is Unavailable At This Time",
-                       .icon = BoxIcon::Information},
-                      {});
-}
-
-std::filesystem::path AboutBox::InformationTool() const {
-  std::string found;
-  if (parts_.platform.GetKeyValue(RegistryRoot::LocalMachine, kToolKey, "PATH", found)) {
-    return TextPath(found);
-  }
-  if (parts_.platform.GetKeyValue(RegistryRoot::LocalMachine, kToolFolderKey, "MSINFO", found)) {
-    std::filesystem::path tool = TextPath(found + "\\MSINFO32.EXE");
-    if (parts_.platform.FileExists(tool)) return tool;
-  }
-  return ports_.system.InformationTool();
 }
 
 }  // namespace velt

@@ -19,6 +19,7 @@
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
 #include "form/spectrogram_form.h"
+#include "form/sysinfo_form.h"
 #include "platform/installation.h"
 #include "platform/on_top.h"
 #include "platform/platform_helpers.h"
@@ -39,6 +40,8 @@
 #include "shell/shortcut_keys.h"
 #include "shell/shutdown.h"
 #include "shell/startup.h"
+#include "shell/system_info_dialog.h"
+#include "shell/system_report.h"
 #include "shell/window_layout.h"
 
 namespace velt {
@@ -58,6 +61,7 @@ class Program {
     Files& files;
     SettingsStore& settings;
     SystemInfo& system;
+    SessionInfo& session;
     Prompts& prompts;
     ColourChooser& colours;
     Launcher& launcher;
@@ -79,6 +83,7 @@ class Program {
   BandsForm bandsForm;
   ColorsForm colorsForm;
   AboutForm aboutForm;
+  SysInfoForm sysInfoForm;
   MessageForm messageForm;
   SpectrogramForm spectrogramForm;
   Installation installation;
@@ -109,6 +114,8 @@ class Program {
   Shutdown shutdown;
   HelperPrograms helpers;
   ShortcutKeys keys;
+  SystemReport systemReport;
+  SystemInfoDialog systemInfo;
   AboutBox aboutBox;
   Menus menus;
   MenuOpener menuOpener;

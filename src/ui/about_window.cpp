@@ -104,7 +104,7 @@ QWidget* AboutWindow::MakeBottomRow() {
   auto* row = new QHBoxLayout(holder);
   row->setContentsMargins(0, 0, 0, 0);
   auto* info = Binder().Bind(form_.cmdSysInfo, new QPushButton(this),
-                             {"%1", "Start the system's own information tool", 'S'});
+                             {"%1", "What the program runs on, for a report of a fault", 'S'});
   info->setMinimumWidth(info->sizeHint().width() + kBetweenTexts);
   row->addWidget(info);
   row->addWidget(Binder().Bind(form_.Image3, new QPushButton(this),

@@ -11,6 +11,7 @@ TEST(MessageLine, BlinksFourTimesAndLeavesTheRecordingText) {
   f.program->messages.Show("Updating VFO...");
   std::string seen;
   for (int tick = 0; tick < 8; ++tick) {
+    if (tick == 3) f.program->messages.Show("Another one");  // takes the remaining ticks
     f.scheduler.Advance(Milliseconds(250));
     seen += f.Form().lblMessage.visible ? '1' : '0';
   }

@@ -159,6 +159,9 @@ struct FakeColourChooser : ColourChooser {
 
 struct FakeSystem : SystemInfo {
   std::optional<SystemVersion> Version() const override { return SystemVersion{5, 1, ""}; }
+  std::string Description() const override { return description; }
+  std::string description = "Some System 12";
+  std::string Processor() const override { return ""; }
   std::string SystemFolder() const override { return "/windows"; }
   std::string SpecialFolder(int32_t identifier) const override {
     return identifier == 40 ? "/home/om" : "";
@@ -174,6 +177,13 @@ struct FakeSystem : SystemInfo {
   }
   std::filesystem::path tool;
   std::filesystem::path InformationTool() const override { return tool; }
+};
+
+struct FakeSession : SessionInfo {
+  SessionFacts facts;
+  int asked = 0;
+  SessionFacts Facts() const override { return facts; }
+  void Ask() override { ++asked; }
 };
 
 struct FakeLauncher : Launcher {
@@ -335,6 +345,7 @@ struct ProgramFixture {
   Files* disk = nullptr;  // instead of these from the next Restart on
   FakeStore store;
   FakeSystem system;
+  FakeSession session;
   FakePrompts prompts;
   FakeColourChooser chooser;
   FakeLauncher launcher;
@@ -375,6 +386,7 @@ struct ProgramFixture {
                                                        .files = disk != nullptr ? *disk : files,
                                                        .settings = store,
                                                        .system = system,
+                                                       .session = session,
                                                        .prompts = prompts,
                                                        .colours = chooser,
                                                        .launcher = launcher,

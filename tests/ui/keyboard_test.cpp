@@ -1,6 +1,7 @@
 // The main window without a mouse and without looking: pop-ups opened by keys, the texts that are
 // always there, sliders and lights.
 #include <QAccessible>
+#include <QClipboard>
 #include <QMenu>
 #include <QSlider>
 
@@ -8,6 +9,7 @@
 #include "ui/about_window.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
+#include "ui/sysinfo_window.h"
 #include "ui/window_fixture.h"
 
 namespace velt {
@@ -61,13 +63,14 @@ TEST_F(KeyboardTest, AMenuStandsBelowItsButtonAndTheKeyboardGoesBackThere) {
     }
     file.setFocus();
     own.Popup({place.left(), place.top(), place.width(), place.height()},
-              {{"&One", false, true, "", [] {}, {}}},
+              {{"&One & Two && Three", false, true, "", [] {}, {}}},
               [this](const std::function<void()>&) { window.FocusScope(); });
     Turn();
     auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->pos(), file.mapToGlobal(QPoint(0, file.height())));
     EXPECT_EQ(menu->activeAction() != nullptr, byKeyboard);
+    EXPECT_EQ(menu->actions().front()->text(), "&One && Two && Three");
     menu->hide();
     Turn();
     EXPECT_EQ(QApplication::focusWidget(), byKeyboard ? &file : &Find("Spectrum display"));
@@ -139,10 +142,32 @@ TEST_F(KeyboardTest, TheAboutBoxsLinksAndButtonsWorkByKeyboard) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), &velt::Find(box, next)) << next;
   }
-  EXPECT_EQ(launcher.opened.size() + prompts.told.size(), 5U);
+  EXPECT_EQ(launcher.opened.size(), 4U);
+  EXPECT_TRUE(program->sysInfoForm.Window.visible);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
   Turn();
   EXPECT_FALSE(box.isVisible());
+}
+
+TEST_F(KeyboardTest, TheSystemInformationIsReadAndCopiedByKeyboard) {
+  SysInfoWindow dialog(program->sysInfoForm, &window);
+  program->systemInfo.StartSysInfo();
+  Turn();
+  QApplication::setActiveWindow(&dialog);
+  QWidget* text = QApplication::focusWidget();
+  EXPECT_EQ(text, &velt::Find(dialog, "System information"));
+  QTest::keyClick(text, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+  QTest::keyClick(text, Qt::Key_C, Qt::ControlModifier);
+  const QString report = ToQt(program->sysInfoForm.lblReport.caption.Get());
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), report);
+  QGuiApplication::clipboard()->setText("");
+  QTest::keyClick(text, Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget(), &velt::Find(dialog, "Copy All"));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), report);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  Turn();
+  EXPECT_FALSE(dialog.isVisible());
 }
 
 TEST(PressButtonLooks, ALongTextIsNotCutToAnotherOneAndThePressedIsMarked) {

@@ -78,8 +78,11 @@ void PulseConnection::Refresh() {
   collecting_ = true;
   collected_ = {};
   const auto server = [](pa_context*, const pa_server_info* info, void* self) {
-    if (!info || !info->default_source_name) return;
-    static_cast<PulseConnection*>(self)->collected_.defaultName = info->default_source_name;
+    if (!info) return;
+    PulseSources& collected = static_cast<PulseConnection*>(self)->collected_;
+    if (info->default_source_name) collected.defaultName = info->default_source_name;
+    if (info->server_name) collected.server = info->server_name;
+    if (info->server_version) collected.server += std::string(" ") + info->server_version;
   };
   const auto source = [](pa_context*, const pa_source_info* info, int last, void* self) {
     static_cast<PulseConnection*>(self)->SourceAnswered(info, last);

@@ -25,6 +25,7 @@ struct PulseSource {
 struct PulseSources {
   std::vector<PulseSource> sources;
   std::string defaultName;  // empty: the server has none
+  std::string server;       // its name and version
 
   const PulseSource* Find(std::string_view name) const;  // null: there is no such source
   std::vector<AudioDevice> Devices() const;

@@ -30,7 +30,7 @@ void PulseDeviceLister::List(std::function<void(const DeviceListing&)> done) {
 }
 
 void PulseDeviceLister::OnSources(const PulseSources& sources) {
-  Answer({sources.Devices(), sources.defaultName, {}});
+  Answer({sources.Devices(), sources.defaultName, {}, sources.server});
 }
 
 void PulseDeviceLister::OnConnectionFailed(const std::string& reason) {

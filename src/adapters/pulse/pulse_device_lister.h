@@ -9,6 +9,7 @@ struct DeviceListing {
   std::vector<AudioDevice> devices;
   std::string defaultName;  // empty: the server has none
   std::string error;        // why there is no list; empty when there is one
+  std::string server = {};  // its name and version
 };
 
 class PulseDeviceLister final : private PulseConnection::Listener {

@@ -47,6 +47,15 @@ QMessageBox* MakeBox(const MessagePrompt& box, QWidget* owner) {
   return made;
 }
 
+// An "&" before a blank marks no letter: it is shown.
+QString EntryText(const std::string& caption) {
+  QString text = QString::fromStdString(caption);
+  for (qsizetype at = 0; (at = text.indexOf('&', at)) >= 0; at += 2) {
+    if (text.mid(at + 1, 1) == " ") text.insert(at, '&');
+  }
+  return text;
+}
+
 bool IsInput(QEvent::Type type) {
   switch (type) {
     case QEvent::MouseButtonPress:
@@ -254,7 +263,7 @@ void QtPrompts::Fill(QMenu& menu, const std::vector<PopupItem>& items, const Cho
       menu.addSeparator();
       continue;
     }
-    const QString caption = QString::fromStdString(item.caption);
+    const QString caption = EntryText(item.caption);
     if (!item.items.empty()) {
       QMenu* sub = menu.addMenu(caption);
       sub->setEnabled(item.enabled);

@@ -5,13 +5,34 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <fstream>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 #include "adapters/system/home_folder.h"
+#include "text/numbers.h"
 #include "text/paths.h"
 
 namespace velt {
+namespace {
+
+// What stands behind the separator in the first line of a file that begins with `key`.
+std::string ValueIn(const char* file, std::string_view key, char separator) {
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    const size_t at = line.find(separator);
+    if (at == std::string::npos || Trimmed(std::string_view(line).substr(0, at)) != key) continue;
+    std::string_view value = Trimmed(std::string_view(line).substr(at + 1));
+    if (value.size() > 1 && value.front() == '"' && value.back() == '"') {
+      value = value.substr(1, value.size() - 2);
+    }
+    return std::string(value);
+  }
+  return "";
+}
+
+}  // namespace
 
 std::optional<SystemVersion> LinuxSystemInfo::Version() const {
   utsname names{};
@@ -29,6 +50,23 @@ std::optional<SystemVersion> LinuxSystemInfo::VersionIn(const std::string& relea
   const auto minor = std::from_chars(major.ptr + 1, end, version.minor);
   if (minor.ec != std::errc() || version.major < 0 || version.minor < 0) return std::nullopt;
   return version;
+}
+
+std::string LinuxSystemInfo::Description() const {
+  std::string text = ValueIn("/etc/os-release", "PRETTY_NAME", '=');
+  utsname names{};
+  if (::uname(&names) != 0) return text;
+  if (!text.empty()) text += ", ";
+  return text + names.sysname + " " + names.release + ", " + names.machine;
+}
+
+std::string LinuxSystemInfo::Processor() const {
+  std::string name = ValueIn("/proc/cpuinfo", "model name", ':');
+  if (name.empty()) name = ValueIn("/proc/cpuinfo", "Model", ':');  // of a board
+  const long count = ::sysconf(_SC_NPROCESSORS_ONLN);
+  if (count < 1) return name;
+  return (name.empty() ? "" : name + ", ") + std::to_string(count) +
+         (count == 1 ? " processor" : " processors");
 }
 
 std::string LinuxSystemInfo::SystemFolder() const {

@@ -9,6 +9,10 @@ class LinuxSystemInfo : public SystemInfo {
  public:
   // The first two numbers of the kernel's release, with the kernel's name.
   std::optional<SystemVersion> Version() const override;
+  // Of the distribution, with kernel and machine.
+  std::string Description() const override;
+  // The first one's name and how many there are.
+  std::string Processor() const override;
   std::string SystemFolder() const override;
   // Only the home folder (40) is known.
   std::string SpecialFolder(int32_t identifier) const override;

@@ -27,6 +27,9 @@ class X11EngineWindow : public EngineWindow {
   // session says.
   explicit X11EngineWindow(Scheduler& scheduler, const std::string& display = {});
 
+  // For what else is asked of the server that the windows are on.
+  XConnection& Server() { return server_; }
+
   std::string Unavailable() const override;
   uint32_t Find(const std::string& title) const override;
   void Activate(uint32_t window, Done done) override;
