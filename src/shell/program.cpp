@@ -12,6 +12,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                              .launcher = ports.launcher,
                              .clock = ports.clock}),
       onTop(platform),
+      soundTools({.launcher = ports.launcher, .prompts = ports.prompts}),
       messages(form),
       notices(form),
       messageWindow(messageForm),

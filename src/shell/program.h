@@ -22,6 +22,7 @@
 #include "platform/installation.h"
 #include "platform/on_top.h"
 #include "platform/platform_helpers.h"
+#include "platform/sound_tools.h"
 #include "platform/timer_driver.h"
 #include "presets/band_dialog.h"
 #include "presets/band_menu.h"
@@ -85,6 +86,7 @@ class Program {
   CarriedSettings carried;
   PlatformHelpers platform;
   OnTop onTop;
+  SoundTools soundTools;
   MessageLine messages;
   Notices notices;
   MessageWindow messageWindow;

@@ -187,6 +187,15 @@ struct FakeLauncher : Launcher {
     return programError;
   }
 
+  // Of programs that are looked for, those that are there, and those that were started.
+  std::set<std::string> installed;
+  std::vector<std::vector<std::string>> commands;
+  int StartCommand(const std::vector<std::string>& command) override {
+    if (!installed.contains(command.front())) return ENOENT;
+    if (programError == 0) commands.push_back(command);
+    return programError;
+  }
+
   // Documents to be started, with the command for want of a program; answered by the test.
   std::vector<std::string> started;
   std::function<void(Start)> answer;
