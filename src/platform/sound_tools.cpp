@@ -25,7 +25,7 @@ int StartFirst(Launcher& launcher, std::span<const Command> commands) {
 
 void TellNotFound(Prompts& prompts, int error, const char* what, const char* advice) {
   prompts.Tell({.title = "Not found, Err:" + std::to_string(error),
-                .text = std::string(what) + "\r" + advice +
+                .text = std::string(what) + "\r\n" + advice +
                         "\r\nYou need a soundcard for this option to work.",
                 .icon = BoxIcon::Exclamation},
                {});

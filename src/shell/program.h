@@ -29,6 +29,7 @@
 #include "presets/preset_files.h"
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
+#include "recording/recorder.h"
 #include "recording/spectrogram_dialog.h"
 #include "rig/rig.h"
 #include "shell/about_box.h"
@@ -51,6 +52,7 @@ class Program {
     Scheduler& scheduler;
     Clock& clock;
     AudioInput& audio;
+    SoundRecorder& recorder;
     IOmniRigX& server;
     Guardian& guardian;
     SleepLock& sleepLock;
@@ -103,6 +105,7 @@ class Program {
   MainDisplay display;
   ColorDialog colorDialog;
   SpectrogramDialog spectrogram;
+  Recorder recorder;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

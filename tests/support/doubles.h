@@ -52,6 +52,20 @@ struct FakeAudioInput : AudioInput {
   }
 };
 
+// Records its calls; a test tells the events.
+struct FakeRecorder : SoundRecorder {
+  std::vector<std::string> calls;
+  void Open(const RecordingSource& source, int32_t rateHz) override {
+    calls.push_back("open " + source.device + "|" + source.heard + " " + std::to_string(rateHz));
+  }
+  void Record() override { calls.emplace_back("record"); }
+  void SaveAs(const std::filesystem::path& file) override {
+    calls.push_back("save " + file.string());
+  }
+  void Close() override { calls.emplace_back("close"); }
+  std::vector<std::string> Take() { return std::exchange(calls, {}); }
+};
+
 struct FakeFiles : Files {
   std::map<std::filesystem::path, std::string> files;
   std::set<std::filesystem::path> folders;
@@ -332,6 +346,7 @@ struct ProgramFixture {
   VirtualScheduler scheduler;
   FakeClock clock{scheduler};
   FakeAudioInput audio{scheduler};
+  FakeRecorder recorder;
   SimulatedRigServer server{scheduler, {}};
   SimulatedRig& rig1 = server.Rig1();
   SimulatedRig& rig2 = server.Rig2();
@@ -376,6 +391,7 @@ struct ProgramFixture {
     program = std::make_unique<Program>(Program::Ports{.scheduler = scheduler,
                                                        .clock = clock,
                                                        .audio = audio,
+                                                       .recorder = recorder,
                                                        .server = server,
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,
