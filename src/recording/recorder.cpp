@@ -102,7 +102,7 @@ void Recorder::HandleEvent(const RecorderEvent& event) {
       if (name != recFileName_) ShowFile(name);
       break;
     case RecorderEvent::Kind::Moved:
-      log(LogLevel::Info, "The recording goes on from " + event.text + ".");
+      parts_.messages.Show("The recording goes on from " + event.text + ".");
       break;
     case RecorderEvent::Kind::Failed:
       log(LogLevel::Warning, event.text);

