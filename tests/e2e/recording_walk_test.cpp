@@ -64,8 +64,7 @@ struct Station {
   bool Record(double wanted) const {
     const size_t before = Files().size();
     window->Click(window->form.imgRecOnOff[0]);
-    return WaitUntil([&] { return Files().size() > before && Has(seconds); },
-                     std::chrono::seconds(9));
+    return WaitUntil([&] { return Files().size() > before && Has(wanted); }, seconds(9));
   }
   bool Has(double wanted) const {
     SF_INFO info{};
