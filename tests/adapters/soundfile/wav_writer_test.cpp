@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <numeric>
 
 #include "../files/full_disk.h"
@@ -37,12 +38,13 @@ TEST(WavWriter, FilesAreWholeWhateverEndsThemAndNeverReplaceAnother) {
     writer->Write(Ramp(8000));
     return [=, &folder] { return folder.Read(file).size() == 44 + 16000; };
   };
-  // As any other program reads it; the lengths in the header have to be those of the file.
+  // Its header tells the length that it has: readers may make up for one that does not, or not.
   const auto expectSound = [&](const std::string& file, size_t samples) {
-    SF_INFO info{};
-    sf_close(sf_open((folder / file).c_str(), SFM_READ, &info));
-    EXPECT_EQ(info.frames * 2, samples) << file;
-    EXPECT_EQ(std::filesystem::file_size(folder / file), 44 + 2 * samples) << file;
+    const std::string bytes = folder.Read(file);
+    uint32_t length = 0;
+    std::memcpy(&length, bytes.data() + 40, 4);
+    EXPECT_EQ(length, 2 * samples) << file;
+    EXPECT_EQ(bytes.size(), 44 + 2 * samples) << file;
   };
 
   folder.Write("a.wav", "mine");
