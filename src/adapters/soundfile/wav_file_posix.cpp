@@ -96,7 +96,7 @@ int WavFile::WriteFrames(std::span<const int16_t> samples) {
 
 int WavFile::UpdateHeader() {
   sf_command(sound_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
-  struct stat written {};
+  struct stat written = {};
   // The library does not tell when its header did not fit.
   if (::fstat(descriptor_, &written) != 0) return errno;
   return static_cast<uint64_t>(written.st_size) < kHeaderBytes ? ENOSPC : 0;
@@ -105,8 +105,8 @@ int WavFile::UpdateHeader() {
 int WavFile::Commit(bool toDisk) {
   if (const int error = UpdateHeader()) return error;
   if (toDisk && ::fdatasync(descriptor_) != 0) return errno;
-  struct stat there {
-  }, ours{};
+  struct stat there = {};
+  struct stat ours = {};
   if (::stat(path_.c_str(), &there) != 0) return errno;
   if (::fstat(descriptor_, &ours) != 0) return errno;
   return there.st_ino == ours.st_ino && there.st_dev == ours.st_dev ? 0 : ENOENT;
