@@ -30,7 +30,7 @@ constexpr int kCursorDelta = 38;
 constexpr int kCursorKilohertz = 68;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
-constexpr int kRoomyWidth = 550;
+constexpr int kRoomyWidth = 555;
 constexpr int kDisplayTop = kMargin + kTopRow + kGap;
 
 // The last row: what is always told, and the message. Narrow windows leave out where modes are sent
@@ -166,7 +166,7 @@ std::vector<PlaceRule> PlaceRules(Main& form) {
          return g.Compact() ? Rectangle{g.DisplayRight(0, kMeter).left, scales.top, kMeter, kScales}
                             : g.Take(kSmallButton, 0);
        }},
-      {&form.lblFrequency, [](Grid& g) { return g.Take(122, 98); }},
+      {&form.lblFrequency, [](Grid& g) { return g.Take(126, 98); }},
       {&form.lblMode, [](Grid& g) { return g.Take(38, 32); }},
       // The buttons tell the state too; where there is no room for them the label does.
       {&form.lblTRXMode, [](Grid& g) { return g.Take(0, 25); }},
