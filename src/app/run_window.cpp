@@ -18,6 +18,7 @@
 #include "ui/main_window.h"
 #include "ui/message_view.h"
 #include "ui/omnirig_window.h"
+#include "ui/player_window.h"
 #include "ui/spectrogram_window.h"
 
 namespace velt {
@@ -109,6 +110,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   const BandsWindow bandsWindow(program.bandsForm, &window);
   const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);
+  const PlayerWindow playerWindow(program.playerForm, &window);
   const SpectrogramWindow spectrogramWindow(
       program.spectrogramForm, [&program] { return program.spectrogram.Shown(); }, &window);
   Connections connections;

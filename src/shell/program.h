@@ -18,6 +18,7 @@
 #include "form/main_form.h"
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
+#include "form/player_form.h"
 #include "form/spectrogram_form.h"
 #include "platform/installation.h"
 #include "platform/on_top.h"
@@ -28,6 +29,7 @@
 #include "presets/preset_files.h"
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
+#include "recording/player.h"
 #include "recording/spectrogram_dialog.h"
 #include "rig/rig.h"
 #include "shell/about_box.h"
@@ -63,6 +65,8 @@ class Program {
     Launcher& launcher;
     Pictures& pictures;
     SoundFile& soundFile;
+    SoundPlayer& player;
+    FolderLister& folders;
     FileChooser& fileChooser;
     SpectrogramWriter& spectrogramWriter;
     InstanceLock& lock;
@@ -81,6 +85,7 @@ class Program {
   AboutForm aboutForm;
   MessageForm messageForm;
   SpectrogramForm spectrogramForm;
+  PlayerForm playerForm;
   Installation installation;
   CarriedSettings carried;
   PlatformHelpers platform;
@@ -101,6 +106,7 @@ class Program {
   MainDisplay display;
   ColorDialog colorDialog;
   SpectrogramDialog spectrogram;
+  Player player;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

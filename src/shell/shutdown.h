@@ -13,6 +13,7 @@
 #include "ports/scheduler.h"
 #include "presets/band_dialog.h"
 #include "presets/preset_files.h"
+#include "recording/player.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
 #include "shell/window_layout.h"
@@ -26,6 +27,7 @@ class Shutdown {
     Capture& capture;
     ColorDialog& colorDialog;
     BandDialog& bandDialog;
+    Player& player;
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;
