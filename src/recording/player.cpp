@@ -52,8 +52,8 @@ Player::Player(MenuItem& opener, const Parts& parts, const Ports& ports)
   connections_ += parts_.guard.allReleased.Listen([this] {
     if (WantsAir()) StopSending();
   });
-  connections_ += parts_.guard.ended.Listen(
-      [this](const Keyer&, TransmitGuard::Cause) { NoteRelease(); });
+  connections_ +=
+      parts_.guard.ended.Listen([this](const Keyer&, TransmitGuard::Cause) { NoteRelease(); });
   connections_ += ports_.sound.happened.Listen([this](const PlayerEvent& event) { Hear(event); });
 }
 
@@ -233,12 +233,11 @@ void Player::Delete(const fs::path& file) {
 }
 
 void Player::AskForName(const fs::path& file) {
-  ports_.prompts.Input({.title = "Rename",
-                        .prompt = "Please enter the new filename (include .wav)",
-                        .initial = PathText(file.filename())},
-                       [this, file](const std::optional<std::string>& name) {
-                         Rename(file, name.value_or(""));
-                       });
+  ports_.prompts.Input(
+      {.title = "Rename",
+       .prompt = "Please enter the new filename (include .wav)",
+       .initial = PathText(file.filename())},
+      [this, file](const std::optional<std::string>& name) { Rename(file, name.value_or("")); });
 }
 
 void Player::Rename(const fs::path& file, const std::string& name) {
@@ -254,18 +253,17 @@ void Player::Rename(const fs::path& file, const std::string& name) {
 
 bool Player::IsRecorded(const fs::path& file) {
   if (recorded_.empty() || file != recorded_) return false;
-  ports_.prompts.Tell({.title = kTitle,
-                       .text = PathText(file.filename()) +
-                               " is being recorded. Stop the recording first.",
-                       .icon = BoxIcon::Exclamation},
-                      {});
+  ports_.prompts.Tell(
+      {.title = kTitle,
+       .text = PathText(file.filename()) + " is being recorded. Stop the recording first.",
+       .icon = BoxIcon::Exclamation},
+      {});
   return true;
 }
 
 void Player::Fail(const std::string& title, const std::string& text, int error) {
-  ports_.prompts.Tell({.title = title + std::to_string(error), .text = text,
-                       .icon = BoxIcon::Exclamation},
-                      {});
+  ports_.prompts.Tell(
+      {.title = title + std::to_string(error), .text = text, .icon = BoxIcon::Exclamation}, {});
   parts_.form.lblProblem.caption = ErrorText(error) + ".";
 }
 

@@ -15,9 +15,8 @@
 namespace velt {
 namespace {
 
-constexpr int kFolderCharacters = 18;
+constexpr int kFolderCharacters = 20;
 constexpr int kFileCharacters = 34;  // a recording's name is 28 long
-constexpr int kListLines = 8;
 
 // One line whose end may be hidden behind its edge; the tool tip holds the whole.
 QLabel* MakeLine(QWidget* parent) {
@@ -29,8 +28,15 @@ QLabel* MakeLine(QWidget* parent) {
 
 }  // namespace
 
-ChoosingList::ChoosingList(QWidget* parent) : QListWidget(parent) {
+ChoosingList::ChoosingList(int characters, QWidget* parent)
+    : QListWidget(parent), characters_(characters) {
   setUniformItemSizes(true);
+}
+
+QSize ChoosingList::SizeFor(int lines) const {
+  const QFontMetrics metrics = fontMetrics();
+  return QSize(metrics.horizontalAdvance('0') * characters_, metrics.lineSpacing() * lines) +
+         QSize(2, 2) * frameWidth();
 }
 
 // The view itself would choose the first item, unseen, as soon as the keyboard comes here.
@@ -48,60 +54,59 @@ PlayerWindow::PlayerWindow(PlayerForm& form, QWidget* parent)
   setSizeGripEnabled(true);
   // Made in the order in which Tab walks through them.
   auto* rows = new QVBoxLayout(this);
-  rows->addWidget(Binder().Bind(form_.lblFolder, MakeLine(this),
-                                {"Folder: %1", "The folder that the files are in: %1"}));
-  auto* lists = new QHBoxLayout;
-  rows->addLayout(lists, 1);
-  lists->addLayout(MakeFolders(), 1);
-  lists->addLayout(MakeFiles(), 2);
+  rows->addLayout(MakePlace());
+  rows->addLayout(MakeLists(), 1);
   AddProgress(*rows);
+  rows->addLayout(MakeBottomRow());
   FollowForm();
   wanted_ = form_.fileListWanted.Listen([this] { files_->setFocus(); });
 }
 
-ChoosingList* PlayerWindow::AddList(QVBoxLayout& column, ListBox& control, const QString& caption,
-                                    const Words& words) {
-  auto* list = new ChoosingList(this);
+QHBoxLayout* PlayerWindow::MakePlace() {
+  auto* row = new QHBoxLayout;
+  auto* places = new QComboBox(this);
+  auto* label = new QLabel("P&lace:", this);
+  label->setBuddy(places);
+  row->addWidget(label);
+  row->addWidget(Binder().Bind(form_.Drive1, places,
+                               {"Place", "Where to look: recordings, home, plugged in media"}));
+  row->addWidget(Binder().Bind(form_.lblFolder, MakeLine(this),
+                               {"Folder: %1", "The folder that the files are in: %1"}),
+                 1);
+  return row;
+}
+
+QHBoxLayout* PlayerWindow::MakeLists() {
+  auto* row = new QHBoxLayout;
+  folders_ = AddList(*row, form_.Dir1, kFolderCharacters, "&Folders:",
+                     {"Folders", "A double click or Enter opens a folder; .. is the one above"});
+  files_ = AddList(*row, form_.File1, kFileCharacters,
+                   "F&iles:", {"Files", "A double click or Enter plays a file"});
+  auto* column = new QVBoxLayout;
+  row->addLayout(column);
+  column->addSpacing(fontMetrics().height());
+  AddButton(*column, form_.cmdfiles[0], {.name = "Delete", .accessKey = 'D'});
+  AddButton(*column, form_.cmdfiles[1], {.name = "Rename", .accessKey = 'R'});
+  AddButton(*column, form_.cmdfiles[2], {.name = "%1", .accessKey = 'E'});
+  column->addStretch();
+  return row;
+}
+
+ChoosingList* PlayerWindow::AddList(QHBoxLayout& row, ListBox& control, int characters,
+                                    const QString& caption, const Words& words) {
+  auto* column = new QVBoxLayout;
+  row.addLayout(column, characters);
+  auto* list = new ChoosingList(characters, this);
   auto* label = new QLabel(caption, this);
   label->setBuddy(list);
-  column.addWidget(label);
-  column.addWidget(Binder().Bind(control, list, words), 1);
-  list->setMinimumHeight(list->fontMetrics().lineSpacing() * kListLines);
+  column->addWidget(label);
+  column->addWidget(Binder().Bind(control, list, words), 1);
   connect(list, &QListWidget::itemDoubleClicked, this, [&control] { control.UserDoubleClick(); });
   return list;
 }
 
-QVBoxLayout* PlayerWindow::MakeFolders() {
-  auto* column = new QVBoxLayout;
-  auto* places = new QComboBox(this);
-  auto* label = new QLabel("P&lace:", this);
-  label->setBuddy(places);
-  column->addWidget(label);
-  column->addWidget(Binder().Bind(
-      form_.Drive1, places, {"Place", "Where to look: recordings, home, plugged in media"}));
-  folders_ = AddList(*column, form_.Dir1, "&Folders:",
-                     {"Folders", "A double click or Enter opens a folder; .. is the one above"});
-  folders_->setMinimumWidth(folders_->fontMetrics().horizontalAdvance('0') * kFolderCharacters);
-  return column;
-}
-
-QVBoxLayout* PlayerWindow::MakeFiles() {
-  auto* column = new QVBoxLayout;
-  files_ = AddList(*column, form_.File1, "F&iles:",
-                   {"Files", "A double click or Enter plays a file"});
-  files_->setMinimumWidth(files_->fontMetrics().horizontalAdvance('0') * kFileCharacters);
-  auto* row = new QHBoxLayout;
-  column->addLayout(row);
-  AddButton(*row, form_.cmdfiles[0], {.name = "Delete", .accessKey = 'D'});
-  AddButton(*row, form_.cmdfiles[1], {.name = "Rename", .accessKey = 'R'});
-  row->addStretch();
-  AddButton(*row, form_.cmdfiles[2], {.name = "%1", .accessKey = 'E'});
-  return column;
-}
-
 void PlayerWindow::AddProgress(QVBoxLayout& rows) {
-  rows.addWidget(Binder().Bind(form_.lblProgress, MakeLine(this),
-                               {"%1", "What is played, how far it has come and how long it is"}));
+  rows.addWidget(Binder().Bind(form_.lblProgress, MakeLine(this), {"%1", "%1"}));
   auto* progress = new QProgressBar(this);
   progress->setTextVisible(false);
   progress->setAccessibleName("Position in the file");
@@ -115,15 +120,18 @@ void PlayerWindow::AddProgress(QVBoxLayout& rows) {
     progress->setValue(form_.prgPlay.percent);
   });
   rows.addWidget(Binder().Bind(form_.lblProblem, new ErrorLabel(this), {"%1"}));
+}
+
+QHBoxLayout* PlayerWindow::MakeBottomRow() {
   auto* row = new QHBoxLayout;
-  rows.addLayout(row);
   row->addWidget(Binder().Bind(form_.chkPtt, new QCheckBox(this), {"%1", {}, 'K'}));
   row->addStretch();
   AddButton(*row, form_.CmdPlay[0], {"%1", "Play the chosen file", 'P'});
   AddButton(*row, form_.CmdPlay[1], {"%1", "Stop playing, and let the rig receive", 'S'});
+  return row;
 }
 
-void PlayerWindow::AddButton(QHBoxLayout& row, const Button& control, const Words& words) {
+void PlayerWindow::AddButton(QBoxLayout& row, const Button& control, const Words& words) {
   auto* button = new QPushButton(this);
   // Enter in a list acts on the list.
   button->setAutoDefault(false);

@@ -6,6 +6,7 @@
 #include "form/player_form.h"
 #include "ui/form_dialog.h"
 
+class QBoxLayout;
 class QHBoxLayout;
 class QVBoxLayout;
 
@@ -14,10 +15,21 @@ namespace velt {
 // A list in which nothing is chosen before somebody does.
 class ChoosingList : public QListWidget {
  public:
-  explicit ChoosingList(QWidget* parent);
+  // So wide that this many characters are seen.
+  ChoosingList(int characters, QWidget* parent);
+  // Low, so that the window has room below the main window; the user can draw it larger.
+  QSize sizeHint() const override { return SizeFor(kUsualLines); }
+  QSize minimumSizeHint() const override { return SizeFor(kLeastLines); }
 
  protected:
   void focusInEvent(QFocusEvent* event) override;
+
+ private:
+  static constexpr int kUsualLines = 7;
+  static constexpr int kLeastLines = 4;
+  QSize SizeFor(int lines) const;
+
+  const int characters_;
 };
 
 class PlayerWindow : public FormDialog {
@@ -31,12 +43,13 @@ class PlayerWindow : public FormDialog {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  ChoosingList* AddList(QVBoxLayout& column, ListBox& control, const QString& caption,
+  QHBoxLayout* MakePlace();
+  QHBoxLayout* MakeLists();
+  ChoosingList* AddList(QHBoxLayout& row, ListBox& control, int characters, const QString& caption,
                         const Words& words);
-  QVBoxLayout* MakeFolders();
-  QVBoxLayout* MakeFiles();
   void AddProgress(QVBoxLayout& rows);
-  void AddButton(QHBoxLayout& row, const Button& control, const Words& words);
+  QHBoxLayout* MakeBottomRow();
+  void AddButton(QBoxLayout& row, const Button& control, const Words& words);
 
   PlayerForm& form_;
   ChoosingList* folders_ = nullptr;

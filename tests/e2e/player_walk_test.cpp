@@ -35,8 +35,11 @@ TEST(PlayerWalk, ARecordingIsSentAndTheRigReleasedWhateverIsClosed) {
   EXPECT_NEAR(sound.MonitorHz(), 1500, 30);
   window.Click(window.form.optTXRX[1]);
   EXPECT_TRUE(transmits("0")) << "the main window's RX stands beside the player";
-  EXPECT_TRUE(WaitUntil([&] { return sound.Pactl({"list", "short", "sink-inputs"}).empty(); },
-                        seconds(5)));
+  EXPECT_TRUE(WaitUntil(
+      [&] {
+        return sound.Pactl({"list", "short", "sink-inputs"}).empty();
+      },
+      seconds(5)));
   ASSERT_TRUE(open()) << "it comes before the other windows";
   window.Press({"alt+i", "Return"});
   EXPECT_TRUE(transmits("1"));

@@ -159,7 +159,8 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
     return prompts.told.empty() ? std::string() : prompts.told.back().title;
   };
   const auto all = files.files;
-  for (const char* name : {"old/d.wav", "../d.wav", "/d.wav", "a\\d.wav", ".", "..", "c\uFFFD.wav"}) {
+  for (const char* name :
+       {"old/d.wav", "../d.wav", "/d.wav", "a\\d.wav", ".", "..", "c\uFFFD.wav"}) {
     EXPECT_EQ(rename(2, name), "Rename error nr22") << name;
   }
   EXPECT_EQ(rename(0, "b.wav"), "Rename error nr17");

@@ -40,8 +40,8 @@ TEST(PlayerWindow, EveryControlIsReachedAndWorkedByKeys) {
   QTest::keyClick(files, Qt::Key_Down);
   EXPECT_EQ(form.File1.listIndex, 0);
   QTest::keyClick(files, Qt::Key_Return);
-  const std::string expected[] = {"Del;", "Ren;", "Run Explorer;", "key;", "Play;",
-                                  "Stop;", "place;", "folder;", "file;"};
+  const std::string expected[] = {"Del;",  "Ren;",   "Run Explorer;", "key;", "Play;",
+                                  "Stop;", "place;", "folder;",       "file;"};
   EXPECT_EQ(std::exchange(done, {}), "file;");
   for (const std::string& what : expected) {
     QTest::keyClick(window.focusWidget(), Qt::Key_Tab);

@@ -67,8 +67,7 @@ void PulsePlayback::Start() {
 size_t PulsePlayback::Writable() const {
   if (!stream_ || pa_stream_get_state(stream_) != PA_STREAM_READY) return 0;
   const size_t bytes = pa_stream_writable_size(stream_);
-  return bytes == static_cast<size_t>(-1) ? 0
-                                          : bytes / pa_frame_size(&format_) * format_.channels;
+  return bytes == static_cast<size_t>(-1) ? 0 : bytes / pa_frame_size(&format_) * format_.channels;
 }
 
 void PulsePlayback::Write(std::span<const float> values) {

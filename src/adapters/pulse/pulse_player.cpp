@@ -139,9 +139,9 @@ void PulsePlayer::OnConnectionFailed(const std::string& reason) {
 
 void PulsePlayer::OnPlaybackFailed(int error) {
   const bool missing = error == PA_ERR_NOENTITY && phase_ == Phase::Opening;
-  End({PlayerEvent::Kind::Failed, missing ? "There is no sound output."
-                                          : std::string("The sound output was lost: ") +
-                                                pa_strerror(error) + "."});
+  End({PlayerEvent::Kind::Failed,
+       missing ? "There is no sound output."
+               : std::string("The sound output was lost: ") + pa_strerror(error) + "."});
 }
 
 void PulsePlayer::OnPlaybackDrained() {
@@ -166,12 +166,12 @@ void PulsePlayer::End(PlayerEvent event) {
 }
 
 void PulsePlayer::Tell(PlayerEvent event) {
-  scheduler_.Post([self = std::weak_ptr(self_), generation = generation_,
-                   event = std::move(event)] {
-    const auto player = self.lock();
-    if (!player || (*player)->generation_ != generation) return;
-    (*player)->happened.Raise(event);
-  });
+  scheduler_.Post(
+      [self = std::weak_ptr(self_), generation = generation_, event = std::move(event)] {
+        const auto player = self.lock();
+        if (!player || (*player)->generation_ != generation) return;
+        (*player)->happened.Raise(event);
+      });
 }
 
 }  // namespace velt

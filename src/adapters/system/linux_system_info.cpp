@@ -45,8 +45,8 @@ std::vector<StoragePlace> LinuxSystemInfo::StoragePlaces() const {
   const std::filesystem::path user = HomeFolder().filename();
   for (const char* const media : {"/media", "/run/media"}) {
     std::error_code error;
-    for (std::filesystem::directory_iterator entry(media / user, error), end; !error && entry != end;
-         entry.increment(error)) {
+    for (std::filesystem::directory_iterator entry(media / user, error), end;
+         !error && entry != end; entry.increment(error)) {
       places.push_back({PathText(entry->path().filename()), entry->path()});
     }
   }

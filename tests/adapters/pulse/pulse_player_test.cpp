@@ -24,7 +24,8 @@ void WriteTone(const std::filesystem::path& file, int rateHz, int channels, int 
   std::vector<float> values;
   for (int i = 0; i < static_cast<int>(seconds * rateHz); ++i) {
     const double phase = 2 * std::numbers::pi * 1000 * i / rateHz;
-    values.insert(values.end(), static_cast<size_t>(channels), 0.5F * std::sin(static_cast<float>(phase)));
+    values.insert(values.end(), static_cast<size_t>(channels),
+                  0.5F * std::sin(static_cast<float>(phase)));
   }
   SNDFILE* sound = sf_open(file.c_str(), SFM_WRITE, &info);
   sf_write_float(sound, values.data(), std::ssize(values));
@@ -90,10 +91,11 @@ TEST_F(PulsePlayerTest, FilesOfAllKindsAreHeardAsTheyAreAndEnd) {
   struct Case {
     int rateHz, channels, format;
   };
-  for (const Case& c :
-       {Case{44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16}, {8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},
-        {96000, 6, SF_FORMAT_WAV | SF_FORMAT_PCM_24}, {1000000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},
-        {22050, 1, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}}) {
+  for (const Case& c : {Case{44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16},
+                        {8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},
+                        {96000, 6, SF_FORMAT_WAV | SF_FORMAT_PCM_24},
+                        {1000000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},
+                        {22050, 1, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}}) {
     SCOPED_TRACE(c.rateHz);
     const auto file = folder / "tone.wav";
     WriteTone(file, c.rateHz, c.channels, c.format, 1.2);
