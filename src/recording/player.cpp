@@ -62,6 +62,8 @@ void Player::Open() {
   lowered_ = parts_.onTop.Lower();
   parts_.form.lblProgress.caption = "";
   parts_.form.lblProblem.caption = "";
+  // Going on the air is chosen anew each time.
+  parts_.form.chkPtt.value = 0;
   view_.Load(parts_.installation.dataFolder / "WAV");
   parts_.form.fileListWanted.Raise();
   parts_.form.Window.visible = true;

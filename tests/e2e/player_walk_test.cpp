@@ -54,7 +54,7 @@ TEST(PlayerWalk, ARecordingIsSentAndTheRigReleasedWhateverIsClosed) {
   window.Press({"Return"});
   EXPECT_TRUE(WaitUntil([&] { return exists(*home / "VELT/WAV/cq.wav"); }, seconds(5)));
 
-  window.Press({"alt+p"});
+  window.Press({"alt+k", "alt+p"});
   EXPECT_TRUE(transmits("1"));
   window.Close();
   EXPECT_TRUE(transmits("0"));

@@ -108,7 +108,7 @@ TEST_F(PlayerTest, WhateverEndsThePlayingOrTheTransmissionReleasesTheRig) {
     EXPECT_EQ(std::ranges::count(soundPlayer.calls, "stop") > 0, end.soundEnds);
     // Nothing that comes late keys or plays.
     soundPlayer.calls.clear();
-    if (end.happens) Pass(std::chrono::seconds(20));
+    Pass(std::chrono::seconds(20));
     EXPECT_FALSE(Keyed());
     EXPECT_EQ(soundPlayer.calls, Texts{});
     player.CmdPlay[1].Click();
@@ -134,6 +134,8 @@ TEST_F(PlayerTest, ReceiveEndsWhatIsAboutToBeKeyedAndTheOperatorsTransmissionGoe
   Pass(std::chrono::seconds(3));
   form.mnuopenrec.Click();
   Pass(Milliseconds(1));
+  EXPECT_EQ(player.chkPtt.value, 0) << "chosen anew each time";
+  player.chkPtt.UserPick(true);
   Play();
   soundPlayer.Tell(Kind::Ready);
   EXPECT_EQ(soundPlayer.calls.back(), "start");

@@ -254,13 +254,20 @@ struct FakeSoundFile : SoundFile {
 struct FakeSoundPlayer : SoundPlayer {
   std::vector<std::string> calls;  // "prepare /r/a.wav", "start", "stop"
   Progress heard;
+  bool busy = false;
   void Prepare(const std::filesystem::path& file) override {
     calls.push_back("prepare " + file.string());
+    busy = true;
   }
   void Start() override { calls.emplace_back("start"); }
-  void Stop() override { calls.emplace_back("stop"); }
+  void Stop() override {
+    calls.emplace_back("stop");
+    busy = false;
+  }
   Progress Heard() const override { return heard; }
-  void Tell(PlayerEvent::Kind kind, const std::string& text = "") { happened.Raise({kind, text}); }
+  void Tell(PlayerEvent::Kind kind, const std::string& text = "") {
+    if (busy) happened.Raise({kind, text});
+  }
 };
 
 // Folders by path; one that is not there gives ENOENT.

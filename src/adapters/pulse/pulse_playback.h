@@ -12,11 +12,12 @@ namespace velt {
 // Used and destroyed under the loop's lock, before the connection it was made on.
 class PulsePlayback {
  public:
-  // Called on the loop's thread. The playback may be destroyed within each call.
+  // Called on the loop's thread.
   class Listener {
    public:
-    virtual void OnPlaybackFailed(int error) = 0;  // a libpulse error code
-    virtual void OnPlaybackDrained() = 0;          // all that was written was heard
+    // With a libpulse error code. Neither the playback nor its connection may be destroyed within.
+    virtual void OnPlaybackFailed(int error) = 0;
+    virtual void OnPlaybackDrained() = 0;  // all that was written was heard
 
    protected:
     ~Listener() = default;

@@ -72,6 +72,7 @@ SoundPlayer::Progress PulsePlayer::Heard() const {
 }
 
 void PulsePlayer::Pump() {
+  if (!failure_.empty()) return End({PlayerEvent::Kind::Failed, failure_});
   if (phase_ == Phase::Opening) GoOnOpening();
   if (phase_ == Phase::Playing || phase_ == Phase::Draining) WatchProgress(HandOn());
   if (phase_ != Phase::Idle && phase_ != Phase::Waiting) pump_.Start(kPumpEvery);
@@ -137,11 +138,12 @@ void PulsePlayer::OnConnectionFailed(const std::string& reason) {
   End({PlayerEvent::Kind::Failed, playback_ ? kServerGoneText : NoServerText(reason)});
 }
 
+// A stream that has just failed must not lose its connection before the library is done with it.
 void PulsePlayer::OnPlaybackFailed(int error) {
   const bool missing = error == PA_ERR_NOENTITY && phase_ == Phase::Opening;
-  End({PlayerEvent::Kind::Failed,
-       missing ? "There is no sound output."
-               : std::string("The sound output was lost: ") + pa_strerror(error) + "."});
+  failure_ = missing ? "There is no sound output."
+                     : std::string("The sound output was lost: ") + pa_strerror(error) + ".";
+  pump_.Start(Milliseconds(0));
 }
 
 void PulsePlayer::OnPlaybackDrained() {
@@ -155,6 +157,7 @@ void PulsePlayer::Drop() {
   if (playback_) heard_.position = std::max(heard_.position, playback_->Heard());
   pump_.Stop();
   phase_ = Phase::Idle;
+  failure_.clear();
   playback_.reset();
   connection_.reset();
   feed_.reset();

@@ -60,6 +60,7 @@ class PulsePlayer final : public SoundPlayer,
   Phase phase_ = Phase::Idle;
   SteadyTime since_;  // it last went on
   Progress heard_;    // without a playback, of the last one
+  std::string failure_;  // of the playback, not yet told
   std::vector<float> piece_;
   std::unique_ptr<SoundFeed> feed_;
   PulseTimer pump_;
