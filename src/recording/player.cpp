@@ -113,7 +113,7 @@ void Player::Hear(const PlayerEvent& event) {
       return;
     case PlayerEvent::Kind::Failed:
       lead_.Cancel();
-      End("not played");
+      End(stage_ == Stage::Playing ? "broken off" : "not played");
       parts_.form.lblProblem.caption = event.text;
       return Release();
   }
