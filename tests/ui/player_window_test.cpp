@@ -15,7 +15,7 @@ TEST(PlayerWindow, EveryControlIsReachedAndWorkedByKeys) {
   PlayerWindow window(form, nullptr);
   std::string done;
   Connections connections;
-  const auto listen = [&](const Event<>& event, const std::string& what) {
+  const auto listen = [&](Event<>& event, const std::string& what) {
     connections += event.Listen([&done, what] { done += what + ";"; });
   };
   listen(form.File1.doubleClicked, "file");
