@@ -43,19 +43,6 @@ TEST(PlayerWalk, ARecordingIsSentAndTheRigReleasedWhateverIsClosed) {
   ASSERT_TRUE(open()) << "it comes before the other windows";
   window.Press({"alt+i", "Return"});
   EXPECT_TRUE(transmits("1"));
-  window.Press({"Escape"});
-  EXPECT_TRUE(transmits("0"));
-
-  // Not where it is, but under another name; no other folder is reached.
-  ASSERT_TRUE(open());
-  window.Press({"Down", "Down", "alt+r"});
-  ASSERT_TRUE(window.WaitForWindow("Rename"));
-  window.Type("cq.wav");
-  window.Press({"Return"});
-  EXPECT_TRUE(WaitUntil([&] { return exists(*home / "VELT/WAV/cq.wav"); }, seconds(5)));
-
-  window.Press({"alt+k", "alt+p"});
-  EXPECT_TRUE(transmits("1"));
   window.Close();
   EXPECT_TRUE(transmits("0"));
   EXPECT_TRUE(window.Program().WaitForEnd(seconds(5)));

@@ -51,24 +51,6 @@ TEST(PlayerWindow, EveryControlIsReachedAndWorkedByKeys) {
     if (what != "place;") QTest::keyClick(widget, list ? Qt::Key_Return : Qt::Key_Space);
     EXPECT_EQ(std::exchange(done, {}), what);
   }
-  listen(form.Window.closeAsked, "closed");
-  QTest::keyClick(files, Qt::Key_Escape);
-  EXPECT_EQ(done, "closed;");
-
-  // What was refreshed keeps the choice and shows it.
-  form.File1.items = {"b.wav"};
-  form.File1.listIndex = 0;
-  Turn();
-  EXPECT_EQ(dynamic_cast<QListWidget&>(*files).selectedItems().size(), 1);
-
-  // It comes up again where it was closed.
-  window.move(120, 90);
-  form.Window.visible = false;
-  Turn();
-  window.move(0, 0);
-  form.Window.visible = true;
-  Turn();
-  EXPECT_EQ(window.pos(), QPoint(120, 90));
 }
 
 }  // namespace
