@@ -58,8 +58,8 @@ class PulsePlayer final : public SoundPlayer,
   // What follows is touched under the loop's lock.
   uint64_t generation_ = 0;  // of the latest wish; written on the window's thread only
   Phase phase_ = Phase::Idle;
-  SteadyTime since_;  // it last went on
-  Progress heard_;    // without a playback, of the last one
+  SteadyTime since_;     // it last went on
+  Progress heard_;       // without a playback, of the last one
   std::string failure_;  // of the playback, not yet told
   std::vector<float> piece_;
   std::unique_ptr<SoundFeed> feed_;
