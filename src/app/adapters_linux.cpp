@@ -6,6 +6,7 @@
 #include "adapters/demo/no_recorder.h"
 #include "adapters/demo/paced_input.h"
 #include "adapters/files/disk_files.h"
+#include "adapters/files/folder_reader.h"
 #include "adapters/files/ini_store.h"
 #include "adapters/files/memory_store.h"
 #include "adapters/guardian/guardian_process.h"
@@ -13,6 +14,7 @@
 #include "adapters/logind/logind_sleep_lock.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
+#include "adapters/pulse/pulse_player.h"
 #include "adapters/pulse/pulse_recorder.h"
 #include "adapters/qt/qt_colour_chooser.h"
 #include "adapters/qt/qt_file_chooser.h"
@@ -27,6 +29,7 @@
 #include "adapters/serial/no_serial_port.h"
 #include "adapters/serial/qt_serial_port.h"
 #include "adapters/simulated_rig/simulated_rig.h"
+#include "adapters/soundfile/played_file.h"
 #include "adapters/soundfile/repeated_file.h"
 #include "adapters/soundfile/sound_file_reader.h"
 #include "adapters/soundfile/wav_writer.h"
@@ -127,6 +130,8 @@ class LinuxAdapters : public Adapters {
             .launcher = launcher_,
             .pictures = pictures_,
             .soundFile = soundFile_,
+            .player = player_,
+            .folders = folders_,
             .fileChooser = fileChooser_,
             .spectrogramWriter = spectrogramFile_,
             .lock = lock_,
@@ -156,6 +161,8 @@ class LinuxAdapters : public Adapters {
   QtLauncher launcher_;
   QtPictures pictures_;
   SoundFileReader soundFile_;
+  PulsePlayer player_{scheduler_, [] { return std::make_unique<PlayedFile>(); }};
+  FolderReader folders_{scheduler_};
   QtFileChooser fileChooser_;
   SpectrogramFile spectrogramFile_;
   PosixInstanceLock lock_;

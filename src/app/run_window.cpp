@@ -19,6 +19,7 @@
 #include "ui/message_view.h"
 #include "ui/omnirig_window.h"
 #include "ui/paste_filter.h"
+#include "ui/player_window.h"
 #include "ui/spectrogram_window.h"
 #include "ui/sysinfo_window.h"
 
@@ -114,6 +115,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   const BandsWindow bandsWindow(program.bandsForm, &window);
   const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);
+  const PlayerWindow playerWindow(program.playerForm, &window);
   const SpectrogramWindow spectrogramWindow(
       program.spectrogramForm, [&program] { return program.spectrogram.Shown(); }, &window);
   Connections connections;

@@ -11,6 +11,7 @@ namespace velt {
 // In the order in which they are shown, one at a time.
 enum class NoticeKind {
   Transmitter,   // it may be on although nobody wants it
+  Player,        // its file has ended, and it goes on transmitting
   Transmission,  // one was ended without being asked
   Sound,
   Recording,  // it has ended, or a part of it is missing

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velt {
 
@@ -24,6 +25,12 @@ struct RegistryValue {
   std::string bytes;
 };
 
+// Where files may be besides the user's own folder.
+struct StoragePlace {
+  std::string name;  // for people
+  std::filesystem::path folder;
+};
+
 class SystemInfo {
  public:
   virtual ~SystemInfo() = default;
@@ -40,6 +47,9 @@ class SystemInfo {
 
   // The folder for a shell folder identifier (40: the user's home); empty when unknown.
   virtual std::string SpecialFolder(int32_t identifier) const = 0;
+
+  // The file system's root, and the sticks, cards and disks that the user has plugged in now.
+  virtual std::vector<StoragePlace> StoragePlaces() const = 0;
 
   // A plain string value of the system's registry; empty when there is no registry, no such key
   // or value, or one of another type.

@@ -35,6 +35,10 @@ bool Recorder::Recording() const {
   return parts_.form.imgRecOnOff[0].tag.Get() == "Rec";
 }
 
+std::filesystem::path Recorder::File() const {
+  return Recording() ? Folder() / TextPath(recFileName_) : std::filesystem::path();
+}
+
 void Recorder::Offer() {
   parts_.form.imgRecOnOff[0].enabled = true;
   if (parts_.form.imgRecOnOff[0].tag.Get().empty()) ShowState(kIdleImage);
@@ -61,7 +65,7 @@ void Recorder::StartWavRecording() {
   ports_.recorder.Open({parts_.capture.DeviceName(), parts_.capture.SourceName()}, parts_.rateHz);
   ports_.recorder.Record();
   ShowFile("VELTSA_" + parts_.platform.DateStamp() + "_" + TimeStamp(ports_.clock.Now()) + ".wav");
-  ports_.recorder.SaveAs(parts_.installation.dataFolder / "WAV" / TextPath(recFileName_));
+  ports_.recorder.SaveAs(Folder() / TextPath(recFileName_));
   recTicks_ = 0;
   parts_.form.tmrRec.enabled = true;
 }

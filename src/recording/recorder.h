@@ -50,6 +50,9 @@ class Recorder {
 
   bool Recording() const;
 
+  // The file that is being recorded; empty: none.
+  std::filesystem::path File() const;
+
   void mnuRecordOption_Click();
   void tmrRec_Timer();
 
@@ -59,6 +62,7 @@ class Recorder {
   void ShowFile(const std::string& name);
   void HandleEvent(const RecorderEvent& event);
   void Failed(const std::string& text);
+  std::filesystem::path Folder() const { return parts_.installation.dataFolder / "WAV"; }
 
   Parts parts_;
   Ports ports_;

@@ -19,8 +19,8 @@ void Ptt::PTT_ON(TransmitOwner owner) {
   const bool byLink = keyer == nullptr || IsByLink(*keyer);
   if (byLink ? KeyByLink(owner, keyer) : parts_.guard.Key(owner, *keyer)) {
     SelectButton(0);
-  } else if (keyer == nullptr || !parts_.guard.Holds(*keyer)) {
-    // What is on already stays selected.
+  } else if (!parts_.guard.Wanted() && (keyer == nullptr || !parts_.guard.Holds(*keyer))) {
+    // What is on already, by whatever keyer, stays selected.
     SelectButton(1);
   }
 }

@@ -63,6 +63,7 @@ void TransmitGuard::ReleaseAll(Keyer* inUse) {
     watch.wishes.clear();
     if (wanted || watch.safety.Holds() || &watch.keyer == inUse) SendRelease(watch);
   }
+  allReleased.Raise();
 }
 
 void TransmitGuard::Leave(Keyer& keyer) {

@@ -57,6 +57,9 @@ class TransmitGuard {
   // been sent, and the user is told.
   Event<const Keyer&, Cause> ended;
 
+  // By ReleaseAll: what somebody is about to key is not wanted either.
+  Event<> allReleased;
+
   // To be told of before it is keyed; it must outlive the guard.
   void Add(Keyer& keyer);
 

@@ -18,6 +18,7 @@
 #include "form/main_form.h"
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
+#include "form/player_form.h"
 #include "form/spectrogram_form.h"
 #include "form/sysinfo_form.h"
 #include "platform/installation.h"
@@ -30,6 +31,7 @@
 #include "presets/preset_files.h"
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
+#include "recording/player.h"
 #include "recording/recorder.h"
 #include "recording/spectrogram_dialog.h"
 #include "rig/rig.h"
@@ -70,6 +72,8 @@ class Program {
     Launcher& launcher;
     Pictures& pictures;
     SoundFile& soundFile;
+    SoundPlayer& player;
+    FolderLister& folders;
     FileChooser& fileChooser;
     SpectrogramWriter& spectrogramWriter;
     InstanceLock& lock;
@@ -89,6 +93,7 @@ class Program {
   SysInfoForm sysInfoForm;
   MessageForm messageForm;
   SpectrogramForm spectrogramForm;
+  PlayerForm playerForm;
   Installation installation;
   CarriedSettings carried;
   PlatformHelpers platform;
@@ -111,6 +116,7 @@ class Program {
   ColorDialog colorDialog;
   SpectrogramDialog spectrogram;
   Recorder recorder;
+  Player player;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

@@ -23,14 +23,8 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     return;
   }
   unloading_ = true;
-  // The engine keys nothing any more.
-  parts_.form.tmrStatus.enabled = false;
-  parts_.rig.guard.ReleaseNow();
-  ports_.prompts.DropAll();
+  PutAway();
   parts_.rig.dialog.Close();
-  parts_.colorDialog.Close();
-  parts_.bandDialog.Close();
-  parts_.recorder.Finish();
   if (parts_.rig.control.RestoreNow()) {
     // The write needs a moment to reach the rig.
     cancel = true;
@@ -41,6 +35,17 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     return;
   }
   SaveSettings(cancel);
+}
+
+void Shutdown::PutAway() {
+  // The engine keys nothing any more.
+  parts_.form.tmrStatus.enabled = false;
+  parts_.rig.guard.ReleaseNow();
+  ports_.prompts.DropAll();
+  parts_.colorDialog.Close();
+  parts_.bandDialog.Close();
+  parts_.player.Close();
+  parts_.recorder.Finish();
 }
 
 void Shutdown::SaveSettings(bool& cancel) {
@@ -109,12 +114,7 @@ void Shutdown::QuitTimer_Timer() {
 }
 
 void Shutdown::mnucloseme_Click() {
-  parts_.form.tmrStatus.enabled = false;
-  parts_.rig.guard.ReleaseNow();
-  ports_.prompts.DropAll();
-  parts_.colorDialog.Close();
-  parts_.bandDialog.Close();
-  parts_.recorder.Finish();
+  PutAway();
   unloading_ = true;
   quitting_ = true;
   // The menu that this was chosen from would let capture go on.

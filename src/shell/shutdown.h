@@ -13,6 +13,7 @@
 #include "ports/scheduler.h"
 #include "presets/band_dialog.h"
 #include "presets/preset_files.h"
+#include "recording/player.h"
 #include "recording/recorder.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
@@ -27,6 +28,7 @@ class Shutdown {
     Capture& capture;
     ColorDialog& colorDialog;
     BandDialog& bandDialog;
+    Player& player;
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;
@@ -66,6 +68,8 @@ class Shutdown {
 
  private:
   using Step = void (Shutdown::*)(bool& cancel);
+  // What every end begins with: off the air, nothing asked, nothing recorded.
+  void PutAway();
   void SaveSettings(bool& cancel);
   void StopLink(bool& cancel);
   void SavePresets(bool& cancel);

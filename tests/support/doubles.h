@@ -101,8 +101,17 @@ struct FakeFiles : Files {
   std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
     return {};
   }
-  int Remove(const std::filesystem::path&) override { return EACCES; }
-  int Rename(const std::filesystem::path&, const std::filesystem::path&) override { return EACCES; }
+  int Remove(const std::filesystem::path& path) override {
+    return files.erase(path) != 0 ? 0 : EACCES;
+  }
+  int Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
+    if (files.contains(to)) return EEXIST;
+    auto moved = files.extract(from);
+    if (moved.empty()) return EACCES;
+    moved.key() = to;
+    files.insert(std::move(moved));
+    return 0;
+  }
   int MakeFolder(const std::filesystem::path& path) override {
     return !unmakable.contains(path) && folders.insert(path).second ? 0 : EACCES;
   }
@@ -183,6 +192,7 @@ struct FakeSystem : SystemInfo {
   std::string RegistryString(RegistryRoot, const std::string&, const std::string&) const override {
     return "";
   }
+  std::vector<StoragePlace> StoragePlaces() const override { return {{"Stick", "/media/om/s"}}; }
   std::map<std::string, RegistryValue> registry;  // by key and name: "KEY\\NAME"
   std::optional<RegistryValue> RegistryData(RegistryRoot, const std::string& subkey,
                                             const std::string& name) const override {
@@ -270,6 +280,41 @@ struct FakeSoundFile : SoundFile {
   bool Rewind() override {
     next = 0;
     return true;
+  }
+};
+
+// What a test lets happen to a file that is played.
+struct FakeSoundPlayer : SoundPlayer {
+  std::vector<std::string> calls;  // "prepare /r/a.wav", "start", "stop"
+  Progress heard;
+  bool busy = false;
+  void Prepare(const std::filesystem::path& file) override {
+    calls.push_back("prepare " + file.string());
+    busy = true;
+  }
+  void Start() override { calls.emplace_back("start"); }
+  void Stop() override {
+    calls.emplace_back("stop");
+    busy = false;
+  }
+  Progress Heard() const override { return heard; }
+  void Tell(PlayerEvent::Kind kind, const std::string& text = "") {
+    if (busy) happened.Raise({kind, text});
+  }
+};
+
+// Folders by path; one that is not there gives ENOENT.
+struct FakeFolders : FolderLister {
+  Scheduler& scheduler;
+  std::map<std::filesystem::path, FolderListing> folders;
+  Scheduler::Handle answer;
+  explicit FakeFolders(Scheduler& of) : scheduler(of) {}
+  void List(const std::filesystem::path& folder,
+            std::function<void(const FolderListing&)> told) override {
+    answer = scheduler.After(Milliseconds(1), [this, folder, told] {
+      const auto found = folders.find(folder);
+      told(found == folders.end() ? FolderListing{.error = ENOENT} : found->second);
+    });
   }
 };
 
@@ -375,6 +420,8 @@ struct ProgramFixture {
   FakeLauncher launcher;
   FakePictures pictures;
   FakeSoundFile soundFile{scheduler};
+  FakeSoundPlayer soundPlayer;
+  FakeFolders folders{scheduler};
   FakeFileChooser fileChooser;
   FakeSpectrogramWriter spectrograms;
   FakeLock lock;
@@ -417,6 +464,8 @@ struct ProgramFixture {
                                                        .launcher = launcher,
                                                        .pictures = pictures,
                                                        .soundFile = soundFile,
+                                                       .player = soundPlayer,
+                                                       .folders = folders,
                                                        .fileChooser = fileChooser,
                                                        .spectrogramWriter = spectrograms,
                                                        .lock = lock,

@@ -2,7 +2,9 @@
 
 #include <sndfile.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 #include <stdexcept>
 
@@ -66,6 +68,28 @@ std::unique_ptr<Process> PulseServer::PlayTone(double frequencyHz) {
   return std::make_unique<Process>(
       std::vector<std::string>{"paplay", "--latency-msec=50", "--device=test", file.string()},
       Process::Options{Environment(), folder_.Path() / "paplay.log", {}});
+}
+
+double PulseServer::MonitorHz() {
+  const auto file = folder_.Path() / "monitor.raw";
+  const Process recorder({"parec", "--device=test.monitor", "--format=s16le", "--rate=44100",
+                          "--channels=1", "--latency-msec=20"},
+                         {Environment(), file, {}});
+  constexpr size_t kSamples = 12000;
+  std::vector<int16_t> heard;
+  WaitUntil(
+      [&] {
+        const std::string bytes = ReadText(file);
+        heard.resize(bytes.size() / sizeof(int16_t));
+        std::memcpy(heard.data(), bytes.data(), heard.size() * sizeof(int16_t));
+        heard.erase(heard.begin(), std::ranges::find_if(heard, [](int16_t s) { return s != 0; }));
+        return heard.size() > kSamples;
+      },
+      std::chrono::seconds(5));
+  if (heard.size() <= kSamples) return 0;
+  int upward = 0;
+  for (size_t i = 1; i < kSamples; ++i) upward += heard[i - 1] < 0 && heard[i] >= 0 ? 1 : 0;
+  return upward * 44100.0 / kSamples;
 }
 
 void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds) {

@@ -29,6 +29,9 @@ class PulseServer {
   // Plays a sine of half the full scale into the sink "test" for as long as the result lives, at
   // most 60 s.
   std::unique_ptr<Process> PlayTone(double frequencyHz);
+  // The pitch of what is played into the sink "test" now, by its monitor; 0 when that is silent
+  // for 5 s.
+  double MonitorHz();
 
  private:
   TempFolder folder_;

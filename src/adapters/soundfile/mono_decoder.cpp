@@ -73,6 +73,14 @@ size_t MonoDecoder::Read(std::span<float> samples) {
   return done;
 }
 
+size_t MonoDecoder::ReadChannels(std::span<float> values) {
+  const size_t wanted = values.size() / static_cast<size_t>(info_.channels);
+  const sf_count_t got =
+      sf_readf_float(sound_.get(), values.data(), static_cast<sf_count_t>(wanted));
+  Count(got, wanted);
+  return static_cast<size_t>(got) * static_cast<size_t>(info_.channels);
+}
+
 size_t MonoDecoder::ReadWhole(std::span<int16_t> samples) {
   const sf_count_t got =
       sf_readf_short(sound_.get(), samples.data(), static_cast<sf_count_t>(samples.size()));

@@ -1,4 +1,4 @@
-// One sound file, decoded to one channel at the file's own rate.
+// One sound file, decoded at its own rate, to one channel or as it is.
 #pragma once
 
 #include <sndfile.h>
@@ -31,6 +31,8 @@ class MonoDecoder {
 
   // Reads up to as many samples as there is place for; fewer only at the end. 1.0 is full scale.
   size_t Read(std::span<float> samples);
+  // The same with all channels of each sample one after the other.
+  size_t ReadChannels(std::span<float> values);
   size_t ReadWhole(std::span<int16_t> samples);
 
   // Back to the first sample; false when the file cannot go back.

@@ -78,6 +78,19 @@ std::string LinuxSystemInfo::SpecialFolder(int32_t identifier) const {
   return identifier == kProfileFolder ? PathText(HomeFolder()) : "";
 }
 
+std::vector<StoragePlace> LinuxSystemInfo::StoragePlaces() const {
+  std::vector<StoragePlace> places{{"File system", "/"}};
+  const std::filesystem::path user = HomeFolder().filename();
+  for (const char* const media : {"/media", "/run/media"}) {
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(media / user, error), end;
+         !error && entry != end; entry.increment(error)) {
+      places.push_back({PathText(entry->path().filename()), entry->path()});
+    }
+  }
+  return places;
+}
+
 std::string LinuxSystemInfo::RegistryString(RegistryRoot, const std::string&,
                                             const std::string&) const {
   return "";

@@ -16,6 +16,8 @@ class LinuxSystemInfo : public SystemInfo {
   std::string SystemFolder() const override;
   // Only the home folder (40) is known.
   std::string SpecialFolder(int32_t identifier) const override;
+  // Media where desktops mount them: the names alone are read, no medium is waited for.
+  std::vector<StoragePlace> StoragePlaces() const override;
   std::string RegistryString(RegistryRoot root, const std::string& subkey,
                              const std::string& name) const override;
   std::optional<RegistryValue> RegistryData(RegistryRoot root, const std::string& subkey,

@@ -4,16 +4,20 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cerrno>
 
+#include "adapters/files/folder_reader.h"
 #include "adapters/files/full_disk.h"
 #include "adapters/files/whole_file.h"
-#include "support/temp_folder.h"
+#include "support/process.h"
+#include "support/virtual_scheduler.h"
 
 namespace velt {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 struct DiskFilesTest : testing::Test {
   const TempFolder folder, sub;
@@ -91,6 +95,22 @@ TEST_F(DiskFilesTest, AFullDiskCostsNothingAndABackupIsRestoredAllTheSame) {
   ASSERT_EQ(files.Replace(file, "new", true), 0);
   EXPECT_EQ(folder.Read("file") + folder.Read("file.bak"), "newolder");
   EXPECT_EQ(folder.Entries(), 3);
+}
+
+TEST_F(DiskFilesTest, AFolderTellsFilesFromFolders) {
+  fs::create_directory(folder / "sub");
+  fs::create_directory_symlink(sub.Path(), folder / "link");
+  ::mkfifo((folder / "pipe").c_str(), 0600);
+  folder.Write("odd\xFF\n.wav", "");
+  fs::create_symlink(folder / "odd\xFF\n.wav", file);
+  VirtualScheduler scheduler;
+  FolderReader reader(scheduler);
+  FolderListing told{.error = -1};
+  reader.List(folder.Path(), [&told](const FolderListing& listing) { told = listing; });
+  ASSERT_TRUE(WaitUntil([&] { return scheduler.RunPosted(), told.error == 0; }, 5s));
+  for (auto* names : {&told.folders, &told.files}) std::ranges::sort(*names);
+  EXPECT_EQ(told.folders, (std::vector<fs::path>{"link", "sub"}));
+  EXPECT_EQ(told.files, (std::vector<fs::path>{"file", "odd\xFF\n.wav"}));
 }
 
 TEST_F(DiskFilesTest, WhatAKilledRunLeftIsRemovedAndNothingElse) {
