@@ -243,12 +243,10 @@ TEST_F(CounterTest, TakesTheRigsPlaceAndTellsTheEngine) {
   form.tmrStatus.enabled = false;  // each of its rounds tells the engine too
   EXPECT_EQ(Said("\r\n71"), "Arduino");
   // Every third count is written, if it is another one.
-  for (const auto& [count, written] : {std::pair{"00000", "7100000"},
-                                       {"\n7200000", "7100000"},
-                                       {"\n7300000", "7100000"},
-                                       {"\n7300000", "7300000"},
-                                       {"\n7400000", "7300000"},
-                                       {"\n7300000", "7300000"}}) {
+  for (const auto& [count, written] :
+       {std::pair{"00000", "7100000"}, std::pair{"\n7200000", "7100000"},
+        std::pair{"\n7300000", "7100000"}, std::pair{"\n7300000", "7300000"},
+        std::pair{"\n7400000", "7300000"}, std::pair{"\n7300000", "7300000"}}) {
     Said(count + std::string("\n"));
     EXPECT_TRUE(files.files["/opt/engine/STATUSRX.CFG"].starts_with(written)) << count;
   }

@@ -43,11 +43,9 @@ TEST_F(WindowTest, SnapsToItsLimitsWhileTheSizeIsRememberedAndIsLaidOutOnceItIsU
   WindowFrame& window = form.Window;
   using Row = std::tuple<bool, bool, WindowSize, WindowSize>;
   for (const auto& [remembered, panel, wanted, taken] :
-       {Row{false, false, {9000, 2460}, {9000, 2460}},
-        {true, false, {9000, 2460}, {8385, 2460}},
-        {true, true, {14000, 2460}, {13140, 2460}},
-        {true, false, {4000, 1499}, {5000, 1500}},
-        {false, false, {9000, 1499}, {9000, 1499}}}) {
+       {Row{false, false, {9000, 2460}, {9000, 2460}}, Row{true, false, {9000, 2460}, {8385, 2460}},
+        Row{true, true, {14000, 2460}, {13140, 2460}}, Row{true, false, {4000, 1499}, {5000, 1500}},
+        Row{false, false, {9000, 1499}, {9000, 1499}}}) {
     if (form.mnusettings[3].checked != remembered) form.mnusettings[3].Click();
     EXPECT_EQ(window.sizeable, remembered);
     window.panelShown = panel;
