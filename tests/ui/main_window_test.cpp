@@ -113,6 +113,7 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
     int pressed = 0;
     const Connection listening =
         form.optTXRX[index].mouseDown.Listen([&pressed](int button) { pressed += button; });
+    Find(name).setFocus();
     for (const auto key : {Qt::Key_Space, Qt::Key_Return}) QTest::keyClick(&Find(name), key);
     EXPECT_EQ(pressed, 2) << name;
   }
