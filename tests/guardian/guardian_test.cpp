@@ -167,14 +167,12 @@ TEST(GuardianMessage, ArrivesWholeOrNotAtAll) {
 TEST(AnswerReader, UnderstandsAnswersHoweverTheyAreSplit) {
   const ReleaseRecipe recipe = RigRecipe(1);
   // Of each answer: whether it accepts, and what it tells.
-  for (const auto& [bytes, expected] : std::map<std::string, std::string>{
-           {"set_ptt: 0\nRPRT 0\n", "+- "},
-           {"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
-           {"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "},
-           {"PTT: 01\nRPRT -5\n", "-T "},
-           {"PTT: 0\nRPRT 0", ""},
-           {"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
-           {std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
+  using Row = std::pair<std::string, std::string>;
+  for (const auto& [bytes, expected] :
+       {Row{"set_ptt: 0\nRPRT 0\n", "+- "}, Row{"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
+        Row{"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "}, Row{"PTT: 01\nRPRT -5\n", "-T "},
+        Row{"PTT: 0\nRPRT 0", ""}, Row{"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
+        Row{std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
     AnswerReader reader(recipe);
     std::string understood;
     for (size_t i = 0; i < bytes.size(); i += 7) {

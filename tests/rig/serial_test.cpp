@@ -194,18 +194,16 @@ TEST_F(SerialTest, WhatWasKeyedIsReleasedTheWayItWasKeyed) {
 
 TEST(CountReader, ShowsNoPieceOfANumber) {
   // What is sent ("|" is a pause), and the count.
-  for (const auto& [sent, count] : std::vector<std::pair<std::string, std::string>>{
-           {"00000\r\n", ""},  // the rest of a number, as the port is opened
-           {"|7100\r\n7200", "7100"},
-           {"7100000|", ""},
-           {"\n0\n", "0"},
-           {"\n71|00000", ""},                  // it ends its lines: the rest is still to come
-           {"|7100000|14250000|", "14250000"},  // no line ends: whole once nothing follows
-           {"\n 7100000 \n\r\nnoise\n", "7100000"},
-           {"\n7 100 000\n7,100,000\n7.1\n-7\n+7\nF7\n2147483648\n", ""},
-           {"\n2147483647\n", "2147483647"},
-           {std::string("\n71\0\n", 5), ""},
-           {"\n" + std::string(100'000, '7') + "\n", ""}}) {
+  using Row = std::pair<std::string, std::string>;
+  for (const auto& [sent, count] :
+       {Row{"00000\r\n", ""},  // the rest of a number, as the port is opened
+        Row{"|7100\r\n7200", "7100"}, Row{"7100000|", ""}, Row{"\n0\n", "0"},
+        Row{"\n71|00000", ""},                  // it ends its lines: the rest is still to come
+        Row{"|7100000|14250000|", "14250000"},  // no line ends: whole once nothing follows
+        Row{"\n 7100000 \n\r\nnoise\n", "7100000"},
+        Row{"\n7 100 000\n7,100,000\n7.1\n-7\n+7\nF7\n2147483648\n", ""},
+        Row{"\n2147483647\n", "2147483647"}, Row{std::string("\n71\0\n", 5), ""},
+        Row{"\n" + std::string(100'000, '7') + "\n", ""}}) {
     CountReader reader;
     for (const char& byte : sent) byte == '|' ? reader.Pause() : reader.Feed({&byte, 1});
     EXPECT_EQ(reader.Take(), count) << sent.substr(0, 40);

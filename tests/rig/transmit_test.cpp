@@ -240,8 +240,8 @@ TEST_F(TransmitTest, WhatEndsATransmissionIsTold) {
     EXPECT_FALSE(Transmits() || form.optTXRX[0].value);
     Pass(seconds(3));
     form.lblNotice.Click();
-    EXPECT_EQ(Left(), "");
     EXPECT_EQ(WritesWithin(seconds(15)), Texts{});
+    EXPECT_EQ(Left(), "");
   }
   guardian.told.Raise({.kind = GuardianNews::Kind::FollowUpFailed});
   EXPECT_EQ(Notice(), TransmitGuard::kMayStillBeOn);

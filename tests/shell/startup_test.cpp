@@ -123,8 +123,7 @@ TEST(Startup, ARigThatIsOffLineIsToldAndFollowedWhenItComes) {
     f.rig1.Tune(0);
     f.Start();
     EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
-    EXPECT_EQ(f.order, serverUp ? "rig status off-line " : "off-line ");
-    f.order.clear();
+    EXPECT_EQ(std::exchange(f.order, ""), serverUp ? "rig status off-line " : "off-line ");
     f.rig1.Tune(14074000);
     f.rig1.ComeBack();
     f.scheduler.RunPosted();
@@ -218,8 +217,7 @@ TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
   f.Form().Image2.Click();
   f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
-  EXPECT_TRUE(f.ended);
-  EXPECT_FALSE(f.rig1.Transmits());
+  EXPECT_TRUE(f.ended && !f.rig1.Transmits());
   EXPECT_EQ(f.order, "stop-capture ") << "it does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }

@@ -114,8 +114,7 @@ TEST_P(RigContract, TheTransmitterIsAsItTells) {
     EXPECT_TRUE(Until([&] { return Tells(TxReport::Transmits); }));
     EXPECT_EQ(rig.GetTxFrequency(), rig.Freq());
     ASSERT_TRUE(rig.SetTx(PM_RX));
-    EXPECT_FALSE(rig.ReleaseAccepted());
-    EXPECT_TRUE(Tells(TxReport::Transmits));
+    EXPECT_TRUE(!rig.ReleaseAccepted() && Tells(TxReport::Transmits));
     EXPECT_TRUE(Until([&] { return rig.ReleaseAccepted() && Tells(TxReport::Receives); }));
     EXPECT_EQ(rig.GetTxFrequency(), 0);
   }
@@ -131,8 +130,7 @@ TEST_P(RigContract, AfterALostLinkTheReleaseComesFirst) {
   EXPECT_TRUE(rig.Link().stale && rig.Freq() > 0 && rig.GetTxFrequency() > 0);
   EXPECT_TRUE(Tells(TxReport::Untold));
   EXPECT_FALSE(rig.SetFreq(7000000) || rig.SetMode(PM_AM) || rig.SetTx(PM_TX));
-  EXPECT_TRUE(rig.SetTx(PM_RX));
-  EXPECT_FALSE(rig.ReleaseAccepted());
+  EXPECT_TRUE(rig.SetTx(PM_RX) && !rig.ReleaseAccepted());
   bench.ComeBack();
   ExpectLink(State::Linked, RigLink::Cause::None, "On-line");
   EXPECT_TRUE(Until([&] { return rig.ReleaseAccepted() && Tells(TxReport::Receives); }));
