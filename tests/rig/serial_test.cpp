@@ -61,7 +61,10 @@ TEST_F(SerialTest, TheLinesKeyOnlyWhatTheGuardianHoldsAndTheOpenPortIsTheTransmi
     EXPECT_TRUE(ShowsTransmit() && sleepLock.held);
     EXPECT_EQ(form.lblTRXMode.caption.Get(), "RX") << "the status poller's to set";
     EXPECT_EQ(On(), "");
+    form.lblTRXMode.caption = "TX";
     EXPECT_EQ(Off(), released);
+    EXPECT_EQ(form.lblTRXMode.caption.Get(), "TX");
+    form.lblTRXMode.caption = "RX";
     EXPECT_FALSE(ShowsTransmit());
     // Keyed again before the first release is confirmed: the guardian gets the new port.
     EXPECT_EQ(On(), keyed);
