@@ -27,13 +27,11 @@ TEST(Notices, TheTransmitterComesFirstAndDismissingShowsTheNext) {
   f.program->notices.Raise(NoticeKind::Transmitter, "keyed");
   f.program->notices.Raise(NoticeKind::Sound, "sound again");
   f.program->notices.Raise(NoticeKind::Transmission, "ended");
-  EXPECT_EQ(label.caption.Get(), "keyed");
-  EXPECT_TRUE(label.urgent);
+  EXPECT_TRUE(label.caption.Get() == "keyed" && label.urgent);
   label.Click();
   EXPECT_FALSE(label.urgent);
   f.program->notices.Over(NoticeKind::Transmission);
-  EXPECT_EQ(label.caption.Get(), "sound again");
-  EXPECT_TRUE(label.visible);
+  EXPECT_TRUE(label.caption.Get() == "sound again" && label.visible);
   f.program->notices.Over(NoticeKind::Sound);
   EXPECT_FALSE(label.visible);
 }

@@ -43,8 +43,7 @@ TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
   ASSERT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
 
   form.cmdColor[0].Click();
-  EXPECT_EQ(chooser.title, "Display background");
-  EXPECT_EQ(chooser.initial, 0xFF001764);
+  EXPECT_TRUE(chooser.title == "Display background" && chooser.initial == 0xFF001764);
   chooser.pointedAt.Raise(0xFF102030);
   EXPECT_TRUE(Shows(0xFF102030, 0xFF2D81FF));
   EXPECT_EQ(form.cmdColor[0].value.Get(), "#102030");
@@ -59,8 +58,7 @@ TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
   chooser.choose(0xFFAABBCC);
   EXPECT_TRUE(Shows(0xFF010203, 0xFF2D81FF));
   form.Window.closeAsked.Raise();
-  EXPECT_TRUE(Shows(0xFF001764, 0xFF2D81FF));
-  EXPECT_TRUE(main.Window.topMost);
+  EXPECT_TRUE(Shows(0xFF001764, 0xFF2D81FF) && main.Window.topMost);
 
   Open();
   for (const int32_t index : {0, 1, 2, 3, 4, 5}) {
@@ -80,8 +78,7 @@ TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
   form.cmdColor[5].Click();
   chooser.pointedAt.Raise(0xFF777777);
   Close();  // the program, with all that open
-  EXPECT_EQ(chooser.title, "");
-  EXPECT_FALSE(form.Window.visible);
+  EXPECT_TRUE(chooser.title.empty() && !form.Window.visible);
   EXPECT_EQ(Stored("GridColor"), "0");
   int colour = 0x102030;
   for (const char* key : {"Scope", "Menu", "Spectrum", "Oscillos", "BandWidth"}) {

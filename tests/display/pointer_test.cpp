@@ -11,48 +11,36 @@ struct PointerTest : testing::Test, ProgramFixture {
   PointerTest() {
     files.files["/opt/engine/velt.jar"] = "";
     Reachable(true);
-    Restart();
     Start();
     StartCapture();
-    scheduler.RunPosted();
-    Form().Scope.scaleWidth = 524;
+    form.Scope.scaleWidth = 524;
     rig1.SetFreq(14074000);
     scheduler.Advance(Milliseconds(400));
     writes1.Take();
-  }
-  std::string Shown() {
-    return Form().lblFreq.caption.Get() + " " + Form().lblDelta.caption.Get() + " " +
-           Form().lblCursor.caption.Get();
   }
   std::string Written() {
     std::string all;
     for (const std::string& write : writes1.Take()) all += write + " ";
     return all;
   }
+  Main& form = program->form;
 };
 
 TEST_F(PointerTest, TheReadoutFollowsModeOffsetAndWaterfall) {
-  Main& form = Form();
-  struct Row {
-    int mode;
-    int16_t scaleOffset;
-    bool waterfall;
-    int x;
-    std::string shown;
-  };
-  for (const Row& row : {Row{0, 300, false, 100, "4198Hz 419 14078.19"},
-                         {0, 0, false, 0, "0Hz 00 14074.00"},
-                         {0, 0, true, 100, "4.198 kHz 419 14078.19"},
-                         // A negative readout leaves the former one's tens.
-                         {1, 0, false, 100, "-7802Hz 419 "},
-                         {1, -100, true, 400, "4894Hz 489 14078.89"},
-                         {69, 200, false, 500, "4281Hz 428 14078.28"},
-                         {69, 0, false, 0, "-6015Hz 428 "}}) {
-    form.mnuzokamodes[row.mode].Click();
-    form.chkSpecMode.UserPick(row.waterfall);
-    program->rig.engine.scaleOffset = row.scaleOffset;
-    form.Scope.UserMove(row.x);
-    EXPECT_EQ(Shown(), row.shown);
+  using Row = std::tuple<int, int16_t, bool, int, std::string>;
+  for (const auto& [mode, scaleOffset, waterfall, x, shown] :
+       {Row{0, 300, false, 100, "4198Hz 419 14078.19"}, Row{0, 0, false, 0, "0Hz 00 14074.00"},
+        Row{0, 0, true, 100, "4.198 kHz 419 14078.19"},
+        // A negative readout leaves the former one's tens.
+        Row{1, 0, false, 100, "-7802Hz 419 "}, Row{1, -100, true, 400, "4894Hz 489 14078.89"},
+        Row{69, 200, false, 500, "4281Hz 428 14078.28"}, Row{69, 0, false, 0, "-6015Hz 428 "}}) {
+    form.mnuzokamodes[mode].Click();
+    form.chkSpecMode.UserPick(waterfall);
+    program->rig.engine.scaleOffset = scaleOffset;
+    form.Scope.UserMove(x);
+    EXPECT_EQ(form.lblFreq.caption.Get() + " " + form.lblDelta.caption.Get() + " " +
+                  form.lblCursor.caption.Get(),
+              shown);
   }
   EXPECT_FALSE(form.lblDelta.visible) << "an older place's";
   form.Scope.UserMove(500);
@@ -70,91 +58,76 @@ TEST_F(PointerTest, TheReadoutFollowsModeOffsetAndWaterfall) {
 }
 
 TEST_F(PointerTest, ClicksTuneOnlyWhereTheyShould) {
-  Main& form = Form();
-  const auto click = [&](int x) { form.Scope.UserPress(1, x); };
-  struct Row {
-    const char* what;
-    std::function<void()> prepare;
-    std::string written;
-    std::string said;
+  const std::string none, tuned = "Updating VFO...";
+  const std::string outside = "Not sent: outside 10 kHz to 2 GHz";
+  using Row = std::tuple<const char*, std::function<void()>, std::string, std::string>;
+  const auto offset = [&](int kHz) {
+    return [&, kHz] { program->rig.state.offsetKHz = static_cast<int16_t>(kHz); };
   };
-  const std::string none;
-  for (const Row& row : {
-           Row{"running", [] {}, "Freq 14078198 ", "Updating VFO..."},
-           {"waterfall", [&] { form.chkSpecMode.UserPick(true); }, "Freq 14078198 ",
-            "Updating VFO..."},
-           {"offset", [&] { program->rig.state.offsetKHz = 10; }, "Freq 14068198 ",
-            "Updating VFO..."},
-           {"offset that wraps", [&] { program->rig.state.offsetKHz = 33; }, "Freq 14110734 ",
-            "Updating VFO..."},
-           {"too high", [&] { form.lblFrequency.caption = "2.100.000.00"; }, none,
-            "Not sent: outside 10 kHz to 2 GHz"},
-           {"too low", [&] { form.lblFrequency.caption = "..10"; }, none,
-            "Not sent: outside 10 kHz to 2 GHz"},
-           {"no frequency", [&] { form.lblFrequency.caption = "N/A"; }, none,
-            "No frequency is shown: nothing was sent"},
-           {"mode 1", [&] { form.mnuzokamodes[1].Click(); }, none, none},
-           {"mode 69", [&] { form.mnuzokamodes[69].Click(); }, none, none},
-           {"stopped", [&] { form.imgStartStop.Click(); }, none, none},
-           {"link lost", [&] { Reachable(false); }, none, "No link to the rig: nothing was sent"},
-       }) {
-    SCOPED_TRACE(row.what);
+  const auto shown = [&](const char* text) {
+    return [&, text] { form.lblFrequency.caption = text; };
+  };
+  for (const auto& [what, prepare, written, said] :
+       {Row{"running", [] {}, "Freq 14078198 ", tuned},
+        {"waterfall", [&] { form.chkSpecMode.UserPick(true); }, "Freq 14078198 ", tuned},
+        {"offset", offset(10), "Freq 14068198 ", tuned},
+        {"offset that wraps", offset(33), "Freq 14110734 ", tuned},
+        {"too high", shown("2.100.000.00"), none, outside},
+        {"too low", shown("..10"), none, outside},
+        {"no frequency", shown("N/A"), none, "No frequency is shown: nothing was sent"},
+        {"mode 1", [&] { form.mnuzokamodes[1].Click(); }, none, none},
+        {"mode 69", [&] { form.mnuzokamodes[69].Click(); }, none, none},
+        {"stopped", [&] { form.imgStartStop.Click(); }, none, none},
+        {"link lost", [&] { Reachable(false); }, none, "No link to the rig: nothing was sent"}}) {
+    SCOPED_TRACE(what);
     form.chkSpecMode.UserPick(false);
     form.mnuzokamodes[0].Click();
     program->rig.state.offsetKHz = 0;
     if (form.imgStartStop.tag.Get() == "Play") StartCapture();
     form.lblFrequency.caption = "14.074.00";
-    row.prepare();
+    prepare();
     form.lblMessage.caption = "";
-    click(100);
-    EXPECT_EQ(Written(), row.written);
-    EXPECT_EQ(form.lblMessage.caption.Get(), row.said);
+    form.Scope.UserPress(1, 100);
+    EXPECT_EQ(Written(), written);
+    EXPECT_EQ(form.lblMessage.caption.Get(), said);
     rig1.SetFreq(14074000);
     writes1.Take();
   }
 }
 
 TEST_F(PointerTest, ThePeakIsTakenInTensOfHertz) {
-  Main& form = Form();
-  form.lblFreqDetect.caption = "14.075.23kc";
-  form.lblFreqDetect.Click();
-  EXPECT_EQ(Written(), "Freq 14075230 ");
-  form.lblFreqDetect.caption = "no peak";
-  form.lblFreqDetect.Click();
-  EXPECT_EQ(Written(), "");
+  for (const auto& [peak, written] : {std::pair{"14.075.23kc", "Freq 14075230 "}, {"none", ""}}) {
+    form.lblFreqDetect.caption = peak;
+    form.lblFreqDetect.Click();
+    EXPECT_EQ(Written(), written);
+  }
 }
 
 TEST_F(PointerTest, TheRightButtonSendsTheSidebandOfItsHalf) {
   engineWindow.Open(program->installation.EngineTitle());
-  const int centre = Form().Scope.verticalGrid.Get()[5].x1;
+  const int centre = form.Scope.verticalGrid.Get()[5].x1;
   scheduler.Advance(Milliseconds(2000));
   engineWindow.Take();
-  for (const auto& [x, keys] : {std::pair{centre - 4, "(^l)"},
-                                {centre - 3, "(^w)"},
-                                {centre + 3, "(^w)"},
-                                {centre + 4, "(^u)"}}) {
-    Form().Scope.UserPress(2, x);
+  for (const auto& [x, keys] : {std::pair{centre - 4, "(^l)"}, std::pair{centre - 3, "(^w)"},
+                                std::pair{centre + 3, "(^w)"}, std::pair{centre + 4, "(^u)"}}) {
+    form.Scope.UserPress(2, x);
     scheduler.Advance(Milliseconds(10));
     EXPECT_EQ(engineWindow.Take(), "up, up, " + std::string(keys) + ", " + keys);
   }
   program->installation.enginePresent = false;
-  Form().Scope.UserPress(2, 0);
+  form.Scope.UserPress(2, 0);
   scheduler.Advance(Milliseconds(10));
   EXPECT_EQ(engineWindow.Take(), "");
   EXPECT_EQ(Written(), "");
 }
 
 TEST_F(PointerTest, KeysStepTheRigAndReachTheMenus) {
-  Main& form = Form();
   const auto press = [&](int32_t key) { form.Window.keyDown.Raise(key); };
-  for (const auto& [key, hertz] : {std::pair{kKeyLeft, 14073990},
-                                   {kKeyRight, 14074000},
-                                   {kKeyUp, 14075000},
-                                   {kKeyDown, 14074000},
-                                   {kKeyPageDown, 13074000},
-                                   {kKeyPageUp, 13074000},
-                                   {kKeyHome, 13074000},
-                                   {kKeyEnd, 13074000}}) {
+  for (const auto& [key, hertz] :
+       {std::pair{kKeyLeft, 14073990}, std::pair{kKeyRight, 14074000}, std::pair{kKeyUp, 14075000},
+        std::pair{kKeyDown, 14074000}, std::pair{kKeyPageDown, 13074000},
+        std::pair{kKeyPageUp, 13074000}, std::pair{kKeyHome, 13074000},
+        std::pair{kKeyEnd, 13074000}}) {
     const bool writes = rig1.Freq() != hertz;
     press(key);
     EXPECT_EQ(Written(), writes ? "Freq " + std::to_string(hertz) + " " : "") << key;
@@ -174,11 +147,10 @@ TEST_F(PointerTest, KeysStepTheRigAndReachTheMenus) {
   EXPECT_EQ(Written(), "");
 
   std::string reached;
-  for (const auto& [item, name] : {std::pair{&form.mnusavebmp, "save "},
-                                   {&form.mnucopy, "copy "},
-                                   {&form.mnusetupcalib, "setup "},
-                                   {&form.mnurunzoka, "run "},
-                                   {&form.mnuclosezoka, "close "}}) {
+  for (const auto& [item, name] :
+       {std::pair{&form.mnusavebmp, "save "}, std::pair{&form.mnucopy, "copy "},
+        std::pair{&form.mnusetupcalib, "setup "}, std::pair{&form.mnurunzoka, "run "},
+        std::pair{&form.mnuclosezoka, "close "}}) {
     connections += item->clicked.Listen([&reached, text = name] { reached += text; });
   }
   for (const int32_t key : {kKeyF2, kKeyF5, kKeyF9, kKeyF11, kKeyF12}) press(key);
@@ -186,7 +158,6 @@ TEST_F(PointerTest, KeysStepTheRigAndReachTheMenus) {
 }
 
 TEST_F(PointerTest, SnapshotsHoldTheWholeDisplay) {
-  Main& form = Form();
   program->installation.dataFolder = "/data";
   files.folders.insert("/data/BMP");
   form.Scope.scaleWidth = 3;  // a row of nine bytes is filled up to twelve
@@ -205,22 +176,18 @@ TEST_F(PointerTest, SnapshotsHoldTheWholeDisplay) {
   EXPECT_NE(bmp.substr(66, 12), ground);
   EXPECT_EQ(files.files["/data/BMP/VELTSA_26-03-07_09.05.01.png"], "3");
 
-  form.mnuzokamodes[1].Click();
-  form.Scope.UserRelease(2);
-  EXPECT_TRUE(pictures.clipboard.empty());
-  form.mnuzokamodes[0].Click();
-  form.Scope.UserRelease(1);
-  EXPECT_TRUE(pictures.clipboard.empty());
-  form.Scope.UserRelease(2);
-  EXPECT_EQ(pictures.clipboard.size(),
-            static_cast<size_t>(form.Scope.scaleWidth * form.Scope.scaleHeight));
+  for (const auto& [mode, button, copies] :
+       {std::tuple{1, 2, false}, {0, 1, false}, {0, 2, true}}) {
+    form.mnuzokamodes[mode].Click();
+    form.Scope.UserRelease(button);
+    EXPECT_EQ(pictures.clipboard.size(), copies ? 6U : 0U);
+  }
   EXPECT_EQ(form.lblMessage.caption.Get(), "Spectrum image copied to the Clipboard");
 
   files.writable = false;
   form.mnusavebmp.Click();
-  ASSERT_EQ(prompts.told.size(), 1U);
-  EXPECT_EQ(prompts.told[0].text, "Error saving spectrum display bmp");
-  EXPECT_EQ(prompts.told[0].title, "Error nr:13");
+  EXPECT_EQ(prompts.told.at(0).text, "Error saving spectrum display bmp");
+  EXPECT_EQ(prompts.told.at(0).title, "Error nr:13");
   form.mnuopenbmp.Click();
   EXPECT_EQ(launcher.opened.back(), "/data/BMP");
 }

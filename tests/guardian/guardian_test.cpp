@@ -2,7 +2,6 @@
 // and what it understands.
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <sstream>
 
 #include "guardian/answer_reader.h"
@@ -10,6 +9,7 @@
 #include "guardian/guardian_message.h"
 #include "guardian/holdings.h"
 #include "support/rig_recipe.h"
+#include "support/story.h"
 
 namespace velt {
 namespace {
@@ -18,28 +18,8 @@ using namespace std::string_literals;
 
 const SteadyTime kBegin = SteadyTime() + std::chrono::hours(1);
 
-struct Step {
-  SteadyTime now;
-  std::string happens;  // empty: only the time passes
-  std::string ordered;  // empty: nothing
-};
-
-// "0 > connect; 10 connected > release; 20 accepted": asks what each step orders.
-template <class Happens>
-void Play(const std::string& script, Happens happens) {
-  SCOPED_TRACE(script);
-  static const std::regex pattern("(\\d+) ?([^>;]*?)( ?> ([^;]*))?(; |$)");
-  std::ptrdiff_t understood = 0;
-  for (std::sregex_iterator found(script.begin(), script.end(), pattern), end; found != end;
-       ++found) {
-    const Step step{kBegin + Milliseconds(std::stoi((*found)[1])), (*found)[2], (*found)[4]};
-    EXPECT_EQ(happens(step), step.ordered) << found->str();
-    understood += found->length();
-  }
-  EXPECT_EQ(understood, std::ssize(script));
-}
-
-std::string Happens(FollowUp& followUp, const Step& step) {
+// A step: "270 connected", when and what; only the time passes: "270".
+std::string Happens(FollowUp& followUp, const std::string& step, const std::string& ordered) {
   using Told = FollowUp::Told;
   static const std::map<std::string, FollowUp::Answer> answers{
       {"accepted", {true, Told::Nothing}},
@@ -49,14 +29,15 @@ std::string Happens(FollowUp& followUp, const Step& step) {
       {"tells nothing", {false, Told::Nothing}}};
   static const std::vector<std::string> names{"",    "connect", "drop",  "release",
                                               "ask", "done",    "failed"};
-  const SteadyTime now = step.now;
+  size_t digits = 0;
+  const SteadyTime now = kBegin + Milliseconds(std::stoi(step, &digits));
+  const std::string what = digits < step.size() ? step.substr(digits + 1) : "";
   const auto happened = [&] {
-    if (answers.contains(step.happens)) return followUp.Answered(now, answers.at(step.happens));
-    if (step.happens == "connected") return followUp.Connected(now);
-    if (step.happens == "left") return followUp.Left(now);
-    if (step.happens == "lost") return followUp.Lost(now), FollowUp::Order::Nothing;
-    // The loop sleeps until Due.
-    EXPECT_EQ(followUp.Due() <= now, !step.ordered.empty());
+    if (answers.contains(what)) return followUp.Answered(now, answers.at(what));
+    if (what == "connected") return followUp.Connected(now);
+    if (what == "left") return followUp.Left(now);
+    if (what == "lost") return followUp.Lost(now), FollowUp::Order::Nothing;
+    EXPECT_EQ(followUp.Due() <= now, !ordered.empty());  // the loop sleeps until then
     return followUp.Tick(now);
   };
   return names.at(static_cast<size_t>(happened()));
@@ -65,37 +46,33 @@ std::string Happens(FollowUp& followUp, const Step& step) {
 TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
   const FollowUp::Peer usual{}, silent{.tells = false}, late{.keyIsUnderWay = true};
   const FollowUp::Peer mute{.answers = false, .tells = false};
-  for (const auto& [peer, steps] : std::vector<std::pair<FollowUp::Peer, std::string>>{
-           // The key came late.
-           {usual,
-            "20 accepted > ask; 25 RX; 624; 625 > ask; 630 TX; 630 > release; 640 accepted > ask; "
-            "641 RX; 1240; 1241 > ask; 1242 RX > done"},
-           // Ignores releases.
-           {usual,
-            "20 accepted > ask; 30 TX; 259; 260 > release; 270 accepted > ask; 9999 TX; 10000 > "
-            "failed"},
-           // Answers nothing.
-           {usual,
-            "3009; 3010 > drop; 3259; 3260 > connect; 3300 connected > release; 6300 > drop; 6300 "
-            "lost; 6550 > connect; 9550 > drop; 10000 > failed"},
-           // A connection lost after the release asks first, one before its answer releases again.
-           {usual,
-            "20 accepted > ask; 21 lost; 271 > connect; 272 connected > ask; 273 TX; 273 > "
-            "release"},
-           {usual, "20 lost; 270 > connect; 272 connected > release"},
-           // Cannot tell, and was keyed just before.
-           {late,
-            "20 accepted > ask; 30 tells nothing; 629; 630 > release; 640 accepted > ask; 650 "
-            "tells nothing > done"},
-           // The end comes before it is seen a second time.
-           {usual,
-            "20 accepted > ask; 30 TX; 260 > release; 300 accepted > ask; 9900 RX; 10000 > done"},
-           {silent, "20 accepted > done"},
-           {mute, "20 left > done"},
-       }) {
-    FollowUp followUp(kBegin, peer, {});
-    Play("0 > connect; 10 connected > release; " + steps,
-         [&](const Step& step) { return Happens(followUp, step); });
+  const std::vector<std::pair<FollowUp::Peer, std::vector<std::string>>> stories{
+      {usual,
+       {// The key came late.
+        "20 accepted > ask; 25 RX; 624; 625 > ask; 630 TX; 630 > release; 640 accepted > ask; 641 "
+        "RX; 1240; 1241 > ask; 1242 RX > done",
+        // Ignores releases.
+        "20 accepted > ask; 30 TX; 259; 260 > release; 270 accepted > ask; 9999 TX; 10000 > failed",
+        // Answers nothing.
+        "3009; 3010 > drop; 3259; 3260 > connect; 3300 connected > release; 6300 > drop; 6300 "
+        "lost; 6550 > connect; 9550 > drop; 10000 > failed",
+        // A connection lost after the release asks first, one before its answer releases again.
+        "20 accepted > ask; 21 lost; 271 > connect; 272 connected > ask; 273 TX; 273 > release",
+        "20 lost; 270 > connect; 272 connected > release",
+        // The end comes before it is seen a second time.
+        "20 accepted > ask; 30 TX; 260 > release; 300 accepted > ask; 9900 RX; 10000 > done"}},
+      // Cannot tell, and was keyed just before.
+      {late,
+       {"20 accepted > ask; 30 tells nothing; 629; 630 > release; 640 accepted > ask; 650 tells "
+        "nothing > done"}},
+      {silent, {"20 accepted > done"}},
+      {mute, {"20 left > done"}}};
+  for (const auto& [peer, all] : stories) {
+    for (const std::string& steps : all) {
+      FollowUp followUp(kBegin, peer, {});
+      Play("0 > connect; 10 connected > release; " + steps,
+           [&](auto& step, auto& ordered) { return Happens(followUp, step, ordered); });
+    }
   }
 }
 
@@ -114,16 +91,16 @@ std::string TextOf(const Holdings::Orders& orders, const Holdings& holdings) {
 }
 
 // "hold 1 rig", "forget 1", "follow 1", "beat", "" (time), "end", "released 1", "gave-up 1".
-std::string Happens(Holdings& holdings, const Step& step) {
-  std::istringstream words(step.happens);
+std::string Happens(Holdings& holdings, const std::string& step, const std::string& ordered) {
+  std::istringstream words(step);
   std::string word, transmitter;
+  int ms = 0;
   uint32_t ticket = 0;
-  words >> word >> ticket >> transmitter;
-  const SteadyTime now = step.now;
+  words >> ms >> word >> ticket >> transmitter;
+  const SteadyTime now = kBegin + Milliseconds(ms);
   Holdings::Orders orders;
   if (word.empty()) {
-    const auto due = holdings.Due();
-    EXPECT_EQ(due && *due <= now, !step.ordered.empty());
+    EXPECT_EQ(holdings.Due().value_or(SteadyTime::max()) <= now, !ordered.empty());
     orders = holdings.Tick(now);
   }
   if (word == "end") orders = holdings.Ended();
@@ -163,7 +140,7 @@ TEST(Holdings, AreReleasedWhenTheProgramCannot) {
            silence + "19000 gave-up 1; 60000 follow 1 > release1; 60001 released 1 > done1 drop1",
        }) {
     Holdings holdings(Milliseconds(5000));
-    Play(steps, [&](const Step& step) { return Happens(holdings, step); });
+    Play(steps, [&](auto& step, auto& ordered) { return Happens(holdings, step, ordered); });
   }
 }
 
@@ -190,14 +167,12 @@ TEST(GuardianMessage, ArrivesWholeOrNotAtAll) {
 TEST(AnswerReader, UnderstandsAnswersHoweverTheyAreSplit) {
   const ReleaseRecipe recipe = RigRecipe(1);
   // Of each answer: whether it accepts, and what it tells.
-  for (const auto& [bytes, expected] : std::map<std::string, std::string>{
-           {"set_ptt: 0\nRPRT 0\n", "+- "},
-           {"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
-           {"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "},
-           {"PTT: 01\nRPRT -5\n", "-T "},
-           {"PTT: 0\nRPRT 0", ""},
-           {"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
-           {std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
+  using Row = std::pair<std::string, std::string>;
+  for (const auto& [bytes, expected] :
+       {Row{"set_ptt: 0\nRPRT 0\n", "+- "}, Row{"get_ptt:\r\nPTT: 0\r\nRPRT 0\r\n", "+R "},
+        Row{"get_ptt:\nPTT: 1\nRPRT 0\nRPRT -11\n", "+T -- "}, Row{"PTT: 01\nRPRT -5\n", "-T "},
+        Row{"PTT: 0\nRPRT 0", ""}, Row{"xPTT: 0\n RPRT 0\nRPRT 00\n", "-- "},
+        Row{std::string(1000000, 'R') + "\nPTT: 0\nRPRT 0\n", "+R "}}) {
     AnswerReader reader(recipe);
     std::string understood;
     for (size_t i = 0; i < bytes.size(); i += 7) {

@@ -178,6 +178,7 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
     EXPECT_EQ(prompts.told.empty() ? "" : prompts.told.back().title, title);
   }
   EXPECT_FALSE(Keyed()) << "what is played is stopped first";
+  form.imgStartStop.Click();
   form.imgRecOnOff[0].Click();
   recorder.happened.Raise({RecorderEvent::Kind::Started, "", "/home/om/VELT/WAV/b.wav"});
   EXPECT_EQ(rename(1, "d.wav"), "Wav Player");

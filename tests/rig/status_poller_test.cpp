@@ -14,23 +14,24 @@ constexpr const char* kStatusRx = "/opt/engine/STATUSRX.CFG";
 struct StatusPollerTest : RigFixture {
   StatusPollerTest() {
     files.files["/opt/engine/velt.jar"] = "";
-    Transmitter("off", "0");
+    files.files[kRequest] = "off\n0\n";
     Status("USB", "");
     Start();
     engineWindow.Open("VELT V2.5.");
-    scheduler.Advance(seconds(4));
-    writes1.Take();
+    Pass(seconds(4));
   }
   void Status(const std::string& mode, const std::string& transmitter,
               const std::string& inverted = "") {
     files.files["/opt/engine/status.cfg"] =
         mode + "\n300\n2700\n0\n" + transmitter + "\n" + inverted + "\n";
   }
-  void Transmitter(const std::string& state, const std::string& frequency) {
-    files.files[kRequest] = state + "\n" + frequency + "\n";
-  }
   Texts WritesOf(int rounds = 2) { return WritesWithin(Milliseconds(350) * rounds); }
-  std::string Trx() { return Form().lblTRXMode.caption; }
+  // What is sent when the engine asks for that.
+  Texts Engine(const std::string& state, const std::string& frequency = "0") {
+    files.files[kRequest] = state + "\n" + frequency + "\n";
+    return WritesOf(4);
+  }
+  std::string Trx() { return form.lblTRXMode.caption; }
 };
 
 TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
@@ -50,65 +51,53 @@ TEST_F(StatusPollerTest, ARequestIsMetOnceAndTakenBack) {
     EXPECT_EQ(WritesOf(1), Texts{"Freq 7050000"}) << "replaced, it is looked at again at once";
   }
   files.writable = false;
-  Transmitter("off", "7050000");
-  EXPECT_EQ(WritesOf(5), Texts{"Freq 7050000"}) << "once, though it cannot be taken back";
+  EXPECT_EQ(Engine("off", "7050000"), Texts{"Freq 7050000"}) << "once, though not taken back";
 }
 
 TEST_F(StatusPollerTest, KeysAndReleasesWithTheEngine) {
-  Transmitter("on", "0");
-  EXPECT_EQ(WritesOf(), Texts{"TX"});
+  EXPECT_EQ(Engine("on"), Texts{"TX"});
   EXPECT_EQ(Trx(), "TX");
   // Its files are read on while it transmits, whatever becomes of the capture.
   StartCapture();
-  Form().imgStartStop.Click();
-  scheduler.RunPosted();
-  Transmitter("off", "0");
-  EXPECT_EQ(WritesOf(), Texts{"RX"});
+  form.imgStartStop.Click();
+  EXPECT_EQ(Engine("off"), Texts{"RX"});
   EXPECT_EQ(Trx(), "RX");
 
   // What was asked for while nobody looked is not done later.
-  Form().tmrStatus.enabled = false;
-  Transmitter("on", "0");
-  Form().tmrStatus.enabled = true;
+  form.tmrStatus.enabled = false;
+  Engine("on");
+  form.tmrStatus.enabled = true;
   EXPECT_EQ(WritesOf(), Texts{});
-  Transmitter("off", "0");
+  Engine("off");
 
   // The operator's receive ends the engine's transmission, and only a new "on" begins another.
-  scheduler.Advance(seconds(3));
+  Pass(seconds(3));
   StartCapture();
-  WritesOf();
-  Transmitter("on", "0");
-  EXPECT_EQ(WritesOf(), Texts{"TX"});
-  program->rig.ptt.PTT_OFF();
+  EXPECT_EQ(Engine("on"), Texts{"TX"});
+  rig.ptt.PTT_OFF();
   EXPECT_EQ(WritesOf(4), Texts{}) << "the release went before";
   EXPECT_FALSE(rig1.Transmits());
   EXPECT_EQ(Trx(), "RX");
 
   // What the operator keyed is not the engine's to release.
-  Transmitter("off", "0");
-  WritesOf();
-  program->rig.ptt.PTT_ON();
-  Transmitter("on", "0");
-  WritesOf();
-  Transmitter("off", "0");
-  WritesOf();
+  Engine("off");
+  rig.ptt.PTT_ON();
+  for (const char* state : {"on", "off"}) Engine(state);
   EXPECT_TRUE(rig1.Transmits());
   EXPECT_EQ(Trx(), "TX");
-  program->rig.ptt.PTT_OFF();
+  rig.ptt.PTT_OFF();
 
   files.files["/opt/engine/RS232.cfg"] = "3,9600,N,8,1,0,NONE,COM\nDTR\n";
-  program->rig.serial.ReadRS232();
+  rig.serial.ReadRS232();
   for (const bool on : {true, false}) {
-    Transmitter(on ? "on" : "off", "0");
-    WritesOf();
+    Engine(on ? "on" : "off");
     EXPECT_EQ(serialPort.Lines(), on);
     EXPECT_EQ(Trx(), on ? "TX" : "RX");
   }
 }
 
 TEST_F(StatusPollerTest, AVanishedEngineLeavesNothingOnTheAir) {
-  Transmitter("on", "0");
-  WritesOf();
+  Engine("on");
   engineWindow.Vanish();
   EXPECT_EQ(WritesOf(), Texts{"RX"});
   engineWindow.Open("VELT V2.5.");
@@ -128,49 +117,44 @@ TEST_F(StatusPollerTest, ATransmitterModeGoesToTheRigOnce) {
                          {"USB", "lock_to_txcr", mode(PM_SSB_U), "USB"}}) {
     Status(status, line);
     EXPECT_EQ(WritesOf(4), writes) << line;
-    EXPECT_EQ(Form().lblMode.caption.Get(), shown) << line;
+    EXPECT_EQ(form.lblMode.caption.Get(), shown) << line;
   }
   engineWindow.Vanish();
   WritesOf();
-  EXPECT_EQ(Form().lblMode.caption.Get(), "N/A");
-  EXPECT_EQ(program->rig.engine.passbandHigh, 0);
+  EXPECT_EQ(form.lblMode.caption.Get(), "N/A");
+  EXPECT_EQ(rig.engine.passbandHigh, 0);
   rig1.Select(PM_AM);
   Status("USB", "lsb", "on");
   EXPECT_EQ(WritesOf(4), Texts{}) << "a mode of an engine that is not there";
-  EXPECT_EQ(Form().lblMode.caption.Get(), "AM") << "the rig's own";
+  EXPECT_EQ(form.lblMode.caption.Get(), "AM") << "the rig's own";
 }
 
 TEST_F(StatusPollerTest, CalibrationAndSidebandAreFollowed) {
   int layouts = 0;
-  const auto connection = program->rig.poller.displayChanged.Listen([&] { ++layouts; });
+  const auto connection = rig.poller.displayChanged.Listen([&] { ++layouts; });
   files.files["/opt/engine/calall.cfg"] = "100,2,30\nUSB,200,3,40\nLSB,300,4,50\n";
   Status("USB", "", "on");
   WritesOf();
-  const EngineState& engine = program->rig.engine;
-  const RigState& state = program->rig.state;
-  EXPECT_TRUE(engine.scaleOffset == 100 && engine.passbandHigh == 2700);
-  EXPECT_TRUE(state.offsetKHz == 2 && state.invertedSideband == "on");
+  EXPECT_TRUE(rig.engine.scaleOffset == 100 && rig.engine.passbandHigh == 2700);
+  EXPECT_TRUE(rig.state.offsetKHz == 2 && rig.state.invertedSideband == "on");
   Status("LSB", "lock_to_txcr", "off");
   WritesOf(6);
-  EXPECT_TRUE(engine.scaleOffset == 300 && state.offsetKHz == 4);
-  EXPECT_EQ(engine.calibrationC, 38) << "12 is taken off once";
-  EXPECT_EQ(state.invertedSideband, "off");
+  EXPECT_TRUE(rig.engine.scaleOffset == 300 && rig.state.offsetKHz == 4);
+  EXPECT_EQ(rig.engine.calibrationC, 38) << "12 is taken off once";
+  EXPECT_EQ(rig.state.invertedSideband, "off");
   EXPECT_EQ(layouts, 2);
 }
 
 TEST_F(StatusPollerTest, TheEngineIsToldWhereTheRigIs) {
   const std::string& told = files.files[kStatusRx];
-  rig1.Tune(7050000);
-  scheduler.Advance(seconds(1));
-  EXPECT_EQ(told, "7050000\r\nRX\r\n0\r\n");
   files.writable = false;
   rig1.Tune(7040000);
-  scheduler.Advance(seconds(1));
+  Pass(seconds(1));
   files.writable = true;
-  scheduler.Advance(seconds(1));
-  EXPECT_TRUE(told.starts_with("7040000")) << "once it can be written";
+  Pass(seconds(1));
+  EXPECT_EQ(told, "7040000\r\nRX\r\n0\r\n") << "once it can be written";
   rig1.Tune(0);
-  scheduler.Advance(seconds(1));
+  Pass(seconds(1));
   EXPECT_EQ(told, "\"no-com\"\r\nRX\r\n0\r\n");
   Close();
   EXPECT_EQ(told, "0\r\nOFF\r\n0\r\n");

@@ -53,36 +53,31 @@ TEST_F(SettingsTest, EveryKeyHasItsDefaultAndComesBackAsItWasSaved) {
       "ArduinoFreq=True Expander=0 VFO=3";
   StartWith("");
   ExpectSaved(first + always);
-  EXPECT_FALSE(Form().Window.placed);  // the desktop does that
-  EXPECT_TRUE(Form().Window.topMost);
+  EXPECT_TRUE(Form().Window.topMost && !Form().Window.placed);  // the desktop does that
   StartWith(other + " Version=3.0.9");
   ExpectSaved(other + always);
-  EXPECT_FALSE(Form().Window.topMost);
-  EXPECT_TRUE(Form().Window.placed);
-  EXPECT_EQ(Form().Window.widthTwips, 6000);
-  EXPECT_EQ(Form().Window.heightTwips, 1800);
+  EXPECT_TRUE(Form().Window.placed && !Form().Window.topMost);
+  EXPECT_TRUE(Form().Window.widthTwips == 6000 && Form().Window.heightTwips == 1800);
   EXPECT_EQ(program->display.options.analysis.spectrumDivisor, 33 * 7);
 }
 
 TEST_F(SettingsTest, BadValuesMeetTheirChecks) {
+  using Row = std::pair<const char*, const char*>;
   for (const auto& [stored, saved] :
-       {std::pair{"WaterfallSensitivity=0", "WaterfallSensitivity=50"},
-        {"OscillosSensitivity=2,5", "OscillosSensitivity=2.5"},
-        {"Slider=0", "Slider=15"},
-        {"Slider=900", "Slider=100"},
-        {"Precision=abc", "Precision=1"},
-        {"ZOKAMode=5", "ZOKAMode=0"},
-        {"ScanFreq=0", "ScanFreq=25"},
-        {"OscillosMode=-1", "OscillosMode=True"},
-        {"OscillosMode=nonsense", "OscillosMode=False"},
+       {Row{"WaterfallSensitivity=0", "WaterfallSensitivity=50"},
+        Row{"OscillosSensitivity=2,5", "OscillosSensitivity=2.5"}, Row{"Slider=0", "Slider=15"},
+        Row{"Slider=900", "Slider=100"}, Row{"Precision=abc", "Precision=1"},
+        Row{"ZOKAMode=5", "ZOKAMode=0"}, Row{"ScanFreq=0", "ScanFreq=25"},
+        Row{"OscillosMode=-1", "OscillosMode=True"},
+        Row{"OscillosMode=nonsense", "OscillosMode=False"},
         // The menu colour of old versions is not taken over.
-        {"MenuColor=255 Version=2.9.0", "MenuColor=-2147483633"},
-        {"MenuColor=255", "MenuColor=-2147483633"},
-        {"MenuColor=255 Version=3.0.0", "MenuColor=255"},
+        Row{"MenuColor=255 Version=2.9.0", "MenuColor=-2147483633"},
+        Row{"MenuColor=255", "MenuColor=-2147483633"},
+        Row{"MenuColor=255 Version=3.0.0", "MenuColor=255"},
         // A size below the limit becomes the default.
-        {"ScreenSize=True ScreenWidth=1200 ScreenHeight=1499",
-         "ScreenWidth=8385 ScreenHeight=2430"},
-        {"ScreenSize=True ScreenHeight=1500", "ScreenHeight=1500"}}) {
+        Row{"ScreenSize=True ScreenWidth=1200 ScreenHeight=1499",
+            "ScreenWidth=8385 ScreenHeight=2430"},
+        Row{"ScreenSize=True ScreenHeight=1500", "ScreenHeight=1500"}}) {
     SCOPED_TRACE(stored);
     StartWith(stored);
     ExpectSaved(saved);

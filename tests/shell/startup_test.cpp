@@ -18,14 +18,11 @@ TEST(Startup, DoesWhatTheCallAsksForButNothingAfterAResetOrBesideAnotherRun) {
   f.Restart();
   EXPECT_EQ(f.Start(), Startup::Result::AnotherInstance);
   EXPECT_TRUE(f.files.folders.empty());
-  f.setup.exemptFromSingleInstance = true;
-  f.setup.startAnalyser = true;
+  f.setup.exemptFromSingleInstance = f.setup.startAnalyser = true;
   f.setup.dataFolder = "/data";
   f.Restart();
   EXPECT_EQ(f.Start(), Startup::Result::Running);
-  EXPECT_TRUE(f.files.folders.contains("/data/WAV"));
-  EXPECT_EQ(f.audio.opened.size(), 1U);
-  EXPECT_TRUE(f.Form().imgRecOnOff[0].enabled);
+  EXPECT_TRUE(f.files.folders.contains("/data/WAV") && f.audio.opened.size() == 1U);
 }
 
 // What happens while the program starts and ends, in its order, as those see it who stand around.
@@ -35,12 +32,11 @@ struct Sequence : ProgramFixture {
   Connections watching;
 
   // `engine`: one is installed.
-  explicit Sequence(bool engine) {
-    if (engine) {
-      files.files["/opt/engine/velt.jar"] = "";
-      files.files["/opt/engine/zoka.ver"] = " VELT V9.9 \n";
-    }
+  Sequence(bool engine, bool rigsAreThere) {
+    if (engine) files.files["/opt/engine/velt.jar"] = "";
+    files.files["/opt/engine/zoka.ver"] = " VELT V9.9 \n";
     store.Save("VELT-SA", "Version", "3.0.0");
+    Reachable(rigsAreThere);
     Program& p = *program;
     const auto note = [this](const char* what) { return [this, what] { order += what; }; };
     watching += p.form.mnurunzoka.clicked.Listen([this] {
@@ -49,10 +45,8 @@ struct Sequence : ProgramFixture {
     watching += p.form.mnuclosezoka.clicked.Listen(note("close-engine "));
     watching += p.form.Timer1.enabled.changed.Listen(
         [this] { order += Form().Timer1.enabled ? "capture " : "stop-capture "; });
-    watching += p.form.tmrStatus.ticked.Listen([this] {
-      // The timer's own ticks come later.
-      if (rigShown) order += "status ";
-    });
+    // The timer's own ticks come later.
+    watching += p.form.tmrStatus.ticked.Listen([this] { order += rigShown ? "status " : ""; });
     watching += p.startup.rigOffLine.Listen(note("off-line "));
     watching += p.shutdown.lastFrequency.Listen(
         [this](int32_t hz) { order += "last-" + std::to_string(hz) + " "; });
@@ -78,8 +72,7 @@ struct Sequence : ProgramFixture {
 };
 
 TEST(Startup, GoesThroughItsStepsInOrder) {
-  Sequence f(true);
-  f.Reachable(true);
+  Sequence f(true, true);
   f.store.Save("VELT-SA", "AutoStartSA", "True");
   f.store.Save("VELT-SA", "Expander", "1");
   f.files.unmakable = {"/home/om/VELT/"};  // which keeps no other from being made
@@ -89,8 +82,8 @@ TEST(Startup, GoesThroughItsStepsInOrder) {
   Main& form = f.Form();
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Simulated rig");
   EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.imgRecOnOff[0].enabled);
-  EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
   EXPECT_EQ(form.chkExpand.value, 1);
+  EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
   // A later restart of the link undoes no choice of the user's.
   form.chkExpand.UserPick(false);
   for (int press = 0; press < 2; ++press) f.program->catForm.cmdStartStop.Click();
@@ -99,7 +92,7 @@ TEST(Startup, GoesThroughItsStepsInOrder) {
 }
 
 TEST(Startup, WithoutAnEngineItsItemsAreOffAndWithoutARigItIsAskedOnce) {
-  Sequence f(false);
+  Sequence f(false, false);
   f.store.Save("VELT-SA", "AutoRunZOKA", "True");
   f.Start();
   Main& form = f.Form();
@@ -126,14 +119,12 @@ TEST(Startup, WithoutAnEngineItsItemsAreOffAndWithoutARigItIsAskedOnce) {
 // A rig can be missing in two ways, and be switched on or reached later.
 TEST(Startup, ARigThatIsOffLineIsToldAndFollowedWhenItComes) {
   for (const bool serverUp : {false, true}) {
-    Sequence f(false);
-    f.Reachable(serverUp);
+    Sequence f(false, serverUp);
     f.store.Save("VELT-SA", "Version", "");
     f.rig1.Tune(0);
     f.Start();
     EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
-    EXPECT_EQ(f.order, serverUp ? "rig status off-line " : "off-line ");
-    f.order.clear();
+    EXPECT_EQ(std::exchange(f.order, ""), serverUp ? "rig status off-line " : "off-line ");
     f.rig1.Tune(14074000);
     f.rig1.ComeBack();
     f.scheduler.RunPosted();
@@ -172,11 +163,9 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
        {std::tuple{true, false, "save close-engine last-14074000 "},
         {false, false, "save close-engine OFF "},
         {true, true, "release save close-engine last-14074000 stop-capture "}}) {
-    Sequence f(true);
-    f.Reachable(rigUp);
-    f.watching += f.rig1.written.Listen([&f](const std::string& what) {
-      if (what == "RX") f.order += "release ";
-    });
+    Sequence f(true, rigUp);
+    f.watching += f.rig1.written.Listen(
+        [&f](const std::string& what) { f.order += what == "RX" ? "release " : ""; });
     f.Start();
     if (capturing) f.StartCapture();
     if (capturing) f.Key();
@@ -200,50 +189,42 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
 
 TEST(Shutdown, SettingsThatCannotBeSavedAreAskedAboutWhileSomebodyIsThere) {
   enum { TryAgain, CloseAnyway, SystemEnds, SystemEndsAtOnce };
-  for (const int then : {TryAgain, CloseAnyway, SystemEnds, SystemEndsAtOnce}) {
+  for (const auto& [then, asked] :
+       {std::pair{TryAgain, 2U}, {CloseAnyway, 1U}, {SystemEnds, 1U}, {SystemEndsAtOnce, 0U}}) {
     ProgramFixture f;
     f.Start();
     f.store.commit = [] { return ENOSPC; };
     f.prompts.asked.clear();
-    if (then != SystemEndsAtOnce) {
-      f.Close();
-      EXPECT_EQ(f.prompts.asked.at(0).text,
-                "The settings could not be saved: No space left on device.");
-    }
-    if (then == TryAgain) {
-      f.prompts.answer(true);  // and it fails again
-      f.store.commit = [] { return 0; };
-    }
-    if (then <= CloseAnyway) {
-      f.prompts.answer(then == TryAgain);
-    } else {
-      f.Close(Shutdown::ClosedBy::System);
-      EXPECT_EQ(f.prompts.asked.size(), then == SystemEnds ? 1U : 0U);
-    }
+    if (then != SystemEndsAtOnce) f.Close();
+    if (then == TryAgain) f.prompts.answer(true);  // and it fails again
+    if (then == TryAgain) f.store.commit = [] { return 0; };
+    if (then >= SystemEnds) f.Close(Shutdown::ClosedBy::System);
+    if (then <= CloseAnyway) f.prompts.answer(then == TryAgain);
     f.scheduler.RunPosted();
     EXPECT_TRUE(f.ended);
     EXPECT_EQ(f.prompts.answer == nullptr, then >= SystemEnds);
+    EXPECT_EQ(f.prompts.asked.size(), asked);
+    for (const MessagePrompt& box : f.prompts.asked) {
+      EXPECT_EQ(box.text, "The settings could not be saved: No space left on device.");
+    }
   }
 }
 
 TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
-  Sequence f(true);
-  f.Reachable(true);
+  Sequence f(true, true);
   f.Start();
   f.StartCapture();
   f.Key();
   f.Form().Image2.Click();
   f.prompts.Choose("Close VELT-SA ");
   f.scheduler.RunPosted();
-  EXPECT_TRUE(f.ended);
-  EXPECT_FALSE(f.rig1.Transmits());
+  EXPECT_TRUE(f.ended && !f.rig1.Transmits());
   EXPECT_EQ(f.order, "stop-capture ") << "it does not go on after this menu";
   EXPECT_EQ(f.Stored("EXE"), "(missing)");
 }
 
 TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
-  Sequence f(false);
-  f.Reachable(true);
+  Sequence f(false, true);
   f.Start();
   f.Key(2);
   EXPECT_FALSE(f.Close());

@@ -75,16 +75,13 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
 }
 
 TEST_F(FormBinderTest, APressActsAndAButtonShowsWhatCameOfIt) {
+  QContextMenuEvent right(QContextMenuEvent::Keyboard, {}, {});
   const std::pair<const char*, std::function<void()>> presses[] = {
       {"1", [&] { QTest::mousePress(pressedWidget, Qt::LeftButton); }},
       {"", [&] { QTest::mouseRelease(pressedWidget, Qt::LeftButton); }},
       {"1", [&] { QTest::keyClick(pressedWidget, Qt::Key_Space); }},
       {"1", [&] { pressedWidget->toggle(); }},  // by a screen reader
-      {"2",
-       [&] {
-         QContextMenuEvent right(QContextMenuEvent::Keyboard, {}, {});
-         QApplication::sendEvent(pressedWidget, &right);
-       }},
+      {"2", [&] { QApplication::sendEvent(pressedWidget, &right); }},
   };
   for (const auto& [button, press] : presses) {
     heard = "";

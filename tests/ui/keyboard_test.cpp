@@ -34,15 +34,12 @@ TEST_F(KeyboardTest, WhatAUserHasToKnowStandsInTheWindow) {
   form.lblFrequency.stale = true;
   Turn();
   EXPECT_EQ(Pixel(notice, {1, 4}), 0xFFC4161C);
-  EXPECT_TRUE(notice.toolTip().startsWith("It transmits"));
   Find("Frequency RigOffLine (last known)");
-
   Reachable(true);
   program->rig.link.StartOmniRig({});
   scheduler.RunPosted();
   Turn();
   Find("Link to the rig: linked");
-  Find("Lamp of the link: green");
   EXPECT_EQ(Pixel(Find("CAT configuration: linked"), {5, 5}), 0xFF2EA043);
 }
 
@@ -56,11 +53,8 @@ TEST_F(KeyboardTest, AMenuStandsBelowItsButtonAndTheKeyboardGoesBackThere) {
   QWidget& file = Find("File menu");
   const QRect place = file.geometry();
   for (const bool byKeyboard : {true, false}) {
-    if (byKeyboard) {
-      QTest::keyClick(window.windowHandle(), Qt::Key_Shift);
-    } else {
-      QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {300, 10});
-    }
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {300, 10});
+    if (byKeyboard) QTest::keyClick(window.windowHandle(), Qt::Key_Shift);
     file.setFocus();
     own.Popup({place.left(), place.top(), place.width(), place.height()},
               {{"&One & Two && Three", false, true, "", [] {}, {}}},
@@ -83,8 +77,7 @@ TEST_F(KeyboardTest, SlidersRiseWithWhatTheyShow) {
     auto& slider = Find<QSlider>(name);
     control->Set(100);
     Turn();
-    EXPECT_EQ(slider.value(), slider.minimum());
-    EXPECT_FALSE(slider.invertedAppearance());
+    EXPECT_TRUE(slider.value() == slider.minimum() && !slider.invertedAppearance());
     EXPECT_EQ(control->value, 100);  // showing it changes nothing
     for (const auto& [key, after] :
          {std::pair{Qt::Key_Up, 99}, {Qt::Key_PageUp, 89}, {Qt::Key_End, 1}, {Qt::Key_Down, 2}}) {
@@ -180,11 +173,8 @@ TEST(PressButtonLooks, ALongTextIsNotCutToAnotherOneAndThePressedIsMarked) {
     button.setText(text);
     return button.grab().toImage();
   };
-  for (const char* rest : {"4074.125", "14074.125 kHz"}) {
-    const std::string first = std::string("1") + rest;
-    const std::string second = std::string("2") + rest;
-    EXPECT_NE(drawn(first.c_str()), drawn(second.c_str())) << rest;
-  }
+  EXPECT_NE(drawn("14074.125"), drawn("24074.125"));
+  EXPECT_NE(drawn("114074.125 kHz"), drawn("214074.125 kHz"));
   EXPECT_NE(drawn("14074.125"), drawn("14074.12"));
   const QColor mark = button.palette().color(QPalette::Highlight);
   EXPECT_NE(button.grab().toImage().pixelColor(20, 13), mark);

@@ -20,9 +20,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using std::string;
+using namespace std::string_literals;
 
-constexpr const char* kGood = "[S]\nKey=good\n";
-constexpr const char* kDamaged = "[S]\nKey=ba";
+const string kGood = "[S]\nKey=good\n", kDamaged = "[S]\nKey=ba";
 const string kEnd = "; end of the settings\n";
 
 // A disk on which one operation fails: reading files with that extension, or the one of that name.
@@ -63,9 +63,8 @@ struct IniStoreTest : testing::Test, Log {
 
 TEST_F(IniStoreTest, EveryTextComesBackAndPlainOnesStayPlain) {
   int number = 0;
-  for (const string& text : {string("-2147483633"), string("a=b;c"), string("C:\\x\\n \"q\""),
-                             string("\xC3\xA9\xFF"), string(" x"), string("x\t"),
-                             string("\"\\x41\""), string("a\nb\r\nc\\"), string("\0\x7f", 2)}) {
+  for (const string& text : {"-2147483633"s, "a=b;c"s, "C:\\x\\n \"q\""s, "\xC3\xA9\xFF"s, " x"s,
+                             "x\t"s, "\"\\x41\""s, "a\nb\r\nc\\"s, "\0\x7f"s}) {
     ASSERT_EQ(SaveKey(text), 0);
     EXPECT_EQ(Key(), text);
     EXPECT_EQ(folder.Read("s.ini") == "[S]\nKey=" + text + "\n" + kEnd, ++number <= 4) << text;
@@ -113,9 +112,8 @@ TEST_F(IniStoreTest, ADamagedFileIsKeptAndTheBackupTakesItsPlace) {
     EXPECT_EQ(Key(), "mine");
   }
   EXPECT_EQ(lines, 0);
-  for (const string& damaged :
-       {string(), string(kDamaged), string("[S]\nKey=b\0d\n", 12), string("[S\nKey=bad\n"),
-        string("[S]\nKey\n"), string("Key=bad\n"), "[S]\nKey=bad\n" + kEnd.substr(0, 9)}) {
+  for (const string& damaged : {""s, kDamaged, "[S]\nKey=b\0d\n"s, "[S\nKey=bad\n"s, "[S]\nKey\n"s,
+                                "Key=bad\n"s, "[S]\nKey=bad\n" + kEnd.substr(0, 9)}) {
     Prepare(damaged);
     folder.Write("s.ini.damaged", "an earlier one");
     lines = 0;
@@ -180,8 +178,7 @@ bool KilledAtStop(int number, const std::function<void()>& work) {
   }
   if (WIFEXITED(status)) return false;
   ::kill(child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
-  return true;
+  return ::waitpid(child, nullptr, 0) == child;
 }
 
 TEST_F(IniStoreTest, KilledAtAnyMomentNothingIsLost) {
