@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,14 +24,21 @@ struct FileQuestion {
 
 class FileChooser {
  public:
+  // A question of whoever holds it. Destroying it closes that question, if it is open still; its
+  // continuation does not run any more.
+  class Question {
+   public:
+    virtual ~Question() = default;
+  };
+
   virtual ~FileChooser() = default;
 
-  // Empty when cancelled. Whether a file is there already, or at all, the user was not asked. A
-  // second question while one is open only brings that to the front: false
+  // The answer is empty when cancelled. Whether a file is there already, or at all, the user was
+  // not asked. A second question while one is open, whoever's, only brings that to the front: null
   // is returned and nothing is called.
-  virtual bool Ask(const FileQuestion& question,
-                   std::function<void(std::optional<std::filesystem::path>)> answered) = 0;
-  virtual void Drop() = 0;  // closes the question; its continuation does not run any more
+  [[nodiscard]] virtual std::unique_ptr<Question> Ask(
+      const FileQuestion& question,
+      std::function<void(std::optional<std::filesystem::path>)> answered) = 0;
 };
 
 }  // namespace velt

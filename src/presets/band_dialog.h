@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -70,8 +71,8 @@ class BandDialog {
   Ports ports_;
   std::vector<Field> fields_;
   std::filesystem::path folder_;  // where the last file was
-  bool asking_ = false;           // for a file
   OnTop::Lowered lowered_;        // while it is open
+  std::unique_ptr<FileChooser::Question> question_;
   Connections connections_;
 };
 

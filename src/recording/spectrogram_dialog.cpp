@@ -22,35 +22,41 @@ SpectrogramDialog::SpectrogramDialog(const Parts& parts, const Ports& ports)
     : parts_(parts), ports_(ports), maker_(ports.sound) {
   SpectrogramForm& dialog = parts_.dialog;
   connections_ += parts_.form.mnuspectrogram.clicked.Listen([this] { mnuspectrogram_Click(); });
-  connections_ += dialog.cmdOpen.clicked.Listen([this] { cmdOpen_Click(); });
+  connections_ += dialog.cmdOpen.clicked.Listen([this] { mnuspectrogram_Click(); });
   connections_ += dialog.cmdCancel.clicked.Listen([this] { cmdCancel_Click(); });
   connections_ += dialog.cmdSave.clicked.Listen([this] { cmdSave_Click(); });
   connections_ += dialog.cmdClose.clicked.Listen([this] { cmdClose_Click(); });
   connections_ += dialog.Window.closeAsked.Listen([this] { cmdClose_Click(); });
 }
 
-void SpectrogramDialog::mnuspectrogram_Click() {
-  if (!lowered_) lowered_ = parts_.onTop.Lower();
-  cmdOpen_Click();
+// False while another question is open; that is the one to be answered then.
+bool SpectrogramDialog::Ask(const FileQuestion& question,
+                            std::function<void(std::optional<fs::path>)> answered) {
+  auto asked = ports_.chooser.Ask(question, std::move(answered));
+  if (!asked) return false;
+  question_ = std::move(asked);
+  return true;
 }
 
-void SpectrogramDialog::cmdOpen_Click() {
+void SpectrogramDialog::mnuspectrogram_Click() {
   fs::path folder = soundFolder_;
   if (folder.empty() || !ports_.files.IsFolder(folder)) {
     folder = parts_.installation.dataFolder / "WAV";
   }
-  ports_.chooser.Ask({.title = "Spectrogram of a recording",
-                      .folder = folder,
-                      .kind = "Sound files",
-                      .patterns = {"*.wav", "*.flac", "*.ogg", "*.oga", "*.opus", "*.mp3", "*.aif",
-                                   "*.aiff", "*.au", "*.snd", "*.w64", "*.rf64", "*.caf"}},
-                     [this](const std::optional<fs::path>& file) {
-                       if (file) {
-                         Open(*file);
-                       } else if (!parts_.dialog.Window.visible) {
-                         lowered_.reset();
-                       }
-                     });
+  const bool asked = Ask({.title = "Spectrogram of a recording",
+                          .folder = folder,
+                          .kind = "Sound files",
+                          .patterns = {"*.wav", "*.flac", "*.ogg", "*.oga", "*.opus", "*.mp3",
+                                       "*.aif", "*.aiff", "*.au", "*.snd", "*.w64", "*.rf64",
+                                       "*.caf"}},
+                         [this](const std::optional<fs::path>& file) {
+                           if (file) {
+                             Open(*file);
+                           } else if (!parts_.dialog.Window.visible) {
+                             lowered_.reset();
+                           }
+                         });
+  if (asked && !lowered_) lowered_ = parts_.onTop.Lower();
 }
 
 void SpectrogramDialog::Open(const fs::path& file) {
@@ -116,15 +122,15 @@ void SpectrogramDialog::cmdSave_Click() {
   if (!ports_.files.IsFolder(folder)) folder = shown_->file.parent_path();
   fs::path name = shown_->file.stem();
   name += " spectrogram.png";
-  ports_.chooser.Ask({.title = "Save the spectrogram",
-                      .folder = folder,
-                      .name = name,
-                      .kind = "PNG pictures",
-                      .patterns = {"*.png"},
-                      .ending = "png"},
-                     [this](const std::optional<fs::path>& file) {
-                       if (file) SaveAs(*file);
-                     });
+  Ask({.title = "Save the spectrogram",
+       .folder = folder,
+       .name = name,
+       .kind = "PNG pictures",
+       .patterns = {"*.png"},
+       .ending = "png"},
+      [this](const std::optional<fs::path>& file) {
+        if (file) SaveAs(*file);
+      });
 }
 
 void SpectrogramDialog::SaveAs(const fs::path& file) {
@@ -158,7 +164,7 @@ void SpectrogramDialog::Save(const fs::path& file) {
 }
 
 void SpectrogramDialog::cmdClose_Click() {
-  ports_.chooser.Drop();
+  question_.reset();
   Stop("");
   SpectrogramForm& dialog = parts_.dialog;
   dialog.Window.visible = false;

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -40,13 +41,14 @@ class SpectrogramDialog {
   // The last one that was finished; null before, and once the dialog was closed.
   const RecordingSpectrogram* Shown() const { return shown_ ? &*shown_ : nullptr; }
 
-  void mnuspectrogram_Click();
-  void cmdOpen_Click();
+  void mnuspectrogram_Click();  // asks for a recording, and so does cmdOpen
   void cmdCancel_Click();
   void cmdSave_Click();
   void cmdClose_Click();
 
  private:
+  bool Ask(const FileQuestion& question,
+           std::function<void(std::optional<std::filesystem::path>)> answered);
   void Open(const std::filesystem::path& file);
   void WorkOn();
   void Finish();
@@ -64,6 +66,7 @@ class SpectrogramDialog {
   std::filesystem::path soundFolder_;    // where the user found the last one
   std::filesystem::path pictureFolder_;  // where the last one was saved
   OnTop::Lowered lowered_;               // while the dialog or its first question is open
+  std::unique_ptr<FileChooser::Question> question_;
   Connections connections_;
 };
 

@@ -63,6 +63,18 @@ TEST_F(SpectrogramDialogTest, ReadsInShortSlicesShowsAndSaves) {
   EXPECT_EQ(spectrograms.written.back(), "/p/z.png");
 }
 
+TEST_F(SpectrogramDialogTest, AnotherDialogsQuestionIsLeftAlone) {
+  program->bandDialog.Open();
+  program->bandsForm.cmdExport.Click();
+  Form().mnuspectrogram.Click();
+  dialog.Window.closeAsked.Raise();
+  ASSERT_TRUE(fileChooser.answer);
+  fileChooser.Choose("/csv/new.csv");
+  EXPECT_TRUE(files.files.contains("/csv/new.csv"));
+  program->bandDialog.Close();
+  EXPECT_TRUE(Form().Window.topMost) << "nothing was asked for which it would be lowered";
+}
+
 TEST_F(SpectrogramDialogTest, WhatCannotBeReadOrIsCancelledLeavesWhatWasShown) {
   Choose("/r/a.wav");
   scheduler.Advance(std::chrono::seconds(10));

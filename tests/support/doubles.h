@@ -322,13 +322,21 @@ struct FakeFileChooser : FileChooser {
   using Answered = std::function<void(std::optional<std::filesystem::path>)>;
   FileQuestion asked;
   Answered answer;
-  bool Ask(const FileQuestion& question, Answered answered) override {
-    if (answer) return false;
+  int number = 0;  // of the latest question
+  std::unique_ptr<Question> Ask(const FileQuestion& question, Answered answered) override {
+    if (answer) return nullptr;
     asked = question;
     answer = std::move(answered);
-    return true;
+    return std::make_unique<Held>(*this);
   }
-  void Drop() override { answer = nullptr; }
+  struct Held : Question {
+    FakeFileChooser& chooser;
+    const int number = ++chooser.number;
+    explicit Held(FakeFileChooser& of) : chooser(of) {}
+    ~Held() override {
+      if (chooser.number == number) chooser.answer = nullptr;
+    }
+  };
   void Choose(const std::filesystem::path& file) { std::exchange(answer, nullptr)(file); }
 };
 

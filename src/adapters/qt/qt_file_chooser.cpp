@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QObject>
 #include <QStyle>
 #include <QTimer>
 #include <chrono>
@@ -19,6 +20,37 @@ constexpr std::chrono::milliseconds kFocusLimit{100};
 QString PathToQt(const std::filesystem::path& path) {
   return QString::fromStdString(PathText(path));
 }
+
+class OpenQuestion : public QObject, public FileChooser::Question {
+ public:
+  using Answered = std::function<void(std::optional<std::filesystem::path>)>;
+  OpenQuestion(QFileDialog* dialog, Answered answered)
+      : dialog_(dialog), answered_(std::move(answered)) {
+    connect(dialog, &QDialog::finished, this, [this](int result) { Finished(result); });
+  }
+  ~OpenQuestion() override {
+    if (!dialog_) return;
+    dialog_->disconnect(this);
+    dialog_->close();
+  }
+
+ private:
+  void Finished(int result) {
+    std::optional<std::filesystem::path> file;
+    const QStringList chosen = dialog_->selectedFiles();
+    if (result == QDialog::Accepted && !chosen.isEmpty()) {
+      file = TextPath(chosen.first().toStdString());
+    }
+    // The dialog goes first, and what it stood over gets the keyboard: what the answer leads to
+    // belongs there. Not every desktop gives it.
+    QWidget* const asking = dialog_->parentWidget();
+    if (asking != nullptr) asking->activateWindow();
+    QTimer::singleShot(kFocusLimit, this, [answered = answered_, file] { answered(file); });
+  }
+
+  const QPointer<QFileDialog> dialog_;
+  const Answered answered_;
+};
 
 }  // namespace
 
@@ -38,16 +70,14 @@ QString NameIconProvider::type(const QFileInfo& info) const {
   return info.isDir() ? "Folder" : info.suffix().toUpper();
 }
 
-QtFileChooser::~QtFileChooser() {
-  Drop();
-}
-
-bool QtFileChooser::Ask(const FileQuestion& question,
-                        std::function<void(std::optional<std::filesystem::path>)> answered) {
-  if (open_) {
+std::unique_ptr<FileChooser::Question> QtFileChooser::Ask(
+    const FileQuestion& question,
+    std::function<void(std::optional<std::filesystem::path>)> answered) {
+  // One that was closed is deleted a little later.
+  if (open_ && open_->isVisible()) {
     open_->raise();
     open_->activateWindow();
-    return false;
+    return nullptr;
   }
   // Over the dialog that asks, if there is one.
   QWidget* active = QApplication::activeWindow();
@@ -78,29 +108,10 @@ bool QtFileChooser::Ask(const FileQuestion& question,
     dialog->setDefaultSuffix(QString::fromStdString(question.ending));
     dialog->selectFile(PathToQt(question.name));
   }
-  QObject::connect(dialog, &QDialog::finished, this, [this, dialog, answered](int result) {
-    // Dropped, or told already.
-    if (open_ != dialog) return;
-    open_.clear();
-    std::optional<std::filesystem::path> file;
-    const QStringList chosen = dialog->selectedFiles();
-    if (result == QDialog::Accepted && !chosen.isEmpty()) {
-      file = TextPath(chosen.first().toStdString());
-    }
-    // The dialog goes first, and what it stood over gets the keyboard: what the answer leads to
-    // belongs there. Not every desktop gives it.
-    QWidget* const asking = dialog->parentWidget();
-    if (asking != nullptr) asking->activateWindow();
-    QTimer::singleShot(kFocusLimit, this, [answered, file] { answered(file); });
-  });
+  auto asked = std::make_unique<OpenQuestion>(dialog, std::move(answered));
   PlaceBeside(*dialog, owner_);
   dialog->show();
-  return true;
-}
-
-void QtFileChooser::Drop() {
-  QFileDialog* const dialog = std::exchange(open_, nullptr);
-  if (dialog != nullptr) dialog->close();
+  return asked;
 }
 
 }  // namespace velt

@@ -3,7 +3,6 @@
 
 #include <QFileIconProvider>
 #include <QIcon>
-#include <QObject>
 #include <QPointer>
 #include <QWidget>
 #include <memory>
@@ -29,16 +28,14 @@ class NameIconProvider : public QFileIconProvider {
   QIcon folder_;
 };
 
-class QtFileChooser : public QObject, public FileChooser {
+class QtFileChooser : public FileChooser {
  public:
-  ~QtFileChooser() override;
-
   // The window that dialogs belong to.
   void SetOwner(QWidget* owner) { owner_ = owner; }
 
-  bool Ask(const FileQuestion& question,
-           std::function<void(std::optional<std::filesystem::path>)> answered) override;
-  void Drop() override;
+  std::unique_ptr<Question> Ask(
+      const FileQuestion& question,
+      std::function<void(std::optional<std::filesystem::path>)> answered) override;
 
  private:
   std::unique_ptr<NameIconProvider> icons_;
