@@ -67,18 +67,17 @@ void BandDialog::cmdExport_Click() {
 
 void BandDialog::AskForFile(const char* title, const char* name, Use use) {
   const bool known = !folder_.empty() && ports_.files.IsFolder(folder_);
-  auto question =
-      ports_.chooser.Ask({.title = title,
-                          .folder = known ? folder_ : parts_.installation.dataFolder,
-                          .name = name,
-                          .kind = "Comma-separated values",
-                          .patterns = {"*.csv"},
-                          .ending = "csv"},
-                         [this, use](const std::optional<std::filesystem::path>& file) {
-                           if (!file) return;
-                           folder_ = file->parent_path();
-                           (this->*use)(*file);
-                         });
+  auto question = ports_.chooser.Ask({.title = title,
+                                      .folder = known ? folder_ : parts_.installation.dataFolder,
+                                      .name = name,
+                                      .kind = "Comma-separated values",
+                                      .patterns = {"*.csv"},
+                                      .ending = "csv"},
+                                     [this, use](const std::optional<std::filesystem::path>& file) {
+                                       if (!file) return;
+                                       folder_ = file->parent_path();
+                                       (this->*use)(*file);
+                                     });
   if (question) question_ = std::move(question);
 }
 

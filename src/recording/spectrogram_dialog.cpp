@@ -43,19 +43,19 @@ void SpectrogramDialog::mnuspectrogram_Click() {
   if (folder.empty() || !ports_.files.IsFolder(folder)) {
     folder = parts_.installation.dataFolder / "WAV";
   }
-  const bool asked = Ask({.title = "Spectrogram of a recording",
-                          .folder = folder,
-                          .kind = "Sound files",
-                          .patterns = {"*.wav", "*.flac", "*.ogg", "*.oga", "*.opus", "*.mp3",
-                                       "*.aif", "*.aiff", "*.au", "*.snd", "*.w64", "*.rf64",
-                                       "*.caf"}},
-                         [this](const std::optional<fs::path>& file) {
-                           if (file) {
-                             Open(*file);
-                           } else if (!parts_.dialog.Window.visible) {
-                             lowered_.reset();
-                           }
-                         });
+  const bool asked =
+      Ask({.title = "Spectrogram of a recording",
+           .folder = folder,
+           .kind = "Sound files",
+           .patterns = {"*.wav", "*.flac", "*.ogg", "*.oga", "*.opus", "*.mp3", "*.aif", "*.aiff",
+                        "*.au", "*.snd", "*.w64", "*.rf64", "*.caf"}},
+          [this](const std::optional<fs::path>& file) {
+            if (file) {
+              Open(*file);
+            } else if (!parts_.dialog.Window.visible) {
+              lowered_.reset();
+            }
+          });
   if (asked && !lowered_) lowered_ = parts_.onTop.Lower();
 }
 
