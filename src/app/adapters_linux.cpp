@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "adapters/demo/generated_signal.h"
+#include "adapters/demo/no_recorder.h"
 #include "adapters/demo/paced_input.h"
 #include "adapters/files/disk_files.h"
 #include "adapters/files/ini_store.h"
@@ -12,6 +13,7 @@
 #include "adapters/logind/logind_sleep_lock.h"
 #include "adapters/pulse/pulse_device_lister.h"
 #include "adapters/pulse/pulse_input.h"
+#include "adapters/pulse/pulse_recorder.h"
 #include "adapters/qt/qt_colour_chooser.h"
 #include "adapters/qt/qt_file_chooser.h"
 #include "adapters/qt/qt_launcher.h"
@@ -27,6 +29,7 @@
 #include "adapters/simulated_rig/simulated_rig.h"
 #include "adapters/soundfile/repeated_file.h"
 #include "adapters/soundfile/sound_file_reader.h"
+#include "adapters/soundfile/wav_writer.h"
 #include "adapters/system/home_folder.h"
 #include "adapters/system/linux_system_info.h"
 #include "adapters/system/local_clock.h"
@@ -59,7 +62,10 @@ class LinuxAdapters : public Adapters {
           AudioDevice{PathText(options.input), PathText(options.input.filename())}, scheduler_);
     } else {
       audio_ = std::make_unique<PulseInput>(scheduler_);
+      soundWriter_ = std::make_unique<WavWriter>(scheduler_);
+      recorder_ = std::make_unique<PulseRecorder>(scheduler_, *soundWriter_);
     }
+    if (!recorder_) recorder_ = std::make_unique<NoRecorder>(scheduler_);
     if (options.demo) {
       server_ = std::make_unique<SimulatedRigServer>(scheduler_);
       guardian_ = std::make_unique<NoGuardian>();
@@ -106,6 +112,7 @@ class LinuxAdapters : public Adapters {
     return {.scheduler = scheduler_,
             .clock = clock_,
             .audio = *audio_,
+            .recorder = *recorder_,
             .server = *server_,
             .guardian = *guardian_,
             .sleepLock = *sleepLock_,
@@ -153,6 +160,8 @@ class LinuxAdapters : public Adapters {
   SpectrogramFile spectrogramFile_;
   PosixInstanceLock lock_;
   std::unique_ptr<AudioInput> audio_;
+  std::unique_ptr<SoundWriter> soundWriter_;
+  std::unique_ptr<SoundRecorder> recorder_;
   std::unique_ptr<IOmniRigX> server_;
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;

@@ -69,6 +69,11 @@ class Capture {
   bool DeviceOpen() const { return device_ != Device::Closed; }
   bool Capturing() const { return capturing_; }
 
+  // What is or would be opened: chosen by name, or empty for the system's default; and the name of
+  // the source that was heard last, empty before the first.
+  const std::string& DeviceName() const { return deviceName_; }
+  const std::string& SourceName() const { return source_; }
+
   int32_t scanFreqMs = 25;  // period given to Timer1 when capture starts
 
  private:

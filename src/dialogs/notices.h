@@ -13,7 +13,8 @@ enum class NoticeKind {
   Transmitter,   // it may be on although nobody wants it
   Transmission,  // one was ended without being asked
   Sound,
-  Engine,  // it is missing, or its window is, or cannot be controlled in this session
+  Recording,  // it has ended, or a part of it is missing
+  Engine,     // it is missing, or its window is, or cannot be controlled in this session
 };
 
 class Notices {

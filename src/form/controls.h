@@ -84,8 +84,12 @@ struct Image : Control {
   explicit Image(Form& form, std::string text = {}) : Control(form), tag(*this, std::move(text)) {}
   Property<std::string> tag;
   Event<> clicked;
+  Event<> menuAsked;  // by another mouse button, or the menu key
   void Click() const {
     if (enabled) clicked.Raise();
+  }
+  void UserMenu() const {
+    if (enabled) menuAsked.Raise();
   }
 };
 

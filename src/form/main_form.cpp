@@ -92,11 +92,13 @@ CaptureControls::CaptureControls(Form& form)
       imgStartStop(form, "Play"),
       lblListen(form),
       lblSource(form),
-      imgRecOnOff(form),
+      imgRecOnOff(form, {{0, ""}, {1, "Rec"}, {2, ""}}),
       Timer1(form, 25),
       tmrRec(form, 500) {
   StopButton.enabled = false;
-  imgRecOnOff.enabled = false;
+  imgRecOnOff[0].enabled = false;
+  imgRecOnOff[1].toolTip = " Recording...(click to stop)";
+  imgRecOnOff[2].toolTip = "Record to wav (ON/Off)";
 }
 
 DisplayControls::DisplayControls(Form& form)
@@ -139,7 +141,12 @@ DisplayControls::DisplayControls(Form& form)
       mnucopy(form, "Copy Spectrum to Clipboard") {}
 
 RecordingControls::RecordingControls(Form& form)
-    : mnuopenrec(form, "&Open & Play Recordings..."),
+    : mnuRecordOption(form, "Recording"),
+      mnuRecordOptions(form, {{0, "Start Recording"},
+                              {1, "Play Recorded Files..."},
+                              {2, "Open External MS-Recorder..."},
+                              {4, "Soundcard Recording Source Selection..."}}),
+      mnuopenrec(form, "&Open & Play Recordings..."),
       mnuspectrogram(form, "Spectrogram of a recording...") {}
 
 MessageControls::MessageControls(Form& form)

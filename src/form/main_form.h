@@ -117,7 +117,8 @@ struct CaptureControls {
   Image imgStartStop;
   Label lblListen;  // over the empty display: how to begin
   Label lblSource;  // where the sound comes from, while capturing
-  Image imgRecOnOff;
+  // 0 is shown; 1 has how it looks while recording, 2 how while not.
+  ControlArray<Image> imgRecOnOff;
   Timer Timer1;
   Timer tmrRec;
 };
@@ -150,6 +151,8 @@ struct DisplayControls {
 
 struct RecordingControls {
   explicit RecordingControls(Form& form);
+  MenuItem mnuRecordOption;  // the record image's menu
+  ControlArray<MenuItem> mnuRecordOptions;
   MenuItem mnuopenrec;
   MenuItem mnuspectrogram;
 };

@@ -18,6 +18,10 @@ class Launcher {
   // the system's error number, 0 for success.
   virtual int StartProgram(const std::filesystem::path& program) = 0;
 
+  // Starts a program that is looked for in the PATH, with arguments; it outlives this one. Returns
+  // the system's error number, ENOENT when there is no such program, 0 for success.
+  virtual int StartCommand(const std::vector<std::string>& command) = 0;
+
   enum class Start {
     Started,
     NoProgram,  // there is none for this kind of document, and the command was not found either

@@ -28,6 +28,11 @@ Menus::Menus(Main& form) {
   mode = All(form.mnuModModes);
   frequency = {{&form.mnuSetFreqManual, "", {}}, kSeparator};
   Append(frequency, All(form.mnuBands));
+  record = {{&form.mnuRecordOptions[0], "", {}},
+            {&form.mnuRecordOptions[1], "", {}},
+            {&form.mnuRecordOptions[2], "", {}},
+            kSeparator,
+            {&form.mnuRecordOptions[4], "", {}}};
   options = {{&form.mnuPTT, "", ptt}};
   std::vector<MenuEntry> rig = All(form.mnuBands);
   Append(rig, {{&form.mnuSetFreqManual, "", {}},
@@ -105,6 +110,7 @@ std::vector<PopupItem> Menus::Lines(const std::vector<MenuEntry>& menu) {
 MenuOpener::MenuOpener(const Parts& parts) : parts_(parts) {
   connections_ += parts_.form.cmdOptions.clicked.Listen([this] { cmdOptions_Click(); });
   connections_ += parts_.form.Image2.clicked.Listen([this] { Image2_Click(); });
+  connections_ += parts_.form.imgRecOnOff[0].menuAsked.Listen([this] { imgRecOnOff_Menu(); });
   connections_ += parts_.form.lblFrequency.clicked.Listen([this] { lblFrequency_Click(); });
   connections_ += parts_.form.lblMode.clicked.Listen([this] { lblMode_Click(); });
   connections_ += parts_.form.lblTRXMode.clicked.Listen([this] { lblTRXMode_Click(); });
@@ -118,6 +124,11 @@ void MenuOpener::cmdOptions_Click() {
 
 void MenuOpener::Image2_Click() {
   Open(parts_.form.Image2, parts_.menus.file);
+}
+
+void MenuOpener::imgRecOnOff_Menu() {
+  parts_.form.mnuRecordOption.Click();
+  Open(parts_.form.imgRecOnOff[0], parts_.menus.record);
 }
 
 void MenuOpener::lblFrequency_Click() {

@@ -27,6 +27,7 @@ class Menus {
   std::vector<MenuEntry> frequency;
   std::vector<MenuEntry> mode;
   std::vector<MenuEntry> ptt;
+  std::vector<MenuEntry> record;
 
   // The lines of a pop-up as the controls stand now. Items that have no handler yet are left out,
   // and so are submenus without any line and separators with nothing between them.
@@ -48,6 +49,7 @@ class MenuOpener {
   void cmdOptions_Click();
   void Image2_Click();
 
+  void imgRecOnOff_Menu();
   void lblFrequency_Click();
   void lblMode_Click();
   void lblTRXMode_Click();

@@ -23,12 +23,14 @@
 #include "platform/installation.h"
 #include "platform/on_top.h"
 #include "platform/platform_helpers.h"
+#include "platform/sound_tools.h"
 #include "platform/timer_driver.h"
 #include "presets/band_dialog.h"
 #include "presets/band_menu.h"
 #include "presets/preset_files.h"
 #include "presets/preset_panel.h"
 #include "presets/preset_table.h"
+#include "recording/recorder.h"
 #include "recording/spectrogram_dialog.h"
 #include "rig/rig.h"
 #include "shell/about_box.h"
@@ -53,6 +55,7 @@ class Program {
     Scheduler& scheduler;
     Clock& clock;
     AudioInput& audio;
+    SoundRecorder& recorder;
     IOmniRigX& server;
     Guardian& guardian;
     SleepLock& sleepLock;
@@ -90,6 +93,7 @@ class Program {
   CarriedSettings carried;
   PlatformHelpers platform;
   OnTop onTop;
+  SoundTools soundTools;
   MessageLine messages;
   Notices notices;
   MessageWindow messageWindow;
@@ -106,6 +110,7 @@ class Program {
   MainDisplay display;
   ColorDialog colorDialog;
   SpectrogramDialog spectrogram;
+  Recorder recorder;
   WindowLayout layout;
   WindowScale scale;
   Settings settings;

@@ -30,6 +30,7 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
   parts_.rig.dialog.Close();
   parts_.colorDialog.Close();
   parts_.bandDialog.Close();
+  parts_.recorder.Finish();
   if (parts_.rig.control.RestoreNow()) {
     // The write needs a moment to reach the rig.
     cancel = true;
@@ -113,6 +114,7 @@ void Shutdown::mnucloseme_Click() {
   ports_.prompts.DropAll();
   parts_.colorDialog.Close();
   parts_.bandDialog.Close();
+  parts_.recorder.Finish();
   unloading_ = true;
   quitting_ = true;
   // The menu that this was chosen from would let capture go on.

@@ -13,6 +13,7 @@
 #include "ports/scheduler.h"
 #include "presets/band_dialog.h"
 #include "presets/preset_files.h"
+#include "recording/recorder.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
 #include "shell/window_layout.h"
@@ -29,6 +30,7 @@ class Shutdown {
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;
+    Recorder& recorder;
     Rig& rig;
     EngineProcess& engine;
   };

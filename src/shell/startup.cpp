@@ -95,7 +95,7 @@ void Startup::ReadSerialSetup() {
 void Startup::StartAnalyserIfWanted() {
   if (parts_.form.mnuautos[2].checked || parts_.setup.startAnalyser) {
     parts_.capture.ShowRunning();
-    parts_.form.imgRecOnOff.enabled = true;
+    parts_.recorder.Offer();
     if (parts_.setup.startAnalyser) {
       parts_.capture.StartButton_Click();
     } else {

@@ -12,6 +12,7 @@
 #include "ports/log.h"
 #include "ports/scheduler.h"
 #include "presets/preset_files.h"
+#include "recording/recorder.h"
 #include "rig/omnirig_link.h"
 #include "rig/rig_display.h"
 #include "rig/serial_setup.h"
@@ -43,6 +44,7 @@ class Startup {
     OmniRigLink& link;
     RigDisplay& rigDisplay;
     EngineProcess& engine;
+    Recorder& recorder;
     SerialSetup& serial;
     RigReporter& reporter;
   };

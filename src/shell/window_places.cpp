@@ -20,7 +20,7 @@ constexpr int kLamp = 10;
 constexpr int kLink = 100;
 constexpr int kLeastSource = 50;
 constexpr int kLeastLink = 49;
-constexpr int kSmallButton = 26;
+constexpr int kSmallButton = 24;
 constexpr int kCompactButton = 22;
 constexpr int kExpandButton = 18;
 constexpr int kCompactExpandButton = 14;
@@ -30,7 +30,7 @@ constexpr int kCursorDelta = 38;
 constexpr int kCursorKilohertz = 68;
 constexpr int kNotice = 18;
 // Below this width the first row has no room for texts on its buttons.
-constexpr int kRoomyWidth = 540;
+constexpr int kRoomyWidth = 555;
 constexpr int kDisplayTop = kMargin + kTopRow + kGap;
 
 // The last row: what is always told, and the message. Narrow windows leave out where modes are sent
@@ -155,16 +155,23 @@ Rectangle WindowGrid::Panel(int row, int first, int last, int count) const {
 std::vector<PlaceRule> PlaceRules(Main& form) {
   using Grid = WindowGrid;
   std::vector<PlaceRule> rules{
-      {&form.cmdOptions, [](Grid& g) { return g.Take(60, 40); }},
-      {&form.Image2, [](Grid& g) { return g.Take(40, 26); }},
+      {&form.cmdOptions, [](Grid& g) { return g.Take(56, 40); }},
+      {&form.Image2, [](Grid& g) { return g.Take(36, 26); }},
       {&form.Image3, [](Grid& g) { return g.Take(40, 26); }},
       {&form.imgStartStop, [](Grid& g) { return g.Take(kSmallButton, kCompactButton); }},
+      {&form.imgRecOnOff[0],
+       [](Grid& g) {
+         // A narrow window has room for it only beside the scales.
+         const Rectangle scales = g.Scales();
+         return g.Compact() ? Rectangle{g.DisplayRight(0, kMeter).left, scales.top, kMeter, kScales}
+                            : g.Take(kSmallButton, 0);
+       }},
       {&form.lblFrequency, [](Grid& g) { return g.Take(126, 98); }},
       {&form.lblMode, [](Grid& g) { return g.Take(38, 32); }},
       // The buttons tell the state too; where there is no room for them the label does.
       {&form.lblTRXMode, [](Grid& g) { return g.Take(0, 25); }},
-      {&form.optTXRX[0], [](Grid& g) { return g.Take(34, 0); }},
-      {&form.optTXRX[1], [](Grid& g) { return g.Take(34, 0); }},
+      {&form.optTXRX[0], [](Grid& g) { return g.Take(31, 0); }},
+      {&form.optTXRX[1], [](Grid& g) { return g.Take(31, 0); }},
       {&form.lblFreqDetect,
        [](Grid& g) {
          return g.Compact() ? g.BottomRight(kCompactPeak)

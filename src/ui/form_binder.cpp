@@ -224,6 +224,8 @@ QAbstractButton* FormBinder::Bind(const Image& control, QAbstractButton* widget,
 SymbolButton* FormBinder::Bind(const Image& control, SymbolButton* widget, const Words& words) {
   Bind(control, static_cast<QAbstractButton*>(widget), words);
   Watch(control, [&control, widget] { widget->SetSymbol(control.tag.Get()); });
+  widget->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(widget, &QWidget::customContextMenuRequested, this, [&control] { control.UserMenu(); });
   return widget;
 }
 

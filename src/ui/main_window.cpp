@@ -124,6 +124,15 @@ void MainWindow::BindTopRow() {
   BindCatButton();
   binder_.Bind(form_.imgStartStop, new SymbolButton(SymbolButton::Symbol::Play, this),
                {"Start or stop the spectrum analyser"});
+  auto* record =
+      binder_.Bind(form_.imgRecOnOff[0], new SymbolButton(SymbolButton::Symbol::Record, this),
+                   {.name = "Record",
+                    .toolTip = "Record to wav (ON/Off)",
+                    .toEnable = "Start the spectrum analyser (\u25B6) to record what it hears."});
+  binder_.Watch(form_.imgRecOnOff[0], [this, record] {
+    const bool recording = form_.imgRecOnOff[0].tag.Get() == "Rec";
+    record->setAccessibleDescription(recording ? "A recording goes on" : "");
+  });
 
   binder_.Bind(form_.lblFrequency, MakeLabel(kFrequencyPixels, true),
                {"Frequency %1", "Transceiver frequency"});

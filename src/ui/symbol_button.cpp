@@ -15,7 +15,11 @@ SymbolButton::SymbolButton(Symbol symbol, QWidget* parent) : QToolButton(parent)
 }
 
 void SymbolButton::SetSymbol(std::string_view tag) {
-  const Symbol symbol = tag == "Play" ? Symbol::Play : tag == "Stop" ? Symbol::Stop : symbol_;
+  const Symbol symbol = tag == "Play"                  ? Symbol::Play
+                        : tag == "Stop"                ? Symbol::Stop
+                        : tag == "Rec"                 ? Symbol::Recording
+                        : symbol_ == Symbol::Recording ? Symbol::Record
+                                                       : symbol_;
   if (symbol_ == symbol) return;
   symbol_ = symbol;
   update();
@@ -52,6 +56,20 @@ void SymbolButton::paintEvent(QPaintEvent*) {
       painter.setBrush(coloured(QColor(0xCF, 0x3A, 0x32)));
       painter.drawRect(box.adjusted(1, 1, -1, -1));
       break;
+    case Symbol::Record:
+      painter.setBrush(coloured(QColor(0xCF, 0x3A, 0x32)));
+      painter.drawEllipse(box.adjusted(1, 1, -1, -1));
+      break;
+    case Symbol::Recording: {
+      // The same in a ring: it differs in shape too.
+      const QColor red = coloured(QColor(0xE0, 0x20, 0x20));
+      painter.setBrush(red);
+      painter.drawEllipse(box.adjusted(3.5, 3.5, -3.5, -3.5));
+      painter.setBrush(Qt::NoBrush);
+      painter.setPen(QPen(red, 1.6));
+      painter.drawEllipse(box.adjusted(0.8, 0.8, -0.8, -0.8));
+      break;
+    }
     case Symbol::Waterfall: {
       // Rows of dashes that shift from row to row.
       static constexpr std::array<int, 4> kShift{4, 3, 4, 6};

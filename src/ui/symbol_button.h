@@ -8,10 +8,10 @@ namespace velt {
 
 class SymbolButton : public QToolButton {
  public:
-  enum class Symbol { Play, Stop, Waterfall };
+  enum class Symbol { Play, Stop, Record, Recording, Waterfall };
 
   SymbolButton(Symbol symbol, QWidget* parent);
-  // The symbol that a tag names: "Play" or "Stop"; others change nothing.
+  // The symbol that a tag names: "Play" or "Stop", or "Rec" while recording.
   void SetSymbol(std::string_view tag);
 
  protected:

@@ -29,7 +29,7 @@ TEST(WindowLayout, NothingOverlapsOrLeavesTheWindowAtAnySize) {
         placed.push_back(a);
       }
       ASSERT_GE(form.Scope.place.Get().height, 35);
-      ASSERT_EQ(form.optTXRX[0].place.Get().width > 0, main >= 540);
+      ASSERT_EQ(form.optTXRX[0].place.Get().width > 0, main >= 555);
     }
   }
 }

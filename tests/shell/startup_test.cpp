@@ -25,7 +25,7 @@ TEST(Startup, DoesWhatTheCallAsksForButNothingAfterAResetOrBesideAnotherRun) {
   EXPECT_EQ(f.Start(), Startup::Result::Running);
   EXPECT_TRUE(f.files.folders.contains("/data/WAV"));
   EXPECT_EQ(f.audio.opened.size(), 1U);
-  EXPECT_TRUE(f.Form().imgRecOnOff.enabled);
+  EXPECT_TRUE(f.Form().imgRecOnOff[0].enabled);
 }
 
 // What happens while the program starts and ends, in its order, as those see it who stand around.
@@ -88,7 +88,7 @@ TEST(Startup, GoesThroughItsStepsInOrder) {
   EXPECT_NE(f.log.lines.at(0).find("/home/om/VELT/ could not be made"), std::string::npos);
   Main& form = f.Form();
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Simulated rig");
-  EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.imgRecOnOff.enabled);
+  EXPECT_TRUE(form.tmrCheckZOKA.enabled && form.imgRecOnOff[0].enabled);
   EXPECT_EQ(form.imgStartStop.tag.Get(), "Stop");
   EXPECT_EQ(form.chkExpand.value, 1);
   // A later restart of the link undoes no choice of the user's.

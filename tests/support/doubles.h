@@ -52,6 +52,20 @@ struct FakeAudioInput : AudioInput {
   }
 };
 
+// Records its calls; a test tells the events.
+struct FakeRecorder : SoundRecorder {
+  std::vector<std::string> calls;
+  void Open(const RecordingSource& source, int32_t rateHz) override {
+    calls.push_back("open " + source.device + "|" + source.heard + " " + std::to_string(rateHz));
+  }
+  void Record() override { calls.emplace_back("record"); }
+  void SaveAs(const std::filesystem::path& file) override {
+    calls.push_back("save " + file.string());
+  }
+  void Close() override { calls.emplace_back("close"); }
+  std::vector<std::string> Take() { return std::exchange(calls, {}); }
+};
+
 struct FakeFiles : Files {
   std::map<std::filesystem::path, std::string> files;
   std::set<std::filesystem::path> folders;
@@ -197,6 +211,15 @@ struct FakeLauncher : Launcher {
     return programError;
   }
 
+  // Of programs that are looked for, those that are there, and those that were started.
+  std::set<std::string> installed;
+  std::vector<std::vector<std::string>> commands;
+  int StartCommand(const std::vector<std::string>& command) override {
+    if (!installed.contains(command.front())) return ENOENT;
+    if (programError == 0) commands.push_back(command);
+    return programError;
+  }
+
   // Documents to be started, with the command for want of a program; answered by the test.
   std::vector<std::string> started;
   std::function<void(Start)> answer;
@@ -333,6 +356,7 @@ struct ProgramFixture {
   VirtualScheduler scheduler;
   FakeClock clock{scheduler};
   FakeAudioInput audio{scheduler};
+  FakeRecorder recorder;
   SimulatedRigServer server{scheduler, {}};
   SimulatedRig& rig1 = server.Rig1();
   SimulatedRig& rig2 = server.Rig2();
@@ -378,6 +402,7 @@ struct ProgramFixture {
     program = std::make_unique<Program>(Program::Ports{.scheduler = scheduler,
                                                        .clock = clock,
                                                        .audio = audio,
+                                                       .recorder = recorder,
                                                        .server = server,
                                                        .guardian = guardian,
                                                        .sleepLock = sleepLock,

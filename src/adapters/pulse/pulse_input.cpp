@@ -16,6 +16,13 @@ constexpr Milliseconds kLongestPause{1000};
 // A plug that was touched, or a device that radio frequency has upset, is back by then.
 constexpr Milliseconds kSameSourceTime{3000};
 
+// 21.3 ms: a little less than a tick of 25 ms, so that each finds a new block, and no more than
+// PipeWire has after one period of 1024 samples, or two of 512, at 48 kHz. With any more it would
+// wait for another period now and then.
+constexpr uint32_t kFragmentBytes = 940 * sizeof(int16_t);
+constexpr uint32_t kServerBacklogBytes = kSampleRateHz;  // half a second
+constexpr StreamFormat kAnalysed{"VELT-SA", kSampleRateHz, 1, kFragmentBytes, kServerBacklogBytes};
+
 // What the servers put in the place of missing devices.
 bool IsStandIn(const PulseSource& source) {
   return source.name == "auto_null" || source.name.starts_with("auto_null.");
@@ -23,9 +30,13 @@ bool IsStandIn(const PulseSource& source) {
 
 }  // namespace
 
-PulseInput::PulseInput(Scheduler& scheduler)
+PulseInput::PulseInput(Scheduler& scheduler) : PulseInput(scheduler, kAnalysed, ring_) {}
+
+PulseInput::PulseInput(Scheduler& scheduler, const StreamFormat& format, SampleSink& sink)
     : scheduler_(scheduler),
       self_(std::make_shared<PulseInput*>(this)),
+      format_(format),
+      sink_(sink),
       limit_(loop_, [this] { OnLimit(); }),
       retry_(loop_, [this] { Try(); }),
       sameTime_(loop_, [this] {
@@ -57,6 +68,11 @@ void PulseInput::Open(const std::string& device) {
   mustGoFirst_ = false;
   limit_.Start(kOpenLimit);
   retry_.Start(Milliseconds(0));
+}
+
+void PulseInput::BeginAt(const std::string& source) {
+  const PulseLoop::Lock lock(loop_);
+  choice_ = source;
 }
 
 void PulseInput::Close() {
@@ -146,6 +162,7 @@ void PulseInput::OnSources(const PulseSources& sources) {
 }
 
 void PulseInput::PickSource() {
+  if (choice_ == known_.defaultName) choice_.clear();
   if (const PulseSource* source = Wanted()) {
     OpenStream(*source);
   } else if (FollowsDefault()) {
@@ -162,7 +179,7 @@ void PulseInput::ProbeSource() {
 
 void PulseInput::OpenStream(const PulseSource& source) {
   source_ = source;
-  stream_ = std::make_unique<PulseStream>(connection_->Context(), ring_,
+  stream_ = std::make_unique<PulseStream>(connection_->Context(), format_, sink_,
                                           static_cast<PulseStream::Listener&>(*this));
   using Choice = PulseStream::Choice;
   const bool asDefault = phase_ == Phase::Opening && source_.name != choice_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "adapters/pulse/pulse_stream.h"
+#include "adapters/pulse/sample_ring.h"
 
 namespace velt {
 
@@ -12,7 +13,13 @@ class PulseInput final : public AudioInput,
                          private PulseStream::Listener {
  public:
   explicit PulseInput(Scheduler& scheduler);  // the scheduler outlives the input
+  // Delivers in that format to a sink, from Opened on, and has no blocks to take. The sink outlives
+  // the input.
+  PulseInput(Scheduler& scheduler, const StreamFormat& format, SampleSink& sink);
   ~PulseInput() override;
+
+  // For the default: where to begin, as if the user had moved its stream there; empty: nowhere.
+  void BeginAt(const std::string& source);
 
   // Known from the first Open on and kept up to date until the server goes.
   std::vector<AudioDevice> Devices() const override;
@@ -66,6 +73,8 @@ class PulseInput final : public AudioInput,
   const std::shared_ptr<PulseInput*> self_;  // tells a posted event whether this is still alive
   PulseLoop loop_;
   SampleRing ring_;
+  const StreamFormat format_;
+  SampleSink& sink_;
 
   // What follows is touched under the loop's lock.
   uint64_t generation_ = 0;  // of the latest wish; written on the window's thread only

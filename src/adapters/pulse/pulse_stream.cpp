@@ -8,28 +8,23 @@
 namespace velt {
 namespace {
 
-// 21.3 ms: a little less than a tick of 25 ms, so that each finds a new block, and no more than
-// PipeWire has after one period of 1024 samples, or two of 512, at 48 kHz. With any more it would
-// wait for another period now and then.
-constexpr uint32_t kFragmentBytes = 940 * sizeof(int16_t);
-constexpr uint32_t kServerBacklogBytes = kSampleRateHz;  // half a second
-
 PulseStream::Listener& ListenerOf(void* listener) {
   return *static_cast<PulseStream::Listener*>(listener);
 }
 
 }  // namespace
 
-PulseStream::PulseStream(pa_context& context, SampleRing& ring, Listener& listener)
-    : ring_(ring), listener_(listener) {
-  constexpr pa_sample_spec format = {PA_SAMPLE_S16LE, kSampleRateHz, 1};
+PulseStream::PulseStream(pa_context& context, const StreamFormat& format, SampleSink& sink,
+                         Listener& listener)
+    : format_(format), sink_(sink), listener_(listener) {
+  const pa_sample_spec samples = {PA_SAMPLE_S16LE, format.rateHz, format.channels};
   const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> properties(pa_proplist_new(),
                                                                              pa_proplist_free);
   if (!properties) throw std::bad_alloc();
   // PipeWire would add the channels up otherwise, and clip what is loud on both; PulseAudio
   // averages anyway.
   pa_proplist_sets(properties.get(), "channelmix.normalize", "true");
-  stream_ = pa_stream_new_with_proplist(&context, "VELT-SA", &format, nullptr, properties.get());
+  stream_ = pa_stream_new_with_proplist(&context, format.name, &samples, nullptr, properties.get());
   if (!stream_) throw std::bad_alloc();
   pa_stream_set_state_callback(
       stream_, [](pa_stream*, void* self) { static_cast<PulseStream*>(self)->StateChanged(); },
@@ -62,8 +57,8 @@ PulseStream::~PulseStream() {
 
 void PulseStream::Connect(const std::string& source, Choice choice) {
   pa_buffer_attr buffer{};
-  buffer.maxlength = kServerBacklogBytes;
-  buffer.fragsize = kFragmentBytes;
+  buffer.maxlength = format_.backlogBytes;
+  buffer.fragsize = format_.fragmentBytes;
   const char* device = choice == Choice::Server ? nullptr : source.c_str();
   const auto flags = static_cast<pa_stream_flags_t>(
       PA_STREAM_ADJUST_LATENCY |
@@ -93,9 +88,9 @@ void PulseStream::Read() {
   size_t bytes = 0;
   while (pa_stream_peek(stream_, &data, &bytes) == 0 && bytes > 0) {
     if (data) {
-      ring_.Write({static_cast<const int16_t*>(data), bytes / sizeof(int16_t)});
+      sink_.Write({static_cast<const int16_t*>(data), bytes / sizeof(int16_t)});
     } else {
-      ring_.WriteSilence(bytes / sizeof(int16_t));  // a hole: the server had nothing for that time
+      sink_.WriteSilence(bytes / sizeof(int16_t));  // a hole: the server had nothing for that time
     }
     pa_stream_drop(stream_);
   }

@@ -1,12 +1,21 @@
-// One capture stream from one source into the ring.
+// One capture stream from one source into a sink.
 #pragma once
 
 #include <pulse/stream.h>
 
 #include "adapters/pulse/pulse_connection.h"
-#include "adapters/pulse/sample_ring.h"
+#include "adapters/pulse/sample_sink.h"
 
 namespace velt {
+
+// What the server is asked for: 16-bit samples of each channel in turns.
+struct StreamFormat {
+  const char* name;  // for people, in the volume control
+  uint32_t rateHz;
+  uint8_t channels;
+  uint32_t fragmentBytes;  // delivered at a time
+  uint32_t backlogBytes;   // kept by the server while nobody takes them
+};
 
 // Used and destroyed under the loop's lock, before the connection it was made on.
 class PulseStream {
@@ -18,13 +27,14 @@ class PulseStream {
     virtual void OnStreamFailed(int error) = 0;  // a libpulse error code
     virtual void OnStreamMoved() = 0;            // it goes on with another source
     virtual void OnStreamSuspended() = 0;
-    virtual void OnStreamData() = 0;  // samples were written into the ring
+    virtual void OnStreamData() = 0;  // samples were written into the sink
 
    protected:
     ~Listener() = default;
   };
 
-  PulseStream(pa_context& context, SampleRing& ring, Listener& listener);
+  PulseStream(pa_context& context, const StreamFormat& format, SampleSink& sink,
+              Listener& listener);
   ~PulseStream();
   PulseStream(const PulseStream&) = delete;
   PulseStream& operator=(const PulseStream&) = delete;
@@ -44,7 +54,8 @@ class PulseStream {
   void StateChanged();
   void Read();
 
-  SampleRing& ring_;
+  const StreamFormat format_;
+  SampleSink& sink_;
   Listener& listener_;
   pa_stream* stream_;
 };

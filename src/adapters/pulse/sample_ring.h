@@ -4,19 +4,20 @@
 #include <array>
 #include <mutex>
 
+#include "adapters/pulse/sample_sink.h"
 #include "ports/audio_input.h"
 
 namespace velt {
 
 // Every function may be called from any thread; none allocates.
-class SampleRing {
+class SampleRing final : public SampleSink {
  public:
   void Close() { Enter(State::Closed); }  // TakeNewest answers Gone
   void Hold() { Enter(State::Held); }     // TakeNewest answers NotYet, what is written is dropped
   void Deliver();                         // from now on; only a held ring can
 
-  void Write(std::span<const int16_t> samples);
-  void WriteSilence(size_t count);
+  void Write(std::span<const int16_t> samples) override;
+  void WriteSilence(size_t count) override;
 
   // As AudioInput::TakeNewest.
   TakeResult TakeNewest(std::span<int16_t, kBlockSamples> block);

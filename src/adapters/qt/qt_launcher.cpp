@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QMimeDatabase>
 #include <QProcess>
@@ -24,6 +25,12 @@ constexpr int kAnswerLimitMs = 2000;  // of the tool that tells the desktop's ch
 // The path's bytes are what counts; Qt decodes them as the file system's.
 QString ToQtPath(const std::filesystem::path& path) {
   return QFile::decodeName(PathText(path).c_str());
+}
+
+QStringList ToQtWords(const std::vector<std::string>& command) {
+  QStringList words;
+  for (const std::string& word : command) words << QString::fromStdString(word);
+  return words;
 }
 
 // Whether the program of that desktop entry runs what it opens.
@@ -63,6 +70,14 @@ int QtLauncher::StartProgram(const std::filesystem::path& program) {
   return StartDetached(ToQtPath(program), {}, folder) == Start::Started ? 0 : ENOEXEC;
 }
 
+int QtLauncher::StartCommand(const std::vector<std::string>& command) {
+  QStringList words = ToQtWords(command);
+  const QString program =
+      words.isEmpty() ? QString() : QStandardPaths::findExecutable(words.takeFirst());
+  if (program.isEmpty()) return ENOENT;
+  return StartDetached(program, words, QDir::homePath()) == Start::Started ? 0 : ENOEXEC;
+}
+
 void QtLauncher::StartDocument(const std::filesystem::path& document,
                                const std::vector<std::string>& command,
                                std::function<void(Start)> told) {
@@ -70,8 +85,7 @@ void QtLauncher::StartDocument(const std::filesystem::path& document,
   const QString folder = ToQtPath(document.parent_path());
   const auto start = [path, folder, command, told = std::move(told)](bool desktops) {
     if (desktops) return told(StartDetached("xdg-open", {path}, folder));
-    QStringList words;
-    for (const std::string& word : command) words << QString::fromStdString(word);
+    QStringList words = ToQtWords(command);
     const QString program =
         words.isEmpty() ? QString() : QStandardPaths::findExecutable(words.takeFirst());
     if (program.isEmpty()) return told(Start::NoProgram);

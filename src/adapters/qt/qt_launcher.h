@@ -12,6 +12,7 @@ class QtLauncher : public Launcher, private QObject {
   void OpenDocument(const std::string& target) override;
 
   int StartProgram(const std::filesystem::path& program) override;
+  int StartCommand(const std::vector<std::string>& command) override;
 
   // What the desktop opens a document with is asked of the tools of the desktop standards. A
   // program that only looks into archives does not count: it would not run anything.
