@@ -22,6 +22,8 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     }
     return;
   }
+  // What was just deleted must not be saved again.
+  if (parts_.setupDialog.HasReset()) return mnucloseme_Click();
   unloading_ = true;
   // The engine keys nothing any more.
   parts_.form.tmrStatus.enabled = false;
@@ -30,6 +32,7 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
   parts_.rig.dialog.Close();
   parts_.colorDialog.Close();
   parts_.bandDialog.Close();
+  parts_.setupDialog.Close();
   parts_.recorder.Finish();
   if (parts_.rig.control.RestoreNow()) {
     // The write needs a moment to reach the rig.
@@ -114,6 +117,7 @@ void Shutdown::mnucloseme_Click() {
   ports_.prompts.DropAll();
   parts_.colorDialog.Close();
   parts_.bandDialog.Close();
+  parts_.setupDialog.Close();
   parts_.recorder.Finish();
   unloading_ = true;
   quitting_ = true;

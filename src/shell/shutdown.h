@@ -16,6 +16,7 @@
 #include "recording/recorder.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
+#include "shell/setup_dialog.h"
 #include "shell/window_layout.h"
 
 namespace velt {
@@ -27,6 +28,7 @@ class Shutdown {
     Capture& capture;
     ColorDialog& colorDialog;
     BandDialog& bandDialog;
+    SetupDialog& setupDialog;
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;
