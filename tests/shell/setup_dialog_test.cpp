@@ -128,7 +128,7 @@ TEST_F(SetupDialogTest, WhatCannotBeTakenIsToldAndChangesNothing) {
         {{"0", "1", "1", "ten", "1"}, kText, 4},
         {{"1", "1", "1", "1", "5 s"}, kText, 5},
         {{" 1 ", "20", "50", "99", "0.6"}, "", 0}}) {
-    SCOPED_TRACE(typed[0] + Texts{typed.begin() + 1, typed.end()}.back() + title);
+    SCOPED_TRACE(testing::PrintToString(typed));
     int focused = 0;
     Connections listening;
     for (int i = 1; TextBox * each : Fields()) {
