@@ -20,6 +20,7 @@
 #include "ui/omnirig_window.h"
 #include "ui/paste_filter.h"
 #include "ui/player_window.h"
+#include "ui/setup_window.h"
 #include "ui/spectrogram_window.h"
 #include "ui/sysinfo_window.h"
 
@@ -113,6 +114,7 @@ int RunWindow(QApplication& application, const Options& options, GuardianSpawn g
   const AboutWindow aboutWindow(program.aboutForm, &window);
   const SysInfoWindow sysInfoWindow(program.sysInfoForm, &window);
   const BandsWindow bandsWindow(program.bandsForm, &window);
+  const SetupWindow setupWindow(program.setupForm, &window);
   const ColorsWindow colorsWindow(program.colorsForm, &window);
   const MessageView messageView(program.messageForm, &window);
   const PlayerWindow playerWindow(program.playerForm, &window);

@@ -9,8 +9,12 @@ Capture::Capture(const Parts& parts, const Ports& ports, std::string deviceName)
   connections_ += parts_.form.StartButton.clicked.Listen([this] { StartButton_Click(); });
   connections_ += parts_.form.StopButton.clicked.Listen([this] { StopButton_Click(); });
   connections_ += parts_.form.imgStartStop.clicked.Listen([this] { imgStartStop_Click(); });
-  parts_.form.lblListen.caption = "Press \u25B6 to listen to " + SourceToOpen();
+  ShowSourceToOpen();
   ShowStopped();
+}
+
+void Capture::ShowSourceToOpen() {
+  parts_.form.lblListen.caption = "Press \u25B6 to listen to " + SourceToOpen();
 }
 
 // For people.
@@ -19,6 +23,7 @@ std::string Capture::SourceToOpen() const {
   for (const AudioDevice& device : known) {
     if (device.name == deviceName_) return device.description;
   }
+  if (!deviceDescription_.empty()) return deviceDescription_;
   if (!deviceName_.empty()) return deviceName_;
   return known.size() == 1 ? known.front().description : "the default source";
 }
@@ -41,6 +46,16 @@ void Capture::StartButton_Click() {
 
 void Capture::StartWhenThere() {
   recovering_ = true;
+  Open(deviceName_);
+}
+
+void Capture::ChooseDevice(const AudioDevice& device) {
+  deviceDescription_ = device.description;
+  const bool another = deviceName_ != device.name;
+  deviceName_ = device.name;
+  ShowSourceToOpen();
+  if (!another || (device_ == Device::Closed && !recovering_)) return;
+  StopSound();
   Open(deviceName_);
 }
 

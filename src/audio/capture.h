@@ -35,14 +35,13 @@ class Capture {
     Scheduler& scheduler;
     Log& log;
   };
-  // Opens the source of that name; empty: the system's default.
+  // Opens the source of that name until another is chosen; empty: the system's default.
   Capture(const Parts& parts, const Ports& ports, std::string deviceName);
 
   Event<> started;
 
-  // Fills DevicesBox with the devices known. Nothing calls it: capture always opens the device
-  // that it was made with. Without any device `noDevices` is called after the message was
-  // dismissed.
+  // Fills DevicesBox with the devices known. Nothing calls it: the device is chosen elsewhere.
+  // Without any device `noDevices` is called after the message was dismissed.
   void InitDevices(std::function<void()> noDevices);
 
   void StartButton_Click();
@@ -51,6 +50,10 @@ class Capture {
   // As StartButton_Click, for a start that nobody is waiting beside: what is not there yet, be it
   // the sound server, is waited for without a box.
   void StartWhenThere();
+
+  // The device to open from now on; an empty name is the system's default. What runs, is being
+  // opened or is waited for goes on with it at once.
+  void ChooseDevice(const AudioDevice& device);
 
   // Resets and closes the device.
   void StopCapture();
@@ -80,6 +83,7 @@ class Capture {
   enum class Device { Closed, Opening, Open };
 
   std::string SourceToOpen() const;
+  void ShowSourceToOpen();
   void Open(const std::string& device);
   void StopSound();
   void HandleEvent(const AudioEvent& event);
@@ -95,6 +99,7 @@ class Capture {
   Parts parts_;
   Ports ports_;
   std::string deviceName_;
+  std::string deviceDescription_;  // for people, if it is known from before
   DeliveryWatchdog watchdog_;
   Device device_ = Device::Closed;
   bool capturing_ = false;

@@ -160,6 +160,11 @@ struct TextBox : Control {
   Property<std::string> text;
   Event<> edited;   // by the user
   Event<> entered;  // by the Enter key
+  Event<> focusWanted;
+
+  // Gives the keyboard to the field.
+  void SetFocus() const { focusWanted.Raise(); }
+
   void UserEnter() const {
     if (enabled) entered.Raise();
   }

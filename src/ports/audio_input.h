@@ -49,6 +49,9 @@ class AudioInput {
   // The devices known at the moment; may be empty while the server has not answered yet.
   virtual std::vector<AudioDevice> Devices() const = 0;
 
+  // Asks for the devices without opening any; the answer is what Devices tells some time later.
+  virtual void FindDevices() = 0;
+
   // Starts to open the device of that name and no other, or the system's default when empty. The
   // latter goes along when the default changes or the user moves the stream (Moved); a source that
   // the user has chosen so is kept for later calls, as long as it is there. Closes what was open.

@@ -88,6 +88,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                .scheduler = ports.scheduler,
                .log = ports.log},
               setup.audioDevice),
+      audioChoice(capture, ports.audio),
       display({.form = form,
                .window = form.Window,
                .captureForm = form,
@@ -153,10 +154,29 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                 .capture = capture,
                 .layout = layout,
                 .scale = scale,
+                .audio = audioChoice,
                 .rig = rig.state,
                 .guard = rig.guard,
                 .carried = carried},
                {.store = ports.settings, .server = ports.server}, setup.rigAddresses),
+      setupDialog(form.mnusetupcalib,
+                  {.form = setupForm,
+                   .captureForm = form,
+                   .display = display,
+                   .capture = capture,
+                   .audio = audioChoice,
+                   .layout = layout,
+                   .serial = rig.serial,
+                   .settings = settings,
+                   .carried = carried,
+                   .presets = presets,
+                   .panel = panel,
+                   .colorDialog = colorDialog,
+                   .bandDialog = bandDialog,
+                   .rigDialog = rig.dialog,
+                   .soundTools = soundTools,
+                   .onTop = onTop},
+                  {.prompts = ports.prompts, .scheduler = ports.scheduler}),
       reporter({.window = form.Window,
                 .display = rig.display,
                 .rig = rig.current,
@@ -187,6 +207,7 @@ Program::Program(const Ports& ports, RunSetup runSetup)
                 .colorDialog = colorDialog,
                 .bandDialog = bandDialog,
                 .player = player,
+                .setupDialog = setupDialog,
                 .settings = settings,
                 .layout = layout,
                 .presetFiles = presetFiles,
@@ -232,6 +253,8 @@ Program::Program(const Ports& ports, RunSetup runSetup)
     rig.statusFile.WriteStatusRX(0);
     rig.counter.Offer();
   });
+  connections_ += catForm.Window.visible.changed.Listen([this] { reporter.ShowCaption(); });
+  connections_ += setupDialog.endWanted.Listen([this] { shutdown.mnucloseme_Click(); });
   connections_ += shutdown.lastFrequency.Listen(
       [this](int32_t frequencyHz) { rig.statusFile.WriteStatusRX(frequencyHz); });
   connections_ += shutdown.rigOff.Listen([this] { rig.statusFile.WriteStatusRX(kRigIsOff); });

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "audio/audio_choice.h"
 #include "audio/capture.h"
 #include "dialogs/message_line.h"
 #include "dialogs/message_window.h"
@@ -19,6 +20,7 @@
 #include "form/message_form.h"
 #include "form/omnirig_form.h"
 #include "form/player_form.h"
+#include "form/setup_form.h"
 #include "form/spectrogram_form.h"
 #include "form/sysinfo_form.h"
 #include "platform/installation.h"
@@ -41,6 +43,7 @@
 #include "shell/rig_reporter.h"
 #include "shell/run_setup.h"
 #include "shell/settings.h"
+#include "shell/setup_dialog.h"
 #include "shell/shortcut_keys.h"
 #include "shell/shutdown.h"
 #include "shell/startup.h"
@@ -89,6 +92,7 @@ class Program {
   OmniRigForm catForm;
   BandsForm bandsForm;
   ColorsForm colorsForm;
+  SetupForm setupForm;
   AboutForm aboutForm;
   SysInfoForm sysInfoForm;
   MessageForm messageForm;
@@ -112,6 +116,7 @@ class Program {
   PresetFiles presetFiles;
   BandDialog bandDialog;
   Capture capture;
+  AudioChoice audioChoice;
   MainDisplay display;
   ColorDialog colorDialog;
   SpectrogramDialog spectrogram;
@@ -120,6 +125,7 @@ class Program {
   WindowLayout layout;
   WindowScale scale;
   Settings settings;
+  SetupDialog setupDialog;
   RigReporter reporter;
   Startup startup;
   Shutdown shutdown;

@@ -27,10 +27,11 @@ class RigReporter {
 
   // The caption without a rig.
   void SetBaseCaption(const std::string& caption);
+  // Renews the caption.
+  void ShowCaption();
 
  private:
   void Note();
-  void ShowCaption();
 
   Parts parts_;
   std::string baseCaption_;

@@ -186,6 +186,9 @@ void Settings::LoadRegistryStuff() {
   }
   LoadCat();
   to_.scale.Load(ports_.store.Get(WindowScale::kSection, WindowScale::kKey).value_or(""));
+  using Audio = AudioChoice;
+  to_.audio.Load({ports_.store.Get(Audio::kSection, Audio::kNameKey).value_or(""),
+                  ports_.store.Get(Audio::kSection, Audio::kDescriptionKey).value_or("")});
 }
 
 int Settings::SaveRegistryStuff() {
@@ -194,6 +197,9 @@ int Settings::SaveRegistryStuff() {
   }
   SaveCat();
   ports_.store.Save(WindowScale::kSection, WindowScale::kKey, to_.scale.Stored());
+  const AudioDevice& device = to_.audio.Stored();
+  ports_.store.Save(AudioChoice::kSection, AudioChoice::kNameKey, device.name);
+  ports_.store.Save(AudioChoice::kSection, AudioChoice::kDescriptionKey, device.description);
   return ports_.store.Commit();
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "audio/audio_choice.h"
 #include "audio/capture.h"
 #include "display/main_display.h"
 #include "form/main_form.h"
@@ -43,6 +44,7 @@ class Settings {
     Capture& capture;
     WindowLayout& layout;
     WindowScale& scale;
+    AudioChoice& audio;
     RigState& rig;
     TransmitGuard& guard;
     CarriedSettings& carried;
@@ -65,7 +67,7 @@ class Settings {
   // The addresses of the rigs' servers were changed by the user, so they are the ones to save.
   void KeepRigAddresses();
 
-  // Deletes all settings, the backup too.
+  // Deletes all settings, the backup too. Returns the error number.
   int Reset() { return ports_.store.DeleteAll(); }
 
  private:

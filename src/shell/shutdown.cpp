@@ -22,6 +22,8 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
     }
     return;
   }
+  // What was just deleted must not be saved again.
+  if (parts_.setupDialog.HasReset()) return mnucloseme_Click();
   unloading_ = true;
   PutAway();
   parts_.rig.dialog.Close();
@@ -44,6 +46,7 @@ void Shutdown::PutAway() {
   ports_.prompts.DropAll();
   parts_.colorDialog.Close();
   parts_.bandDialog.Close();
+  parts_.setupDialog.Close();
   parts_.player.Close();
   parts_.recorder.Finish();
 }

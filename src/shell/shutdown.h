@@ -17,6 +17,7 @@
 #include "recording/recorder.h"
 #include "rig/rig.h"
 #include "shell/settings.h"
+#include "shell/setup_dialog.h"
 #include "shell/window_layout.h"
 
 namespace velt {
@@ -29,6 +30,7 @@ class Shutdown {
     ColorDialog& colorDialog;
     BandDialog& bandDialog;
     Player& player;
+    SetupDialog& setupDialog;
     Settings& settings;
     WindowLayout& layout;
     PresetFiles& presetFiles;

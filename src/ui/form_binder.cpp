@@ -321,6 +321,10 @@ QLineEdit* FormBinder::Bind(TextBox& control, QLineEdit* widget, const Words& wo
   auto* text = new TextBinding(control, *widget, typing, this);
   texts_.push_back(text);
   connect(widget, &QLineEdit::returnPressed, this, [&control] { control.UserEnter(); });
+  connections_ += control.focusWanted.Listen([widget] {
+    widget->setFocus();
+    widget->selectAll();
+  });
   Mirror(control, widget, words);
   Watch(control, [text] { text->Show(); });
   return widget;

@@ -1,7 +1,9 @@
 #include "ui/form_dialog.h"
 
 #include <QScreen>
+#include <algorithm>
 
+#include "ports/prompts.h"
 #include "ui/on_screen.h"
 #include "ui/qt_text.h"
 
@@ -35,6 +37,14 @@ void FormDialog::BringForward() {
   activateWindow();
 }
 
+bool FormDialog::HidesButtons(const QRect& place) const {
+  const auto all = parentWidget()->findChildren<QWidget*>();
+  return std::any_of(all.begin(), all.end(), [&place](const QWidget* widget) {
+    return widget->property(reachableBelowBoxes).toBool() && widget->isVisible() &&
+           place.intersects({widget->mapToGlobal(QPoint()), widget->size()});
+  });
+}
+
 // In the middle of the main window, its usual place, it would hide what it is watched with.
 void FormDialog::PlaceBesideParent() {
   if (parentWidget() == nullptr) return;
@@ -43,13 +53,15 @@ void FormDialog::PlaceBesideParent() {
   const int titleBar = parentWidget()->geometry().top() - main.top();
   const QSize wanted = size() + QSize(0, titleBar);
   const QVector<QRect> screen{parentWidget()->screen()->availableGeometry()};
-  int leastHidden = main.width() * main.height();
+  const int whole = main.width() * main.height();
+  int leastHidden = 2 * whole;
   for (const QPoint place :
        {main.bottomLeft() + QPoint(0, 1), main.topLeft() - QPoint(0, wanted.height() + 1),
         main.topRight() + QPoint(1, 0), main.topLeft() - QPoint(wanted.width() + 1, 0)}) {
     const QRect possible = BroughtOnScreen({place, wanted}, screen);
     const QRect hides = possible & main;
-    const int hidden = hides.width() * hides.height();
+    // Where there is no room beside it, the transmitter's buttons stay within reach if they can.
+    const int hidden = hides.width() * hides.height() + (HidesButtons(possible) ? whole : 0);
     if (hidden >= leastHidden) continue;
     leastHidden = hidden;
     move(possible.topLeft());

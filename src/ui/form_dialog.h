@@ -26,6 +26,7 @@ class FormDialog : public QDialog {
   void ShowWindow();
   void BringForward();
   void PlaceBesideParent();
+  bool HidesButtons(const QRect& place) const;
 
   DialogWindow& window_;
   FormBinder binder_;

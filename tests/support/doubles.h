@@ -31,7 +31,10 @@ struct FakeAudioInput : AudioInput {
   std::string source = "usb";       // what opens
 
   explicit FakeAudioInput(Scheduler& of) : scheduler(of) {}
-  std::vector<AudioDevice> Devices() const override { return {}; }
+  std::vector<AudioDevice> devices;
+  std::vector<AudioDevice> Devices() const override { return devices; }
+  void FindDevices() override { ++lookedFor; }
+  int lookedFor = 0;
   void Open(const std::string& name) override {
     opened.push_back(name);
     watching = false;
@@ -129,7 +132,11 @@ struct FakePrompts : Prompts {
   std::function<void(bool)> answer;
   Typed input;
 
-  void Tell(const MessagePrompt& box, std::function<void()>) override { told.push_back(box); }
+  std::function<void()> dismiss;  // of what was told last
+  void Tell(const MessagePrompt& box, std::function<void()> closed) override {
+    told.push_back(box);
+    dismiss = std::move(closed);
+  }
   void Ask(const MessagePrompt& box, std::function<void(bool)> answered) override {
     asked.push_back(box);
     answer = std::move(answered);
@@ -149,6 +156,7 @@ struct FakePrompts : Prompts {
   void DropAll() override {
     popupClosed = nullptr;
     answer = nullptr;
+    dismiss = nullptr;
   }
   // Closes the open pop-up with the line of that caption chosen; false: it has no such line.
   bool Choose(const std::string& caption) {

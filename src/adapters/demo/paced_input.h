@@ -33,6 +33,8 @@ class PacedInput : public AudioInput {
 
   std::vector<AudioDevice> Devices() const override { return {device_}; }
 
+  void FindDevices() override {}
+
   void Open(const std::string& /*device*/) override {
     Close();
     std::string failure = source_.Open();

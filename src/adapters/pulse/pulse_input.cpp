@@ -58,6 +58,12 @@ std::vector<AudioDevice> PulseInput::Devices() const {
   return known_.Devices();
 }
 
+// In every other phase the list is asked for anyway.
+void PulseInput::FindDevices() {
+  const PulseLoop::Lock lock(loop_);
+  if (phase_ == Phase::Idle) retry_.Start(Milliseconds(0));
+}
+
 void PulseInput::Open(const std::string& device) {
   const PulseLoop::Lock lock(loop_);
   Begin(Phase::Opening);

@@ -21,8 +21,9 @@ class PulseInput final : public AudioInput,
   // For the default: where to begin, as if the user had moved its stream there; empty: nowhere.
   void BeginAt(const std::string& source);
 
-  // Known from the first Open on and kept up to date until the server goes.
+  // Known from the first Open or FindDevices on and kept up to date until the server goes.
   std::vector<AudioDevice> Devices() const override;
+  void FindDevices() override;
   void Open(const std::string& device) override;
   void Start() override { ring_.Deliver(); }
   TakeResult TakeNewest(std::span<int16_t, kBlockSamples> block) override {
