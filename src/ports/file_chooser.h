@@ -3,6 +3,7 @@
 // first.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -26,11 +27,13 @@ class FileChooser {
   virtual ~FileChooser() = default;
 
   // Empty when cancelled. Whether a file is there already, or at all, the user was not asked. A
-  // second question while one is open only brings that to the front: false
-  // is returned and nothing is called.
-  virtual bool Ask(const FileQuestion& question,
-                   std::function<void(std::optional<std::filesystem::path>)> answered) = 0;
-  virtual void Drop() = 0;  // closes the question; its continuation does not run any more
+  // second question while one is open only brings that to the front: 0 is returned and nothing is
+  // called. Else returns the question's number.
+  virtual uint32_t Ask(const FileQuestion& question,
+                       std::function<void(std::optional<std::filesystem::path>)> answered) = 0;
+  // Closes that question, and no other: several dialogs share the chooser. Its continuation does
+  // not run any more. Nothing for 0, or one that is answered.
+  virtual void Drop(uint32_t question) = 0;
 };
 
 }  // namespace velt

@@ -34,7 +34,7 @@ void BandDialog::Open() {
 
 void BandDialog::Close() {
   if (!parts_.form.Window.visible) return;
-  if (std::exchange(asking_, false)) ports_.chooser.Drop();
+  ports_.chooser.Drop(std::exchange(question_, 0));
   parts_.form.Window.visible = false;
   lowered_.reset();
 }
@@ -67,7 +67,7 @@ void BandDialog::cmdExport_Click() {
 
 void BandDialog::AskForFile(const char* title, const char* name, Use use) {
   const bool known = !folder_.empty() && ports_.files.IsFolder(folder_);
-  const bool asked =
+  const uint32_t question =
       ports_.chooser.Ask({.title = title,
                           .folder = known ? folder_ : parts_.installation.dataFolder,
                           .name = name,
@@ -75,11 +75,11 @@ void BandDialog::AskForFile(const char* title, const char* name, Use use) {
                           .patterns = {"*.csv"},
                           .ending = "csv"},
                          [this, use](const std::optional<std::filesystem::path>& file) {
-                           if (!std::exchange(asking_, false) || !file) return;
+                           if (std::exchange(question_, 0) == 0 || !file) return;
                            folder_ = file->parent_path();
                            (this->*use)(*file);
                          });
-  if (asked) asking_ = true;
+  if (question != 0) question_ = question;
 }
 
 void BandDialog::Import(const std::filesystem::path& file) {

@@ -70,7 +70,7 @@ class BandDialog {
   Ports ports_;
   std::vector<Field> fields_;
   std::filesystem::path folder_;  // where the last file was
-  bool asking_ = false;           // for a file
+  uint32_t question_ = 0;         // for a file, while it is open
   OnTop::Lowered lowered_;        // while it is open
   Connections connections_;
 };

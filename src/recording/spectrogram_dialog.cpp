@@ -39,18 +39,28 @@ void SpectrogramDialog::cmdOpen_Click() {
   if (folder.empty() || !ports_.files.IsFolder(folder)) {
     folder = parts_.installation.dataFolder / "WAV";
   }
-  ports_.chooser.Ask({.title = "Spectrogram of a recording",
-                      .folder = folder,
-                      .kind = "Sound files",
-                      .patterns = {"*.wav", "*.flac", "*.ogg", "*.oga", "*.opus", "*.mp3", "*.aif",
-                                   "*.aiff", "*.au", "*.snd", "*.w64", "*.rf64", "*.caf"}},
-                     [this](const std::optional<fs::path>& file) {
-                       if (file) {
-                         Open(*file);
-                       } else if (!parts_.dialog.Window.visible) {
-                         lowered_.reset();
-                       }
-                     });
+  Ask({.title = "Spectrogram of a recording",
+       .folder = folder,
+       .kind = "Sound files",
+       .patterns = {"*.wav", "*.flac", "*.ogg", "*.oga", "*.opus", "*.mp3", "*.aif", "*.aiff",
+                    "*.au", "*.snd", "*.w64", "*.rf64", "*.caf"}},
+      &SpectrogramDialog::Open);
+}
+
+void SpectrogramDialog::Ask(const FileQuestion& question, Use use) {
+  const uint32_t asked =
+      ports_.chooser.Ask(question, [this, use](const std::optional<fs::path>& file) {
+        question_ = 0;
+        if (file) (this->*use)(*file);
+        LowerOnlyWhileOpen();
+      });
+  if (asked != 0) question_ = asked;
+  LowerOnlyWhileOpen();
+}
+
+// The chooser refuses while it is open for another dialog.
+void SpectrogramDialog::LowerOnlyWhileOpen() {
+  if (question_ == 0 && !parts_.dialog.Window.visible) lowered_.reset();
 }
 
 void SpectrogramDialog::Open(const fs::path& file) {
@@ -116,15 +126,13 @@ void SpectrogramDialog::cmdSave_Click() {
   if (!ports_.files.IsFolder(folder)) folder = shown_->file.parent_path();
   fs::path name = shown_->file.stem();
   name += " spectrogram.png";
-  ports_.chooser.Ask({.title = "Save the spectrogram",
-                      .folder = folder,
-                      .name = name,
-                      .kind = "PNG pictures",
-                      .patterns = {"*.png"},
-                      .ending = "png"},
-                     [this](const std::optional<fs::path>& file) {
-                       if (file) SaveAs(*file);
-                     });
+  Ask({.title = "Save the spectrogram",
+       .folder = folder,
+       .name = name,
+       .kind = "PNG pictures",
+       .patterns = {"*.png"},
+       .ending = "png"},
+      &SpectrogramDialog::SaveAs);
 }
 
 void SpectrogramDialog::SaveAs(const fs::path& file) {
@@ -158,7 +166,7 @@ void SpectrogramDialog::Save(const fs::path& file) {
 }
 
 void SpectrogramDialog::cmdClose_Click() {
-  ports_.chooser.Drop();
+  ports_.chooser.Drop(std::exchange(question_, 0));
   Stop("");
   SpectrogramForm& dialog = parts_.dialog;
   dialog.Window.visible = false;

@@ -47,6 +47,9 @@ class SpectrogramDialog {
   void cmdClose_Click();
 
  private:
+  using Use = void (SpectrogramDialog::*)(const std::filesystem::path& file);
+  void Ask(const FileQuestion& question, Use use);
+  void LowerOnlyWhileOpen();
   void Open(const std::filesystem::path& file);
   void WorkOn();
   void Finish();
@@ -63,6 +66,7 @@ class SpectrogramDialog {
   Scheduler::Handle slice_;              // while it is read
   std::filesystem::path soundFolder_;    // where the user found the last one
   std::filesystem::path pictureFolder_;  // where the last one was saved
+  uint32_t question_ = 0;                // for a file, while it is open
   OnTop::Lowered lowered_;               // while the dialog or its first question is open
   Connections connections_;
 };

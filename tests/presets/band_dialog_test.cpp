@@ -119,6 +119,21 @@ TEST_F(BandDialogTest, TakesTheTableFromAFileAndGivesItAway) {
   const auto late = fileChooser.answer;
   form.Command2.Click();
   EXPECT_FALSE(fileChooser.answer);
+  // The chooser is the spectrogram's too: neither takes the other's question away.
+  main.mnuspectrogram.Click();
+  Open();
+  form.cmdImport.Click();
+  form.Command2.Click();
+  EXPECT_EQ(fileChooser.asked.title, "Spectrogram of a recording");
+  EXPECT_TRUE(fileChooser.answer);
+  fileChooser.Choose("/none.wav");
+  Open();
+  form.cmdImport.Click();
+  program->spectrogramForm.cmdClose.Click();
+  main.mnuspectrogram.Click();
+  EXPECT_TRUE(fileChooser.answer);
+  form.Command2.Click();
+  EXPECT_TRUE(main.Window.topMost) << "a question that was refused lowers nothing";
   late("/csv/late.csv");  // was on its way
   EXPECT_FALSE(files.files.contains("/csv/late.csv"));
 

@@ -285,13 +285,16 @@ struct FakeFileChooser : FileChooser {
   using Answered = std::function<void(std::optional<std::filesystem::path>)>;
   FileQuestion asked;
   Answered answer;
-  bool Ask(const FileQuestion& question, Answered answered) override {
-    if (answer) return false;
+  uint32_t number = 0;
+  uint32_t Ask(const FileQuestion& question, Answered answered) override {
+    if (answer) return 0;
     asked = question;
     answer = std::move(answered);
-    return true;
+    return ++number;
   }
-  void Drop() override { answer = nullptr; }
+  void Drop(uint32_t question) override {
+    if (question == number) answer = nullptr;
+  }
   void Choose(const std::filesystem::path& file) { std::exchange(answer, nullptr)(file); }
 };
 

@@ -39,16 +39,19 @@ QString NameIconProvider::type(const QFileInfo& info) const {
 }
 
 QtFileChooser::~QtFileChooser() {
-  Drop();
+  Drop(due_);
 }
 
-bool QtFileChooser::Ask(const FileQuestion& question,
-                        std::function<void(std::optional<std::filesystem::path>)> answered) {
-  if (open_) {
-    open_->raise();
-    open_->activateWindow();
-    return false;
+uint32_t QtFileChooser::Ask(const FileQuestion& question,
+                            std::function<void(std::optional<std::filesystem::path>)> answered) {
+  if (due_ != 0) {
+    if (open_) {
+      open_->raise();
+      open_->activateWindow();
+    }
+    return 0;
   }
+  due_ = ++last_;
   // Over the dialog that asks, if there is one.
   QWidget* active = QApplication::activeWindow();
   const bool isDialog = active != nullptr && owner_ && active->parentWidget() == owner_;
@@ -78,7 +81,8 @@ bool QtFileChooser::Ask(const FileQuestion& question,
     dialog->setDefaultSuffix(QString::fromStdString(question.ending));
     dialog->selectFile(PathToQt(question.name));
   }
-  QObject::connect(dialog, &QDialog::finished, this, [this, dialog, answered](int result) {
+  const uint32_t number = due_;
+  QObject::connect(dialog, &QDialog::finished, this, [this, dialog, answered, number](int result) {
     // Dropped, or told already.
     if (open_ != dialog) return;
     open_.clear();
@@ -87,18 +91,24 @@ bool QtFileChooser::Ask(const FileQuestion& question,
     if (result == QDialog::Accepted && !chosen.isEmpty()) {
       file = TextPath(chosen.first().toStdString());
     }
-    // The dialog goes first, and what it stood over gets the keyboard: what the answer leads to
-    // belongs there. Not every desktop gives it.
+    // The dialog goes first, and what it stood over gets the keyboard: what the
+    // answer leads to belongs there. Not every desktop gives it.
     QWidget* const asking = dialog->parentWidget();
     if (asking != nullptr) asking->activateWindow();
-    QTimer::singleShot(kFocusLimit, this, [answered, file] { answered(file); });
+    QTimer::singleShot(kFocusLimit, this, [this, answered, file, number] {
+      if (due_ != number) return;
+      due_ = 0;
+      answered(file);
+    });
   });
   PlaceBeside(*dialog, owner_);
   dialog->show();
-  return true;
+  return due_;
 }
 
-void QtFileChooser::Drop() {
+void QtFileChooser::Drop(uint32_t question) {
+  if (question == 0 || question != due_) return;
+  due_ = 0;
   QFileDialog* const dialog = std::exchange(open_, nullptr);
   if (dialog != nullptr) dialog->close();
 }

@@ -36,14 +36,16 @@ class QtFileChooser : public QObject, public FileChooser {
   // The window that dialogs belong to.
   void SetOwner(QWidget* owner) { owner_ = owner; }
 
-  bool Ask(const FileQuestion& question,
-           std::function<void(std::optional<std::filesystem::path>)> answered) override;
-  void Drop() override;
+  uint32_t Ask(const FileQuestion& question,
+               std::function<void(std::optional<std::filesystem::path>)> answered) override;
+  void Drop(uint32_t question) override;
 
  private:
   std::unique_ptr<NameIconProvider> icons_;
   QPointer<QWidget> owner_;
   QPointer<QFileDialog> open_;
+  uint32_t last_ = 0;  // number of the latest question
+  uint32_t due_ = 0;   // of that which is not answered yet; 0: none
 };
 
 }  // namespace velt
