@@ -190,6 +190,10 @@ TEST_F(PulseInputTest, ListsDevicesWithoutOpeningOne) {
   };
   ASSERT_TRUE(list() && listing->devices.size() == 1U) << listing->error;
   EXPECT_EQ(listing->defaultName, "test.monitor");
+  input->FindDevices();
+  const auto known = [this] { return scheduler.RunPosted(), !input->Devices().empty(); };
+  EXPECT_TRUE(WaitUntil(known, 4s) && input->Devices().front().name == "test.monitor");
+  EXPECT_TRUE(events.empty() && Take() == TakeResult::Gone);
   server->Signal(SIGSTOP);
   EXPECT_TRUE(list());
   EXPECT_EQ(listing->error, "Sound server does not answer.");
