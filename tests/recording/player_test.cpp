@@ -127,6 +127,14 @@ TEST_F(PlayerTest, ReceiveEndsWhatIsAboutToBeKeyedAndTheOperatorsTransmissionGoe
   form.optTXRX[0].UserPress(1);
   player.Window.closeAsked.Raise();
   EXPECT_TRUE(Keyed());
+  // Nor does a rig that takes no second key end it.
+  rig1.RefuseKeys(true);
+  form.mnuopenrec.Click();
+  Pass(Milliseconds(1));
+  PlayOnAir();
+  EXPECT_TRUE(Keyed());
+  player.Window.closeAsked.Raise();
+  EXPECT_TRUE(Keyed());
   form.optTXRX[1].UserPress(1);
   EXPECT_FALSE(Keyed());
 
