@@ -32,6 +32,14 @@ bool IsPlainName(const std::string& name) {
          name.find("\xEF\xBF\xBD") == std::string::npos && name.find('\0') == std::string::npos;
 }
 
+// A folder has several names: by links, and from where the program was started.
+bool IsSameFile(const fs::path& file, const fs::path& other) {
+  if (file == other) return true;
+  std::error_code unknown;
+  return file.filename() == other.filename() &&
+         fs::equivalent(file.parent_path(), other.parent_path(), unknown);
+}
+
 }  // namespace
 
 Player::Player(std::initializer_list<MenuItem*> openers, const Parts& parts, const Ports& ports)
@@ -254,7 +262,7 @@ void Player::Rename(const fs::path& file, const std::string& name) {
 }
 
 bool Player::IsRecorded(const fs::path& file) {
-  if (file != parts_.recorder.File()) return false;
+  if (!IsSameFile(file, parts_.recorder.File())) return false;
   ports_.prompts.Tell(
       {.title = kTitle,
        .text = PathText(file.filename()) + " is being recorded. Stop the recording first.",

@@ -34,13 +34,16 @@ bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
     keyer.GiveUp();
     return false;
   }
-  if (!keyer.Key()) {
+  // What transmits for somebody else may refuse a second key, which would end their transmission.
+  const bool joins = !watch.wishes.empty() && !watch.wishes.contains(owner) &&
+                     keyer.Look().transmitter == TxReport::Transmits;
+  if (!joins && !keyer.Key()) {
     if (!guarded) parts_.guardian.Forget(std::exchange(watch.ticket, 0));
     return false;
   }
   if (owner == TransmitOwner::Operator) parts_.notices.Over(NoticeKind::Transmission);
   watch.wishes.insert(owner);
-  ++watch.keysSent;
+  if (!joins) ++watch.keysSent;
   watch.safety.Keyed(parts_.clock.Elapsed());
   parts_.sleepLock.Hold();
   KeepChecking();

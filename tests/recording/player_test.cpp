@@ -122,9 +122,24 @@ TEST_F(PlayerTest, ReceiveEndsWhatIsAboutToBeKeyedAndTheOperatorsTransmissionGoe
   form.optTXRX[1].UserPress(1);
   soundPlayer.Tell(Kind::Ready);
   EXPECT_FALSE(Keyed());
+  Play();
+  soundPlayer.Tell(Kind::Ready);
+  soundPlayer.calls.clear();
+  form.optTXRX[1].UserPress(1);
+  EXPECT_FALSE(Keyed());
+  Pass(std::chrono::seconds(1));
+  EXPECT_EQ(soundPlayer.calls, Texts{"stop"}) << "nor is heard what was keyed for";
 
   PlayOnAir();
   form.optTXRX[0].UserPress(1);
+  player.Window.closeAsked.Raise();
+  EXPECT_TRUE(Keyed());
+  // Nor does a rig that takes no second key end it.
+  rig1.RefuseKeys(true);
+  form.mnuopenrec.Click();
+  Pass(Milliseconds(1));
+  PlayOnAir();
+  EXPECT_TRUE(Keyed());
   player.Window.closeAsked.Raise();
   EXPECT_TRUE(Keyed());
   form.optTXRX[1].UserPress(1);
@@ -166,6 +181,19 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
   EXPECT_EQ(files.files, all);
   EXPECT_EQ(rename(2, "b"), "");
   EXPECT_TRUE(files.files.contains("/home/om/VELT/WAV/b"));
+
+  PlayOnAir();
+  auto& listed = folders.folders[kWav].files;
+  const auto before = std::exchange(listed, {"renamed.wav"});
+  EXPECT_EQ(rename(0, "renamed.wav"), "");
+  player.cmdfiles[0].Click();
+  prompts.answer(true);
+  EXPECT_FALSE(Keyed()) << "it is still what is played";
+  files.files = all;
+  listed = before;
+  player.Window.closeAsked.Raise();
+  form.mnuopenrec.Click();
+  Pass(Milliseconds(1));
 
   prompts.told.clear();
   PlayOnAir();

@@ -148,6 +148,10 @@ void PulsePlayer::OnPlaybackFailed(int error) {
 
 void PulsePlayer::OnPlaybackDrained() {
   if (phase_ != Phase::Draining) return;
+  // What was to follow is missing, and a transmitter may be keyed for it.
+  if (feed_->BrokenOff()) {
+    return End({PlayerEvent::Kind::Failed, "The file ended too early: it cannot be read further."});
+  }
   if (heard_.length) heard_.position = *heard_.length;
   End({PlayerEvent::Kind::Drained, ""});
 }

@@ -25,6 +25,7 @@ struct SoundFeed::Store {
   uint64_t written = 0;
   uint64_t taken = 0;
   bool ended = false;      // nothing more is written
+  bool brokenOff = false;  // because the file became shorter, or cannot be read any more
   bool abandoned = false;  // nobody takes any more
 };
 
@@ -67,6 +68,7 @@ void SoundFeed::Fill(Store& store, PlayedSound& sound, const std::filesystem::pa
       store.values[store.written++ % kValuesAhead] = value;
     }
     store.ended = got < piece.size();
+    store.brokenOff = failure.empty() && sound.Warning() != store.sound.text;
     if (store.ended || store.abandoned) return;
   }
 }
@@ -87,6 +89,11 @@ size_t SoundFeed::Take(std::span<float> values) {
 bool SoundFeed::Ended() const {
   const std::lock_guard lock(store_->mutex);
   return store_->ended && store_->taken == store_->written;
+}
+
+bool SoundFeed::BrokenOff() const {
+  const std::lock_guard lock(store_->mutex);
+  return store_->brokenOff;
 }
 
 }  // namespace velt

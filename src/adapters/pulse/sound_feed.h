@@ -34,6 +34,8 @@ class SoundFeed {
   // Takes up to as many values as there is place for; fewer when the disk has not given more yet.
   size_t Take(std::span<float> values);
   bool Ended() const;  // all of the file was taken
+  // Of one that has ended: it gave less than it had promised when it was opened.
+  bool BrokenOff() const;
 
  private:
   struct Store;

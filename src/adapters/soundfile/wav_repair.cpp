@@ -24,15 +24,18 @@ std::string LittleEndian(uint64_t value, int bytes) {
   return text;
 }
 
+// A chunk's name is of letters; what is not is no place to go on from.
+bool IsNamed(const char* chunk) {
+  return std::all_of(chunk, chunk + 4, [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 // Whether from there on the file consists of whole chunks up to its end, as it does behind sound.
-// Sound itself does not look like that: a chunk's name is of letters.
+// Sound itself does not look like that.
 bool OnlyChunksFollow(std::ifstream& file, int64_t position, int64_t fileSize) {
   std::array<char, kChunkHeaderBytes> chunk{};
   while (fileSize - position >= kChunkHeaderBytes) {
     if (!file.seekg(position).read(chunk.data(), chunk.size())) return false;
-    const bool named =
-        std::all_of(chunk.begin(), chunk.begin() + 4, [](char c) { return c >= ' ' && c <= '~'; });
-    if (!named) return false;
+    if (!IsNamed(chunk.data())) return false;
     const int64_t size = LittleEndian32(&chunk[4]);
     position += kChunkHeaderBytes + size + size % 2;
   }
@@ -83,6 +86,7 @@ std::optional<WavRepair> FindWavRepair(const std::filesystem::path& path) {
   while (file.seekg(position).read(chunk.data(), chunk.size())) {
     const int64_t size = LittleEndian32(&chunk[4]);
     const int64_t start = position + kChunkHeaderBytes;
+    if (!IsNamed(chunk.data())) return std::nullopt;
     if (std::memcmp(chunk.data(), "data", 4) != 0) {
       position = start + size + size % 2;
       continue;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cmath>
 
 #include "adapters/soundfile/repeated_file.h"
@@ -101,6 +102,12 @@ TEST_F(SoundFileTest, AFileThatCannotBeUsedGivesOneClearLine) {
   EXPECT_EQ(reader.Open(file), file.string() + ": there is less than one block of 512 samples");
   WriteSound(Ramp(5000), 100);
   EXPECT_EQ(reader.Open(file), file.string() + ": a rate of 100 Hz cannot be used");
+  // Nothing but a begin: what a copy that was broken off leaves.
+  folder.Write("sound.wav", std::string("RIFF\xFF\xFF\xFF\x7FWAVE", 12));
+  std::filesystem::resize_file(file, 2'000'000'000);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(reader.Open(file), file.string() + ": not a sound file that can be read");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
 TEST_F(SoundFileTest, UnfinishedAndCutOffFilesAreReadAsFarAsTheyGo) {

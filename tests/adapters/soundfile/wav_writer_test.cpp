@@ -71,6 +71,7 @@ TEST(WavWriter, FilesAreWholeWhateverEndsThemAndNeverReplaceAnother) {
   expectSound("full.wav", 8500);
   EXPECT_TRUE(WaitUntil(record("moved.wav"), 5s));
   std::filesystem::rename(folder / "moved.wav", folder / "kept.wav");
+  folder.Write("moved.wav", "another");
   tells("moved.wav: The recording has ended: moved.wav was deleted or moved.; ");
   expectSound("kept.wav", 8000);
   record("last.wav");
