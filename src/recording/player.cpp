@@ -255,8 +255,10 @@ void Player::Rename(const fs::path& file, const std::string& name) {
   const bool same = to == file;
   if (name.empty() || same) return view_.Refresh(file.filename());
   if (IsRecorded(file)) return;
-  const int error = IsPlainName(name) ? ports_.files.Rename(file, to) : EINVAL;
+  const bool isPlain = IsPlainName(name);
+  const int error = isPlain ? ports_.files.Rename(file, to) : EINVAL;
   if (error != 0) Fail("Rename error nr", "Could not rename file.", error);
+  if (!isPlain) parts_.form.lblProblem.caption = "A file name is wanted, without a folder.";
   if (error == 0 && file == playing_) playing_ = to;
   view_.Refresh((error == 0 ? to : file).filename());
 }

@@ -74,6 +74,13 @@ class MenuButton : public QToolButton {
   explicit MenuButton(QWidget* parent) : QToolButton(parent) { setFocusPolicy(Qt::TabFocus); }
 
  protected:
+  // By its letter, too, it acts at once: a tool kit's button first shows itself pressed for a tenth
+  // of a second, in which the next keys still went to the window and tuned the rig.
+  bool event(QEvent* event) override {
+    if (event->type() != QEvent::Shortcut) return QToolButton::event(event);
+    click();
+    return true;
+  }
   void resizeEvent(QResizeEvent* event) override {
     QToolButton::resizeEvent(event);
     SetFontSize(*this, kTextPixels);

@@ -14,7 +14,7 @@ namespace velt {
 namespace {
 
 constexpr int kNumberCharacters = 10;
-constexpr int kDeviceCharacters = 24;
+constexpr int kDeviceCharacters = 34;
 
 // "Waterfall Speed" for "&Waterfall Speed:".
 QString NameOf(const QString& caption) {

@@ -107,6 +107,9 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
     EXPECT_NE(widget.focusPolicy() & Qt::TabFocus, 0) << row.name;
     widget.setFocus();
     QTest::keyClick(&widget, row.key, row.modifier);
+    if (row.modifier == Qt::AltModifier) {
+      EXPECT_EQ(times, 1) << "the next key would still tune: " << row.name;
+    }
     EXPECT_TRUE(QTest::qWaitFor([&times] { return times == 1; }, 2000)) << row.name << row.key;
   }
   for (const auto& [index, name] : {std::pair{0, "Transmit"}, {1, "Receive"}}) {

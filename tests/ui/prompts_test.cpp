@@ -75,10 +75,20 @@ TEST_F(PromptsTest, ABoxBelongsToTheDialogThatTheUserIsAt) {
   window.show();
   QApplication::setActiveWindow(&window);
   QDialog dialog(&window);
+  dialog.setGeometry(300, 300, 400, 300);
   dialog.show();
   QApplication::setActiveWindow(&dialog);
-  Tell("told");
-  ASSERT_EQ(Open(), "told");
+  const std::string title(60, 'm');
+  Tell(title);
+  Tell("next");
+  ASSERT_EQ(Open(), title);
+  EXPECT_EQ(box->parentWidget(), &dialog);
+  EXPECT_GT(box->width(), box->fontMetrics().horizontalAdvance(box->windowTitle()));
+  EXPECT_TRUE(box->geometry().contains(dialog.geometry().center()));
+  // The desktop has not given the dialog the keyboard back yet.
+  QObject::connect(box, &QDialog::finished, [] { QApplication::setActiveWindow(nullptr); });
+  box->accept();
+  ASSERT_EQ(Open(), "next");
   EXPECT_EQ(box->parentWidget(), &dialog);
 }
 

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QEvent>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
@@ -23,6 +24,12 @@ namespace velt {
 namespace {
 
 constexpr std::chrono::milliseconds kPlacingLimit{500};
+constexpr int kTitleBarButtons = 140;
+
+// Wide enough for its title, which may hold the number of an error.
+int TitleWidth(const QDialog& dialog) {
+  return dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + kTitleBarButtons;
+}
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
   switch (icon) {
@@ -44,6 +51,13 @@ QMessageBox* MakeBox(const MessagePrompt& box, QWidget* owner) {
   made->setWindowTitle(QString::fromStdString(box.title));
   made->setText(QString::fromStdString(box.text));
   made->setTextFormat(Qt::PlainText);
+  made->ensurePolished();
+  // A message box has only the size that its grid has.
+  if (auto* grid = qobject_cast<QGridLayout*>(made->layout())) {
+    const QMargins margins = grid->contentsMargins();
+    grid->addItem(new QSpacerItem(TitleWidth(*made) - margins.left() - margins.right(), 0),
+                  grid->rowCount(), 0, 1, grid->columnCount());
+  }
   return made;
 }
 
@@ -71,9 +85,8 @@ bool IsInput(QEvent::Type type) {
   }
 }
 
-// A text below the field; it makes the box wide enough for its title, too.
+// A text below the field, which makes the box wide enough for its title, too.
 void AddBelowField(QInputDialog& dialog, const QString& text) {
-  constexpr int kTitleBarButtons = 140;
   dialog.ensurePolished();
   static_cast<void>(dialog.sizeHint());  // makes the layout
   auto* column = qobject_cast<QVBoxLayout*>(dialog.layout());
@@ -81,8 +94,7 @@ void AddBelowField(QInputDialog& dialog, const QString& text) {
   auto* label = new QLabel(text, &dialog);
   label->setTextFormat(Qt::PlainText);
   label->setForegroundRole(QPalette::PlaceholderText);
-  label->setMinimumWidth(dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) +
-                         kTitleBarButtons);
+  label->setMinimumWidth(TitleWidth(dialog));
   column->insertWidget(2, label);
 }
 
@@ -211,6 +223,7 @@ void QtPrompts::ShowNext() {
   shown_->setAttribute(Qt::WA_DeleteOnClose);
   shown_->setWindowModality(Qt::NonModal);
   QWidget* const below = shown_->parentWidget();
+  below_ = below;
   if (below != nullptr && below->windowHandle() != nullptr) {
     below->windowHandle()->installEventFilter(this);
   }
@@ -219,12 +232,14 @@ void QtPrompts::ShowNext() {
     ShowNextSoon();
   });
   pressReaches_ = false;
-  PlaceBeside(*shown_, owner_);
+  PlaceBeside(*shown_, owner_, below);
   shown_->show();
 }
 
 QWidget* QtPrompts::Parent() const {
   QWidget* active = QApplication::activeWindow();
+  // Of two boxes in a row the second one comes before the desktop has moved the focus back.
+  if (active == nullptr && below_) active = below_;
   const bool isDialog = active != nullptr && owner_ && active->parentWidget() == owner_;
   return isDialog && active->isVisible() ? active : owner_.data();
 }

@@ -51,6 +51,7 @@ class QtPrompts : public QObject, public Prompts {
   QPointer<QWidget> owner_;
   std::deque<std::function<QDialog*()>> waiting_;
   QPointer<QDialog> shown_;
+  QPointer<QWidget> below_;    // what the last box stood over
   bool pressReaches_ = false;  // of the mouse, while a box is shown
   bool ownerPlaced_ = false;   // and shown: where it stands is known
   QPointer<QMenu> menu_;
