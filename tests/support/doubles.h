@@ -406,6 +406,12 @@ class RigWrites {
   explicit RigWrites(SimulatedRig& rig)
       : connection_(rig.written.Listen([this](const std::string& w) { writes_.push_back(w); })) {}
   std::vector<std::string> Take() { return std::exchange(writes_, {}); }
+  // The same in one line, a space behind each.
+  std::string TakeLine() {
+    std::string line;
+    for (const std::string& write : Take()) line += write + " ";
+    return line;
+  }
 
  private:
   std::vector<std::string> writes_;

@@ -34,7 +34,6 @@ TEST_F(ColorsWindowTest, ItIsReadSeenAndWorkedByKeyboard) {
   In("Window: Desktop's own");
   const QImage palette = In("Waterfall palette: Gray, clarity 10").grab().toImage();
   EXPECT_EQ(palette.pixel(palette.width() - 3, 8), 0xFFFFFFFF);
-  EXPECT_EQ(palette.pixel(1, 8), 0xFF0A0A0A);
   Choose(Qt::Key_D, "Display background", 0xFF123456);
   EXPECT_EQ(In("Display background: #123456").grab().toImage().pixel(30, 12), 0xFF123456);
   // From there on with Tab; what is off is passed over.
@@ -43,9 +42,7 @@ TEST_F(ColorsWindowTest, ItIsReadSeenAndWorkedByKeyboard) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), &In(next)) << next;
   }
-  QTest::mouseClick(&In("Default colour: Display background"), Qt::LeftButton);
-  Turn();
-  EXPECT_FALSE(In("All Defaults").isEnabled());
+  QTest::mouseClick(&In("All Defaults"), Qt::LeftButton);
   Choose(Qt::Key_S, "Spectrum", 0xFFFFFF00);
   In("OK").setFocus();
   QTest::keyClick(&In("OK"), Qt::Key_Return);
