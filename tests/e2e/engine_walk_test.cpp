@@ -90,6 +90,8 @@ TEST_F(EngineWalk, ItIsStartedToldObeyedMissedAndClosed) {
   EXPECT_TRUE(Rig("f", "7050000"));
   EXPECT_TRUE(
       WaitUntil([&] { return folder.Read("STATUSRX.CFG").starts_with("7050000"); }, seconds(5)));
+  folder.Write("status.cfg", "USB\n0\n0\n0\n\noff\n");
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "USB"));
   for (const bool killed : {false, true}) {
     folder.Write("transmitter.cfg", "on\n0\n");
     EXPECT_TRUE(Rig("t", "1"));
@@ -97,7 +99,7 @@ TEST_F(EngineWalk, ItIsStartedToldObeyedMissedAndClosed) {
     killed ? (void)::kill(EngineId(), SIGKILL) : folder.Write("transmitter.cfg", "off\n0\n");
     EXPECT_TRUE(Rig("t", "0"));
   }
-  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "N/A"));
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "LSB")) << "the rig's own";
   window->Click(window->form.optTXRX[0]);
   EXPECT_TRUE(Rig("t", "1")) << "it goes to the rig";
   window->Click(window->form.optTXRX[1]);
