@@ -100,7 +100,6 @@ TEST_F(DiskFilesTest, AFolderTellsFilesFromFolders) {
   fs::create_directory_symlink(sub.Path(), folder / "link");
   ::mkfifo((folder / "pipe").c_str(), 0600);
   folder.Write("odd\xFF\n.wav", "");
-  fs::create_symlink(folder / "odd\xFF\n.wav", file);
   VirtualScheduler scheduler;
   FolderReader reader(scheduler);
   FolderListing told{.error = -1};
@@ -108,7 +107,7 @@ TEST_F(DiskFilesTest, AFolderTellsFilesFromFolders) {
   ASSERT_TRUE(WaitUntil([&] { return scheduler.RunPosted(), told.error == 0; }, 5s));
   for (auto* names : {&told.folders, &told.files}) std::ranges::sort(*names);
   EXPECT_EQ(told.folders, (std::vector<fs::path>{"link", "sub"}));
-  EXPECT_EQ(told.files, (std::vector<fs::path>{"file", "odd\xFF\n.wav"}));
+  EXPECT_EQ(told.files, std::vector<fs::path>{"odd\xFF\n.wav"});
 }
 
 TEST_F(DiskFilesTest, WhatAKilledRunLeftIsRemovedAndNothingElse) {
