@@ -123,16 +123,15 @@ TEST_F(TransmitTest, WhatWasNotKeyedHereIsReleasedByTheOperatorOnly) {
 
 TEST_F(TransmitTest, OwnersEndTheirOwnWishAndTheOperatorEndsAll) {
   using enum TransmitOwner;
-  for (const TransmitOwner owner : {Operator, Engine}) rig.ptt.PTT_ON(owner);
-  for (const TransmitOwner owner : {Engine, Player}) rig.ptt.PTT_OFF(owner);
-  EXPECT_TRUE(Transmits() && form.optTXRX[0].value);
-  rig.ptt.PTT_ON(Player);
-  rig.ptt.PTT_OFF(Operator);
-  EXPECT_FALSE(Transmits() || form.optTXRX[0].value);
-  for (const TransmitOwner owner : {Engine, Player}) rig.ptt.PTT_ON(owner);
-  rig.ptt.PTT_OFF(Player);
-  EXPECT_TRUE(Transmits());
-  rig.ptt.PTT_OFF(Engine);
+  for (const auto& [first, other, ends] : {std::tuple{Operator, Engine, Operator},
+                                           {Player, Engine, Operator},
+                                           {Engine, Player, Engine}}) {
+    for (const TransmitOwner owner : {first, other}) rig.ptt.PTT_ON(owner);
+    rig.ptt.PTT_OFF(other);
+    EXPECT_TRUE(Transmits() && form.optTXRX[0].value);
+    rig.ptt.PTT_OFF(ends);
+    EXPECT_FALSE(Transmits() || form.optTXRX[0].value);
+  }
   Pass(seconds(5));
   EXPECT_EQ(Left(), "");
 }

@@ -13,15 +13,11 @@ constexpr const char* kName = "login-manager";
 constexpr const char* kPath = "/org/freedesktop/login1";
 constexpr const char* kInterface = "org.freedesktop.login1.Manager";
 
-const TempFolder& Folder() {
-  static const TempFolder folder;
-  return folder;
-}
-
 }  // namespace
 
 std::string LoginManager::Address() {
-  return "unix:path=" + (Folder() / "bus").string();
+  static const TempFolder folder;
+  return "unix:path=" + (folder / "bus").string();
 }
 
 LoginManager::LoginManager()
@@ -41,7 +37,6 @@ LoginManager::LoginManager()
 LoginManager::~LoginManager() {
   bus.Kill();
   QDBusConnection::disconnectFromBus(kName);
-  std::filesystem::remove(Folder() / "bus");
 }
 
 bool LoginManager::Locked() const {

@@ -40,7 +40,7 @@ void PulseServer::Restart() {
   const char* sink = "--load=module-null-sink sink_name=test rate=44100 norewinds=1";
   if (sound_ == Sound::NullSink) command.emplace_back(sink);
   process_ = std::make_unique<Process>(
-      command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log", {}});
+      command, Process::Options{Environment(), folder_.Path() / "pulseaudio.log"});
   const auto answers = [this] {
     Process client({"pactl", "info"}, {.environment = Environment()});
     return client.WaitForEnd(std::chrono::seconds(5)) && client.ExitCode() == 0;
@@ -55,7 +55,7 @@ std::string PulseServer::Pactl(const std::vector<std::string>& arguments) {
   command.insert(command.end(), arguments.begin(), arguments.end());
   const std::filesystem::path output = folder_.Path() / "pactl.out";
   std::filesystem::remove(output);
-  Process pactl(command, {Environment(), output, {}});
+  Process pactl(command, {Environment(), output});
   const bool ended = pactl.WaitForEnd(std::chrono::seconds(5));
   const std::string text = ReadText(output);
   if (!ended || pactl.ExitCode() != 0) throw std::runtime_error("pactl: " + text);
@@ -67,14 +67,14 @@ std::unique_ptr<Process> PulseServer::PlayTone(double frequencyHz) {
   WriteToneFile(file, frequencyHz, 60);
   return std::make_unique<Process>(
       std::vector<std::string>{"paplay", "--latency-msec=50", "--device=test", file.string()},
-      Process::Options{Environment(), folder_.Path() / "paplay.log", {}});
+      Process::Options{Environment(), folder_.Path() / "paplay.log"});
 }
 
 double PulseServer::MonitorHz() {
   const auto file = folder_.Path() / "monitor.raw";
   const Process recorder({"parec", "--device=test.monitor", "--format=s16le", "--rate=44100",
                           "--channels=1", "--latency-msec=20"},
-                         {Environment(), file, {}});
+                         {Environment(), file});
   constexpr size_t kSamples = 12000;
   std::vector<int16_t> heard;
   WaitUntil(
@@ -92,15 +92,17 @@ double PulseServer::MonitorHz() {
   return upward * 44100.0 / kSamples;
 }
 
-void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds) {
-  SF_INFO info{0, 44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, 0};
-  std::vector<int16_t> samples(static_cast<size_t>(seconds * info.samplerate));
-  for (size_t i = 0; i < samples.size(); ++i) {
-    const double phase = 2 * std::numbers::pi * frequencyHz * static_cast<double>(i) / 44100;
-    samples[i] = static_cast<int16_t>(std::lround(16384 * std::sin(phase)));
+void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds,
+                   int rateHz, int channels, int format) {
+  SF_INFO info{0, rateHz, channels, format != 0 ? format : SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0, 0};
+  std::vector<float> samples;
+  for (int i = 0; i < static_cast<int>(seconds * rateHz); ++i) {
+    const double phase = 2 * std::numbers::pi * frequencyHz * i / rateHz;
+    samples.insert(samples.end(), static_cast<size_t>(channels),
+                   static_cast<float>(std::sin(phase) / 2));
   }
   SNDFILE* sound = sf_open(file.c_str(), SFM_WRITE, &info);
-  sf_write_short(sound, samples.data(), std::ssize(samples));
+  sf_write_float(sound, samples.data(), std::ssize(samples));
   sf_close(sound);
 }
 

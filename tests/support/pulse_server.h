@@ -39,7 +39,8 @@ class PulseServer {
   std::unique_ptr<Process> process_;
 };
 
-// 16-bit mono PCM at 44100 samples per second, half the full scale.
-void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds);
+// A sine in every channel, half the full scale; the format as of libsndfile, 0 for 16-bit WAV.
+void WriteToneFile(const std::filesystem::path& file, double frequencyHz, double seconds,
+                   int rateHz = 44100, int channels = 1, int format = 0);
 
 }  // namespace velt

@@ -78,21 +78,11 @@ std::optional<SpokenObject> ScreenReader::Find(const std::string& name) {
 
 std::optional<SpokenObject> ScreenReader::Search(const SpokenObject& below,
                                                  const std::string& name) {
-  for (const SpokenObject& child : Children(below)) {
-    const bool named = child.name.starts_with(name) && child.role != "application";
-    if (named && HasState(child, kShowing)) return child;
-    if (const auto found = Search(child, name)) return found;
-  }
-  return std::nullopt;
-}
-
-std::vector<SpokenObject> ScreenReader::Children(const SpokenObject& parent) {
-  std::vector<SpokenObject> children;
-  const QVariant answer = Ask(*connection_, parent, kAccessible, "GetChildren");
-  if (!answer.canConvert<QDBusArgument>()) return children;
+  const QVariant answer = Ask(*connection_, below, kAccessible, "GetChildren");
+  if (!answer.canConvert<QDBusArgument>()) return std::nullopt;
   const auto list = answer.value<QDBusArgument>();
   list.beginArray();
-  while (!list.atEnd() && children.size() < kMostChildren) {
+  for (int count = 0; !list.atEnd() && count < kMostChildren; ++count) {
     SpokenObject child;
     QDBusObjectPath path;
     list.beginStructure();
@@ -101,10 +91,11 @@ std::vector<SpokenObject> ScreenReader::Children(const SpokenObject& parent) {
     child.path = path.path();
     child.name = AskProperty(*connection_, child, kAccessible, "Name").toString().toStdString();
     child.role = Ask(*connection_, child, kAccessible, "GetRoleName").toString().toStdString();
-    children.push_back(child);
+    const bool named = child.name.starts_with(name) && child.role != "application";
+    if (named && HasState(child, kShowing)) return child;
+    if (const auto found = Search(child, name)) return found;
   }
-  list.endArray();
-  return children;
+  return std::nullopt;
 }
 
 bool ScreenReader::HasState(const SpokenObject& object, unsigned state) {

@@ -38,7 +38,6 @@ class ScreenReader {
   void Act(const SpokenObject& object);
 
  private:
-  std::vector<SpokenObject> Children(const SpokenObject& parent);
   std::optional<SpokenObject> Search(const SpokenObject& below, const std::string& name);
   bool HasState(const SpokenObject& object, unsigned state);
 

@@ -7,10 +7,10 @@ namespace velt {
 XDesktop::XDesktop(Manager manager) {
   const auto log = folder_.Path() / "desktop.log";
   const auto number = folder_.Path() / "display";
+  const std::string command = "exec Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset";
   server_ = std::make_unique<Process>(
-      std::vector<std::string>{"Xvfb", "-displayfd", "3", "-screen", "0", "1280x900x24",
-                               "-nolisten", "tcp", "-noreset"},
-      Process::Options{{}, log, {{3, number}}});
+      std::vector<std::string>{"sh", "-c", command + " 3>" + number.string()},
+      Process::Options{{}, log});
   // The number is complete with its newline.
   if (!WaitUntil([&] { return ReadText(number).ends_with('\n'); }, std::chrono::seconds(10))) {
     throw std::runtime_error("Xvfb: " + ReadText(log));
@@ -24,16 +24,12 @@ void XDesktop::StartManager() {
   const auto log = folder_.Path() / "desktop.log";
   std::vector<std::string> environment = Environment();
   environment.push_back("HOME=" + folder_.Path().string());
-  windowManager_ = std::make_unique<Process>(std::vector<std::string>{"openbox", "--sm-disable"},
-                                             Process::Options{environment, log, {}});
-  const auto managed = [&] {
-    const auto output = folder_.Path() / "xprop.out";
-    std::filesystem::remove(output);
-    Process xprop({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, {environment, output, {}});
-    return xprop.WaitForEnd(std::chrono::seconds(2)) &&
-           ReadText(output).find("window id") != std::string::npos;
-  };
-  if (!WaitUntil(managed, std::chrono::seconds(10))) {
+  const auto managed = folder_ / "managed";
+  std::filesystem::remove(managed);
+  windowManager_ = std::make_unique<Process>(
+      std::vector<std::string>{"openbox", "--sm-disable", "--startup", "touch " + managed.string()},
+      Process::Options{environment, log});
+  if (!WaitUntil([&] { return std::filesystem::exists(managed); }, std::chrono::seconds(10))) {
     throw std::runtime_error("openbox: " + ReadText(log));
   }
 }

@@ -44,12 +44,10 @@ TEST_F(DiskFilesTest, ReplaceKeepsBackupRightsAndLinks) {
       EXPECT_EQ(fs::symlink_status(path).permissions(), fs::perms(0640)) << path;
     }
     EXPECT_EQ(folder.Entries(), 3);
-    for (const fs::path& path : {real, file, backup, kept}) fs::remove(path);
+    EXPECT_EQ(files.Rename(backup, kept), EEXIST);
+    EXPECT_EQ(files.Rename(kept, folder / "moved"), 0);
+    for (const fs::path& path : {real, file, backup, folder / "moved"}) fs::remove(path);
   }
-  for (const fs::path& path : {file, backup}) folder.Write(path.filename(), "old");
-  EXPECT_EQ(files.Rename(file, backup), EEXIST);
-  EXPECT_EQ(files.Rename(file, kept), 0);
-  EXPECT_EQ(folder.Entries(), 2);
 }
 
 TEST_F(DiskFilesTest, AFailedOperationLeavesEverythingAsItWas) {
@@ -102,7 +100,6 @@ TEST_F(DiskFilesTest, AFolderTellsFilesFromFolders) {
   fs::create_directory_symlink(sub.Path(), folder / "link");
   ::mkfifo((folder / "pipe").c_str(), 0600);
   folder.Write("odd\xFF\n.wav", "");
-  fs::create_symlink(folder / "odd\xFF\n.wav", file);
   VirtualScheduler scheduler;
   FolderReader reader(scheduler);
   FolderListing told{.error = -1};
@@ -110,7 +107,7 @@ TEST_F(DiskFilesTest, AFolderTellsFilesFromFolders) {
   ASSERT_TRUE(WaitUntil([&] { return scheduler.RunPosted(), told.error == 0; }, 5s));
   for (auto* names : {&told.folders, &told.files}) std::ranges::sort(*names);
   EXPECT_EQ(told.folders, (std::vector<fs::path>{"link", "sub"}));
-  EXPECT_EQ(told.files, (std::vector<fs::path>{"file", "odd\xFF\n.wav"}));
+  EXPECT_EQ(told.files, std::vector<fs::path>{"odd\xFF\n.wav"});
 }
 
 TEST_F(DiskFilesTest, WhatAKilledRunLeftIsRemovedAndNothingElse) {

@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <pty.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -13,6 +12,7 @@
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/rigctld/live_loop.h"
 #include "support/rig_recipe.h"
+#include "support/serial_line.h"
 
 namespace velt {
 namespace {
@@ -102,22 +102,14 @@ TEST_F(GuardianProcessTest, IsReplacedAndHoldsAgain) {
 
 TEST_F(GuardianProcessTest, ADeviceIsReleasedAndClosed) {
   for (const bool programGone : {false, true}) {
-    int master = -1, slave = -1;
-    ASSERT_EQ(::openpty(&master, &slave, nullptr, nullptr, nullptr), 0);
-    const Descriptor reader(master);
-    ::fcntl(master, F_SETFL, O_NONBLOCK);
-    const uint32_t ticket =
-        Hold({.descriptor = slave, .lowersLines = true, .release = std::string("R")});
-    ::close(slave);
-    std::string written;
-    const auto isClosed = [&] {
-      for (char byte = 0; ::read(master, &byte, 1) == 1;) written += byte;
-      return errno == EIO;
-    };
-    EXPECT_FALSE(isClosed());
+    SerialLine line;
+    const int device = ::open(line.Path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const uint32_t ticket = Hold({.descriptor = device, .lowersLines = true, .release = "R"});
+    ::close(device);
+    EXPECT_FALSE(line.IsClosed());
     programGone ? guardian.reset() : guardian->Follow(ticket);
-    EXPECT_TRUE(LoopUntil(isClosed));
-    EXPECT_EQ(written, "R");
+    EXPECT_TRUE(LoopUntil([&] { return line.IsClosed(); }));
+    EXPECT_EQ(line.Heard(), "R");
     EXPECT_TRUE(LoopUntil([&] { return Count(GuardianNews::Kind::FollowUpDone) == 1; }));
   }
 }

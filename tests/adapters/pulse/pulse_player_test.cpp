@@ -4,9 +4,6 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
-#include <cmath>
-#include <numbers>
-
 #include "adapters/soundfile/played_file.h"
 #include "support/pulse_server.h"
 #include "support/virtual_scheduler.h"
@@ -15,21 +12,6 @@ namespace velt {
 namespace {
 
 using namespace std::chrono_literals;
-
-// A sine of 1 kHz in every channel.
-void WriteTone(const std::filesystem::path& file, int rateHz, int channels, int format,
-               double seconds) {
-  SF_INFO info{0, rateHz, channels, format, 0, 0};
-  std::vector<float> values;
-  for (int i = 0; i < static_cast<int>(seconds * rateHz); ++i) {
-    const double phase = 2 * std::numbers::pi * 1000 * i / rateHz;
-    values.insert(values.end(), static_cast<size_t>(channels),
-                  0.5F * std::sin(static_cast<float>(phase)));
-  }
-  SNDFILE* sound = sf_open(file.c_str(), SFM_WRITE, &info);
-  sf_write_float(sound, values.data(), std::ssize(values));
-  sf_close(sound);
-}
 
 struct PulsePlayerTest : testing::Test {
   PulsePlayerTest() {
@@ -76,7 +58,7 @@ TEST_F(PulsePlayerTest, FilesOfAllKindsAreHeardAsTheyAreAndEnd) {
                         {22050, 1, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}}) {
     SCOPED_TRACE(c.rateHz);
     const auto file = folder / "tone.wav";
-    WriteTone(file, c.rateHz, c.channels, c.format, 2.0);
+    WriteToneFile(file, 1000, 2.0, c.rateHz, c.channels, c.format);
     const auto start = std::chrono::steady_clock::now();
     ASSERT_EQ(Play(file), "plays");
     EXPECT_NEAR(server.MonitorHz(), 1000, 40);
@@ -88,8 +70,8 @@ TEST_F(PulsePlayerTest, FilesOfAllKindsAreHeardAsTheyAreAndEnd) {
 
 TEST_F(PulsePlayerTest, WhatCannotBePlayedIsToldAndNothingWaits) {
   folder.Write("text.wav", "not a sound");
-  WriteTone(folder / "header.wav", 8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 0);
-  WriteTone(folder / "long.wav", 8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 600);
+  WriteToneFile(folder / "header.wav", 1000, 0, 8000);
+  WriteToneFile(folder / "long.wav", 1000, 600, 8000);
   EXPECT_EQ(Play(folder / "text.wav"), "Failed text.wav: not a sound file that can be read.");
   EXPECT_EQ(Play(folder / "header.wav"), "Failed There is no sound in the file.");
   ASSERT_EQ(Play(folder / "long.wav"), "plays");
