@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -47,6 +48,15 @@ void ChoosingList::focusInEvent(QFocusEvent* event) {
   } else {
     QListWidget::focusInEvent(event);
   }
+}
+
+// The style shows nowhere that the keyboard is in a list, least of all in one without a choice.
+void ChoosingList::paintEvent(QPaintEvent* event) {
+  QListWidget::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::Highlight));
+  painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
 }
 
 PlayerWindow::PlayerWindow(PlayerForm& form, QWidget* parent)

@@ -23,6 +23,7 @@ class ChoosingList : public QListWidget {
 
  protected:
   void focusInEvent(QFocusEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   static constexpr int kUsualLines = 7;
