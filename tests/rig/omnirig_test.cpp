@@ -56,6 +56,7 @@ TEST_F(OmniRigTest, AnotherRigCanBeChosenWhileTheFirstIsBeingOpened) {
 TEST_F(OmniRigTest, ALostLinkKeepsTheLastValuesAsStaleAndAStoppedOneKnowsNothing) {
   Start();
   Link();
+  EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Rig Simulated rig");
   rig1.Vanish();
   scheduler.RunPosted();
   EXPECT_EQ(Frequency(), "7.100.00");

@@ -43,10 +43,14 @@ Process::Process(const std::vector<std::string>& command, const Options& options
   // A test that is killed takes its programs with it.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(127);
-  const int output = open(options.output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  for (const int descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
-    if (dup2(output, descriptor) < 0) _exit(127);
-  }
+  const auto openAs = [](int descriptor, const char* path) {
+    const int opened = open(path, O_WRONLY | O_CREAT | O_APPEND, 0600);
+    if (opened < 0 || (opened != descriptor && dup2(opened, descriptor) < 0)) _exit(127);
+    if (opened != descriptor) close(opened);
+  };
+  openAs(STDOUT_FILENO, options.output.c_str());
+  dup2(STDOUT_FILENO, STDERR_FILENO);
+  for (const auto& [descriptor, path] : options.files) openAs(descriptor, path.c_str());
   execvp(arguments[0], arguments.data());
   _exit(127);
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,8 +27,9 @@ std::string ReadText(const std::filesystem::path& file);
 class Process {
  public:
   struct Options {
-    std::vector<std::string> environment = {};   // "NAME=value", beside or over the test's own
-    std::filesystem::path output = "/dev/null";  // receives standard output and error
+    std::vector<std::string> environment = {};        // "NAME=value", beside or over the test's own
+    std::filesystem::path output = "/dev/null";       // receives standard output and error
+    std::map<int, std::filesystem::path> files = {};  // further descriptors, opened for writing
   };
 
   // Throws std::system_error when there can be no new process. A program that cannot be run ends

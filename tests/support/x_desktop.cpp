@@ -7,10 +7,10 @@ namespace velt {
 XDesktop::XDesktop(Manager manager) {
   const auto log = folder_.Path() / "desktop.log";
   const auto number = folder_.Path() / "display";
-  const std::string command = "exec Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset";
   server_ = std::make_unique<Process>(
-      std::vector<std::string>{"sh", "-c", command + " 3>" + number.string()},
-      Process::Options{{}, log});
+      std::vector<std::string>{"Xvfb", "-displayfd", "3", "-screen", "0", "1280x900x24",
+                               "-nolisten", "tcp", "-noreset"},
+      Process::Options{{}, log, {{3, number}}});
   // The number is complete with its newline.
   if (!WaitUntil([&] { return ReadText(number).ends_with('\n'); }, std::chrono::seconds(10))) {
     throw std::runtime_error("Xvfb: " + ReadText(log));
