@@ -18,7 +18,8 @@ struct EngineWalk : testing::Test {
   PulseServer sound;
   DummyRig rig;
   const std::shared_ptr<TempFolder> home = std::make_shared<TempFolder>();
-  TempFolder folder;  // the engine's, and all of the PATH
+  TempFolder folder;  // the engine's
+  TempFolder programs;
   EngineLog log{folder.Path()};
 
   EngineWalk() {
@@ -28,7 +29,7 @@ struct EngineWalk : testing::Test {
     home->Write("KALVARO/VELT-SA.ini",
                 "[VELT-SA]\nVersion=3.0.0\nAutoRunZOKA=False\ncmdZOKAstart=True\n");
     // The desktop that the test runs on has no say in how the engine is started.
-    std::filesystem::create_symlink("/usr/bin/java", folder / "java");
+    std::filesystem::create_symlink("/usr/bin/java", programs / "java");
   }
   ~EngineWalk() override {
     if (const int engine = EngineId()) ::kill(engine, SIGKILL);
@@ -36,7 +37,7 @@ struct EngineWalk : testing::Test {
 
   std::unique_ptr<WindowDriver> Start() {
     std::vector<std::string> environment = sound.Environment();
-    environment.push_back("PATH=" + folder.Path().string());
+    environment.push_back("PATH=" + programs.Path().string());
     return std::make_unique<WindowDriver>(
         std::vector<std::string>{"--rig1", rig.Address(), "--engine-folder",
                                  std::filesystem::relative(folder.Path()).string()},
@@ -47,9 +48,9 @@ struct EngineWalk : testing::Test {
         Output({"xdotool", "search", "--name", "^" + std::string(kTitle), "getwindowpid"}, {})
             .c_str());
   }
-  static void Run(const WindowDriver& window) {
+  static void Choose(const WindowDriver& window, const std::vector<std::string>& keys) {
     window.OpenMenu(window.form.Image2);
-    window.Press({"r"});  // the access letter, wherever the item stands
+    window.Press(keys);
   }
   bool Rig(const char* command, const char* answer) {
     return WaitUntil([&] { return rig.Ask(command) == answer; }, seconds(5));
@@ -57,17 +58,22 @@ struct EngineWalk : testing::Test {
   bool Chords(const std::string& expected) const {
     return WaitUntil([&] { return log.All("chord ") == expected; }, seconds(10));
   }
+  bool Closes() const {
+    return WaitUntil([&] { return log.All("").ends_with("close "); }, seconds(5));
+  }
   // Every opening leaves one space.
   bool Opens(size_t times) const {
     return WaitUntil([&] { return log.All("open").size() == times; }, seconds(20));
   }
 };
 
-TEST_F(EngineWalk, ItIsStartedToldObeyedMissedAndClosed) {
-  folder.Write("transmitter.cfg", "on\n0\n");  // left over from another run
+// By their access letters, wherever the items stand.
+const std::vector<std::string> kRun{"r"}, kClose{"c"};
+
+TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   const auto window = Start();
   window->Click(window->form.imgStartStop);
-  Run(*window);
+  Choose(*window, kRun);
   ASSERT_TRUE(Opens(1));
   std::string expected = "Ctrl+S Ctrl+S ";
   EXPECT_TRUE(Chords(expected));
@@ -84,33 +90,65 @@ TEST_F(EngineWalk, ItIsStartedToldObeyedMissedAndClosed) {
     ASSERT_TRUE(Chords(expected += side == 0 ? "Ctrl+T Ctrl+T " : "Ctrl+R Ctrl+R "));
   }
   EXPECT_TRUE(Rig("t", "0")) << "RX always works";
-  EXPECT_FALSE(Rig("t", "1")) << "what is left over keys nothing";
 
-  folder.Write("transmitter.cfg", "off\n7050000\n");
-  EXPECT_TRUE(Rig("f", "7050000"));
-  EXPECT_TRUE(
-      WaitUntil([&] { return folder.Read("STATUSRX.CFG").starts_with("7050000"); }, seconds(5)));
-  folder.Write("status.cfg", "USB\n0\n0\n0\n\noff\n");
-  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "USB"));
-  for (const bool killed : {false, true}) {
-    folder.Write("transmitter.cfg", "on\n0\n");
-    EXPECT_TRUE(Rig("t", "1"));
-    ASSERT_GT(EngineId(), 0);
-    killed ? (void)::kill(EngineId(), SIGKILL) : folder.Write("transmitter.cfg", "off\n0\n");
-    EXPECT_TRUE(Rig("t", "0"));
-  }
-  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "LSB")) << "the rig's own";
+  ASSERT_GT(EngineId(), 0);
+  ::kill(EngineId(), SIGKILL);
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "N/A"));
   window->Click(window->form.optTXRX[0]);
   EXPECT_TRUE(Rig("t", "1")) << "it goes to the rig";
   window->Click(window->form.optTXRX[1]);
   EXPECT_TRUE(Rig("t", "0"));
 
-  Run(*window);
+  Choose(*window, kRun);
   ASSERT_TRUE(Opens(2));
+  ASSERT_TRUE(Chords(expected += "Ctrl+S Ctrl+S "));
+  Choose(*window, kClose);
+  EXPECT_TRUE(Closes());
+  Choose(*window, kClose);
+  EXPECT_TRUE(window->Dismiss("Closing VELT"));
+
+  Choose(*window, kRun);
+  ASSERT_TRUE(Opens(3));
   window->Close();
-  EXPECT_TRUE(WaitUntil([&] { return log.All("").ends_with("close "); }, seconds(5)))
-      << "with the program, as the settings say";
+  EXPECT_TRUE(Closes()) << "with the program, as the settings say";
   EXPECT_FALSE(window->Program().Running());
+}
+
+TEST_F(EngineWalk, ItsFilesMoveTheRigAndNothingStaysKeyed) {
+  folder.Write("transmitter.cfg", "on\n0\n");  // left over from another run
+  const auto window = Start();
+  Choose(*window, kRun);
+  ASSERT_TRUE(Opens(1));
+  EXPECT_TRUE(window->Reads(window->form.lblFrequency, 21, "145.000.00"));
+  EXPECT_EQ(ReadText(folder / "STATUSRX.CFG").substr(0, 9), "145000000");
+  EXPECT_FALSE(Rig("t", "1")) << "what is left over keys nothing";
+
+  folder.Write("transmitter.cfg", "off\n7050000\n");
+  EXPECT_TRUE(Rig("f", "7050000"));
+  EXPECT_TRUE(
+      WaitUntil([&] { return folder.Read("transmitter.cfg") == "off\r\n\r\n"; }, seconds(2)));
+  EXPECT_TRUE(window->Reads(window->form.lblFrequency, 21, "7.050.00"));
+  folder.Write("status.cfg", "CW-USB\n0\n0\n0\nlsb\noff\n");
+  EXPECT_TRUE(Rig("m", "LSB")) << "the transmitter's mode";
+
+  for (const bool killed : {false, true}) {
+    folder.Write("transmitter.cfg", "on\n0\n");
+    EXPECT_TRUE(Rig("t", "1"));
+    if (killed) {
+      ::kill(EngineId(), SIGKILL);
+    } else {
+      folder.Write("transmitter.cfg", "off\n0\n");
+    }
+    EXPECT_TRUE(Rig("t", "0"));
+  }
+  EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "LSB")) << "the rig's own";
+}
+
+TEST_F(EngineWalk, WithoutJavaTheUserIsToldWhatIsMissing) {
+  std::filesystem::remove(programs / "java");
+  const auto window = Start();
+  Choose(*window, kRun);
+  EXPECT_TRUE(window->Dismiss("Running VELT"));
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include "adapters/rigctld/live_loop.h"
 #include "e2e/window_driver.h"
 #include "support/login_manager.h"
+#include "support/pulse_server.h"
+#include "support/x_desktop.h"
 
 namespace velt {
 namespace {
@@ -24,8 +26,7 @@ class Station : public WindowDriver {
     WaitUntil([this] { return (guardian_ = GuardianOf(Program().Id())) != 0; }, seconds(10));
   }
 
-  bool Has(const std::string& question, const std::string& answer,
-           milliseconds limit = seconds(5)) {
+  bool Has(const std::string& question, const std::string& answer, milliseconds limit) {
     return WaitUntil([&] { return rig_.Ask(question) == answer; }, limit);
   }
   bool Transmits(milliseconds limit = seconds(5)) { return Has("t", "1", limit); }
@@ -44,15 +45,20 @@ class Station : public WindowDriver {
         },
         seconds(5));
   }
-  bool Key() {
-    if (!ShowsFrequency("145.000.00")) return false;
+  bool PressTransmit() {
     Click(form.optTXRX[0]);
     return Transmits();
   }
-  // Opens the menu below the control and chooses the line that the key goes to.
-  void Choose(const Control& control, const char* key) const {
+  bool Key() { return ShowsFrequency("145.000.00") && PressTransmit(); }
+  // Opens the menu below the control and chooses the line that the keys go to.
+  void Choose(const Control& control, std::vector<std::string> keys) const {
     OpenMenu(control);
-    Press({key, "Return"});
+    keys.emplace_back("Return");
+    Press(keys);
+  }
+  bool OpenDialog() const {
+    Click(form.Image3);
+    return WaitForWindow("OmniRig Configuration & Status");
   }
   // The program is gone, and with it, after its work, the guardian.
   bool Ends() {
@@ -65,23 +71,41 @@ class Station : public WindowDriver {
   int64_t guardian_ = 0;
 };
 
-TEST(RigWalk, ItIsTunedByHandAndReleasedWhateverIsAsked) {
+TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
+  const PulseServer sound;  // no sound, no choice of modes
   DummyRig rig;
-  Station station(rig);
-  ASSERT_TRUE(station.ShowsFrequency("145.000.00"));
-  station.Choose(station.form.lblFrequency, "Down");
+  Station station(rig, {sound.Environment().front()});
+  EXPECT_TRUE(station.ShowsFrequency("145.000.00"));
+  rig.Ask("F 7074000");
+  EXPECT_TRUE(station.ShowsFrequency("7.074.00"));
+
+  station.Choose(station.form.lblFrequency, {"Down"});
   ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
   rig.Ask("T 1");
   station.Click(station.form.optTXRX[1]);
-  EXPECT_TRUE(station.Receives());
+  EXPECT_TRUE(station.Has("t", "0", seconds(5))) << "RX works whatever is asked";
   ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
   station.Type("14250");
   station.Press({"Return"});
-  EXPECT_TRUE(station.Has("f", "14250000"));
+  EXPECT_TRUE(station.Has("f", "14250000", seconds(5)));
   EXPECT_TRUE(station.ShowsFrequency("14.250.00"));
+  station.Click(station.form.imgStartStop);
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "FM"));
+  station.Choose(station.form.lblMode, {"Down"});
+  EXPECT_TRUE(station.Has("m", "LSB", seconds(5)));
+  EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "LSB"));
+
+  rig.Kill();
+  const auto pale = [&] {
+    return !station.Reads(station.form.lblFrequency, 21, "14.250.00", seconds(0));
+  };
+  EXPECT_TRUE(WaitUntil(pale, seconds(5))) << "a lost link is shown";
+  rig.Start();
+  EXPECT_TRUE(station.Reads(station.form.lblFrequency, 21, "145.000.00", seconds(12)));
 }
 
 TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
+  std::unique_ptr<XDesktop> display;  // for the one that loses it
   const auto signal = [](int which) {
     return [which](Station& station) { station.Program().Signal(which); };
   };
@@ -91,6 +115,7 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
     seconds limit = kAtOnce;
   };
   const std::vector<End> ends{
+      {"the display's server dies", [&](Station&) { display->Kill(); }},
       {"the server takes its client away", [](Station& s) { s.KillClient(); }},
       {"SIGTERM", signal(SIGTERM)},
       {"SIGINT", signal(SIGINT)},
@@ -102,12 +127,14 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
       {"SIGKILL", signal(SIGKILL)},
       {"its group of processes killed", [](Station& s) { s.Program().KillGroup(); }},
       {"Alt+F4", [](Station& s) { s.Close(); }},
-      {"\"Close VELT-SA \"", [](Station& s) { s.Choose(s.form.Image2, "Up"); }},
+      {"\"Close VELT-SA \"", [](Station& s) { s.Choose(s.form.Image2, {"Up"}); }},
   };
   for (const End& end : ends) {
     SCOPED_TRACE(end.name);
     DummyRig rig;
-    Station station(rig);
+    if (&end == &ends.front()) display = std::make_unique<XDesktop>();
+    Station station(rig,
+                    &end == &ends.front() ? display->Environment() : std::vector<std::string>());
     ASSERT_TRUE(station.Key());
     end.happens(station);
     EXPECT_TRUE(station.Receives(end.limit));
@@ -115,6 +142,30 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
     EXPECT_EQ(rig.Ask("t"), "0");
     EXPECT_EQ(station.Said().find("may still be on"), std::string::npos);
   }
+}
+
+TEST(EndsWalk, LeavingTheRigReleasesItAndNoOther) {
+  DummyRig rig, strangers;
+  strangers.Ask("F 7074000");
+  strangers.Ask("T 1");
+  Station station(rig);
+  ASSERT_TRUE(station.Key() && station.OpenDialog());
+  station.Press({"alt+s"});
+  EXPECT_TRUE(station.Receives(kAtOnce)) << "Stop";
+  station.Press({"alt+s"});
+  ASSERT_TRUE(station.Dismiss("OmniRig Configuration & Status"));
+
+  ASSERT_TRUE(station.Key() && station.OpenDialog());
+  station.Press({"alt+v"});
+  station.Type(strangers.Address());
+  station.Press({"alt+a"});
+  EXPECT_TRUE(station.Receives(kAtOnce)) << "another address";
+  ASSERT_TRUE(station.Dismiss("OmniRig Configuration & Status"));
+  EXPECT_TRUE(station.ShowsFrequency("7.074.00"));
+  station.Close();
+  EXPECT_TRUE(station.Ends());
+  EXPECT_EQ(rig.Ask("t"), "0");
+  EXPECT_EQ(strangers.Ask("t"), "1") << "what others key is theirs";
 }
 
 TEST(EndsWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
@@ -132,8 +183,10 @@ TEST(EndsWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
   EXPECT_TRUE(station.ShowsReceive());
   EXPECT_EQ(rig.Ask("t"), "0");
 
-  EXPECT_TRUE(station.Key());
+  EXPECT_TRUE(station.PressTransmit());
   EXPECT_FALSE(station.Receives(milliseconds(1500))) << "it is a transmission of its own";
+  station.Click(station.form.optTXRX[1]);
+  EXPECT_TRUE(station.Receives() && station.ShowsReceive());
 }
 
 TEST(EndsWalk, TheComputersSleepWaitsForTheRelease) {

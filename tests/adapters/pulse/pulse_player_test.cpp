@@ -75,7 +75,7 @@ TEST_F(PulsePlayerTest, WhatCannotBePlayedIsToldAndNothingWaits) {
   EXPECT_EQ(Play(folder / "text.wav"), "Failed text.wav: not a sound file that can be read.");
   EXPECT_EQ(Play(folder / "header.wav"), "Failed There is no sound in the file.");
   ASSERT_EQ(Play(folder / "long.wav"), "plays");
-  WriteTone(folder / "cut.wav", 44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 30);
+  WriteToneFile(folder / "cut.wav", 1000, 30, 44100, 2);
   ASSERT_EQ(Play(folder / "cut.wav"), "plays");
   std::filesystem::resize_file(folder / "cut.wav", 1000);
   EXPECT_EQ(Next(6s), "Failed The file ended too early: it cannot be read further.");
