@@ -81,7 +81,7 @@ double PulseServer::MonitorHz() {
       [&] {
         const std::string bytes = ReadText(file);
         heard.resize(bytes.size() / sizeof(int16_t));
-        std::memcpy(heard.data(), bytes.data(), heard.size() * sizeof(int16_t));
+        if (!heard.empty()) std::memcpy(heard.data(), bytes.data(), heard.size() * sizeof(int16_t));
         heard.erase(heard.begin(), std::ranges::find_if(heard, [](int16_t s) { return s != 0; }));
         return heard.size() > kSamples;
       },
