@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdio>
 
-#include "adapters/files/folder_reader.h"
+#include "adapters/files/folder_worker.h"
 #include "adapters/qt/qt_scheduler.h"
 #include "adapters/system/linux_system_info.h"
 #include "recording/folder_view.h"
@@ -22,11 +22,11 @@ int main(int argc, char** argv) {
   }
   QApplication application(argc, argv);
   QtScheduler scheduler;
-  FolderReader reader(scheduler);
+  FolderWorker reader(scheduler);
   const LinuxSystemInfo system;
   for (int round = 0; round < 7; ++round) {
     PlayerForm form;
-    FolderView view(form, {.lister = reader, .system = system});
+    FolderView view(form, {.folders = reader, .system = system});
     PlayerWindow window(form, nullptr);
     const auto start = Clock::now();
     auto longest = Clock::duration::zero();

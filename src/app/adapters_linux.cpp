@@ -6,7 +6,7 @@
 #include "adapters/demo/no_recorder.h"
 #include "adapters/demo/paced_input.h"
 #include "adapters/files/disk_files.h"
-#include "adapters/files/folder_reader.h"
+#include "adapters/files/folder_worker.h"
 #include "adapters/files/ini_store.h"
 #include "adapters/files/memory_store.h"
 #include "adapters/guardian/guardian_process.h"
@@ -162,7 +162,7 @@ class LinuxAdapters : public Adapters {
   QtPictures pictures_;
   SoundFileReader soundFile_;
   PulsePlayer player_{scheduler_, [] { return std::make_unique<PlayedFile>(); }};
-  FolderReader folders_{scheduler_};
+  FolderWorker folders_{scheduler_};
   QtFileChooser fileChooser_;
   SpectrogramFile spectrogramFile_;
   PosixInstanceLock lock_;

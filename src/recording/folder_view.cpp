@@ -65,14 +65,15 @@ void FolderView::Load(const fs::path& recordings) {
   Show(whole, folder_.empty() ? TextPath(home) : folder_);
 }
 
-void FolderView::Refresh(const std::optional<fs::path>& chosen) {
-  form_.fileListWanted.Raise();
+void FolderView::Refresh(const fs::path& renamed) {
   if (folder_.empty()) return;
-  ports_.lister.List(folder_, [this, folder = folder_, chosen](const FolderListing& listing) {
+  ports_.folders.List(folder_, [this, folder = folder_, renamed](const FolderListing& listing) {
     const int32_t stood = form_.File1.listIndex;
+    const fs::path name = renamed.empty() ? Selected().value_or("").filename() : renamed;
     Told(folder, listing);
     const auto last = static_cast<int32_t>(files_.size()) - 1;
-    form_.File1.listIndex = chosen ? IndexOf(files_, *chosen) : std::min(stood, last);
+    const int32_t found = IndexOf(files_, name);
+    form_.File1.listIndex = found < 0 ? std::min(stood, last) : found;
   });
 }
 
@@ -98,7 +99,7 @@ void FolderView::Dir1_DblClick() {
 // What is shown stays, and is what is acted on, until the disk has answered.
 void FolderView::Show(const fs::path& folder, const fs::path& otherwise) {
   form_.lblFolder.caption = "Reading " + PathText(folder);
-  ports_.lister.List(folder, [this, folder, otherwise](const FolderListing& listing) {
+  ports_.folders.List(folder, [this, folder, otherwise](const FolderListing& listing) {
     Told(folder, listing);
     if (listing.error != 0 && !otherwise.empty()) Show(otherwise, {});
   });

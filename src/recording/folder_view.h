@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "form/player_form.h"
-#include "ports/folder_lister.h"
+#include "ports/folders.h"
 #include "ports/system_info.h"
 
 namespace velt {
@@ -15,7 +15,7 @@ namespace velt {
 class FolderView {
  public:
   struct Ports {
-    FolderLister& lister;
+    Folders& folders;
     const SystemInfo& system;
   };
   FolderView(PlayerForm& form, const Ports& ports);
@@ -24,9 +24,9 @@ class FolderView {
   // their folder.
   void Load(const std::filesystem::path& recordings);
 
-  // Reads the shown folder again and chooses that file; without one, what stands where the chosen
-  // one stood. The keyboard goes to the files.
-  void Refresh(const std::optional<std::filesystem::path>& chosen);
+  // Reads the shown folder again. The chosen file stays chosen, under its new name where it was
+  // `renamed`; where it is gone, what stands in its place is.
+  void Refresh(const std::filesystem::path& renamed = {});
 
   // The whole path of the chosen file; empty when there is none.
   std::optional<std::filesystem::path> Selected() const;

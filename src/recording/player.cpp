@@ -17,6 +17,9 @@ namespace {
 constexpr Milliseconds kWatchEvery{100};
 // A server takes the key, and a rig turns its relays over, before the first word may be said.
 constexpr Milliseconds kLead{250};
+// A disk that answers sooner needs no word about it.
+constexpr Milliseconds kSlowDisk{300};
+constexpr const char* kNoAnswer = "The disk does not answer: ";
 constexpr const char* kTitle = "Wav Player";
 constexpr const char* kStillKeyed =
     "The file has ended and the rig still transmits: press RX, or Stop in the player";
@@ -32,20 +35,12 @@ bool IsPlainName(const std::string& name) {
          name.find("\xEF\xBF\xBD") == std::string::npos && name.find('\0') == std::string::npos;
 }
 
-// A folder has several names: by links, and from where the program was started.
-bool IsSameFile(const fs::path& file, const fs::path& other) {
-  if (file == other) return true;
-  std::error_code unknown;
-  return file.filename() == other.filename() &&
-         fs::equivalent(file.parent_path(), other.parent_path(), unknown);
-}
-
 }  // namespace
 
 Player::Player(std::initializer_list<MenuItem*> openers, const Parts& parts, const Ports& ports)
     : parts_(parts),
       ports_(ports),
-      view_(parts.form, {.lister = ports.folders, .system = ports.system}) {
+      view_(parts.form, {.folders = ports.folders, .system = ports.system}) {
   PlayerForm& form = parts_.form;
   form.prgPlay.visible = false;
   for (MenuItem* item : openers) connections_ += item->clicked.Listen([this] { Open(); });
@@ -221,59 +216,83 @@ void Player::cmdfiles_Click(int32_t index) {
   parts_.form.lblProblem.caption = "";
   if (index == 2) {
     ports_.launcher.OpenDocument(PathText(parts_.installation.dataFolder / "WAV"));
-    return view_.Refresh(file->filename());
+    parts_.form.fileListWanted.Raise();
+    return view_.Refresh();
   }
-  if (IsRecorded(*file)) return;
+  if (*file == parts_.recorder.File()) return TellRecorded(*file);
   if (index == 1) return AskForName(*file);
   ports_.prompts.Ask({.title = "Delete",
                       .text = "Are you sure to delete " + PathText(file->filename()) + "?",
                       .icon = BoxIcon::Question},
                      [this, file = *file](bool yes) {
+                       parts_.form.fileListWanted.Raise();
                        if (yes) return Delete(file);
-                       view_.Refresh(file.filename());
+                       view_.Refresh();
                      });
 }
 
 void Player::Delete(const fs::path& file) {
-  if (IsRecorded(file)) return;
   if (stage_ != Stage::Idle && file == playing_) PlayWAV({});
-  const int error = ports_.files.Remove(file);
-  if (error != 0) Fail("Delete error nr", "Could not delete file.", error);
-  view_.Refresh(error == 0 ? std::nullopt : std::optional(file.filename()));
+  Await("deleting " + PathText(file.filename()));
+  ports_.folders.Remove(file, parts_.recorder.File(),
+                        [this, file](int error) { Deleted(file, error); });
+}
+
+void Player::Deleted(const fs::path& file, int error) {
+  Answered("Delete error nr", "Could not delete file.", file, error);
+  view_.Refresh();
 }
 
 void Player::AskForName(const fs::path& file) {
-  ports_.prompts.Input(
-      {.title = "Rename",
-       .prompt = "Please enter the new filename (include .wav)",
-       .initial = PathText(file.filename())},
-      [this, file](const std::optional<std::string>& name) { Rename(file, name.value_or("")); });
+  ports_.prompts.Input({.title = "Rename",
+                        .prompt = "Please enter the new filename (include .wav)",
+                        .initial = PathText(file.filename())},
+                       [this, file](const std::optional<std::string>& name) {
+                         parts_.form.fileListWanted.Raise();
+                         Rename(file, name.value_or(""));
+                       });
 }
 
 void Player::Rename(const fs::path& file, const std::string& name) {
   const fs::path to = file.parent_path() / TextPath(name);
-  const bool same = to == file;
-  if (name.empty() || same) return view_.Refresh(file.filename());
-  if (IsRecorded(file)) return;
-  const bool isPlain = IsPlainName(name);
-  const int error = isPlain ? ports_.files.Rename(file, to) : EINVAL;
-  if (error != 0) Fail("Rename error nr", "Could not rename file.", error);
-  if (!isPlain) parts_.form.lblProblem.caption = "A file name is wanted, without a folder.";
-  if (error == 0 && file == playing_) playing_ = to;
-  view_.Refresh((error == 0 ? to : file).filename());
+  if (name.empty() || to == file) return view_.Refresh();
+  if (!IsPlainName(name)) {
+    Renamed(file, to, EINVAL);
+    parts_.form.lblProblem.caption = "A file name is wanted, without a folder.";
+    return;
+  }
+  Await("renaming " + PathText(file.filename()));
+  ports_.folders.Rename(file, to, parts_.recorder.File(),
+                        [this, file, to](int error) { Renamed(file, to, error); });
 }
 
-bool Player::IsRecorded(const fs::path& file) {
-  if (!IsSameFile(file, parts_.recorder.File())) return false;
+void Player::Renamed(const fs::path& file, const fs::path& to, int error) {
+  Answered("Rename error nr", "Could not rename file.", file, error);
+  if (error == 0 && file == playing_) playing_ = to;
+  const bool chosen = error == 0 && view_.Selected() == file;
+  view_.Refresh(chosen ? to.filename() : fs::path());
+}
+
+void Player::TellRecorded(const fs::path& file) {
   ports_.prompts.Tell(
       {.title = kTitle,
        .text = PathText(file.filename()) + " is being recorded. Stop the recording first.",
        .icon = BoxIcon::Exclamation},
       {});
-  return true;
 }
 
-void Player::Fail(const std::string& title, const std::string& text, int error) {
+void Player::Await(const std::string& what) {
+  slow_ = ports_.scheduler.After(
+      kSlowDisk, [this, what] { parts_.form.lblProblem.caption = kNoAnswer + what + "."; });
+}
+
+void Player::Answered(const std::string& title, const std::string& text, const fs::path& file,
+                      int error) {
+  slow_.Cancel();
+  if (parts_.form.lblProblem.caption.Get().starts_with(kNoAnswer))
+    parts_.form.lblProblem.caption = "";
+  if (error == 0) return;
+  if (error == EBUSY && !parts_.recorder.File().empty()) return TellRecorded(file);
   ports_.prompts.Tell(
       {.title = title + std::to_string(error), .text = text, .icon = BoxIcon::Exclamation}, {});
   parts_.form.lblProblem.caption = ErrorText(error) + ".";

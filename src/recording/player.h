@@ -11,7 +11,6 @@
 #include "form/player_form.h"
 #include "platform/installation.h"
 #include "platform/on_top.h"
-#include "ports/files.h"
 #include "ports/launcher.h"
 #include "ports/prompts.h"
 #include "ports/scheduler.h"
@@ -35,9 +34,8 @@ class Player {
   };
   struct Ports {
     SoundPlayer& sound;
-    FolderLister& folders;
+    Folders& folders;
     const SystemInfo& system;
-    Files& files;
     Launcher& launcher;
     Prompts& prompts;
     Scheduler& scheduler;
@@ -69,10 +67,14 @@ class Player {
   void Watch();
   void ShowProgress(const std::string& how);
   void Delete(const std::filesystem::path& file);
+  void Deleted(const std::filesystem::path& file, int error);
   void AskForName(const std::filesystem::path& file);
   void Rename(const std::filesystem::path& file, const std::string& name);
-  bool IsRecorded(const std::filesystem::path& file);
-  void Fail(const std::string& title, const std::string& text, int error);
+  void Renamed(const std::filesystem::path& file, const std::filesystem::path& to, int error);
+  void TellRecorded(const std::filesystem::path& file);
+  void Await(const std::string& what);
+  void Answered(const std::string& title, const std::string& text,
+                const std::filesystem::path& file, int error);
   bool Keyed() const { return parts_.guard.WantedBy(TransmitOwner::Player); }
 
   Parts parts_;
@@ -83,6 +85,7 @@ class Player {
   std::filesystem::path playing_;  // or was played last
   Scheduler::Handle lead_;         // between the key and the sound
   Scheduler::Handle watch_;        // while something is played or keyed
+  Scheduler::Handle slow_;         // while the disk has not answered yet
   OnTop::Lowered lowered_;         // while it is open
   Connections connections_;
 };

@@ -141,7 +141,6 @@ Program::Program(const Ports& ports, RunSetup runSetup)
              {.sound = ports.player,
               .folders = ports.folders,
               .system = ports.system,
-              .files = ports.files,
               .launcher = ports.launcher,
               .prompts = ports.prompts,
               .scheduler = ports.scheduler}),

@@ -76,7 +76,7 @@ class Program {
     Pictures& pictures;
     SoundFile& soundFile;
     SoundPlayer& player;
-    FolderLister& folders;
+    Folders& folders;
     FileChooser& fileChooser;
     SpectrogramWriter& spectrogramWriter;
     InstanceLock& lock;

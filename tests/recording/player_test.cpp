@@ -168,7 +168,7 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
     player.File1.UserPick(index);
     player.cmdfiles[1].Click();
     if (prompts.input) std::exchange(prompts.input, nullptr)(name);
-    Pass(Milliseconds(1));
+    Pass(Milliseconds(2));
     return prompts.told.empty() ? std::string() : prompts.told.back().title;
   };
   const auto all = files.files;
@@ -186,6 +186,7 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
   auto& listed = folders.folders[kWav].files;
   const auto before = std::exchange(listed, {"renamed.wav"});
   EXPECT_EQ(rename(0, "renamed.wav"), "");
+  EXPECT_EQ(player.File1.listIndex, 0) << "under its new name";
   player.cmdfiles[0].Click();
   prompts.answer(true);
   EXPECT_FALSE(Keyed()) << "it is still what is played";
@@ -202,14 +203,22 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
     EXPECT_EQ(prompts.asked.back().text, "Are you sure to delete A.wav?");
     prompts.answer(false);
     EXPECT_EQ(files.files.contains("/home/om/VELT/WAV/A.wav"), *title == '\0');
+    folders.takes = Milliseconds(400);
     prompts.answer(true);
+    Pass(Milliseconds(350));
+    EXPECT_EQ(player.lblProblem.caption.Get(), "The disk does not answer: deleting A.wav.");
+    Pass(std::exchange(folders.takes, Milliseconds(1)));
     EXPECT_EQ(prompts.told.empty() ? "" : prompts.told.back().title, title);
+    EXPECT_EQ(player.lblProblem.caption.Get().empty(), *title == '\0');
   }
   EXPECT_FALSE(Keyed()) << "what is played is stopped first";
   form.imgStartStop.Click();
   form.imgRecOnOff[0].Click();
   recorder.happened.Raise({RecorderEvent::Kind::Started, "", "/home/om/VELT/WAV/b.wav"});
   EXPECT_EQ(rename(1, "d.wav"), "Wav Player");
+  prompts.asked.clear();
+  player.cmdfiles[0].Click();
+  EXPECT_EQ(prompts.asked.size(), 0u) << "nor asked whether to delete it";
   EXPECT_TRUE(files.files.contains("/home/om/VELT/WAV/b.wav"));
 }
 

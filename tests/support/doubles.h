@@ -312,16 +312,29 @@ struct FakeSoundPlayer : SoundPlayer {
 };
 
 // Folders by path; one that is not there gives ENOENT.
-struct FakeFolders : FolderLister {
+struct FakeFolders : Folders {
   Scheduler& scheduler;
+  FakeFiles& files;
   std::map<std::filesystem::path, FolderListing> folders;
-  Scheduler::Handle answer;
-  explicit FakeFolders(Scheduler& of) : scheduler(of) {}
+  Milliseconds takes{1};
+  Scheduler::Handle answer, done;
+  FakeFolders(Scheduler& of, FakeFiles& in) : scheduler(of), files(in) {}
   void List(const std::filesystem::path& folder,
             std::function<void(const FolderListing&)> told) override {
-    answer = scheduler.After(Milliseconds(1), [this, folder, told] {
+    answer = scheduler.After(takes, [this, folder, told] {
       const auto found = folders.find(folder);
       told(found == folders.end() ? FolderListing{.error = ENOENT} : found->second);
+    });
+  }
+  void Remove(const std::filesystem::path& file, const std::filesystem::path& kept,
+              std::function<void(int error)> told) override {
+    done = scheduler.After(
+        takes, [this, file, kept, told] { told(file == kept ? EBUSY : files.Remove(file)); });
+  }
+  void Rename(const std::filesystem::path& from, const std::filesystem::path& to,
+              const std::filesystem::path& kept, std::function<void(int error)> told) override {
+    done = scheduler.After(takes, [this, from, to, kept, told] {
+      told(from == kept ? EBUSY : files.Rename(from, to));
     });
   }
 };
@@ -443,7 +456,7 @@ struct ProgramFixture {
   FakePictures pictures;
   FakeSoundFile soundFile{scheduler};
   FakeSoundPlayer soundPlayer;
-  FakeFolders folders{scheduler};
+  FakeFolders folders{scheduler, files};
   FakeFileChooser fileChooser;
   FakeSpectrogramWriter spectrograms;
   FakeLock lock;

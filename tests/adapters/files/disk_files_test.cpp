@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "adapters/files/folder_reader.h"
+#include "adapters/files/folder_worker.h"
 #include "adapters/files/full_disk.h"
 #include "adapters/files/whole_file.h"
 #include "support/process.h"
@@ -95,19 +95,41 @@ TEST_F(DiskFilesTest, AFullDiskCostsNothingAndABackupIsRestoredAllTheSame) {
   EXPECT_EQ(folder.Entries(), 3);
 }
 
-TEST_F(DiskFilesTest, AFolderTellsFilesFromFolders) {
+TEST_F(DiskFilesTest, AFolderTellsFilesFromFoldersAndItsFilesAreRenamedAndRemoved) {
   fs::create_directory(folder / "sub");
   fs::create_directory_symlink(sub.Path(), folder / "link");
   ::mkfifo((folder / "pipe").c_str(), 0600);
   folder.Write("odd\xFF\n.wav", "");
   VirtualScheduler scheduler;
-  FolderReader reader(scheduler);
+  FolderWorker worker(scheduler);
   FolderListing told{.error = -1};
-  reader.List(folder.Path(), [&told](const FolderListing& listing) { told = listing; });
+  worker.List(folder.Path(), [&told](const FolderListing& listing) { told = listing; });
   ASSERT_TRUE(WaitUntil([&] { return scheduler.RunPosted(), told.error == 0; }, 5s));
   for (auto* names : {&told.folders, &told.files}) std::ranges::sort(*names);
   EXPECT_EQ(told.folders, (std::vector<fs::path>{"link", "sub"}));
   EXPECT_EQ(told.files, std::vector<fs::path>{"odd\xFF\n.wav"});
+
+  const fs::path odd = folder / "odd\xFF\n.wav", byLink = folder / "link" / "kept";
+  sub.Write("kept", "");
+  int error = -1;
+  const auto done = [&error](int of) { error = of; };
+  const auto result = [&] {
+    EXPECT_TRUE(WaitUntil([&] { return scheduler.RunPosted(), error >= 0; }, 5s));
+    return std::exchange(error, -1);
+  };
+  worker.Rename(odd, folder / "pipe", {}, done);
+  EXPECT_EQ(result(), EEXIST);
+  worker.Rename(odd, file, {}, done);
+  EXPECT_EQ(result(), 0);
+  worker.Rename(byLink, folder / "b", sub / "kept", done);
+  EXPECT_EQ(result(), EBUSY);
+  worker.Remove(byLink, sub / "kept", done);
+  EXPECT_EQ(result(), EBUSY);
+  worker.Remove(file, byLink, done);
+  EXPECT_EQ(result(), 0);
+  worker.Remove(file, byLink, done);
+  EXPECT_EQ(result(), ENOENT);
+  EXPECT_TRUE(files.IsFile(byLink));
 }
 
 TEST_F(DiskFilesTest, WhatAKilledRunLeftIsRemovedAndNothingElse) {
