@@ -79,7 +79,7 @@ void ClickLabel::paintEvent(QPaintEvent*) {
   }
   painter.setFont(fitted);
   painter.drawText(inner, static_cast<int>(alignment_ | Qt::AlignVCenter),
-                   QFontMetrics(fitted).elidedText(text_, Qt::ElideRight, inner.width()));
+                   QFontMetrics(fitted).elidedText(text_, elision_, inner.width()));
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);

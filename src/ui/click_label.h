@@ -18,6 +18,8 @@ class ClickLabel : public QAbstractButton {
   void SetFill(const QColor& fill, const QColor& text);
   // Without a frame on hover: nothing happens on a click.
   void SetPassive(bool passive);
+  // Where a text that has no room loses what it has too much; at first at its right.
+  void SetElision(Qt::TextElideMode elision) { elision_ = elision; }
   // What it is for screen readers where a click opens no menu.
   void SetSpokenRole(QAccessible::Role role) { role_ = role; }
   QAccessible::Role SpokenRole() const { return passive_ ? QAccessible::StaticText : role_; }
@@ -34,6 +36,7 @@ class ClickLabel : public QAbstractButton {
   void ShowCursor();
 
   Qt::Alignment alignment_ = Qt::AlignCenter;
+  Qt::TextElideMode elision_ = Qt::ElideRight;
   bool stale_ = false;
   bool passive_ = false;
   QString text_;

@@ -261,6 +261,8 @@ void MainWindow::BindMessages() {
                 .toolTip = "Radio frequency under the cursor, in kHz"});
   auto* message = binder_.Bind(
       form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight), {"Message: %1", "%1"});
+  // A recording's name is told apart by the time at its end.
+  message->SetElision(Qt::ElideMiddle);
   // What it lies over in a narrow window would be read together with it.
   message->setBackgroundRole(QPalette::Window);
   message->setAutoFillBackground(true);

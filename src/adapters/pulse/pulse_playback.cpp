@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "adapters/pulse/give_back.h"
+
 namespace velt {
 namespace {
 
@@ -34,16 +36,7 @@ PulsePlayback::PulsePlayback(pa_context& context, int32_t rateHz, int32_t channe
 }
 
 PulsePlayback::~PulsePlayback() {
-  if (!stream_) return;
-  // What the server is still making can only be given back once it is there; until then the
-  // context keeps it.
-  const auto giveBack = [](pa_stream* stream, void*) {
-    if (pa_stream_get_state(stream) == PA_STREAM_READY) pa_stream_disconnect(stream);
-  };
-  const bool unfinished = pa_stream_get_state(stream_) == PA_STREAM_CREATING;
-  pa_stream_set_state_callback(stream_, unfinished ? +giveBack : nullptr, nullptr);
-  if (!unfinished) pa_stream_disconnect(stream_);
-  pa_stream_unref(stream_);
+  if (stream_) GiveBack(*stream_);
 }
 
 void PulsePlayback::Connect() {

@@ -5,6 +5,8 @@
 #include <memory>
 #include <new>
 
+#include "adapters/pulse/give_back.h"
+
 namespace velt {
 namespace {
 
@@ -44,15 +46,7 @@ PulseStream::~PulseStream() {
   pa_stream_set_read_callback(stream_, nullptr, nullptr);
   pa_stream_set_moved_callback(stream_, nullptr, nullptr);
   pa_stream_set_suspended_callback(stream_, nullptr, nullptr);
-  // What the server is still making can only be given back once it is there; until then the
-  // context keeps it.
-  const auto giveBack = [](pa_stream* stream, void*) {
-    if (pa_stream_get_state(stream) == PA_STREAM_READY) pa_stream_disconnect(stream);
-  };
-  const bool unfinished = pa_stream_get_state(stream_) == PA_STREAM_CREATING;
-  pa_stream_set_state_callback(stream_, unfinished ? +giveBack : nullptr, nullptr);
-  if (!unfinished) pa_stream_disconnect(stream_);
-  pa_stream_unref(stream_);
+  GiveBack(*stream_);
 }
 
 void PulseStream::Connect(const std::string& source, Choice choice) {
