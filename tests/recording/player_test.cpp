@@ -184,9 +184,9 @@ TEST_F(PlayerTest, FilesAreDeletedAndRenamedInTheirFolderOnly) {
 
   PlayOnAir();
   auto& listed = folders.folders[kWav].files;
-  const auto before = std::exchange(listed, {"renamed.wav"});
+  const auto before = std::exchange(listed, {"about.wav", "renamed.wav"});
   EXPECT_EQ(rename(0, "renamed.wav"), "");
-  EXPECT_EQ(player.File1.listIndex, 0) << "under its new name";
+  EXPECT_EQ(player.File1.listIndex, 1) << "under its new name";
   player.cmdfiles[0].Click();
   prompts.answer(true);
   EXPECT_FALSE(Keyed()) << "it is still what is played";
