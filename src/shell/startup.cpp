@@ -54,6 +54,9 @@ void Startup::Form_Load() {
   parts_.display.options.InitWaterColor();
   parts_.display.options.Slider_Change();
   parts_.presetFiles.OpenPresets();
+  // Before the window is shown: a window that grows while the desktop puts its frame around it ends
+  // up beside its place.
+  if (!IsVersionBelow3(parts_.carried.version)) ShowExpander();
   parts_.layout.Form_Resize();
   PrepareEngine();
 
@@ -107,7 +110,6 @@ void Startup::StartAnalyserIfWanted() {
 
 void Startup::LinkRig() {
   parts_.display.options.DomFreq();
-  if (!IsVersionBelow3(parts_.carried.version)) ShowExpander();
   parts_.link.StartOmniRig([this](bool online) { RigAnswered(online); });
 }
 
