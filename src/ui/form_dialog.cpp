@@ -3,8 +3,9 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "platform/placing.h"
 #include "ports/prompts.h"
-#include "ui/on_screen.h"
+#include "ui/qt_rectangle.h"
 #include "ui/qt_text.h"
 
 namespace velt {
@@ -37,11 +38,11 @@ void FormDialog::BringForward() {
   activateWindow();
 }
 
-bool FormDialog::HidesButtons(const QRect& place) const {
+bool FormDialog::HidesButtons(const Rectangle& place) const {
   const auto all = parentWidget()->findChildren<QWidget*>();
   return std::any_of(all.begin(), all.end(), [&place](const QWidget* widget) {
     return widget->property(reachableBelowBoxes).toBool() && widget->isVisible() &&
-           place.intersects({widget->mapToGlobal(QPoint()), widget->size()});
+           place.Overlaps(FromQt({widget->mapToGlobal(QPoint()), widget->size()}));
   });
 }
 
@@ -49,23 +50,16 @@ bool FormDialog::HidesButtons(const QRect& place) const {
 void FormDialog::PlaceBesideParent() {
   if (parentWidget() == nullptr) return;
   adjustSize();
-  const QRect main = parentWidget()->frameGeometry();
-  const int titleBar = parentWidget()->geometry().top() - main.top();
-  const QSize wanted = size() + QSize(0, titleBar);
-  const QVector<QRect> screen{parentWidget()->screen()->availableGeometry()};
-  const int whole = main.width() * main.height();
-  int leastHidden = 2 * whole;
-  for (const QPoint place :
-       {main.bottomLeft() + QPoint(0, 1), main.topLeft() - QPoint(0, wanted.height() + 1),
-        main.topRight() + QPoint(1, 0), main.topLeft() - QPoint(wanted.width() + 1, 0)}) {
-    const QRect possible = BroughtOnScreen({place, wanted}, screen);
-    const QRect hides = possible & main;
-    // Where there is no room beside it, the transmitter's buttons stay within reach if they can.
-    const int hidden = hides.width() * hides.height() + (HidesButtons(possible) ? whole : 0);
-    if (hidden >= leastHidden) continue;
-    leastHidden = hidden;
-    move(possible.topLeft());
-  }
+  const Rectangle main = FromQt(parentWidget()->frameGeometry());
+  const int titleBar = parentWidget()->geometry().top() - main.top;
+  const Rectangle place = CheapestPlace(
+      PlacesBeside(main, width(), height() + titleBar),
+      FromQt(parentWidget()->screen()->availableGeometry()), [this, &main](const Rectangle& at) {
+        // Where there is no room beside it, the transmitter's buttons stay within reach if they
+        // can.
+        return CommonArea(at, main) + (HidesButtons(at) ? main.width * main.height : 0);
+      });
+  move(place.left, place.top);
 }
 
 void FormDialog::reject() {

@@ -26,7 +26,7 @@ class FormDialog : public QDialog {
   void ShowWindow();
   void BringForward();
   void PlaceBesideParent();
-  bool HidesButtons(const QRect& place) const;
+  bool HidesButtons(const Rectangle& place) const;
 
   DialogWindow& window_;
   FormBinder binder_;

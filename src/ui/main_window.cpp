@@ -11,15 +11,16 @@
 #include <QToolButton>
 #include <QWindow>
 
+#include "platform/placing.h"
 #include "ports/prompts.h"
 #include "ui/accessible.h"
 #include "ui/click_label.h"
 #include "ui/face_palette.h"
 #include "ui/lamp_widget.h"
 #include "ui/meter_widget.h"
-#include "ui/on_screen.h"
 #include "ui/panel_view.h"
 #include "ui/press_button.h"
+#include "ui/qt_rectangle.h"
 #include "ui/qt_text.h"
 #include "ui/scale_strip.h"
 #include "ui/scope_widget.h"
@@ -338,12 +339,13 @@ void MainWindow::ShowWindowState() {
 
 // A place that was saved may be beyond every screen by now.
 void MainWindow::MoveOnScreen(const QRect& wanted) {
-  QVector<QRect> screens;
+  std::vector<Rectangle> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
-    screens.push_back(screen->availableGeometry());
+    screens.push_back(FromQt(screen->availableGeometry()));
   }
-  const QRect place = BroughtOnScreen(wanted, screens);
-  if (!isVisible() || place.topLeft() != pos()) move(place.topLeft());
+  const Rectangle place = BroughtOnScreen(FromQt(wanted), screens);
+  const QPoint corner(place.left, place.top);
+  if (!isVisible() || corner != pos()) move(corner);
 }
 
 void MainWindow::ShowFaceColour() {
