@@ -28,9 +28,9 @@ class Launcher {
     Failed,     // there is one, and it could not be started
   };
   // Opens a document with the desktop's program for its kind or, where it has none, with `command`,
-  // which the document's path is added to. The new program outlives this one; the document's folder
-  // is its current directory. `told` is called once, later; not at all when this object ends
-  // before.
+  // which the document's path is added to; an empty one leaves it to the desktop all the same. The
+  // new program outlives this one; the document's folder is its current directory. `told` is called
+  // once, later; not at all when this object ends before.
   virtual void StartDocument(const std::filesystem::path& document,
                              const std::vector<std::string>& command,
                              std::function<void(Start)> told) = 0;

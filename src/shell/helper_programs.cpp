@@ -25,9 +25,12 @@ void HelperPrograms::mnumanual1_Click() {
 void HelperPrograms::OpenManual(const std::string& file) {
   const Installation& where = parts_.installation;
   for (const auto& folder : {where.currentFolder, where.programFolder, where.documentationFolder}) {
-    if (ports_.files.IsFile(folder / file)) {
-      return ports_.launcher.OpenDocument(PathText(folder / file));
-    }
+    if (!ports_.files.IsFile(folder / file)) continue;
+    return ports_.launcher.StartDocument(folder / file, {}, [this, file](Launcher::Start how) {
+      parts_.messages.Show(how == Launcher::Start::Started
+                               ? "Opening " + file
+                               : "There is no program that opens " + file);
+    });
   }
   parts_.messages.Show(file + " was not found");
 }

@@ -85,9 +85,8 @@ void QtLauncher::StartDocument(const std::filesystem::path& document,
   const QString folder = ToQtPath(document.parent_path());
   const auto start = [path, folder, command, told = std::move(told)](bool desktops) {
     if (desktops) return told(StartDetached("xdg-open", {path}, folder));
-    QStringList words = ToQtWords(command);
-    const QString program =
-        words.isEmpty() ? QString() : QStandardPaths::findExecutable(words.takeFirst());
+    QStringList words = command.empty() ? QStringList("xdg-open") : ToQtWords(command);
+    const QString program = QStandardPaths::findExecutable(words.takeFirst());
     if (program.isEmpty()) return told(Start::NoProgram);
     told(StartDetached(program, words << path, folder));
   };
