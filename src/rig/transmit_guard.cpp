@@ -19,6 +19,10 @@ void TransmitGuard::Add(Keyer& keyer) {
 }
 
 bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
+  if (ending_) {
+    parts_.messages.Show("Not keyed: the program is about to end");
+    return false;
+  }
   Watch& watch = Of(keyer);
   if (const std::string problem = keyer.Prepare(); !problem.empty()) {
     // The line at the window's foot is too short for the reason, and gone too soon.
@@ -88,6 +92,7 @@ void TransmitGuard::Leave(Keyer& keyer) {
 }
 
 void TransmitGuard::ReleaseNow() {
+  ending_ = true;
   for (Watch& watch : watches_) {
     watch.wishes.clear();
     if (!watch.safety.Holds()) continue;

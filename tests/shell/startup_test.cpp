@@ -228,6 +228,7 @@ TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
   f.Start();
   f.Key(2);
   EXPECT_FALSE(f.Close());
+  f.Form().mnuPTT_ON.Click();  // nothing is keyed any more
   EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
   EXPECT_EQ(f.order, "");
   f.scheduler.Advance(Milliseconds(300));
