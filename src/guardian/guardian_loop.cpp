@@ -133,7 +133,7 @@ void GuardianLoop::Carry(const Holdings::Orders& orders, SteadyTime now) {
 void GuardianLoop::Begin(uint32_t ticket, SteadyTime now) {
   Entry& entry = entries_.at(ticket);
   if (!entry.recipe.host.empty()) {
-    entry.task = std::make_unique<ServerRelease>(entry.recipe, holdings_.IsFresh(ticket, now),
+    entry.task = std::make_unique<ServerRelease>(entry.recipe, holdings_.KeyMayComeUntil(ticket),
                                                  limits_.followUp, now);
   } else if (entry.device.IsOpen()) {
     entry.task = std::make_unique<DeviceRelease>(entry.recipe, entry.device.Number(),

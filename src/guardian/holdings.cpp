@@ -96,9 +96,9 @@ std::optional<SteadyTime> Holdings::Due() const {
   return lastHeard_ + silence_;
 }
 
-bool Holdings::IsFresh(uint32_t ticket, SteadyTime now) const {
+SteadyTime Holdings::KeyMayComeUntil(uint32_t ticket) const {
   const auto found = held_.find(ticket);
-  return found != held_.end() && now - found->second.since < kFreshFor;
+  return found == held_.end() ? SteadyTime() : found->second.since + kKeyComesWithin;
 }
 
 void Holdings::Drop(Orders& orders, uint32_t ticket) {

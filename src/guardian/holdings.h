@@ -42,14 +42,14 @@ class Holdings {
   // When Tick has something to do, if nothing else happens before.
   std::optional<SteadyTime> Due() const;
 
-  // It was handed over so shortly before that its key may not have reached the transmitter yet.
-  bool IsFresh(uint32_t ticket, SteadyTime now) const;
+  // Until then the key that it was handed over for may still reach the transmitter.
+  SteadyTime KeyMayComeUntil(uint32_t ticket) const;
 
   uint32_t LastTicket() const { return lastTicket_; }
   bool Finished() const { return ended_ && held_.empty(); }
 
  private:
-  static constexpr Milliseconds kFreshFor{2000};
+  static constexpr Milliseconds kKeyComesWithin{10'000};
 
   enum class Stage {
     Held,

@@ -107,7 +107,7 @@ class TransmitGuard {
 
   Watch& Of(const Keyer& keyer);
   bool HoldsAny() const;
-  bool HandToGuardian(Watch& watch);
+  bool HandToGuardian(Watch& watch, bool anew = false);
   void CheckWatch(Watch& watch);
   void SendRelease(Watch& watch);
   void Refused(Watch& watch);

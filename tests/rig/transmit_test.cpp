@@ -144,6 +144,25 @@ TEST_F(TransmitTest, WhatWasNotKeyedHereIsReleasedByTheOperatorOnly) {
   EXPECT_FALSE(Transmits());
 }
 
+// A server that had stopped answering carries the key out long after the release.
+TEST_F(TransmitTest, AKeyThatWasNotAnsweredIsReleasedHoweverLateItComes) {
+  for (const int late : {3, 9, 12}) {
+    On();
+    rig1.Key(false);  // nothing of it has arrived yet
+    scheduler.RunPosted();
+    rig1.Vanish();
+    Pass(seconds(1));
+    rig1.ComeBack();
+    Pass(seconds(late - 1));
+    rig1.Key(true);
+    Pass(seconds(2));
+    EXPECT_EQ(Transmits(), late > 10) << "by then it is somebody else's";
+    rig1.Key(false);
+    Pass(seconds(12));
+    EXPECT_EQ(Left(), "");
+  }
+}
+
 TEST_F(TransmitTest, OwnersEndTheirOwnWishAndTheOperatorEndsAll) {
   using enum TransmitOwner;
   for (const auto& [first, other, ends] : {std::tuple{Operator, Engine, Operator},
