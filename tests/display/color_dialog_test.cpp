@@ -30,10 +30,8 @@ struct ColorDialogTest : testing::Test, ProgramFixture {
 };
 
 TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
-  bool broughtForward = false;
-  const Connection forward = form.Window.forwardWanted.Listen([&] { broughtForward = true; });
-  Open();
-  EXPECT_TRUE(broughtForward && !main.Window.topMost);
+  EXPECT_EQ(Told(form.Window.forwardWanted, [&] { Open(); }), 1);
+  EXPECT_FALSE(main.Window.topMost);
   std::iota(audio.samples.begin(), audio.samples.end(), int16_t{-256});
   StartCapture();
   scheduler.Advance(Milliseconds(60));

@@ -25,10 +25,7 @@ TEST_F(AboutTest, ItTellsTheVersionAndOpensMailAndPages) {
   EXPECT_EQ(launcher.opened, (std::vector<std::string>{
                                  "mailto:" + std::string(kAuthorMail) + "?subject=VELT-SA%20v314",
                                  kAuthorPage, kProgramPage, kDonationPage}));
-  int broughtForward = 0;
-  const Connection forward = form.Window.forwardWanted.Listen([&] { ++broughtForward; });
-  Form().mnuabout.Click();
-  EXPECT_EQ(broughtForward, 1);
+  EXPECT_EQ(Told(form.Window.forwardWanted, [&] { Form().mnuabout.Click(); }), 1);
   form.cmdOK.Click();
   EXPECT_TRUE(Form().Window.topMost);
   Form().mnuabout.Click();

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QTest>
-
 #include "support/doubles.h"
 #include "ui/main_window.h"
 #include "ui/turn.h"
@@ -17,8 +14,7 @@ struct WindowFixture : testing::Test, ProgramFixture {
     program->layout.Form_Resize();
     raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight, Colour(0xFFFFFF));
     window.show();
-    Turn();
-    QApplication::setActiveWindow(&window);
+    Activate(window);
   }
   template <class W = QWidget>
   W& Find(const QString& name) {
