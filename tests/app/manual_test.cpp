@@ -28,22 +28,14 @@ Texts Found(const std::string& text, const char* pattern) {
   return found;
 }
 
-// Without the marks of access keys.
-std::string Shown(const std::string& caption) {
-  std::string shown;
-  for (size_t i = 0; i < caption.size(); ++i) {
-    if (caption.compare(i, 2, "& ") != 0 && caption[i] == '&' && ++i == caption.size()) break;
-    shown += caption[i];
-  }
-  while (shown.ends_with(' ')) shown.pop_back();
-  return shown;
-}
-
 void AddPaths(const std::string& above, const std::vector<MenuEntry>& menu, Texts& paths,
               Texts& keys) {
   for (const MenuEntry& entry : menu) {
     if (entry.item == nullptr) continue;
-    const std::string path = above + " \u25B8 " + Shown(entry.item->caption);
+    // Without the marks of access keys.
+    const std::string shown =
+        std::regex_replace(entry.item->caption.Get(), std::regex("&(\\S)| +$"), "$1");
+    const std::string path = above + " \u25B8 " + shown;
     paths.insert(path);
     if (!entry.shortcut.empty()) keys.insert(entry.shortcut);
     AddPaths(path, entry.entries, paths, keys);

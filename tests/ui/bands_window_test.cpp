@@ -17,13 +17,6 @@ TEST_F(WindowFixture, TheBandDialogIsReadAndWorkedByKeyboard) {
     program->bandDialog.Open();
     Activate(dialog);
   };
-  for (const auto& [key, kept] : {std::pair{Qt::Key_Escape, "160m"}, {Qt::Key_Return, "Top"}}) {
-    open();
-    TypeText("Top");
-    PressKey(key);
-    EXPECT_FALSE(dialog.isVisible());
-    EXPECT_EQ(presets.Cell(0, 0), kept);
-  }
   open();
   std::string order;
   for (int band = 1; band <= 10; ++band) {
@@ -31,6 +24,11 @@ TEST_F(WindowFixture, TheBandDialogIsReadAndWorkedByKeyboard) {
     order += "Title of band " + number + "|Frequency of band " + number + " in kHz|";
   }
   EXPECT_EQ(TabWalk(24), order + "Import CSV...|Export CSV...|OK|Cancel");
+  PressKey(Qt::Key_Tab);
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(dialog.isVisible());
+  open();
+  TypeText("Top");
   PressKey(Qt::Key_0, Qt::AltModifier);
   PressKey(Qt::Key_Tab);
   TypeText("70200");
@@ -41,8 +39,7 @@ TEST_F(WindowFixture, TheBandDialogIsReadAndWorkedByKeyboard) {
   EXPECT_TRUE(
       QTest::qWaitFor([this] { return fileChooser.asked.title == "Export presets"; }, 2000));
   QTest::mouseClick(&in("OK"), Qt::LeftButton);
-  EXPECT_EQ(presets.Cell(9, 6), "70200");
-  EXPECT_EQ(presets.Cell(1, 0), "M\xfcnchen");
+  EXPECT_EQ(presets.Cell(0, 0) + presets.Cell(1, 0) + presets.Cell(9, 6), "TopM\xfcnchen70200");
 }
 
 }  // namespace

