@@ -17,10 +17,7 @@ struct ColorDialogTest : testing::Test, ProgramFixture {
     Start();
     Open();
   }
-  void Open() {
-    main.cmdOptions.Click();
-    EXPECT_TRUE(prompts.Choose("Edit User Colors..."));
-  }
+  void Open() { main.mnueditcolorshemes.Click(); }
   // What the display shows is the background and the spectrum's trace.
   bool Shows(uint32_t background, uint32_t trace) const {
     const Raster& shown = program->display.tick.Shown();

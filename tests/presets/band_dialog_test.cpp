@@ -15,10 +15,7 @@ struct BandDialogTest : testing::Test, ProgramFixture {
     Start();
     Open();
   }
-  void Open() {
-    main.cmdOptions.Click();
-    EXPECT_TRUE(prompts.Choose("Setup Frequencies Presets..."));
-  }
+  void Open() { main.mnuSetupBands.Click(); }
   std::string Shown(int32_t band) {
     return form.txtFreqCaption[band].text.Get() + " " + form.txtFrequencies[band].text.Get();
   }

@@ -70,7 +70,7 @@ TEST_F(KeyboardTest, AMenuStandsBelowItsButtonAndTheKeyboardGoesBackThere) {
 TEST_F(KeyboardTest, SlidersRiseWithWhatTheyShow) {
   for (const auto& [name, control] : {std::pair{"Level of the spectrum", &form.Slider},
                                       {"Gain of the waterfall", &form.Slider2}}) {
-    auto& slider = Find<QSlider>(name);
+    auto& slider = dynamic_cast<QSlider&>(Find(name));
     control->Set(100);
     Turn();
     EXPECT_TRUE(slider.value() == slider.minimum() && !slider.invertedAppearance());

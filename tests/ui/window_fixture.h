@@ -16,10 +16,7 @@ struct WindowFixture : testing::Test, ProgramFixture {
     window.show();
     Activate(window);
   }
-  template <class W = QWidget>
-  W& Find(const QString& name) {
-    return dynamic_cast<W&>(velt::Find(window, name));
-  }
+  QWidget& Find(const QString& name) { return velt::Find(window, name); }
   // What a widget has on the screen, so far right of and below its upper left corner.
   QRgb Pixel(const QWidget& widget, QPoint at) {
     return OnScreen(window).pixel(widget.geometry().topLeft() + at);
