@@ -47,6 +47,8 @@ TEST_F(AboutTest, TheSystemInformationTellsWhatIsKnownAndTheRestLater) {
   EXPECT_FALSE(Form().Window.topMost);
   session.facts.soundServer = "PulseAudio 16.1";
   session.learnt.Raise();
+  info.cmdCopy.Click();
+  EXPECT_EQ(info.lblCopied.caption.Get(), "Copied");
   EXPECT_EQ(info.lblReport.caption.Get(),
             "VELT-SA:         3.1.4\n"
             "System:          Some System 12\n"
