@@ -29,6 +29,7 @@ class FollowUp {
   struct Limits {
     Milliseconds all{10'000};
     Milliseconds answer{3000};  // for a connection, and for each answer
+    Milliseconds key{10'000};   // until one takes effect, after it was handed over
   };
 
   struct Peer {

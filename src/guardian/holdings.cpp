@@ -96,11 +96,6 @@ std::optional<SteadyTime> Holdings::Due() const {
   return lastHeard_ + silence_;
 }
 
-SteadyTime Holdings::KeyMayComeUntil(uint32_t ticket) const {
-  const auto found = held_.find(ticket);
-  return found == held_.end() ? SteadyTime() : found->second.since + kKeyComesWithin;
-}
-
 void Holdings::Drop(Orders& orders, uint32_t ticket) {
   held_.erase(ticket);
   orders.drop.push_back(ticket);

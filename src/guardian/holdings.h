@@ -42,15 +42,12 @@ class Holdings {
   // When Tick has something to do, if nothing else happens before.
   std::optional<SteadyTime> Due() const;
 
-  // Until then the key that it was handed over for may still reach the transmitter.
-  SteadyTime KeyMayComeUntil(uint32_t ticket) const;
+  SteadyTime HeldSince(uint32_t ticket) const { return held_.at(ticket).since; }
 
   uint32_t LastTicket() const { return lastTicket_; }
   bool Finished() const { return ended_ && held_.empty(); }
 
  private:
-  static constexpr Milliseconds kKeyComesWithin{10'000};
-
   enum class Stage {
     Held,
     FollowedForProgram,  // which waits for news of it

@@ -74,11 +74,12 @@ void PttSafety::TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& o
 void PttSafety::TickReleasing(SteadyTime now, const Keyer::Report& report, bool linkIsBack,
                               Orders& orders) {
   const bool late = now - releasingSince_ >= kRepeatFor;
+  const bool tells = report.transmitter != TxReport::Untold;
   if (!report.linked) AlarmLinkLost(orders);
   if (linkIsBack) {
     Released(now);
     orders.release = true;
-  } else if (ReceivesFor(kReceiveAfterRelease, now) && !KeyMayCome(now)) {
+  } else if (ReceivesFor(kReceiveAfterRelease, now) && !(tells && KeyMayCome(now))) {
     Finish(orders);
   } else if (late) {
     if (!std::exchange(alarm_, true)) orders.raiseAlarm = true;

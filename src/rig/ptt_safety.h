@@ -6,8 +6,8 @@
 //   answered or not; then the alarm is raised. After a reconnect the release comes first and the
 //   10 s begin anew. A lost link raises the alarm at once: nobody knows what the transmitter does.
 // - A key that was not answered may still be under way in the server and take effect after the
-//   release. When the link is lost before the transmitter was seen to transmit, it stays watched
-//   until no such key is to be expected any more.
+//   release. When the link is lost before the transmitter was seen to transmit, one that tells
+//   stays watched until no such key is to be expected any more.
 // - A transmitter that cannot tell whether it transmits counts as released once the release was
 //   accepted.
 // - One that reports transmitting without having been keyed from here is never released.

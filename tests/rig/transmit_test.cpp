@@ -61,7 +61,7 @@ TEST_F(TransmitTest, HoweverOftenItIsPressedTheRigTransmitsAndReceivesWhereItSho
     for (const int button : buttons) {
       form.optTXRX[button].UserPress(1);
       Pass(Milliseconds(600));
-      if (button == 0) EXPECT_EQ(rig1.Freq(), 7102000) << buttons.size();
+      EXPECT_TRUE(button == 1 || rig1.Freq() == 7102000) << buttons.size();
     }
     Pass(seconds(2));
     EXPECT_EQ(Left(), "") << buttons.size();
