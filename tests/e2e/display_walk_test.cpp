@@ -2,8 +2,6 @@
 // that plays the engine.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "adapters/rigctld/live_loop.h"
 #include "display/cursor_readout.h"
 #include "e2e/window_driver.h"
@@ -22,56 +20,42 @@ TEST(DisplayWalk, ItIsTunedSteppedSavedAndCopied) {
   rig.Ask("F 14074000");
   const JavaEngine engine({}, kTitle);
   std::filesystem::copy_file(VELT_JAR, engine.folder / "velt.jar");
-  ASSERT_TRUE(WaitUntil([&] { return engine.log.All("open").size() == 1; }, seconds(20)));
+  ASSERT_TRUE(engine.log.Opens(1));
   const TempFolder data;
   data.Write("VELT-SA.ini", "[VELT-SA]\nVersion=3.0.0\nAutoRunZOKA=False\nZOKAMode=0\n");
   const WindowDriver window({"--rig1", rig.Address(), "--engine-folder",
                              engine.folder.Path().string(), "--data-folder", data.Path().string()},
                             {sound.Environment().front()});
   ASSERT_TRUE(window.Reads(window.form.lblFrequency, 21, "14.074.00"));
-  const auto rigHas = [&](const char* hertz) {
-    return WaitUntil([&] { return rig.Ask("f") == hertz; }, seconds(5));
-  };
   const Rectangle scope = window.form.Scope.place;
 
   // Not while it is stopped; the click gives the keyboard to the display.
   window.ClickAt(window.form.Scope, 100, 1);
   window.Press({"Up", "Page_Up", "Right", "Right"});
-  EXPECT_TRUE(rigHas("14075020"));
-  std::vector<std::string> keys(20, "Left");
-  window.Press(keys);
-  EXPECT_TRUE(rigHas("14074820"));
+  EXPECT_TRUE(rig.Has("f", "14075020"));
+  window.Press(std::vector<std::string>(20, "Left"));
+  EXPECT_TRUE(rig.Has("f", "14074820"));
   window.Press({"shift+Tab", "Down", "shift+Tab", "Down"});  // not from a slider, but from a button
-  EXPECT_TRUE(rigHas("14073820"));
+  EXPECT_TRUE(rig.Has("f", "14073820"));
   EXPECT_TRUE(window.Reads(window.form.lblFrequency, 21, "14.073.82"));
 
   window.Click(window.form.imgStartStop);
   window.ClickAt(window.form.Scope, 100, 1);
   const int hertz = CursorHz(100, scope.width, 0, 0).value();
-  EXPECT_TRUE(rigHas(std::to_string(14073820 + hertz).c_str()));
+  EXPECT_TRUE(rig.Has("f", std::to_string(14073820 + hertz)));
   window.Click(window.form.imgStartStop);
 
   for (const auto& [x, chord] : {std::pair{10, "Ctrl+L "}, {scope.width - 10, "Ctrl+U "}}) {
     const std::string before = engine.log.All("chord ");
     window.ClickAt(window.form.Scope, x, 3);
-    EXPECT_TRUE(
-        WaitUntil([&] { return engine.log.All("chord ") == before + chord + chord; }, seconds(10)))
-        << engine.log.All("chord ");
+    EXPECT_TRUE(engine.log.Chords(before + chord + chord)) << engine.log.All("chord ");
   }
 
   // What is saved and copied is what the display shows, but for the lines over it.
   window.ClickAt(window.form.Scope, 100, 1);
   window.Press({"F2"});
-  const auto saved = [&] {
-    std::vector<std::filesystem::path> names;
-    for (const auto& entry : std::filesystem::directory_iterator(data / "BMP")) {
-      names.push_back(entry.path());
-    }
-    std::ranges::sort(names);
-    return names;
-  };
-  ASSERT_TRUE(WaitUntil([&] { return saved().size() == 2; }, seconds(5)));
-  const QImage bitmap(QString::fromStdString(saved()[0].string()));
+  ASSERT_TRUE(WaitUntil([&] { return FilesIn(data / "BMP").size() == 2; }, seconds(5)));
+  const QImage bitmap(QString::fromStdString(FilesIn(data / "BMP")[0].string()));
   const QImage shown = window.Picture().copy(scope.left, scope.top, scope.width, scope.height);
   ASSERT_EQ(bitmap.size(), shown.size());
   for (int x = 2; x < scope.width - 2; ++x) {
@@ -79,18 +63,13 @@ TEST(DisplayWalk, ItIsTunedSteppedSavedAndCopied) {
     ASSERT_TRUE(line || bitmap.pixel(x, 8) == shown.pixel(x, 8)) << x;
   }
   window.Press({"F5"});
+  const std::string file = data / "copied.png";
   const auto copied = [&] {
-    return WaitUntil(
-        [&] {
-          Output({"sh", "-c",
-                  "xclip -selection clipboard -t image/png -o > " + (data / "copied.png").string()},
-                 window.Environment());
-          return QImage(QString::fromStdString((data / "copied.png").string())) ==
-                 bitmap.convertToFormat(QImage::Format_RGB32);
-        },
-        seconds(5));
+    Output({"sh", "-c", "xclip -selection clipboard -t image/png -o > " + file},
+           window.Environment());
+    return QImage(QString::fromStdString(file)) == bitmap.convertToFormat(QImage::Format_RGB32);
   };
-  EXPECT_TRUE(copied());
+  EXPECT_TRUE(WaitUntil(copied, seconds(5)));
 }
 
 }  // namespace

@@ -25,7 +25,6 @@ struct EngineWalk : testing::Test {
   EngineWalk() {
     std::filesystem::copy_file(VELT_JAR, folder / "velt.jar");
     folder.Write("zoka.ver", std::string(kTitle) + "\n");
-    std::filesystem::create_directory(*home / "KALVARO");
     home->Write("KALVARO/VELT-SA.ini",
                 "[VELT-SA]\nVersion=3.0.0\nAutoRunZOKA=False\ncmdZOKAstart=True\n");
     // The desktop that the test runs on has no say in how the engine is started.
@@ -52,18 +51,8 @@ struct EngineWalk : testing::Test {
     window.OpenMenu(window.form.Image2);
     window.Press(keys);
   }
-  bool Rig(const char* command, const char* answer) {
-    return WaitUntil([&] { return rig.Ask(command) == answer; }, seconds(5));
-  }
-  bool Chords(const std::string& expected) const {
-    return WaitUntil([&] { return log.All("chord ") == expected; }, seconds(10));
-  }
   bool Closes() const {
     return WaitUntil([&] { return log.All("").ends_with("close "); }, seconds(5));
-  }
-  // Every opening leaves one space.
-  bool Opens(size_t times) const {
-    return WaitUntil([&] { return log.All("open").size() == times; }, seconds(20));
   }
 };
 
@@ -74,41 +63,41 @@ TEST_F(EngineWalk, ItIsStartedToldClosedAndMissed) {
   const auto window = Start();
   window->Click(window->form.imgStartStop);
   Choose(*window, kRun);
-  ASSERT_TRUE(Opens(1));
+  ASSERT_TRUE(log.Opens(1));
   std::string expected = "Ctrl+S Ctrl+S ";
-  EXPECT_TRUE(Chords(expected));
+  EXPECT_TRUE(log.Chords(expected));
 
   window->OpenMenu(window->form.lblMode);
   window->Press({"Down", "Return"});
-  EXPECT_TRUE(Chords(expected += "Ctrl+L Ctrl+L "));
-  EXPECT_TRUE(Rig("m", "LSB"));
+  EXPECT_TRUE(log.Chords(expected += "Ctrl+L Ctrl+L "));
+  EXPECT_TRUE(rig.Has("m", "LSB"));
   EXPECT_EQ(ReadText(folder / "status.cfg").substr(0, 4), "LSB\n");
 
   rig.Ask("T 1");
   for (const int side : {0, 1}) {
     window->Click(window->form.optTXRX[side]);
-    ASSERT_TRUE(Chords(expected += side == 0 ? "Ctrl+T Ctrl+T " : "Ctrl+R Ctrl+R "));
+    ASSERT_TRUE(log.Chords(expected += side == 0 ? "Ctrl+T Ctrl+T " : "Ctrl+R Ctrl+R "));
   }
-  EXPECT_TRUE(Rig("t", "0")) << "RX always works";
+  EXPECT_TRUE(rig.Has("t", "0")) << "RX always works";
 
   ASSERT_GT(EngineId(), 0);
   ::kill(EngineId(), SIGKILL);
   EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "N/A"));
   window->Click(window->form.optTXRX[0]);
-  EXPECT_TRUE(Rig("t", "1")) << "it goes to the rig";
+  EXPECT_TRUE(rig.Has("t", "1")) << "it goes to the rig";
   window->Click(window->form.optTXRX[1]);
-  EXPECT_TRUE(Rig("t", "0"));
+  EXPECT_TRUE(rig.Has("t", "0"));
 
   Choose(*window, kRun);
-  ASSERT_TRUE(Opens(2));
-  ASSERT_TRUE(Chords(expected += "Ctrl+S Ctrl+S "));
+  ASSERT_TRUE(log.Opens(2));
+  ASSERT_TRUE(log.Chords(expected += "Ctrl+S Ctrl+S "));
   Choose(*window, kClose);
   EXPECT_TRUE(Closes());
   Choose(*window, kClose);
   EXPECT_TRUE(window->Dismiss("Closing VELT"));
 
   Choose(*window, kRun);
-  ASSERT_TRUE(Opens(3));
+  ASSERT_TRUE(log.Opens(3));
   window->Close();
   EXPECT_TRUE(Closes()) << "with the program, as the settings say";
   EXPECT_FALSE(window->Program().Running());
@@ -118,28 +107,24 @@ TEST_F(EngineWalk, ItsFilesMoveTheRigAndNothingStaysKeyed) {
   folder.Write("transmitter.cfg", "on\n0\n");  // left over from another run
   const auto window = Start();
   Choose(*window, kRun);
-  ASSERT_TRUE(Opens(1));
+  ASSERT_TRUE(log.Opens(1));
   EXPECT_TRUE(window->Reads(window->form.lblFrequency, 21, "145.000.00"));
   EXPECT_EQ(ReadText(folder / "STATUSRX.CFG").substr(0, 9), "145000000");
-  EXPECT_FALSE(Rig("t", "1")) << "what is left over keys nothing";
+  EXPECT_FALSE(rig.Has("t", "1")) << "what is left over keys nothing";
 
   folder.Write("transmitter.cfg", "off\n7050000\n");
-  EXPECT_TRUE(Rig("f", "7050000"));
+  EXPECT_TRUE(rig.Has("f", "7050000"));
   EXPECT_TRUE(
       WaitUntil([&] { return folder.Read("transmitter.cfg") == "off\r\n\r\n"; }, seconds(2)));
   EXPECT_TRUE(window->Reads(window->form.lblFrequency, 21, "7.050.00"));
   folder.Write("status.cfg", "CW-USB\n0\n0\n0\nlsb\noff\n");
-  EXPECT_TRUE(Rig("m", "LSB")) << "the transmitter's mode";
+  EXPECT_TRUE(rig.Has("m", "LSB")) << "the transmitter's mode";
 
   for (const bool killed : {false, true}) {
     folder.Write("transmitter.cfg", "on\n0\n");
-    EXPECT_TRUE(Rig("t", "1"));
-    if (killed) {
-      ::kill(EngineId(), SIGKILL);
-    } else {
-      folder.Write("transmitter.cfg", "off\n0\n");
-    }
-    EXPECT_TRUE(Rig("t", "0"));
+    EXPECT_TRUE(rig.Has("t", "1"));
+    killed ? void(::kill(EngineId(), SIGKILL)) : folder.Write("transmitter.cfg", "off\n0\n");
+    EXPECT_TRUE(rig.Has("t", "0"));
   }
   EXPECT_TRUE(window->Reads(window->form.lblMode, 12, "LSB")) << "the rig's own";
 }

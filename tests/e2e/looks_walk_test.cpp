@@ -20,10 +20,7 @@ TEST(LooksWalk, TaskBarsFindTheProgramsIconInEverySize) {
 TEST(LooksWalk, ColoursAreChosenByKeyboardSeenAndKept) {
   const TempFolder data;
   WindowDriver window({"--demo", "--data-folder", data.Path().string()});
-  const Rectangle scope = window.form.Scope.place;
-  const auto background = [&] {
-    return window.Picture().pixel(scope.left + 5, scope.top + 5) & 0xFFFFFFU;
-  };
+  const auto background = [&] { return window.Corner(window.form.Scope) & 0xFFFFFFU; };
   ASSERT_TRUE(WaitUntil([&] { return background() == 0x001764; }, std::chrono::seconds(5)));
   window.OpenMenu(window.form.cmdOptions);
   window.Press({"r", "Left", "Down", "Return"});  // below Resolution, whose submenu closes again

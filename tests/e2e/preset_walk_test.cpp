@@ -15,9 +15,6 @@ struct PresetWalk : testing::Test {
   const TempFolder data;
   std::unique_ptr<WindowDriver> window;
 
-  bool Has(const char* question, const std::string& answer) {
-    return WaitUntil([&] { return rig.Ask(question) == answer; }, seconds(5));
-  }
   void Start() {
     rig.Ask("F 14250000");
     rig.Ask("M AM 6000");
@@ -45,11 +42,8 @@ struct PresetWalk : testing::Test {
     return Copied(text);
   }
   bool Copied(const std::string& text) const {
-    return WaitUntil(
-        [&] {
-          return Output({"xclip", "-selection", "clipboard", "-o"}, window->Environment()) == text;
-        },
-        seconds(5));
+    const std::vector<std::string> paste{"xclip", "-selection", "clipboard", "-o"};
+    return WaitUntil([&] { return Output(paste, window->Environment()) == text; }, seconds(5));
   }
 };
 
@@ -59,15 +53,15 @@ TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
   Start();
   window->Click(Band(1));
   window->Click(Preset(0));
-  EXPECT_TRUE(Has("f", "3500000") && Has("m", "LSB"));
+  EXPECT_TRUE(rig.Has("f", "3500000") && rig.Has("m", "LSB"));
   window->Click(Band(4));
-  EXPECT_TRUE(Has("f", "14000000"));
+  EXPECT_TRUE(rig.Has("f", "14000000"));
   window->Click(Preset(0));
-  EXPECT_TRUE(Has("m", "USB"));
+  EXPECT_TRUE(rig.Has("m", "USB"));
   Edit(Band(4), "Set Preset Band Title", "20m DX");
   Edit(Preset(2), "Set Preset Frequency", "14195.5");
   window->Click(Preset(2));
-  EXPECT_TRUE(Has("f", "14195500"));
+  EXPECT_TRUE(rig.Has("f", "14195500"));
 
   window->OpenMenu(window->form.cmdOptions);
   window->Press({"Down", "Down", "Right", "Up", "Up", "Return"});
@@ -84,14 +78,14 @@ TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
   Start();
   window->Click(Band(0));
   window->Click(Preset(0));
-  EXPECT_TRUE(Has("f", "1840500") && Has("m", "LSB"));
+  EXPECT_TRUE(rig.Has("f", "1840500") && rig.Has("m", "LSB"));
   window->ClickAt(Band(4), 10, 3);
   ASSERT_TRUE(window->WaitForWindow("Set Preset Band Title"));
   EXPECT_TRUE(FieldHas("20m DX"));
   window->Press({"Escape"});
   ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
   window->Click(Preset(2));
-  EXPECT_TRUE(Has("f", "14195500") && Has("m", "USB"));
+  EXPECT_TRUE(rig.Has("f", "14195500") && rig.Has("m", "USB"));
 
   // Pasted from another program, and from one that hangs.
   data.Write("copied", "14212.5");
@@ -103,7 +97,7 @@ TEST_F(PresetWalk, BandsAndPresetsTuneTheRigAreEditedAndKept) {
   window->Press({"ctrl+v", "Return"});
   ASSERT_TRUE(window->WaitForWindow("VELT-SA.*"));
   window->Click(Preset(2));
-  EXPECT_TRUE(Has("f", "14212500"));
+  EXPECT_TRUE(rig.Has("f", "14212500"));
   owner.Signal(SIGSTOP);
   window->ClickAt(Preset(2), 10, 3);
   ASSERT_TRUE(window->WaitForWindow("Set Preset Frequency"));

@@ -13,7 +13,6 @@ namespace velt {
 namespace {
 
 using std::chrono::seconds;
-using Paths = std::vector<std::filesystem::path>;
 
 // One channel as any other program reads it.
 std::vector<double> Read(const std::filesystem::path& file, SF_INFO& info) {
@@ -54,12 +53,7 @@ struct Station {
   std::shared_ptr<const TempFolder> home = std::make_shared<const TempFolder>();
   std::unique_ptr<WindowDriver> window = {};
 
-  Paths Files() const {
-    const std::filesystem::directory_iterator folder(*home / "VELT/WAV");
-    Paths files(begin(folder), end(folder));
-    std::ranges::sort(files);
-    return files;
-  }
+  std::vector<std::filesystem::path> Files() const { return FilesIn(*home / "VELT/WAV"); }
   // Presses the record button and waits until that much was recorded.
   bool Record(double wanted) const {
     const size_t before = Files().size();
@@ -77,7 +71,6 @@ TEST(RecordingWalk, ATonesRecordingIsWholeWhateverEndsIt) {
   sound.Pactl({"load-module", "module-sine", "sink=test", "frequency=1000", "rate=44100"});
   std::array<Station, 3> stations{{{11025}, {22050}, {44100}}};
   for (Station& station : stations) {
-    std::filesystem::create_directory(*station.home / "KALVARO");
     station.home->Write("KALVARO/VELT-SA.ini",
                         "[VELT-SA]\nAutoStartSA=True\nVersion=3.0.0\nRecSampleRate=" +
                             std::to_string(station.rateHz) + "\n");
@@ -100,11 +93,7 @@ TEST(RecordingWalk, ATonesRecordingIsWholeWhateverEndsIt) {
   stopped.window->Program().Signal(SIGTERM);
   EXPECT_TRUE(stopped.window->Program().WaitForEnd(seconds(5)));
   sound.Kill();
-  const auto notice = [&] {
-    const Rectangle place = form.lblNotice.place;
-    return deprived.window->Picture().pixel(place.left + 2, place.top + 2) == qRgb(255, 0xD4, 0x5E);
-  };
-  EXPECT_TRUE(WaitUntil(notice, seconds(5)));
+  EXPECT_TRUE(WaitUntil([&] { return deprived.window->ShowsNotice(); }, seconds(5)));
   EXPECT_EQ(stopped.Files().size(), 2U);
   for (const Station& station : stations) {
     for (const auto& file : station.Files()) {

@@ -26,24 +26,17 @@ class Station : public WindowDriver {
     WaitUntil([this] { return (guardian_ = GuardianOf(Program().Id())) != 0; }, seconds(10));
   }
 
-  bool Has(const std::string& question, const std::string& answer, milliseconds limit) {
-    return WaitUntil([&] { return rig_.Ask(question) == answer; }, limit);
+  bool Transmits(milliseconds limit = seconds(5)) { return rig_.Has("t", "1", limit); }
+  bool Receives(milliseconds limit = seconds(5)) { return rig_.Has("t", "0", limit); }
+  bool ShowsFrequency(const std::string& text, seconds limit = seconds(5)) const {
+    return Reads(form.lblFrequency, 21, text, limit);
   }
-  bool Transmits(milliseconds limit = seconds(5)) { return Has("t", "1", limit); }
-  bool Receives(milliseconds limit = seconds(5)) { return Has("t", "0", limit); }
-  bool ShowsFrequency(const std::string& text) const { return Reads(form.lblFrequency, 21, text); }
   // The RX button is lit, and TX is not.
   bool ShowsReceive() const {
-    const auto light = [this](const Control& button, const QImage& picture) {
-      return picture.pixel(button.place.Get().left + 5, button.place.Get().top + 5);
+    const auto shown = [this] {
+      return Corner(form.optTXRX[1]) == 0xFF1F62C4 && Corner(form.optTXRX[0]) != 0xFFC82020;
     };
-    return WaitUntil(
-        [&] {
-          const QImage picture = Picture();
-          return light(form.optTXRX[1], picture) == 0xFF1F62C4 &&
-                 light(form.optTXRX[0], picture) != 0xFFC82020;
-        },
-        seconds(5));
+    return WaitUntil(shown, seconds(5));
   }
   bool PressTransmit() {
     Click(form.optTXRX[0]);
@@ -83,26 +76,30 @@ TEST(RigWalk, TheWindowFollowsTheRigAndTunesIt) {
   ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
   rig.Ask("T 1");
   station.Click(station.form.optTXRX[1]);
-  EXPECT_TRUE(station.Has("t", "0", seconds(5))) << "RX works whatever is asked";
+  EXPECT_TRUE(station.Receives()) << "RX works whatever is asked";
   ASSERT_TRUE(station.WaitForWindow("Set Rig Frequency"));
   station.Type("14250");
   station.Press({"Return"});
-  EXPECT_TRUE(station.Has("f", "14250000", seconds(5)));
+  EXPECT_TRUE(rig.Has("f", "14250000"));
   EXPECT_TRUE(station.ShowsFrequency("14.250.00"));
   station.Click(station.form.imgStartStop);
   EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "FM"));
   station.Choose(station.form.lblMode, {"Down"});
-  EXPECT_TRUE(station.Has("m", "LSB", seconds(5)));
+  EXPECT_TRUE(rig.Has("m", "LSB"));
   EXPECT_TRUE(station.Reads(station.form.lblMode, 12, "LSB"));
 
   rig.Kill();
-  const auto pale = [&] {
-    return !station.Reads(station.form.lblFrequency, 21, "14.250.00", seconds(0));
-  };
+  const auto pale = [&] { return !station.ShowsFrequency("14.250.00", seconds(0)); };
   EXPECT_TRUE(WaitUntil(pale, seconds(5))) << "a lost link is shown";
   rig.Start();
-  EXPECT_TRUE(station.Reads(station.form.lblFrequency, 21, "145.000.00", seconds(12)));
+  EXPECT_TRUE(station.ShowsFrequency("145.000.00", seconds(12)));
 }
+
+struct KeyedWalk : testing::Test {
+  DummyRig rig;
+  Station station{rig};
+  void SetUp() override { ASSERT_TRUE(station.Key()); }
+};
 
 TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   std::unique_ptr<XDesktop> display;  // for the one that loses it
@@ -144,12 +141,11 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   }
 }
 
-TEST(EndsWalk, LeavingTheRigReleasesItAndNoOther) {
-  DummyRig rig, strangers;
+TEST_F(KeyedWalk, LeavingTheRigReleasesItAndNoOther) {
+  DummyRig strangers;
   strangers.Ask("F 7074000");
   strangers.Ask("T 1");
-  Station station(rig);
-  ASSERT_TRUE(station.Key() && station.OpenDialog());
+  ASSERT_TRUE(station.OpenDialog());
   station.Press({"alt+s"});
   EXPECT_TRUE(station.Receives(kAtOnce)) << "Stop";
   station.Press({"alt+s"});
@@ -168,10 +164,7 @@ TEST(EndsWalk, LeavingTheRigReleasesItAndNoOther) {
   EXPECT_EQ(strangers.Ask("t"), "1") << "what others key is theirs";
 }
 
-TEST(EndsWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
-  DummyRig rig;
-  Station station(rig);
-  ASSERT_TRUE(station.Key());
+TEST_F(KeyedWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
   station.Program().Signal(SIGSTOP);
   EXPECT_FALSE(station.Receives(seconds(4))) << "a program may be busy for a moment";
   EXPECT_TRUE(station.Receives(seconds(3)));
@@ -201,10 +194,7 @@ TEST(EndsWalk, TheComputersSleepWaitsForTheRelease) {
   EXPECT_TRUE(station.ShowsReceive());
 }
 
-TEST(EndsWalk, AReleaseThatNobodyAnswersIsTold) {
-  DummyRig rig;
-  Station station(rig);
-  ASSERT_TRUE(station.Key());
+TEST_F(KeyedWalk, AReleaseThatNobodyAnswersIsTold) {
   rig.Signal(SIGSTOP);
   station.Program().Signal(SIGTERM);
   EXPECT_TRUE(station.Ends());

@@ -21,7 +21,6 @@ struct SerialWalk : testing::Test {
     arduino.emplace();
     const auto home = std::make_shared<const TempFolder>();
     home->Write("RS232.cfg", "1\n9600\nN\n8\n1\n0\nNONE\n" + method + "\nBOTH\n");
-    std::filesystem::create_directory(*home / "KALVARO");
     home->Write("KALVARO/VELT-SA.ini", "[VELT-SA]\nArduinoFreq=True\n");
     window = std::make_unique<WindowDriver>(
         std::vector<std::string>{"--rig1", "127.0.0.1:" + std::to_string(FreePort()),

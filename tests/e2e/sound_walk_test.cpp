@@ -1,8 +1,6 @@
 // The analyser on real sound in a real window.
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "e2e/window_driver.h"
 #include "support/pulse_server.h"
 #include "ui/qt_text.h"
@@ -31,7 +29,6 @@ bool ShowsTone(const WindowDriver& window, int y) {
 TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgainUntilAResetForgetsTheSettings) {
   PulseServer sound;
   const auto home = std::make_shared<const TempFolder>();
-  std::filesystem::create_directory(*home / "KALVARO");
   home->Write("KALVARO/VELT-SA.ini",
               "[VELT-SA]\nScopeColor=255\nAutoStartSA=True\nVersion=3.0.0\n");
   auto tone = sound.PlayTone(kToneHz);
@@ -40,10 +37,6 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgainUntilAResetForgetsTheSettings)
   ASSERT_TRUE(window.Dismiss("OmniRig not Configured for CAT"));
   const auto showsSpectrum = [&] { return ShowsTone(window, 60); };
   const auto showsWaterfall = [&] { return ShowsTone(window, 1); };
-  const auto showsNotice = [&] {
-    const Rectangle notice = window.form.lblNotice.place;
-    return window.Picture().pixel(notice.left + 2, notice.top + 2) == qRgb(0xFF, 0xD4, 0x5E);
-  };
   ASSERT_TRUE(WaitUntil(showsSpectrum, seconds(10)));
   window.Click(window.form.chkSpecMode);
   EXPECT_TRUE(WaitUntil(showsWaterfall, seconds(5)));
@@ -57,10 +50,10 @@ TEST(SoundWalk, AToneIsShownFoundLostAndFoundAgainUntilAResetForgetsTheSettings)
   EXPECT_TRUE(WaitUntil(showsSpectrum, seconds(5)));
 
   sound.Kill();
-  EXPECT_TRUE(WaitUntil(showsNotice, seconds(3)));
+  EXPECT_TRUE(WaitUntil([&] { return window.ShowsNotice(); }, seconds(3)));
   sound.Restart();
   tone = sound.PlayTone(kToneHz);
-  EXPECT_TRUE(WaitUntil([&] { return !showsNotice() && showsSpectrum(); }, seconds(10)));
+  EXPECT_TRUE(WaitUntil([&] { return !window.ShowsNotice() && showsSpectrum(); }, seconds(10)));
 
   // A second program of the same user ends at once and silently.
   EXPECT_EQ(Output({VELT_PROGRAM}, window.Environment()), "");

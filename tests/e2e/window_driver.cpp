@@ -27,17 +27,7 @@ int Area(const QRegion& region) {
 
 }  // namespace
 
-std::string Output(const std::vector<std::string>& command,
-                   const std::vector<std::string>& environment) {
-  const TempFolder folder;
-  // The environment may have a PATH that is meant for the program alone.
-  std::vector<std::string> whole = command;
-  if (whole.front().front() != '/') whole.front().insert(0, "/usr/bin/");
-  Process process(whole, {.environment = environment, .output = folder / "output"});
-  return process.WaitForEnd(seconds(10)) ? ReadText(folder / "output") : "";
-}
-
-WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
+WindowDriver::WindowDriver(std::vector<std::string> arguments,
                            const std::vector<std::string>& environment,
                            std::shared_ptr<const TempFolder> home)
     : home_(std::move(home)), environment_(environment) {
@@ -46,10 +36,9 @@ WindowDriver::WindowDriver(const std::vector<std::string>& arguments,
     environment_.push_back(name + home_->Path().string());
   }
   environment_.push_back("PULSE_SERVER=unix:/nowhere");
-  std::vector<std::string> command{VELT_PROGRAM};
-  command.insert(command.end(), arguments.begin(), arguments.end());
+  arguments.insert(arguments.begin(), VELT_PROGRAM);
   program_ = std::make_unique<Process>(
-      command, Process::Options{.environment = environment_, .output = folder_ / "output"});
+      arguments, Process::Options{.environment = environment_, .output = folder_ / "output"});
   const auto found = [this] { return !(window_ = Search("VELT-SA.*")).empty(); };
   if (!WaitUntil(found, seconds(10))) throw std::runtime_error("no window: " + Said());
   window_.resize(window_.find('\n'));
@@ -60,9 +49,9 @@ std::string WindowDriver::Tool(std::vector<std::string> arguments) const {
   return Output(arguments, environment_);
 }
 
-std::string WindowDriver::Search(const std::string& title) const {
-  return Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()),
-               "--name", "^" + title + "$"});
+std::string WindowDriver::Search(const std::string& pattern, const std::string& what) const {
+  return Tool({"search", "--all", "--onlyvisible", "--pid", std::to_string(program_->Id()), what,
+               "^" + pattern + "$"});
 }
 
 void WindowDriver::Click(const Control& control) const {
@@ -71,13 +60,8 @@ void WindowDriver::Click(const Control& control) const {
 
 void WindowDriver::OpenMenu(const Control& control) const {
   Click(control);
-  WaitUntil(
-      [this] {
-        const std::string windows = Tool({"search", "--all", "--onlyvisible", "--pid",
-                                          std::to_string(program_->Id()), "--class", "velt-sa"});
-        return std::ranges::count(windows, '\n') > 1;
-      },
-      seconds(5));
+  const auto opened = [this] { return std::ranges::count(Search("velt-sa", "--class"), '\n') > 1; };
+  WaitUntil(opened, seconds(5));
 }
 
 void WindowDriver::ClickAt(const Control& control, int x, int button) const {
@@ -86,10 +70,9 @@ void WindowDriver::ClickAt(const Control& control, int x, int button) const {
         std::to_string(place.top + place.height / 2), "click", std::to_string(button)});
 }
 
-void WindowDriver::Press(const std::vector<std::string>& keys) const {
-  std::vector<std::string> arguments{"key"};
-  arguments.insert(arguments.end(), keys.begin(), keys.end());
-  Tool(arguments);
+void WindowDriver::Press(std::vector<std::string> keys) const {
+  keys.insert(keys.begin(), "key");
+  Tool(keys);
 }
 
 void WindowDriver::Close() {
@@ -105,6 +88,11 @@ QImage WindowDriver::Picture() const {
   const std::string file = folder_ / "picture.png";
   Output({"import", "-window", window_, file}, environment_);
   return QImage(ToQt(file)).convertToFormat(QImage::Format_RGB32);
+}
+
+QRgb WindowDriver::Corner(const Control& control, int inset) const {
+  const Rectangle place = control.place;
+  return Picture().pixel(place.left + inset, place.top + inset);
 }
 
 bool WindowDriver::WaitForWindow(const std::string& title) const {
@@ -138,12 +126,11 @@ bool WindowDriver::Reads(const Label& label, int pixelSize, const std::string& t
   // A label under the mouse is tinted.
   const Rectangle aside = form.Label3.place;
   Tool({"mousemove", "--window", window_, std::to_string(aside.left), std::to_string(aside.top)});
-  return WaitUntil(
-      [&] {
-        const QImage seen = Picture().copy(place.left, place.top, place.width, place.height);
-        return Area(Ink(seen) ^ ink) * 10 < Area(ink);
-      },
-      limit);
+  const auto reads = [&] {
+    const QImage seen = Picture().copy(place.left, place.top, place.width, place.height);
+    return Area(Ink(seen) ^ ink) * 10 < Area(ink);
+  };
+  return WaitUntil(reads, limit);
 }
 
 }  // namespace velt

@@ -12,17 +12,13 @@
 
 namespace velt {
 
-// Runs a command to its end and returns what it printed; "" after 10 s without an end.
-std::string Output(const std::vector<std::string>& command,
-                   const std::vector<std::string>& environment);
-
 class WindowDriver {
  public:
   // Starts the program with these arguments and its user's home, without sound unless the
   // environment says where it is; throws std::runtime_error when its window is not there after
   // 10 s.
   explicit WindowDriver(
-      const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {},
+      std::vector<std::string> arguments, const std::vector<std::string>& environment = {},
       std::shared_ptr<const TempFolder> home = std::make_shared<const TempFolder>());
 
   Process& Program() { return *program_; }
@@ -36,12 +32,15 @@ class WindowDriver {
   void OpenMenu(const Control& control) const;
   // At its column x, with the button 1 left or 3 right.
   void ClickAt(const Control& control, int x, int button) const;
-  void Press(const std::vector<std::string>& keys) const;  // keysyms, to the window with the focus
+  void Press(std::vector<std::string> keys) const;  // keysyms, to the window with the focus
   void Type(const std::string& text) const { Tool({"type", text}); }
   void Close();                                               // as the window manager does it
   void KillClient() const { Tool({"windowkill", window_}); }  // as a user does whom it annoys
 
   QImage Picture() const;
+  // The colour so many pixels inside the control's left upper corner.
+  QRgb Corner(const Control& control, int inset = 5) const;
+  bool ShowsNotice() const { return Corner(form.lblNotice, 2) == qRgb(0xFF, 0xD4, 0x5E); }
   // Waits until a window of that title is there and gets what is typed.
   bool WaitForWindow(const std::string& title) const;
   // Closes the box of that title, which has to come up, and waits until it is gone.
@@ -62,8 +61,8 @@ class WindowDriver {
 
  private:
   std::string Tool(std::vector<std::string> arguments) const;
-  // The program's visible windows whose titles match.
-  std::string Search(const std::string& title) const;
+  // The program's visible windows whose titles, or what else, match.
+  std::string Search(const std::string& pattern, const std::string& what = "--name") const;
 
   const TempFolder folder_;
   const std::shared_ptr<const TempFolder> home_;

@@ -3,24 +3,11 @@
 #include <functional>
 #include <utility>
 
-#include "platform/on_top.h"
-#include "support/doubles.h"
+#include "platform/timer_driver.h"
+#include "support/virtual_scheduler.h"
 
 namespace velt {
 namespace {
-
-TEST(OnTop, TheLastDialogThatClosesPutsItBack) {
-  ProgramFixture f;
-  f.Start();
-  const Property<bool>& topMost = f.Form().Window.topMost;
-  f.program->rig.dialog.Open();
-  EXPECT_FALSE(topMost);
-  OnTop::Lowered second = f.program->onTop.Lower();
-  f.program->rig.dialog.Close();
-  EXPECT_FALSE(topMost);
-  second.reset();
-  EXPECT_TRUE(topMost);
-}
 
 TEST(TimerDriver, TicksWhileEnabledRestartsOnAChangeAndDoesNotMakeUpForLateTicks) {
   Form form;

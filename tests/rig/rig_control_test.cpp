@@ -98,6 +98,7 @@ TEST_F(RigControlTest, TheShownFrequencyAndTransmitStateFollowTheRig) {
         {14250000, 3, 0, ".. TX 3 8"},
         {7100000, 7105000, 2, "7.107.00 TX 7105000 7107005"},
         {7100000, 0, 33, "7.067.46 RX 7100000 7067469"},
+        {475009, 0, 0, ".475.00 RX 475009 475014"},
         {0, 0, 2, "RigOffLine RX 0 2005"}}) {
     rig.state.offsetKHz = static_cast<int16_t>(offsetKHz);
     rig1.Tune(rx);

@@ -79,8 +79,7 @@ struct FakeFiles : Files {
   bool IsFile(const std::filesystem::path& path) const override { return files.contains(path); }
   bool IsFolder(const std::filesystem::path& path) const override { return folders.contains(path); }
   FileContent Read(const std::filesystem::path& path) const override {
-    const auto found = files.find(path);
-    return found == files.end() ? FileContent{ENOENT, ""} : FileContent{0, found->second};
+    return IsFile(path) ? FileContent{0, files.at(path)} : FileContent{ENOENT, ""};
   }
   int Replace(const std::filesystem::path& path, std::string_view bytes, bool) override {
     if (!writable) return EACCES;
@@ -96,10 +95,9 @@ struct FakeFiles : Files {
   }
   // Tells different contents apart.
   std::optional<FileStamp> Stamp(const std::filesystem::path& path) const override {
-    const auto found = files.find(path);
-    if (found == files.end()) return std::nullopt;
-    return FileStamp{found->second.size(),
-                     static_cast<int64_t>(std::hash<std::string>()(found->second)), number};
+    if (!IsFile(path)) return std::nullopt;
+    const std::string& bytes = files.at(path);
+    return FileStamp{bytes.size(), static_cast<int64_t>(std::hash<std::string>()(bytes)), number};
   }
   std::vector<std::filesystem::path> Names(const std::filesystem::path&) const override {
     return {};
@@ -109,11 +107,9 @@ struct FakeFiles : Files {
   }
   int Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
     if (files.contains(to)) return EEXIST;
-    auto moved = files.extract(from);
-    if (moved.empty()) return EACCES;
-    moved.key() = to;
-    files.insert(std::move(moved));
-    return 0;
+    if (!IsFile(from)) return EACCES;
+    files[to] = files.at(from);
+    return Remove(from);
   }
   int MakeFolder(const std::filesystem::path& path) override {
     return !unmakable.contains(path) && folders.insert(path).second ? 0 : EACCES;
@@ -322,8 +318,7 @@ struct FakeFolders : Folders {
   void List(const std::filesystem::path& folder,
             std::function<void(const FolderListing&)> told) override {
     answer = scheduler.After(takes, [this, folder, told] {
-      const auto found = folders.find(folder);
-      told(found == folders.end() ? FolderListing{.error = ENOENT} : found->second);
+      told(folders.contains(folder) ? folders.at(folder) : FolderListing{.error = ENOENT});
     });
   }
   void Remove(const std::filesystem::path& file, const std::filesystem::path& kept,
@@ -413,22 +408,28 @@ struct FakeStore : MemoryStore {
   int Commit() override { return commit(); }
 };
 
+// How often that is told while `action` runs.
+template <class... Args>
+int Told(Event<Args...>& event, const std::function<void()>& action) {
+  int times = 0;
+  const Connection listening = event.Listen([&times](const Args&...) { ++times; });
+  action();
+  return times;
+}
+
 // What has come to a simulated rig and was not taken yet.
-class RigWrites {
- public:
+struct RigWrites {
+  std::vector<std::string> writes;
+  Connection connection;
   explicit RigWrites(SimulatedRig& rig)
-      : connection_(rig.written.Listen([this](const std::string& w) { writes_.push_back(w); })) {}
-  std::vector<std::string> Take() { return std::exchange(writes_, {}); }
+      : connection(rig.written.Listen([this](const std::string& w) { writes.push_back(w); })) {}
+  std::vector<std::string> Take() { return std::exchange(writes, {}); }
   // The same in one line, a space behind each.
   std::string TakeLine() {
     std::string line;
     for (const std::string& write : Take()) line += write + " ";
     return line;
   }
-
- private:
-  std::vector<std::string> writes_;
-  Connection connection_;
 };
 
 // Everything around the program. A test may restart the program over the same surroundings.

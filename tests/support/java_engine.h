@@ -23,6 +23,14 @@ struct EngineLog {
     }
     return all;
   }
+  // Whether it has opened its window so often, each time leaving a space, or got these chords, in
+  // time.
+  bool Opens(size_t times) const {
+    return WaitUntil([&] { return All("open").size() == times; }, std::chrono::seconds(20));
+  }
+  bool Chords(const std::string& expected) const {
+    return WaitUntil([&] { return All("chord ") == expected; }, std::chrono::seconds(10));
+  }
   // Asks it for something; true when it has seen that.
   bool Request(const std::string& line) const {
     const auto file = folder / "engine.do";

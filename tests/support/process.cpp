@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <system_error>
 #include <thread>
@@ -22,6 +23,13 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 std::string ReadText(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& folder) {
+  const std::filesystem::directory_iterator entries(folder);
+  std::vector<std::filesystem::path> files(begin(entries), end(entries));
+  std::ranges::sort(files);
+  return files;
 }
 
 Process::Process(const std::vector<std::string>& command, const Options& options) {
@@ -80,6 +88,14 @@ void Process::Kill() {
 
 void Process::KillGroup() {
   if (Running()) kill(-static_cast<pid_t>(id_), SIGKILL);
+}
+
+std::string Output(std::vector<std::string> command, const std::vector<std::string>& environment) {
+  const TempFolder folder;
+  // The environment may have a PATH that is meant for the program alone.
+  if (command.front().front() != '/') command.front().insert(0, "/usr/bin/");
+  Process process(command, {.environment = environment, .output = folder / "output"});
+  return process.WaitForEnd(std::chrono::seconds(10)) ? ReadText(folder / "output") : "";
 }
 
 int64_t GuardianOf(int64_t program) {

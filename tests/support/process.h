@@ -22,6 +22,9 @@ bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 
 std::string ReadText(const std::filesystem::path& file);
 
+// In the order of their names.
+std::vector<std::filesystem::path> FilesIn(const std::filesystem::path& folder);
+
 // A started program, which leads a group of processes. The destructor ends it: SIGTERM, and SIGKILL
 // when it has not gone after 2 s.
 class Process {
@@ -54,6 +57,9 @@ class Process {
   int64_t id_ = -1;
   std::optional<int> exitCode_;
 };
+
+// Runs a command to its end and returns what it printed; "" after 10 s without an end.
+std::string Output(std::vector<std::string> command, const std::vector<std::string>& environment);
 
 // The guardian that a program has, 0 for none.
 int64_t GuardianOf(int64_t program);

@@ -50,12 +50,11 @@ void PulseServer::Restart() {
   }
 }
 
-std::string PulseServer::Pactl(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {"pactl"};
-  command.insert(command.end(), arguments.begin(), arguments.end());
+std::string PulseServer::Pactl(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "pactl");
   const std::filesystem::path output = folder_.Path() / "pactl.out";
   std::filesystem::remove(output);
-  Process pactl(command, {Environment(), output});
+  Process pactl(arguments, {Environment(), output});
   const bool ended = pactl.WaitForEnd(std::chrono::seconds(5));
   const std::string text = ReadText(output);
   if (!ended || pactl.ExitCode() != 0) throw std::runtime_error("pactl: " + text);
@@ -77,16 +76,14 @@ double PulseServer::MonitorHz() {
                          {Environment(), file});
   constexpr size_t kSamples = 12000;
   std::vector<int16_t> heard;
-  WaitUntil(
-      [&] {
-        const std::string bytes = ReadText(file);
-        heard.resize(bytes.size() / sizeof(int16_t));
-        if (!heard.empty()) std::memcpy(heard.data(), bytes.data(), heard.size() * sizeof(int16_t));
-        heard.erase(heard.begin(), std::ranges::find_if(heard, [](int16_t s) { return s != 0; }));
-        return heard.size() > kSamples;
-      },
-      std::chrono::seconds(5));
-  if (heard.size() <= kSamples) return 0;
+  const auto isEnough = [&] {
+    const std::string bytes = ReadText(file);
+    heard.resize(bytes.size() / sizeof(int16_t));
+    if (!heard.empty()) std::memcpy(heard.data(), bytes.data(), heard.size() * sizeof(int16_t));
+    heard.erase(heard.begin(), std::ranges::find_if(heard, [](int16_t s) { return s != 0; }));
+    return heard.size() > kSamples;
+  };
+  if (!WaitUntil(isEnough, std::chrono::seconds(5))) return 0;
   int upward = 0;
   for (size_t i = 1; i < kSamples; ++i) upward += heard[i - 1] < 0 && heard[i] >= 0 ? 1 : 0;
   return upward * 44100.0 / kSamples;

@@ -24,7 +24,7 @@ class PulseServer {
   void Restart();  // on the same socket
 
   // What pactl prints. Throws std::runtime_error, with that, when it fails or takes more than 5 s.
-  std::string Pactl(const std::vector<std::string>& arguments);
+  std::string Pactl(std::vector<std::string> arguments);
 
   // Plays a sine of half the full scale into the sink "test" for as long as the result lives, at
   // most 60 s.

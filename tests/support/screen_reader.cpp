@@ -68,11 +68,8 @@ std::vector<std::string> ScreenReader::Environment() const {
 
 std::optional<SpokenObject> ScreenReader::Find(const std::string& name) {
   std::optional<SpokenObject> found;
-  WaitUntil(
-      [&] {
-        return (found = Search({kRegistry, kRoot, {}, {}}, name)).has_value();
-      },
-      std::chrono::seconds(8));
+  const SpokenObject root{kRegistry, kRoot, {}, {}};
+  WaitUntil([&] { return (found = Search(root, name)).has_value(); }, std::chrono::seconds(8));
   return found;
 }
 

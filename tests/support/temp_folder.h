@@ -1,10 +1,11 @@
 // A folder of its own for one test, gone when the test ends.
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
+#include <stdexcept>
 #include <string>
 
 namespace velt {
@@ -13,11 +14,9 @@ class TempFolder {
  public:
   TempFolder() : TempFolder(std::filesystem::temp_directory_path()) {}
   explicit TempFolder(const std::filesystem::path& where) {
-    std::random_device random;
-    do {
-      path_ = where / ("velt-" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(path_));
-    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
+    std::string name = where / "velt-XXXXXX";
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder " + name);
+    path_ = name;
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
@@ -28,7 +27,9 @@ class TempFolder {
 
   const std::filesystem::path& Path() const { return path_; }
   std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  // Makes the folders that the name has.
   void Write(const std::string& name, const std::string& bytes) const {
+    std::filesystem::create_directories((path_ / name).parent_path());
     std::ofstream(path_ / name, std::ios::binary) << bytes;
   }
   std::string Read(const std::string& name) const {

@@ -25,6 +25,7 @@ class XDesktop {
 
  private:
   TempFolder folder_;
+  const std::filesystem::path log_ = folder_ / "log";
   std::string display_;
   std::unique_ptr<Process> server_;
   std::unique_ptr<Process> windowManager_;

@@ -4,12 +4,10 @@
 
 #include <limits>
 
-#include "text/formats.h"
-
 namespace velt {
 namespace {
 
-TEST(Numbers, RoundingGoesToTheEvenNeighbourAndRefusesWhatDoesNotFit) {
+TEST(Numbers, RoundingGoesToTheEvenNeighbourAndDivisionToZero) {
   using Limits = std::numeric_limits<double>;
   using Case = std::pair<double, int32_t>;
   for (const auto& [value, rounded] :
@@ -23,20 +21,7 @@ TEST(Numbers, RoundingGoesToTheEvenNeighbourAndRefusesWhatDoesNotFit) {
   }
   EXPECT_EQ(RoundHalfEven16(32767.4), 32767);
   EXPECT_EQ(RoundHalfEven16(32768), std::nullopt);
-}
-
-TEST(Formats, FrequencyTextKeepsItsDotsAndReadsBack) {
-  using Case = std::pair<int32_t, const char*>;
-  for (const auto& [frequencyHz, text] :
-       {Case{7100000, "7.100.00"}, Case{14074019, "14.074.01"}, Case{475000, ".475.00"},
-        Case{1296200000, "1296.200.00"}, Case{1005000, "1.005.00"}, Case{0, ".."}}) {
-    EXPECT_EQ(FrequencyText(frequencyHz), text);
-    EXPECT_EQ(ParseWhole(Without(text, '.')).value_or(0), frequencyHz / 10);
-  }
-}
-
-TEST(Numbers, ProductsWrapInSixteenBitsAndDivisionTruncatesTowardZero) {
-  EXPECT_EQ(WrapMultiply16(33, 1000), -32536);
+  EXPECT_EQ(WrapMultiply16(33, 1000), -32536) << "but a product wraps";
   EXPECT_EQ(DivideTruncating(-7, 2), -3);
   EXPECT_EQ(DivideTruncating(7, 0), std::nullopt);
 }

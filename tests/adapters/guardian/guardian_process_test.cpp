@@ -122,9 +122,8 @@ TEST(TheProgramsGuardian, HasNothingOfTheProgram) {
   int64_t guardian = 0;
   ASSERT_TRUE(LoopUntil([&] { return (guardian = GuardianOf(program.Id())) != 0; }));
   const auto files = "/proc/" + std::to_string(guardian) + "/fd";
-  EXPECT_TRUE(LoopUntil([&] {
-    return std::distance(std::filesystem::directory_iterator(files), {}) == 2;
-  })) << "the socket and the error output";
+  // The socket and the error output.
+  EXPECT_TRUE(LoopUntil([&] { return FilesIn(files).size() == 2; }));
   EXPECT_EQ(::getsid(static_cast<pid_t>(guardian)), guardian);
 }
 

@@ -25,10 +25,6 @@ struct LogindTest : testing::Test {
     lock = std::make_unique<LogindSleepLock>(scheduler, log);
     connection = lock->goingToSleep.Listen([this] { ++sleeps; });
   }
-  bool HearsOfSleep(LoginManager& manager) {
-    manager.GoToSleep();
-    return LoopUntil([&] { return sleeps > 0; });
-  }
 };
 
 TEST_F(LogindTest, TheLockIsHeldAsLongAsItIsWantedAndOutlivesTheBus) {
@@ -43,7 +39,8 @@ TEST_F(LogindTest, TheLockIsHeldAsLongAsItIsWantedAndOutlivesTheBus) {
       EXPECT_EQ(manager.asked,
                 std::vector<std::string>(round, "sleep|VELT-SA|A transmitter is keyed|delay"));
       manager.GoToSleep(false);
-      EXPECT_TRUE(HearsOfSleep(manager));
+      manager.GoToSleep();
+      EXPECT_TRUE(LoopUntil([&] { return sleeps > 0; }));
       EXPECT_EQ(std::exchange(sleeps, 0), 1);
       EXPECT_TRUE(manager.Locked()) << "until what has to be done is done";
       if (round == 2) break;

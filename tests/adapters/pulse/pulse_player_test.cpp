@@ -48,17 +48,15 @@ struct PulsePlayerTest : testing::Test {
 };
 
 TEST_F(PulsePlayerTest, FilesOfAllKindsAreHeardAsTheyAreAndEnd) {
-  struct Case {
-    int rateHz, channels, format;
-  };
-  for (const Case& c : {Case{44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16},
-                        {8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},
-                        {96000, 6, SF_FORMAT_WAV | SF_FORMAT_PCM_24},
-                        {1000000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},
-                        {22050, 1, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}}) {
-    SCOPED_TRACE(c.rateHz);
+  for (const auto& [rateHz, channels, format] :
+       {std::tuple{44100, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16},
+        {8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},
+        {96000, 6, SF_FORMAT_WAV | SF_FORMAT_PCM_24},
+        {1000000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},
+        {22050, 1, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}}) {
+    SCOPED_TRACE(rateHz);
     const auto file = folder / "tone.wav";
-    WriteToneFile(file, 1000, 2.0, c.rateHz, c.channels, c.format);
+    WriteToneFile(file, 1000, 2.0, rateHz, channels, format);
     const auto start = std::chrono::steady_clock::now();
     ASSERT_EQ(Play(file), "plays");
     EXPECT_NEAR(server.MonitorHz(), 1000, 40);

@@ -31,7 +31,6 @@ TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
     for (const char* name : {"xdg-open", java ? "java" : "other"}) {
       script(name, "echo \"${0##*/} $*|$(pwd)\" > '" + called + "'");
     }
-    std::filesystem::create_directory(folder / "applications");
     folder.Write("applications/runs.desktop", "[Desktop Entry]\nCategories=Java;\n");
     folder.Write("applications/archives.desktop", "[Desktop Entry]\nCategories=GTK;Archiving;\n");
     const std::filesystem::path engine = folder / "engine \xC3\xBC";

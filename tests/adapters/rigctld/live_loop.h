@@ -18,10 +18,8 @@ namespace velt {
 // Sockets and timers need the application to be there first.
 inline void EnsureLoop() {
   if (QCoreApplication::instance() != nullptr) return;
-  static int count = 1;
-  static char name[] = "test";
-  static char* arguments[] = {name, nullptr};
-  static QCoreApplication application(count, arguments);
+  static int none = 0;
+  static QCoreApplication application(none, nullptr);
 }
 
 // Runs the loop until the condition holds (true) or the limit is over (false).
@@ -87,6 +85,11 @@ class DummyRig {
       if (!client_.waitForReadyRead(500)) return {};
     }
     return client_.readLine().trimmed().toStdString();
+  }
+  // Whether that is its answer in time.
+  bool Has(const std::string& command, const std::string& answer,
+           std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+    return WaitUntil([&] { return Ask(command) == answer; }, limit);
   }
 
  private:

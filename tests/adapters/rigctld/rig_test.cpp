@@ -79,22 +79,22 @@ TEST(WriteQueue, ReleasesFirstWritesAVfoWhereItIsAndReturns) {
   }
 }
 
-class ScriptedChannel : public ByteChannel {
- public:
-  explicit ScriptedChannel(VirtualScheduler& scheduler) : scheduler_(scheduler) {}
-
+struct ScriptedChannel : ByteChannel {
+  VirtualScheduler& scheduler;
   bool answers = true;
   FakeRig rig;
   int underWay = 0;
+  std::vector<Scheduler::Handle> later;
 
+  explicit ScriptedChannel(VirtualScheduler& of) : scheduler(of) {}
   void Connect(const ServerAddress&) override {
     Disconnect();
-    later_.push_back(scheduler_.After(Milliseconds(1), [this] { connected.Raise(); }));
+    later.push_back(scheduler.After(Milliseconds(1), [this] { connected.Raise(); }));
   }
   bool LooksUp() const override { return false; }
   void Disconnect() override {
     underWay = 0;
-    later_.clear();
+    later.clear();
   }
   void Send(std::string_view bytes) override {
     EXPECT_EQ(underWay, 0) << "one command after the other";
@@ -105,7 +105,7 @@ class ScriptedChannel : public ByteChannel {
     ++underWay;
     if (!answers) return true;
     const std::string reply = rig.Answer(std::string(bytes.substr(0, bytes.size() - 1)));
-    later_.push_back(scheduler_.After(Milliseconds(10), [this, reply] {
+    later.push_back(scheduler.After(Milliseconds(10), [this, reply] {
       received.Raise(reply.substr(0, reply.size() / 2));
       if (--underWay < 0) return;
       received.Raise(reply.substr(reply.size() / 2));
@@ -116,10 +116,6 @@ class ScriptedChannel : public ByteChannel {
     Disconnect();
     closed.Raise(Cause::Closed);
   }
-
- private:
-  VirtualScheduler& scheduler_;
-  std::vector<Scheduler::Handle> later_;
 };
 
 struct RigTest : testing::Test {
@@ -150,7 +146,7 @@ struct RigTest : testing::Test {
   Connection refusing = rig.keyRefused.Listen([this] { ++refusals; });
 };
 
-TEST_F(RigTest, FollowsTheRigAndTellsWhereItTransmits) {
+TEST_F(RigTest, FollowsTheRigAndTellsWhereItTransmitsButNothingThatIsNoFrequency) {
   peer.freq["VFOA"] = 3573000;
   peer.mode = "RTTY";
   peer.keyed = peer.split = 1;
@@ -158,6 +154,13 @@ TEST_F(RigTest, FollowsTheRigAndTellsWhereItTransmits) {
   EXPECT_TRUE(rig.Freq() == 3573000 && rig.Mode() == 0);
   peer.split = 0;
   EXPECT_EQ(After(300).GetTxFrequency(), 3573000);
+
+  for (const std::string bad : {"0", "9", "-7074000", "nan", "", "2147483648", "1e300"}) {
+    Report(bad);
+    EXPECT_TRUE(After(150).Freq() == 0 && rig.FreqA() == 0) << bad;
+    Report("10");
+    EXPECT_EQ(After(150).Freq(), 10);
+  }
 }
 
 TEST_F(RigTest, AnOldValueDoesNotComeBackForASecondAndTheRealOneIsShown) {
@@ -176,15 +179,6 @@ TEST_F(RigTest, AnOldValueDoesNotComeBackForASecondAndTheRealOneIsShown) {
     ASSERT_TRUE(write(7000000));
     After(200);
     EXPECT_EQ(value(), 14075000) << "refused";
-  }
-}
-
-TEST_F(RigTest, WhatIsNoFrequencyIsToldAsNone) {
-  for (const std::string bad : {"0", "9", "-7074000", "nan", "", "2147483648", "1e300"}) {
-    Report(bad);
-    EXPECT_TRUE(After(150).Freq() == 0 && rig.FreqA() == 0) << bad;
-    Report("10");
-    EXPECT_EQ(After(150).Freq(), 10);
   }
 }
 

@@ -62,37 +62,30 @@ TEST_F(SystemPort, KeepsThePromises) {
   EXPECT_EQ(failures.size(), 3U);
 }
 
-TEST_F(SystemPort, TakesTheSettingsThatMakeSense) {
-  for (const char* good : {"9600,N,8,1", "115200,E,7,2", "300,O,5,1"}) {
+TEST_F(SystemPort, TakesTheSettingsThatMakeSenseAndClosesAtTheirSpeed) {
+  for (const auto& [good, speed] :
+       {std::pair{"9600,N,8,1", B9600}, {"115200,E,7,2", B115200}, {"300,O,5,1", B300}}) {
     port.SetSettings(good);
-    EXPECT_EQ(port.Open(), 0) << good;
+    ASSERT_EQ(port.Open(), 0) << good << ": not locked by the one before";
+    port.Output("R");
     termios now{};
     EXPECT_EQ(::tcgetattr(port.Descriptor(), &now), 0);
     EXPECT_NE(now.c_cflag & HUPCL, 0U) << "whatever closes it lowers its lines";
     EXPECT_NE(::fcntl(port.Descriptor(), F_GETFD) & FD_CLOEXEC, 0) << "nobody inherits it";
     port.Close();
+    EXPECT_TRUE(line.IsClosed());
+    // The last letter leaves at the speed that it was written for, and so does the guardian's.
+    const int device = ::open(line.Path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    EXPECT_EQ(::tcgetattr(device, &now), 0);
+    ::close(device);
+    EXPECT_EQ(::cfgetospeed(&now), static_cast<speed_t>(speed));
   }
+  EXPECT_EQ(line.Heard(), "RRR");
   for (const char* bad : {"", "9600,N,8", "0,N,8,1", "9600,X,8,1", "9600,N,9,1", "9600,N,8,3",
                           "9600,N,8,1,1", "99999999999,N,8,1"}) {
     port.SetSettings(bad);
     EXPECT_EQ(port.Open(), EINVAL) << bad;
   }
-}
-
-// The last letter leaves at the speed that it was written for, and so does the guardian's.
-TEST_F(SystemPort, ClosingKeepsTheSpeed) {
-  port.SetSettings("4800,N,8,1");
-  ASSERT_EQ(port.Open(), 0);
-  port.Output("R");
-  port.Close();
-  EXPECT_TRUE(line.IsClosed());
-  const int device = ::open(line.Path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-  termios now{};
-  ::tcgetattr(device, &now);
-  ::close(device);
-  EXPECT_EQ(::cfgetospeed(&now), static_cast<speed_t>(B4800));
-  EXPECT_EQ(line.Heard(), "R");
-  ASSERT_EQ(port.Open(), 0) << "not locked";
 }
 
 TEST(DeviceNames, FindTheDeviceOfAPort) {

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cmath>
 
-#include "adapters/soundfile/repeated_file.h"
 #include "support/temp_folder.h"
 
 namespace velt {
@@ -56,11 +55,6 @@ TEST_F(SoundFileTest, WholeBlocksOfOneChannelUntouched) {
     EXPECT_EQ(ReadAll(), Ramp(20 * kBlockSamples)) << std::hex << format;
     EXPECT_EQ(reader.Warning(), "");
   }
-  RepeatedFile repeated(file);
-  ASSERT_EQ(repeated.Open(), "");
-  ASSERT_TRUE(repeated.Skip(50000) && repeated.Read(block));
-  const auto ramp = Ramp(20 * kBlockSamples);
-  for (size_t i = 0; i < 512; ++i) ASSERT_EQ(block[i], ramp[(50000 + i) % ramp.size()]);
 }
 
 TEST_F(SoundFileTest, ChannelsAreAveragedRoundedAndLimited) {

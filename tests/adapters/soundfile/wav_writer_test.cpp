@@ -74,6 +74,9 @@ TEST(WavWriter, FilesAreWholeWhateverEndsThemAndNeverReplaceAnother) {
   folder.Write("moved.wav", "another");
   tells("moved.wav: The recording has ended: moved.wav was deleted or moved.; ");
   expectSound("kept.wav", 8000);
+  EXPECT_TRUE(WaitUntil(record("deleted.wav"), 5s));
+  std::filesystem::remove(folder / "deleted.wav");
+  tells("deleted.wav: The recording has ended: deleted.wav was deleted or moved.; ");
   record("last.wav");
   writer.reset();  // the program ends
   expectSound("last.wav", 8000);

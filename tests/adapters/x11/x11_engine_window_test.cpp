@@ -57,8 +57,7 @@ struct Desk {
     EXPECT_EQ(engine.log.All("chord "), chords);
   }
   void Tool(const std::vector<std::string>& command) const {
-    Process tool(command, {.environment = desktop.Environment()});
-    EXPECT_TRUE(tool.WaitForEnd(seconds(5)));
+    Output(command, desktop.Environment());
   }
 
   const int loop = (EnsureLoop(), 0);
