@@ -1,4 +1,6 @@
 #include <QGuiApplication>
+#include <QPointer>
+#include <QWidget>
 #include <cstdlib>
 #include <utility>
 
@@ -39,6 +41,7 @@
 #include "adapters/system/no_sleep_lock.h"
 #include "adapters/system/posix_instance_lock.h"
 #include "adapters/x11/no_engine_window.h"
+#include "adapters/x11/window_loss.h"
 #include "adapters/x11/x11_engine_window.h"
 #include "adapters/x11/x11_pasted_text.h"
 #include "app/adapters.h"
@@ -141,6 +144,7 @@ class LinuxAdapters : public Adapters {
   PastedText& Pasting() override { return *pasting_; }
 
   void SetOwner(QWidget* owner) override {
+    owner_ = owner;
     colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
     fileChooser_.SetOwner(owner);
@@ -149,6 +153,10 @@ class LinuxAdapters : public Adapters {
   void WatchForEnd(std::function<void()> asked) override {
     signals_ = std::make_unique<SignalWatcher>(asked);
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, signals_.get(), asked);
+    if (QGuiApplication::platformName() != "xcb") return;
+    windowLoss_ = std::make_unique<WindowLoss>(
+        scheduler_, [this] { return owner_ ? static_cast<uint32_t>(owner_->internalWinId()) : 0; });
+    connections_ += windowLoss_->lost.Listen(asked);
   }
 
  private:
@@ -180,6 +188,9 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<Prompts> prompts_;
   QtPrompts* windowPrompts_ = nullptr;
   std::unique_ptr<SignalWatcher> signals_;
+  QPointer<QWidget> owner_;
+  std::unique_ptr<WindowLoss> windowLoss_;
+  Connections connections_;
 };
 
 class PulseLister : public SoundDeviceLister {

@@ -11,8 +11,9 @@
 namespace velt {
 
 void KeepErrorOutputFromWaiting() {
-  // A terminal may be set to stop programs in the background that write to it.
-  ::signal(SIGTTOU, SIG_IGN);
+  // A terminal may be set to stop programs in the background that write to it, and who read a pipe
+  // may be gone.
+  for (const int number : {SIGTTOU, SIGPIPE}) ::signal(number, SIG_IGN);
   struct stat status {};
   if (::fstat(STDERR_FILENO, &status) != 0) return;
   if (!S_ISFIFO(status.st_mode) && !S_ISCHR(status.st_mode)) return;

@@ -114,6 +114,7 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   const std::vector<End> ends{
       {"the display's server dies", [&](Station&) { display->Kill(); }},
       {"the server takes its client away", [](Station& s) { s.KillClient(); }},
+      {"another client destroys the window", [](Station& s) { s.DestroyWindow(); }},
       {"SIGTERM", signal(SIGTERM)},
       {"SIGINT", signal(SIGINT)},
       {"SIGHUP", signal(SIGHUP)},
