@@ -41,6 +41,7 @@
 #include "adapters/system/no_sleep_lock.h"
 #include "adapters/system/posix_instance_lock.h"
 #include "adapters/x11/no_engine_window.h"
+#include "adapters/x11/server_life.h"
 #include "adapters/x11/window_loss.h"
 #include "adapters/x11/x11_engine_window.h"
 #include "adapters/x11/x11_pasted_text.h"
@@ -78,7 +79,9 @@ class LinuxAdapters : public Adapters {
       sleepLock_ = std::make_unique<NoSleepLock>();
     } else {
       server_ = std::make_unique<RigctldServer>(scheduler_);
-      auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian));
+      auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian), [this] {
+        return !serverLife_ || serverLife_->Answers();
+      });
       if (!options.logFile.empty()) process->SetLogFile(PathText(options.logFile));
       guardian_ = std::move(process);
       sleepLock_ = std::make_unique<LogindSleepLock>(scheduler_, log_);
@@ -92,6 +95,7 @@ class LinuxAdapters : public Adapters {
     if (QGuiApplication::platformName() == "xcb") {
       auto windows = std::make_unique<X11EngineWindow>(scheduler_, options.display);
       session_ = std::make_unique<DesktopSession>(scheduler_, &windows->Server());
+      serverLife_ = std::make_unique<ServerLife>(windows->Server());
       engineWindow_ = std::move(windows);
       pasting_ = std::make_unique<X11PastedText>(scheduler_, options.display);
     } else {
@@ -181,7 +185,9 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
-  std::unique_ptr<DesktopSession> session_;  // uses the connection of the engine's window
+  // Both use the connection of the engine's window.
+  std::unique_ptr<DesktopSession> session_;
+  std::unique_ptr<ServerLife> serverLife_;
   std::unique_ptr<PastedText> pasting_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;

@@ -183,6 +183,21 @@ TEST_F(KeyedWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
   EXPECT_TRUE(station.Receives() && station.ShowsReceive());
 }
 
+TEST(EndsWalk, ADisplayThatStandsStillEndsATransmission) {
+  XDesktop display;
+  DummyRig rig;
+  Station station(rig, display.Environment());
+  ASSERT_TRUE(station.Key());
+  EXPECT_FALSE(station.Receives(seconds(6))) << "it answers";
+  display.Freeze();
+  EXPECT_FALSE(station.Receives(seconds(4))) << "it may be busy for a moment";
+  EXPECT_TRUE(station.Receives(seconds(3)));
+  display.GoOn();
+  EXPECT_TRUE(station.ShowsReceive());
+  EXPECT_TRUE(station.PressTransmit());
+  EXPECT_FALSE(station.Receives(seconds(6)));
+}
+
 TEST(EndsWalk, TheComputersSleepWaitsForTheRelease) {
   LoginManager manager;
   DummyRig rig;
