@@ -4,25 +4,12 @@
 
 #include <QPainter>
 
-#include "ui/on_screen.h"
 #include "ui/window_fixture.h"
 
 namespace velt {
 namespace {
 
 using MainWindowTest = WindowFixture;
-
-TEST(OnScreen, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
-  const QRect left(0, 0, 1280, 900), right(1280, 100, 800, 600);
-  for (const auto& [from, to] : {std::pair{QPoint(100, 100), QPoint(100, 100)},
-                                 {{1262, 100}, {1280, 100}},  // 18 pixels show
-                                 {{700, -40}, {700, 0}},
-                                 {{143165576, 143165576}, {1521, 504}}}) {
-    EXPECT_EQ(BroughtOnScreen({from, QSize(559, 196)}, {left, right}).topLeft(), to) << from.x();
-  }
-  EXPECT_EQ(BroughtOnScreen({5000, 0, 2000, 50}, {left}).topLeft(), QPoint(0, 0));
-  EXPECT_EQ(BroughtOnScreen({5000, 0, 200, 50}, {}).topLeft(), QPoint(5000, 0));
-}
 
 TEST_F(MainWindowTest, EachChangeOfTheFormIsSeenInItsPlace) {
   const std::pair<const char*, std::function<void()>> rows[] = {
