@@ -230,8 +230,10 @@ void Settings::KeepRigAddresses() {
   for (int32_t rig = 1; rig <= 2; ++rig) {
     const auto slot = static_cast<size_t>(rig - 1);
     const std::string address = ports_.server.Address(rig);
-    // What was given for this run only stays so, unless the user changed it.
-    if (address != addressesOfThisRun_[slot]) to_.carried.rigAddresses[slot] = address;
+    // What was given for this run only stays so until the user changes it.
+    if (address == addressesOfThisRun_[slot]) continue;
+    to_.carried.rigAddresses[slot] = address;
+    addressesOfThisRun_[slot].clear();
   }
 }
 

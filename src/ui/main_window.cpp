@@ -151,7 +151,7 @@ void MainWindow::BindTopRow() {
        .toEnable = "Modulation mode. Start the spectrum analyser (\u25B6) to choose one."});
   auto* state = binder_.Bind(form_.lblTRXMode, MakeLabel(kBoldPixels, true),
                              {.name = "State %1",
-                              .toolTip = "Transmit or receive state",
+                              .toolTip = "Transmit or receive state; click to change it",
                               .toEnable = "Link a transceiver (CAT) to choose between TX and RX."});
   auto* transmit =
       binder_.Bind(form_.optTXRX[0], MakeTransmitButton(this), {"Transmit", "Transmit"});
@@ -164,7 +164,7 @@ void MainWindow::BindTopRow() {
   binder_.Watch(form_.lblTRXMode, light);
   for (auto& [index, option] : form_.optTXRX) binder_.Watch(*option, light);
   auto* peak = binder_.Bind(form_.lblFreqDetect, MakeLabel(kBoldPixels, true),
-                            {"Peak %1", "Dominant frequency; a click tunes to it"});
+                            {"Peak %1", "Dominant frequency %1; a click tunes to it"});
   peak->SetSpokenRole(QAccessible::Button);
   binder_.Bind(form_.chkSpecMode, new SymbolButton(SymbolButton::Symbol::Waterfall, this),
                {"Waterfall", "Waterfall instead of the spectrum"});
@@ -262,8 +262,11 @@ void MainWindow::BindMessages() {
                 .toolTip = "Radio frequency under the cursor, in kHz"});
   auto* message = binder_.Bind(
       form_.lblMessage, MakePassiveLabel(kTextPixels, true, Qt::AlignRight), {"Message: %1", "%1"});
-  // A recording's name is told apart by the time at its end.
-  message->SetElision(Qt::ElideMiddle);
+  // The name of a recording is told apart by the time at its end.
+  binder_.Watch(form_.lblMessage, [this, message] {
+    const bool isPath = form_.lblMessage.caption.Get().find('\\') != std::string::npos;
+    message->SetElision(isPath ? Qt::ElideMiddle : Qt::ElideRight);
+  });
   // What it lies over in a narrow window would be read together with it.
   message->setBackgroundRole(QPalette::Window);
   message->setAutoFillBackground(true);
@@ -321,13 +324,11 @@ void MainWindow::ShowWindowState() {
     setFixedSize(wanted);
   }
   if (frame.placed && !isVisible()) {
-    // The desktop's frame is not known before the window is shown; most are smaller.
-    constexpr QSize kFrame(16, 40);
-    MoveOnScreen(
-        {{frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel}, wanted + kFrame});
+    MoveToSavedPlace({frame.leftTwips / kTwipsPerPixel, frame.topTwips / kTwipsPerPixel}, wanted);
   } else if (widens) {
     // The panel opens beyond the right edge of a window that stands there.
-    MoveOnScreen({pos(), withFrame});
+    const QPoint place = OnScreen({pos(), withFrame});
+    if (place != pos()) move(place);
   }
   if (windowHandle() != nullptr) {
     windowHandle()->setFlag(Qt::WindowStaysOnTopHint, frame.topMost);
@@ -337,15 +338,21 @@ void MainWindow::ShowWindowState() {
   ShowFaceColour();
 }
 
-// A place that was saved may be beyond every screen by now.
-void MainWindow::MoveOnScreen(const QRect& wanted) {
+QPoint MainWindow::OnScreen(const QRect& wanted) {
   std::vector<Rectangle> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
     screens.push_back(FromQt(screen->availableGeometry()));
   }
   const Rectangle place = BroughtOnScreen(FromQt(wanted), screens);
-  const QPoint corner(place.left, place.top);
-  if (!isVisible() || corner != pos()) move(corner);
+  return {place.left, place.top};
+}
+
+// It may be beyond every screen by now. The desktop's frame is not known before the window is
+// shown: where the window fits without one it stood with its frame.
+void MainWindow::MoveToSavedPlace(QPoint saved, const QSize& size) {
+  constexpr QSize kMostFrames(16, 40);
+  const bool fits = OnScreen({saved, size}) == saved;
+  move(fits ? saved : OnScreen({saved, size + kMostFrames}));
 }
 
 void MainWindow::ShowFaceColour() {

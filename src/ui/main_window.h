@@ -42,7 +42,8 @@ class MainWindow : public QWidget {
   ClickLabel* MakePassiveLabel(int pixelSize, bool bold, Qt::Alignment alignment);
   void LightTransmit(ClickLabel& state, PressButton& transmit, PressButton& receive);
   void ShowWindowState();
-  void MoveOnScreen(const QRect& wanted);
+  static QPoint OnScreen(const QRect& wanted);
+  void MoveToSavedPlace(QPoint saved, const QSize& size);
   void ShowFaceColour();
   void TakeSize();
 
