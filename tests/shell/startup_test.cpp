@@ -157,6 +157,13 @@ TEST(Startup, AddressesAndLimitAreKeptInTheirOwnSection) {
   EXPECT_EQ(f.server.Address(2), "shack:4601");
   f.program->settings.KeepRigAddresses();
   EXPECT_EQ(saved("Rig2"), "10.0.0.7:4600");
+  // Applied after another one was it is the user's own.
+  f.program->rig.dialog.Open();
+  for (const char* address : {"shak:4601", "shack:4601"}) {
+    f.program->catForm.txtAddress2.UserText(address);
+    f.program->catForm.cmdApplyAddresses.Click();
+    EXPECT_EQ(saved("Rig2"), address);
+  }
 }
 
 TEST(Shutdown, GoesThroughItsStepsInOrder) {
