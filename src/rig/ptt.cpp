@@ -55,17 +55,16 @@ void Ptt::LeaveRig(bool closing) {
   for (CatKeyer& keyer : cat_) {
     if (closing || &keyer == RigInUse()) LeaveServer(keyer.RigNumber());
   }
-  parts_.control.RestoreNow();
 }
 
 void Ptt::LeaveServer(int32_t rigNumber) {
   CatKeyer& keyer = cat_.at(rigNumber == 2 ? 1 : 0);
-  if (!parts_.guard.Holds(keyer)) return;
-  const bool inUse = &keyer == RigInUse();
-  parts_.guard.Leave(keyer);
-  if (!inUse) return;
+  const bool held = parts_.guard.Holds(keyer);
+  if (held) parts_.guard.Leave(keyer);
+  if (&keyer != RigInUse()) return;
+  // Released or not: what is put back later would go to another rig.
   parts_.control.RestoreNow();
-  BackToReceive();
+  if (held) BackToReceive();
 }
 
 void Ptt::LeaveSerialPort() {

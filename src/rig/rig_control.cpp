@@ -105,13 +105,11 @@ void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
   }
 }
 
-bool RigControl::RestoreNow() {
-  const bool shifted = shift_.has_value();
-  if (shifted) MoveBack(shift_->vfo);
+void RigControl::RestoreNow() {
+  if (shift_) MoveBack(shift_->vfo);
   restore_.Disarm();
   // Whether it could be moved or not: the saved frequency is nobody's any more.
   shift_.reset();
-  return shifted;
 }
 
 std::string RigControl::SetModulationMode(const std::string& modulatie) {

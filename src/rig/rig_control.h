@@ -59,9 +59,8 @@ class RigControl {
   // keeps the first place.
   void SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo = 0);
 
-  // Moves the rig back at once if it is still shifted. True when it was: the write needs a moment
-  // to reach the rig.
-  bool RestoreNow();
+  // Moves the rig back at once if it is still shifted.
+  void RestoreNow();
 
   // Sends a mode by its text; an unknown one sends nothing. An empty text stands for the mode in
   // lblMode, which goes out with the opposite sideband sense. Returns the text that was used.

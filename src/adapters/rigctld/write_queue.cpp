@@ -80,6 +80,11 @@ std::optional<RigCommand> WriteQueue::Next() {
   }
 }
 
+std::optional<RigCommand> WriteQueue::WayBack() const {
+  if (!vfoWrite_ || !vfoWrite_->left) return std::nullopt;
+  return VfoCommand(vfoWrite_->back);
+}
+
 std::optional<WriteQueue::Outcome> WriteQueue::Answered(const RigCommand& command,
                                                         const RigReply& reply) {
   if (command.kind == CommandKind::Release) {

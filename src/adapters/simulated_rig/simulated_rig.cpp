@@ -30,7 +30,8 @@ bool InRange(int64_t frequencyHz) {
 SimulatedRig::SimulatedRig(Scheduler& scheduler, int32_t frequencyHz, int32_t mode)
     : scheduler_(scheduler),
       panel_{.freq = frequencyHz, .freqB = frequencyHz, .mode = mode},
-      reportDelay_(kReport) {}
+      reportDelay_(kReport),
+      answerDelay_(kAnswer) {}
 
 void SimulatedRig::Tune(int32_t frequencyHz) {
   panel_.freq = frequencyHz;
@@ -183,6 +184,7 @@ bool SimulatedRig::SetMode(int32_t mode) {
 bool SimulatedRig::Write(const char* name, int32_t& target, int32_t value) {
   if (!Linked()) return false;
   target = value;
+  answeredAt_ = scheduler_.Now() + answerDelay_;
   written.Raise(name + std::to_string(value));
   Show();
   return true;
@@ -202,6 +204,7 @@ bool SimulatedRig::SetTx(int32_t value) {
 void SimulatedRig::Send(int32_t transmit) {
   const bool key = transmit == PM_TX;
   const bool refused = key && refusesKeys_;
+  answeredAt_ = scheduler_.Now() + answerDelay_;
   written.Raise(key ? "TX" : "RX");
   if (!silent_ && !refused && (key || !ignoresReleases_)) transmitting_ = key;
   answer_ = scheduler_.After(kAnswer, [this, transmit, refused] { Answered(transmit, refused); });

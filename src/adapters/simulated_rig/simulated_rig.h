@@ -45,6 +45,9 @@ class SimulatedRig : public IRigX {
   // How long it takes until it tells whether it transmits.
   void ReportAfter(Milliseconds delay) { reportDelay_ = delay; }
 
+  // How long it takes until a write counts as answered; it acts at once.
+  void AnswerAfter(Milliseconds delay) { answerDelay_ = delay; }
+
   // For its server. What is open connects at the next Decide(); with Move() an open link begins
   // anew and nothing waits any more.
   void Open();
@@ -70,6 +73,7 @@ class SimulatedRig : public IRigX {
   bool SetTx(int32_t value) override;
   TxReport Transmitter() const override { return told_; }
   bool ReleaseAccepted() const override { return releaseAccepted_; }
+  bool WritesWait() const override { return Reachable() && scheduler_.Now() < answeredAt_; }
   // An empty one: what is simulated ends with the program.
   std::optional<ReleaseRecipe> Recipe() const override;
 
@@ -111,6 +115,8 @@ class SimulatedRig : public IRigX {
   bool ignoresReleases_ = false;
   bool hidesTransmitter_ = false;
   Milliseconds reportDelay_;
+  Milliseconds answerDelay_;
+  SteadyTime answeredAt_;  // the last write
   int32_t driftHertz_ = 0;
   Scheduler::Handle drift_;
   Scheduler::Handle countdown_;
