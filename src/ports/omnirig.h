@@ -65,6 +65,12 @@ enum class TxReport {
   Untold,  // it cannot tell, or has not told yet on this connection
 };
 
+// A frequency or mode that the rig did not take; reads return what the rig has again.
+struct RefusedWrite {
+  bool isMode = false;
+  int32_t value = 0;  // Hz, or one of PM_...
+};
+
 class IRigX {
  public:
   virtual ~IRigX() = default;
@@ -121,6 +127,8 @@ class IOmniRigX {
   // The rig did not take the last SetTx(PM_TX). Not raised when that is not known: the link broke,
   // or the rig did not answer in time and may have taken it.
   Event<int32_t> keyRefused;
+  // Not raised for a write that a newer one of the same kind follows, nor when the link broke.
+  Event<int32_t, const RefusedWrite&> writeRefused;
 
   // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open, once
   // the old server was left as Close() does; what waits for the old one is never sent to the new

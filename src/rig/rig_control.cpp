@@ -126,6 +126,12 @@ void RigControl::SendMode(int32_t mode) {
   if (!Blocked() && !RefusedWithoutLink()) parts_.rig->SetMode(mode);
 }
 
+bool RigControl::TellRefusal(const RefusedWrite& write) const {
+  parts_.messages.Show(write.isMode ? "The rig did not take the mode"
+                                    : "The rig did not take " + FrequencyText(write.value));
+  return !write.isMode && shift_ && shift_->frequencyHz == write.value;
+}
+
 bool RigControl::RefusedWithoutLink() const {
   if (parts_.rig.Linked()) return false;
   TellNoLink();

@@ -69,6 +69,10 @@ class RigControl {
   // Sends a mode by its number, PM_..., as it is.
   void SendMode(int32_t mode);
 
+  // Tells the user that the rig did not take what was written. True when this was the move to the
+  // frequency shown: what is transmitted now is somewhere else.
+  bool TellRefusal(const RefusedWrite& write) const;
+
   // Tells the user when a write cannot reach the rig now.
   bool RefusedWithoutLink() const;
 

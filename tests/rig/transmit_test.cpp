@@ -231,6 +231,21 @@ TEST_F(TransmitTest, AReleaseWithoutEffectIsRepeatedForTenSecondsAndThenTold) {
   }
 }
 
+TEST_F(TransmitTest, NobodyTransmitsOnAFrequencyThatIsNotTheOneShown) {
+  rig1.RefuseWrites(true);
+  for (const TransmitOwner owner : {TransmitOwner::Operator, TransmitOwner::Player}) {
+    rig.ptt.PTT_ON(owner);
+    Pass(Milliseconds(10));
+    EXPECT_FALSE(Transmits() || form.optTXRX[0].value);
+    EXPECT_EQ(Notice(), "Transmission ended: the rig did not go to 7.102.00");
+    Pass(seconds(5));
+    EXPECT_FALSE(rig.guard.Wanted());
+    form.lblNotice.Click();
+    EXPECT_EQ(Left(), "");
+    EXPECT_EQ(Frequency(), "7.102.00");
+  }
+}
+
 // A transmission that ends by itself, or never begins, shows receive at once and says why.
 TEST_F(TransmitTest, WhatEndsATransmissionIsTold) {
   const std::string refusal = "The rig refused to transmit";

@@ -310,9 +310,13 @@ void RigctldRig::TakeOutcome(const RigCommand& command, const RigReply& reply) {
   if (outcome->property == RigProperty::FreqA || outcome->property == RigProperty::FreqB) {
     plan_.HurryVfos(now);
   }
-  if (outcome->property == RigProperty::Transmit) plan_.HurryTransmit();
+  if (outcome->property == RigProperty::Transmit) {
+    plan_.HurryTransmit();
+  } else if (!outcome->accepted && !queue_.Waits(outcome->property)) {
+    writeRefused.Raise({outcome->property == RigProperty::Mode, outcome->value});
+  }
   // Refused to a key that was taken back meanwhile, or that is being tried again, it is no news.
-  const bool last = !queue_.KeyWaits() && !queue_.ReleaseWaits();
+  const bool last = !queue_.Waits(RigProperty::Transmit) && !queue_.ReleaseWaits();
   if (command.kind == CommandKind::Key && reply.Refused() && last) {
     keyRefused_ = true;
     keyRefused.Raise();

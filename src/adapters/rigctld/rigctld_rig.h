@@ -23,6 +23,7 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   Event<> statusChanged;
   Event<int32_t> paramsChanged;
   Event<> keyRefused;
+  Event<const RefusedWrite&> writeRefused;
 
   // `answered` as in IOmniRigX::Open(); it may be called from within.
   void Open(const ServerAddress& address, std::function<void(bool)> answered);

@@ -29,8 +29,8 @@ class WriteQueue {
   void DropKey() { Remove(RigProperty::Transmit); }
   // Something has not been sent yet, or is not complete.
   bool Waits() const { return releaseWaits_ || vfoWrite_ || !waiting_.empty(); }
-  // Not sent yet.
-  bool KeyWaits() const;
+  // A write of it, or a key, has not been sent yet.
+  bool Waits(RigProperty property) const;
   bool ReleaseWaits() const { return releaseWaits_; }
   // The last release that was answered was accepted, and no key and no first release of another
   // series was put since.

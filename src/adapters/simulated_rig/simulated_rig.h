@@ -19,6 +19,7 @@ class SimulatedRig : public IRigX {
   Event<> statusChanged;
   Event<int32_t> paramsChanged;
   Event<> keyRefused;
+  Event<const RefusedWrite&> writeRefused;
   // What has come to the rig's server, in this order: "Freq HZ", "FreqA HZ", "FreqB HZ",
   // "Mode NUMBER", "TX", "RX".
   Event<const std::string&> written;
@@ -40,6 +41,7 @@ class SimulatedRig : public IRigX {
   void ComeBack();
   void BeSilent(bool on);  // the server goes on, the rig takes nothing and tells nothing
   void RefuseKeys(bool on) { refusesKeys_ = on; }
+  void RefuseWrites(bool on) { refusesWrites_ = on; }
   void IgnoreReleases(bool on) { ignoresReleases_ = on; }  // but accept them
   void HideTransmitter(bool on);                           // cannot tell whether it transmits
   // How long it takes until it tells whether it transmits.
@@ -87,7 +89,7 @@ class SimulatedRig : public IRigX {
 
   bool IsOpen() const { return link_.state != RigLink::State::Off; }
   bool Linked() const { return link_.state == RigLink::State::Linked; }
-  bool Write(const char* name, int32_t& target, int32_t value);
+  bool Write(const char* name, int32_t Panel::*target, int32_t value);
   void Send(int32_t transmit);
   void Answered(int32_t transmit, bool refused);
   void Connect();
@@ -112,6 +114,7 @@ class SimulatedRig : public IRigX {
   bool releaseWaits_ = false;
   bool releaseAccepted_ = false;
   bool refusesKeys_ = false;
+  bool refusesWrites_ = false;
   bool ignoresReleases_ = false;
   bool hidesTransmitter_ = false;
   Milliseconds reportDelay_;
@@ -120,8 +123,9 @@ class SimulatedRig : public IRigX {
   int32_t driftHertz_ = 0;
   Scheduler::Handle drift_;
   Scheduler::Handle countdown_;
-  Scheduler::Handle answer_;  // to the last key or release
-  Scheduler::Handle report_;  // the rig's own report of its transmit state
+  Scheduler::Handle answer_;   // to the last key or release
+  Scheduler::Handle refusal_;  // of the last write
+  Scheduler::Handle report_;   // the rig's own report of its transmit state
 };
 
 class SimulatedRigServer : public IOmniRigX {
