@@ -28,7 +28,6 @@ SysInfoWindow::SysInfoWindow(SysInfoForm& form, QWidget* parent)
   text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   text->setLineWrapMode(QPlainTextEdit::NoWrap);
-  text->setTabChangesFocus(true);
   text->setAccessibleName("System information");
   const QFontMetrics metrics = text->fontMetrics();
   text->setMinimumSize(metrics.averageCharWidth() * kColumns, metrics.lineSpacing() * kLines);

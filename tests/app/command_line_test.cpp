@@ -21,7 +21,10 @@ namespace fs = std::filesystem;
 struct CommandLine : testing::Test {
   const TempFolder folder;
 
-  CommandLine() { fs::current_path(folder.Path()); }
+  CommandLine() {
+    fs::current_path(folder.Path());
+    WriteToneFile("tone.wav", 1000, 0.1);
+  }
   ~CommandLine() override { fs::current_path("/"); }
 
   struct Result {
@@ -89,14 +92,13 @@ TEST_F(CommandLine, AnalysesATone) {
 
 TEST_F(CommandLine, WhatCannotBeReadOrWrittenGetsOneClearLine) {
   folder.Write("text.wav", "this is not a sound");
-  WriteToneFile("good.wav", 1000, 0.1);
   for (const char* call :
-       {"missing.wav", "text.wav", ".", "good.wav --csv /nowhere/o.csv", "good.wav --csv /dev/full",
-        "good.wav --image /dev/full", "good.wav --spectrogram /dev/full",
-        "good.wav --spectrogram o.png --from 5"}) {
+       {"missing.wav", "text.wav", ".", "tone.wav --csv /nowhere/o.csv", "tone.wav --csv /dev/full",
+        "tone.wav --image /dev/full", "tone.wav --spectrogram /dev/full",
+        "tone.wav --spectrogram o.png --from 5"}) {
     ExpectLine(1, Words(call).back(), std::string("--analyse ") + call);
   }
-  for (const char* call : {"--analyse good.wav", "--help"}) {
+  for (const char* call : {"--analyse tone.wav", "--help"}) {
     ExpectLine(1, "No space left", call, "", {{1, "/dev/full"}});
   }
 }
@@ -125,7 +127,6 @@ TEST_F(CommandLine, WithoutADisplayItSaysWhatToDo) {
 
 TEST_F(CommandLine, AHeadlessRunThatCannotBeSaysWhy) {
   folder.Write("occupied", "mine");
-  WriteToneFile("tone.wav", 1000, 0.1);
   const std::string headless = "--headless --seconds 1 ";
   ExpectLine(1, "not a sound file", headless + "--input occupied");
   ExpectLine(1, "Not a directory", headless + "--data-folder occupied");
@@ -152,7 +153,6 @@ TEST_F(CommandLine, NamesAreTheBytesThatWereGivenAndAHeadlessRunSavesItsSettings
 }
 
 TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
-  WriteToneFile("tone.wav", 1000, 0.1);
   const std::string sound = folder.Read("tone.wav");
   fs::create_symlink("tone.wav", "link.wav");
   fs::create_hard_link("tone.wav", "second.wav");
@@ -170,7 +170,6 @@ TEST_F(CommandLine, NoFileIsWrittenOverThatIsReadOrWrittenToo) {
 }
 
 TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
-  WriteToneFile("tone.wav", 1000, 1.0);
   const FullDisk disk;
   const TempFolder results;
   for (const std::string call :
@@ -186,7 +185,6 @@ TEST_F(CommandLine, AFullDiskKeepsTheFileBefore) {
 }
 
 TEST_F(CommandLine, WhatIsNoRegularFileIsWrittenStraight) {
-  WriteToneFile("tone.wav", 1000, 0.1);
   fs::create_symlink("/dev/null", "null");
   EXPECT_EQ(Call("--analyse tone.wav --image null").exitCode, 0);
   EXPECT_TRUE(fs::is_character_file("null"));

@@ -61,7 +61,6 @@ TEST(Options, CarryTheirValues) {
       Parse("--analyse a --spectrogram o.png --size 64x48 --from 1.5 --to 9").analyse;
   EXPECT_TRUE(whole.spectrogram == "o.png" && whole.fromSeconds == 1.5 && whole.toSeconds == 9.0);
   EXPECT_EQ((std::array{whole.plotWidth, whole.plotHeight}), (std::array{64, 48}));
-  EXPECT_EQ(Parse("--analyse a --spectrogram o").analyse.plotWidth, 1200);
   EXPECT_FALSE(Parse("--demo --data-folder /d").KeepsInMemory());
   EXPECT_FALSE(Parse("--headless --seconds 1").KeepsInMemory());
   EXPECT_EQ(Parse("--rig1 radio:4600").rigAddresses[0], "radio:4600");

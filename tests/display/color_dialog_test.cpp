@@ -17,10 +17,7 @@ struct ColorDialogTest : testing::Test, ProgramFixture {
     Start();
     Open();
   }
-  void Open() {
-    main.cmdOptions.Click();
-    EXPECT_TRUE(prompts.Choose("Edit User Colors..."));
-  }
+  void Open() { main.mnueditcolorshemes.Click(); }
   // What the display shows is the background and the spectrum's trace.
   bool Shows(uint32_t background, uint32_t trace) const {
     const Raster& shown = program->display.tick.Shown();
@@ -30,10 +27,8 @@ struct ColorDialogTest : testing::Test, ProgramFixture {
 };
 
 TEST_F(ColorDialogTest, OnlyOKKeepsWhatIsSeenAtOnce) {
-  bool broughtForward = false;
-  const Connection forward = form.Window.forwardWanted.Listen([&] { broughtForward = true; });
-  Open();
-  EXPECT_TRUE(broughtForward && !main.Window.topMost);
+  EXPECT_EQ(Told(form.Window.forwardWanted, [&] { Open(); }), 1);
+  EXPECT_FALSE(main.Window.topMost);
   std::iota(audio.samples.begin(), audio.samples.end(), int16_t{-256});
   StartCapture();
   scheduler.Advance(Milliseconds(60));

@@ -3,23 +3,39 @@
 #include <functional>
 #include <utility>
 
-#include "platform/on_top.h"
-#include "support/doubles.h"
+#include "platform/placing.h"
+#include "platform/timer_driver.h"
+#include "support/virtual_scheduler.h"
 
 namespace velt {
 namespace {
 
-TEST(OnTop, TheLastDialogThatClosesPutsItBack) {
-  ProgramFixture f;
-  f.Start();
-  const Property<bool>& topMost = f.Form().Window.topMost;
-  f.program->rig.dialog.Open();
-  EXPECT_FALSE(topMost);
-  OnTop::Lowered second = f.program->onTop.Lower();
-  f.program->rig.dialog.Close();
-  EXPECT_FALSE(topMost);
-  second.reset();
-  EXPECT_TRUE(topMost);
+TEST(Placing, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
+  const Rectangle screens[] = {{0, 0, 1280, 900}, {1280, 100, 800, 600}};
+  for (const auto& [left, top, placed] : {std::tuple{100, 100, Rectangle{100, 100, 559, 196}},
+                                          {1262, 100, {1280, 100, 559, 196}},  // 18 pixels show
+                                          {700, -40, {700, 0, 559, 196}},
+                                          {143165576, 143165576, {1521, 504, 559, 196}}}) {
+    EXPECT_TRUE(BroughtOnScreen({left, top, 559, 196}, screens) == placed) << left;
+  }
+  const Rectangle large{5000, 0, 2000, 50};
+  EXPECT_TRUE(BroughtOnScreen(large, {screens, 1}) == (Rectangle{0, 0, 2000, 50}));
+  EXPECT_TRUE(BroughtOnScreen(large, {}) == large);
+}
+
+TEST(Placing, ADialogGoesBesideTheWindowOrWhereItHidesLeast) {
+  const Rectangle screen{0, 0, 1280, 800};
+  for (const auto& [window, place] :
+       {std::pair{Rectangle{100, 100, 559, 196}, Rectangle{100, 296, 400, 300}},
+        {{100, 600, 559, 196}, {100, 300, 400, 300}},
+        {{100, 250, 559, 400}, {659, 250, 400, 300}},
+        {{721, 250, 559, 400}, {321, 250, 400, 300}},
+        {{0, 0, 1280, 700}, {0, 500, 400, 300}}}) {
+    const Rectangle found =
+        CheapestPlace(PlacesBeside(window, 400, 300), screen,
+                      [&of = window](const Rectangle& at) { return CommonArea(at, of); });
+    EXPECT_TRUE(found == place) << window.left << " " << window.top;
+  }
 }
 
 TEST(TimerDriver, TicksWhileEnabledRestartsOnAChangeAndDoesNotMakeUpForLateTicks) {

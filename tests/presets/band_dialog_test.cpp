@@ -15,10 +15,7 @@ struct BandDialogTest : testing::Test, ProgramFixture {
     Start();
     Open();
   }
-  void Open() {
-    main.cmdOptions.Click();
-    EXPECT_TRUE(prompts.Choose("Setup Frequencies Presets..."));
-  }
+  void Open() { main.mnuSetupBands.Click(); }
   std::string Shown(int32_t band) {
     return form.txtFreqCaption[band].text.Get() + " " + form.txtFrequencies[band].text.Get();
   }
@@ -32,10 +29,8 @@ struct BandDialogTest : testing::Test, ProgramFixture {
 };
 
 TEST_F(BandDialogTest, OnlyOKTakesTheTextsAsTheyStand) {
-  bool broughtForward = false;
-  const Connection forward = form.Window.forwardWanted.Listen([&] { broughtForward = true; });
-  Open();
-  EXPECT_TRUE(broughtForward && !main.Window.topMost);
+  EXPECT_EQ(Told(form.Window.forwardWanted, [&] { Open(); }), 1);
+  EXPECT_FALSE(main.Window.topMost);
   const std::string before = PresetText(presets);
   for (const bool byFrame : {false, true}) {
     form.txtFreqCaption[4].UserText("none");

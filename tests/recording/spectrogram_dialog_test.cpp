@@ -67,7 +67,6 @@ TEST_F(SpectrogramDialogTest, AnotherDialogsQuestionIsLeftAlone) {
   program->bandDialog.Open();
   program->bandsForm.cmdExport.Click();
   Form().mnuspectrogram.Click();
-  dialog.Window.closeAsked.Raise();
   ASSERT_TRUE(fileChooser.answer);
   fileChooser.Choose("/csv/new.csv");
   EXPECT_TRUE(files.files.contains("/csv/new.csv"));

@@ -19,14 +19,16 @@ TEST(HelperPrograms, AreLookedForAndStartedFromTheMenu) {
     EXPECT_TRUE(f.prompts.Choose(caption)) << caption;
   };
   choose("&Manual VELT-SA");
-  EXPECT_TRUE(f.launcher.opened.empty());
   EXPECT_EQ(f.Form().lblMessage.caption.Get(), "Manual VELT-SA.pdf was not found");
   for (const std::string file :
        {"/doc/Manual VELT-SA.pdf", "/opt/velt/Manual VELT-SA.pdf", "/here/Manual VELT-J.pdf"}) {
     f.files.files[file] = "";
     choose(file.ends_with("J.pdf") ? "Manual VELT-J Engine" : "&Manual VELT-SA");
-    EXPECT_EQ(f.launcher.opened.back(), file);
+    EXPECT_EQ(f.launcher.started.back(), file);
   }
+
+  f.launcher.answer(Launcher::Start::NoProgram);
+  EXPECT_EQ(f.Form().lblMessage.caption.Get(), "There is no program that opens Manual VELT-J.pdf");
 
   choose("Run &Java Spectrum Analyzer");
   EXPECT_EQ(f.launcher.started.back(), "/opt/velt/Spectrum Analyzer.jar java -jar");

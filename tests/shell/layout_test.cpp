@@ -114,15 +114,13 @@ TEST_F(WindowTest, TheMenusHoldWhatTheyAreKnownFor) {
 TEST_F(WindowTest, EachLineOfTheMenusReachesWhatItNames) {
   Reachable(true);
   scheduler.RunPosted();
-  form.lblMode.enabled = form.mnuArduinoFreq.enabled = true;
+  form.lblMode.enabled = true;
   const auto dialogOpens = [this] { return program->catForm.Window.visible.Get(); };
   using Row = std::tuple<const Event<>&, std::string, std::function<bool()>>;
   const Event<>& options = form.cmdOptions.clicked;
   for (const auto& [opener, line, reached] : {
            Row{options, form.mnunorig.caption, dialogOpens},
            {options, form.mnuOmniRigStatus.caption, dialogOpens},
-           {options, form.mnuArduinoFreq.caption,
-            [&] { return form.mnuArduinoFreq.checked.Get(); }},
            {options, form.mnuexit.caption, [] { return true; }},
            {form.lblFrequency.clicked, "12m", [&] { return rig1.Freq() == 24900000; }},
            {form.lblMode.clicked, "LSB", [&] { return rig1.Mode() == PM_SSB_L; }},

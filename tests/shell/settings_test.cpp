@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
+#include "app/words.h"
 #include "support/doubles.h"
 
 namespace velt {
@@ -11,8 +10,7 @@ namespace {
 struct SettingsTest : testing::Test, ProgramFixture {
   static std::map<std::string, std::string> Parse(const std::string& settings) {
     std::map<std::string, std::string> texts;
-    std::istringstream words(settings);
-    for (std::string word; words >> word;) {
+    for (const std::string& word : Words(settings)) {
       const size_t equals = word.find('=');
       texts[word.substr(0, equals)] = word.substr(equals + 1);
     }

@@ -43,6 +43,7 @@ struct Sequence : ProgramFixture {
       order += files.folders.contains("/home/om/VELT/WAV") ? "engine " : "engine-early ";
     });
     watching += p.form.mnuclosezoka.clicked.Listen(note("close-engine "));
+    watching += p.form.picExpand.visible.changed.Listen(note("panel "));
     watching += p.form.Timer1.enabled.changed.Listen(
         [this] { order += Form().Timer1.enabled ? "capture " : "stop-capture "; });
     // The timer's own ticks come later.
@@ -77,7 +78,7 @@ TEST(Startup, GoesThroughItsStepsInOrder) {
   f.store.Save("VELT-SA", "Expander", "1");
   f.files.unmakable = {"/home/om/VELT/"};  // which keeps no other from being made
   f.Start();
-  EXPECT_EQ(f.order, "engine capture rig status ");
+  EXPECT_EQ(f.order, "panel engine capture rig status ");
   EXPECT_NE(f.log.lines.at(0).find("/home/om/VELT/ could not be made"), std::string::npos);
   Main& form = f.Form();
   EXPECT_EQ(form.Window.caption.Get(), "VELT-SA - Engine VELT V9.9 - Rig Simulated rig");
@@ -100,7 +101,7 @@ TEST(Startup, WithoutAnEngineItsItemsAreOffAndWithoutARigItIsAskedOnce) {
   const Control* const off[] = {&form.mnuautos[0],  &form.mnuautos[1], &form.mnurunzoka,
                                 &form.mnuclosezoka, &form.lblMode,     &form.tmrCheckZOKA};
   for (const Control* item : off) EXPECT_FALSE(item->enabled);
-  EXPECT_EQ(f.order, "off-line ");
+  EXPECT_EQ(f.order, "panel off-line ");
   ASSERT_EQ(f.prompts.asked.size(), 1U);
   EXPECT_EQ(f.prompts.asked[0].title, "OmniRig not Configured for CAT");
   f.prompts.answer(true);
@@ -124,12 +125,12 @@ TEST(Startup, ARigThatIsOffLineIsToldAndFollowedWhenItComes) {
     f.rig1.Tune(0);
     f.Start();
     EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "RigOffLine");
-    EXPECT_EQ(std::exchange(f.order, ""), serverUp ? "rig status off-line " : "off-line ");
+    EXPECT_EQ(std::exchange(f.order, ""), serverUp ? "rig status panel off-line " : "off-line ");
     f.rig1.Tune(14074000);
     f.rig1.ComeBack();
     f.scheduler.RunPosted();
     EXPECT_EQ(f.Form().lblFrequency.caption.Get(), "14.074.00");
-    EXPECT_EQ(f.order, serverUp ? "" : "rig status ");
+    EXPECT_EQ(f.order, serverUp ? "" : "rig status panel ");
   }
 }
 

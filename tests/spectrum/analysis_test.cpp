@@ -112,7 +112,6 @@ TEST(Analysis, TheWaterfallSurvivesANewSize) {
 }
 
 TEST(DerivedSettings, DivisorAndLevel) {
-  EXPECT_EQ(SpectrumDivisor(15, 100, 10), 150);
   EXPECT_EQ(SpectrumDivisor(0, 100, 10), 1);
   EXPECT_EQ(SpectrumDivisor(32768, 100, 10), 1) << "the position wraps in 16 bits";
   EXPECT_EQ(SpectrumDivisor(100, 100, 30000000), std::nullopt);

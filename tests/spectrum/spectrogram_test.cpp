@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -28,16 +29,9 @@ double DecibelsAt(const LevelPlot& plot, int x, int y) {
 
 // Where the strongest pixel stands.
 std::pair<int, int> Brightest(const LevelPlot& plot) {
-  std::pair<int, int> at;
-  int most = -1;
-  for (int y = 0; y < plot.Height(); ++y) {
-    for (int x = 0; x < plot.Width(); ++x) {
-      if (plot.Row(y)[static_cast<size_t>(x)] <= most) continue;
-      most = plot.Row(y)[static_cast<size_t>(x)];
-      at = {x, y};
-    }
-  }
-  return at;
+  const uint8_t* const levels = plot.Row(0).data();
+  const auto at = std::max_element(levels, levels + plot.Width() * plot.Height()) - levels;
+  return {at % plot.Width(), at / plot.Width()};
 }
 
 TEST(SpectrogramTest, ToneStandsAtItsFrequencyWithItsLevel) {

@@ -408,6 +408,15 @@ struct FakeStore : MemoryStore {
   int Commit() override { return commit(); }
 };
 
+// How often that is told while `action` runs.
+template <class... Args>
+int Told(Event<Args...>& event, const std::function<void()>& action) {
+  int times = 0;
+  const Connection listening = event.Listen([&times](const Args&...) { ++times; });
+  action();
+  return times;
+}
+
 // What has come to a simulated rig and was not taken yet.
 struct RigWrites {
   std::vector<std::string> writes;

@@ -14,8 +14,7 @@ struct ColorsWindowTest : WindowFixture {
   ColorsWindowTest() {
     program->display.options.InitWaterColor();
     program->colorDialog.Open();
-    Turn();
-    QApplication::setActiveWindow(&dialog);
+    Activate(dialog);
   }
   QWidget& In(const QString& name) { return velt::Find(dialog, name); }
   // A button that is pressed so takes its time.
@@ -30,23 +29,19 @@ struct ColorsWindowTest : WindowFixture {
 };
 
 TEST_F(ColorsWindowTest, ItIsReadSeenAndWorkedByKeyboard) {
-  In("Passband: #0000FF");
-  In("Window: Desktop's own");
   const QImage palette = In("Waterfall palette: Gray, clarity 10").grab().toImage();
   EXPECT_EQ(palette.pixel(palette.width() - 3, 8), 0xFFFFFFFF);
   Choose(Qt::Key_D, "Display background", 0xFF123456);
   EXPECT_EQ(In("Display background: #123456").grab().toImage().pixel(30, 12), 0xFF123456);
   // From there on with Tab; what is off is passed over.
-  for (const char* next : {"Default colour: Display background", "Grid", "Window", "Spectrum",
-                           "Oscilloscope", "Passband", "All Defaults", "OK", "Cancel"}) {
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_EQ(QApplication::focusWidget(), &In(next)) << next;
-  }
+  PressKey(Qt::Key_Tab);
+  EXPECT_EQ(TabWalk(9),
+            "Default colour: Display background|Grid: #000000|Window: Desktop's own|"
+            "Spectrum: #2D81FF|Oscilloscope: #FF0000|Passband: #0000FF|All Defaults|OK|Cancel");
   QTest::mouseClick(&In("All Defaults"), Qt::LeftButton);
   Choose(Qt::Key_S, "Spectrum", 0xFFFFFF00);
   In("OK").setFocus();
-  QTest::keyClick(&In("OK"), Qt::Key_Return);
-  Turn();
+  PressKey(Qt::Key_Return);
   EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(program->display.colours.spectrum, 0x00FFFF);
 }

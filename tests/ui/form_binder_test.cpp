@@ -4,13 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QTest>
 
 #include "ui/choice_box.h"
-#include "ui/click_label.h"
 #include "ui/press_button.h"
 #include "ui/turn.h"
 
@@ -24,8 +21,7 @@ struct FormBinderTest : testing::Test {
     }
     choice.items = {"LSB", "USB"};
     window.show();
-    QApplication::setActiveWindow(&window);
-    Turn();
+    Activate(window);
     connections += pressed.mouseDown.Listen([this](int button) { heard = std::to_string(button); });
     connections += typed.edited.Listen([this] { heard = "typed " + typed.text.Get(); });
     connections += patient.edited.Listen([this] { heard = "patient " + patient.text.Get(); });
@@ -39,7 +35,6 @@ struct FormBinderTest : testing::Test {
 
   QWidget window;
   FormBinder binder{form, FormBinder::Places::OfForm};
-  ClickLabel* labelWidget = binder.Bind(label, new ClickLabel(&window), {"Frequency %1"});
   PressButton* pressedWidget = binder.Bind(pressed, new PressButton(&window), {"%1"});
   QComboBox* choiceWidget = binder.Bind(choice, new ChoiceBox(&window), {"Choice", "own"});
   QLineEdit* typedWidget = binder.Bind(typed, new QLineEdit(&window), {});
@@ -55,15 +50,10 @@ TEST_F(FormBinderTest, WhatTheFormSaysIsShownInTheNextTurn) {
       {"tool tip", [&] { choice.toolTip = "told"; },
        [&] { return choiceWidget->toolTip() == "told"; }},
       {"own again", [&] { choice.toolTip = ""; }, [&] { return choiceWidget->toolTip() == "own"; }},
-      {"off", [&] { choice.enabled = false; }, [&] { return !choiceWidget->isEnabled(); }},
-      {"hidden", [&] { choice.visible = false; }, [&] { return !choiceWidget->isVisible(); }},
-      {"shown", [&] { choice.visible = true; }, [&] { return choiceWidget->isVisible(); }},
       {"no room", [&] { choice.place = Rectangle{}; }, [&] { return !choiceWidget->isVisible(); }},
       {"index", [&] { choice.listIndex = 1; }, [&] { return choiceWidget->currentIndex() == 1; }},
       {"items", [&] { choice.items = std::vector<std::string>(3, "a"); },
        [&] { return choiceWidget->count() == 3 && choiceWidget->currentIndex() == 1; }},
-      {"label", [&] { label.caption = "A & B"; },
-       [&] { return labelWidget->accessibleName() == "Frequency A & B"; }},
   };
   for (const auto& [what, set, shown] : rows) {
     set();

@@ -1,10 +1,8 @@
 // The CAT dialog's window over the real dialog logic, a simulated rig and a virtual clock.
 #include "ui/omnirig_window.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QGroupBox>
-#include <QTest>
 
 #include "rig/rig_fixture.h"
 #include "ui/qt_text.h"
@@ -17,8 +15,7 @@ struct OmniRigWindowTest : RigFixture {
   OmniRigWindowTest() { Open(); }
   void Open() {
     rig.dialog.Open();
-    Turn();
-    QApplication::setActiveWindow(&window);
+    Activate(window);
   }
   void Turn() {
     scheduler.RunPosted();

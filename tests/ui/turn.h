@@ -1,10 +1,12 @@
-// What tests of windows need of the real loop and screen.
+// What tests of windows need of the real loop, screen and keyboard.
 #pragma once
 
+#include <QApplication>
 #include <QEventLoop>
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
+#include <QTest>
 #include <QWidget>
 #include <stdexcept>
 
@@ -17,6 +19,32 @@ inline void Turn() {
     QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     loop.exec();
   }
+}
+
+// Shows what is to be shown by now and gives that window the keyboard.
+inline void Activate(QWidget& window) {
+  Turn();
+  QApplication::setActiveWindow(&window);
+}
+
+// Presses a key in the widget with the keyboard.
+inline void PressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  Turn();
+}
+
+inline void TypeText(const QString& text) {
+  QTest::keyClicks(QApplication::focusWidget(), text);
+}
+
+// The accessible names that Tab comes by, so many from the widget with the keyboard on.
+inline std::string TabWalk(int steps) {
+  QStringList names;
+  for (; steps > 0; --steps) {
+    names << QApplication::focusWidget()->accessibleName();
+    PressKey(Qt::Key_Tab);
+  }
+  return names.join('|').toStdString();
 }
 
 // What the window has painted so far.

@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QTest>
-
 #include "support/doubles.h"
 #include "ui/main_window.h"
 #include "ui/turn.h"
@@ -17,13 +14,9 @@ struct WindowFixture : testing::Test, ProgramFixture {
     program->layout.Form_Resize();
     raster = Raster(form.Scope.scaleWidth, form.Scope.scaleHeight, Colour(0xFFFFFF));
     window.show();
-    Turn();
-    QApplication::setActiveWindow(&window);
+    Activate(window);
   }
-  template <class W = QWidget>
-  W& Find(const QString& name) {
-    return dynamic_cast<W&>(velt::Find(window, name));
-  }
+  QWidget& Find(const QString& name) { return velt::Find(window, name); }
   // What a widget has on the screen, so far right of and below its upper left corner.
   QRgb Pixel(const QWidget& widget, QPoint at) {
     return OnScreen(window).pixel(widget.geometry().topLeft() + at);

@@ -14,12 +14,15 @@ namespace {
 // with.
 TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
   // What the desktop's tool does, whether there is a Java, and what is called.
-  for (const auto& [xdgMime, java, calls] :
-       {std::tuple{"echo runs.desktop", false, "xdg-open "},
-        {"echo archives.desktop", true, "java -jar "},
-        {"echo gone.desktop", false, ""},
-        {"exit 3", true, "java -jar "},
-        {"exec /usr/bin/tail -f /dev/null", true, "java -jar "}}) {
+  using Command = std::vector<std::string>;
+  const Command byJava{"java", "-jar"};
+  for (const auto& [xdgMime, java, command, calls] :
+       {std::tuple{"echo runs.desktop", false, byJava, "xdg-open "},
+        {"echo archives.desktop", true, byJava, "java -jar "},
+        {"echo gone.desktop", false, byJava, ""},
+        {"exit 3", true, byJava, "java -jar "},
+        {"exit 3", false, Command(), "xdg-open "},
+        {"exec /usr/bin/tail -f /dev/null", true, byJava, "java -jar "}}) {
     SCOPED_TRACE(xdgMime);
     const TempFolder folder;
     const auto script = [&](const std::string& name, const std::string& body) {
@@ -42,7 +45,7 @@ TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
     EnsureLoop();
     QtLauncher launcher;
     std::optional<Launcher::Start> answer;
-    launcher.StartDocument(engine / "velt.jar", {"java", "-jar"},
+    launcher.StartDocument(engine / "velt.jar", command,
                            [&answer](Launcher::Start start) { answer = start; });
     EXPECT_TRUE(LoopUntil([&] { return answer.has_value(); }));
     ::setenv("PATH", path.c_str(), 1);
