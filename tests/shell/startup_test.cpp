@@ -167,6 +167,7 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
     Sequence f(true, rigUp);
     f.watching += f.rig1.written.Listen(
         [&f](const std::string& what) { f.order += what == "RX" ? "release " : ""; });
+    f.rig1.AnswerAfter(Milliseconds(0));
     f.Start();
     if (capturing) f.StartCapture();
     if (capturing) f.Key();
