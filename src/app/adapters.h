@@ -26,7 +26,8 @@ class Adapters {
   // The window that boxes and the colour chooser belong to.
   virtual void SetOwner(QWidget* owner) = 0;
   // From now on calls `asked`, from the loop, each time that the system wants the program to end:
-  // by a signal, or with the user's session. Once in a program's run.
+  // by a signal, with the user's session, or by taking the owner's window away. Once in a
+  // program's run.
   virtual void WatchForEnd(std::function<void()> asked) = 0;
 };
 

@@ -1,4 +1,6 @@
 #include <QGuiApplication>
+#include <QPointer>
+#include <QWidget>
 #include <cstdlib>
 #include <utility>
 
@@ -39,6 +41,8 @@
 #include "adapters/system/no_sleep_lock.h"
 #include "adapters/system/posix_instance_lock.h"
 #include "adapters/x11/no_engine_window.h"
+#include "adapters/x11/server_life.h"
+#include "adapters/x11/window_loss.h"
 #include "adapters/x11/x11_engine_window.h"
 #include "adapters/x11/x11_pasted_text.h"
 #include "app/adapters.h"
@@ -75,7 +79,9 @@ class LinuxAdapters : public Adapters {
       sleepLock_ = std::make_unique<NoSleepLock>();
     } else {
       server_ = std::make_unique<RigctldServer>(scheduler_);
-      auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian));
+      auto process = std::make_unique<GuardianProcess>(scheduler_, std::move(guardian), [this] {
+        return !serverLife_ || serverLife_->Answers();
+      });
       if (!options.logFile.empty()) process->SetLogFile(PathText(options.logFile));
       guardian_ = std::move(process);
       sleepLock_ = std::make_unique<LogindSleepLock>(scheduler_, log_);
@@ -89,6 +95,7 @@ class LinuxAdapters : public Adapters {
     if (QGuiApplication::platformName() == "xcb") {
       auto windows = std::make_unique<X11EngineWindow>(scheduler_, options.display);
       session_ = std::make_unique<DesktopSession>(scheduler_, &windows->Server());
+      serverLife_ = std::make_unique<ServerLife>(windows->Server());
       engineWindow_ = std::move(windows);
       pasting_ = std::make_unique<X11PastedText>(scheduler_, options.display);
     } else {
@@ -141,6 +148,7 @@ class LinuxAdapters : public Adapters {
   PastedText& Pasting() override { return *pasting_; }
 
   void SetOwner(QWidget* owner) override {
+    owner_ = owner;
     colours_.SetOwner(owner);
     if (windowPrompts_ != nullptr) windowPrompts_->SetOwner(owner);
     fileChooser_.SetOwner(owner);
@@ -149,6 +157,10 @@ class LinuxAdapters : public Adapters {
   void WatchForEnd(std::function<void()> asked) override {
     signals_ = std::make_unique<SignalWatcher>(asked);
     QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, signals_.get(), asked);
+    if (QGuiApplication::platformName() != "xcb") return;
+    windowLoss_ = std::make_unique<WindowLoss>(
+        scheduler_, [this] { return owner_ ? static_cast<uint32_t>(owner_->internalWinId()) : 0; });
+    connections_ += windowLoss_->lost.Listen(asked);
   }
 
  private:
@@ -173,13 +185,18 @@ class LinuxAdapters : public Adapters {
   std::unique_ptr<Guardian> guardian_;
   std::unique_ptr<SleepLock> sleepLock_;
   std::unique_ptr<EngineWindow> engineWindow_;
-  std::unique_ptr<DesktopSession> session_;  // uses the connection of the engine's window
+  // Both use the connection of the engine's window.
+  std::unique_ptr<DesktopSession> session_;
+  std::unique_ptr<ServerLife> serverLife_;
   std::unique_ptr<PastedText> pasting_;
   std::unique_ptr<SettingsStore> settings_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<Prompts> prompts_;
   QtPrompts* windowPrompts_ = nullptr;
   std::unique_ptr<SignalWatcher> signals_;
+  QPointer<QWidget> owner_;
+  std::unique_ptr<WindowLoss> windowLoss_;
+  Connections connections_;
 };
 
 class PulseLister : public SoundDeviceLister {

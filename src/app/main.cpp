@@ -21,6 +21,7 @@
 #include "app/system.h"
 #include "app/unmet_need.h"
 #include "app/window_factor.h"
+#include "guardian/error_output.h"
 #include "guardian/run_guardian.h"
 #include "text/error_text.h"
 #include "text/paths.h"
@@ -30,14 +31,14 @@ namespace {
 
 void OpenLog(const std::filesystem::path& path) {
   if (path.empty()) {
-    QtLog::Install(nullptr);
+    QtLog::Install(WriteErrorLine, nullptr);
     return;
   }
   const auto file = std::make_shared<LogFile>(path);
   if (const int error = file->Open()) {
     Warn("the log file " + PathText(path) + " could not be opened: " + ErrorText(error));
   }
-  QtLog::Install([file](std::string_view line) { file->WriteLine(line); });
+  QtLog::Install(WriteErrorLine, [file](std::string_view line) { file->WriteLine(line); });
 }
 
 int ListDevices(int argc, char** argv) {
@@ -71,6 +72,7 @@ int RunApplication(char* programName, Options options, GuardianSpawn guardian) {
     options.qtArguments.clear();
   }
   if (const std::string need = UnmetNeed(options); !need.empty()) return Fail(need);
+  KeepErrorOutputFromWaiting();
   if (options.windowless && options.platform.empty()) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication::setApplicationName("VELT-SA");
   if (!options.namesStyle) QApplication::setStyle("Fusion");

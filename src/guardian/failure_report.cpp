@@ -1,7 +1,6 @@
 #include "guardian/failure_report.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,6 +9,7 @@
 #include <ctime>
 
 #include "guardian/descriptor.h"
+#include "guardian/error_output.h"
 
 namespace velt {
 namespace {
@@ -38,10 +38,7 @@ std::string Stamp() {
 }  // namespace
 
 void FailureReport::Warn(const std::string& text) {
-  pollfd error{STDERR_FILENO, POLLOUT, 0};
-  if (::poll(&error, 1, 0) == 1 && (error.revents & POLLOUT) != 0) {
-    WriteLine(STDERR_FILENO, "velt-sa: " + text);
-  }
+  WriteErrorLine("velt-sa: " + text);
   Note(text);
 }
 

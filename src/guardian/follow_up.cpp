@@ -5,7 +5,11 @@
 namespace velt {
 
 FollowUp::FollowUp(SteadyTime now, Peer peer, Limits limits)
-    : peer_(peer), limits_(limits), end_(now + limits.all), due_(now) {}
+    : peer_(peer),
+      limits_(limits),
+      keyMayComeUntil_(peer.keyMayComeUntil),
+      end_(std::max(now + limits.all, keyMayComeUntil_ + limits.answer)),
+      due_(now) {}
 
 SteadyTime FollowUp::Due() const {
   return std::min(due_, end_);
@@ -49,12 +53,17 @@ FollowUp::Order FollowUp::Answered(SteadyTime now, Answer answer) {
   }
   everTold_ = true;
   if (answer.told == Told::Transmits) {
+    if (receivesSince_ && now < keyMayComeUntil_) {
+      keyMayComeUntil_ = now;
+      end_ = now + limits_.all;
+    }
     receivesSince_.reset();
     return Pause(lastRelease_ + kRetryEvery, Order::Release);
   }
   if (!receivesSince_) receivesSince_ = now;
-  if (now - *receivesSince_ >= kConfirmAfter) return End(Order::Done);
-  return Pause(*receivesSince_ + kConfirmAfter, Order::Ask);
+  const SteadyTime sure = std::max(*receivesSince_ + kConfirmAfter, keyMayComeUntil_);
+  if (now >= sure) return End(Order::Done);
+  return Pause(std::min(sure, now + kConfirmAfter), Order::Ask);
 }
 
 FollowUp::Order FollowUp::Left(SteadyTime now) {
@@ -88,8 +97,10 @@ FollowUp::Order FollowUp::Pause(SteadyTime until, Order then) {
 }
 
 FollowUp::Order FollowUp::CannotTell(SteadyTime now) {
-  if (acceptances_ >= (peer_.keyIsUnderWay ? 2 : 1)) return End(Order::Done);
-  return Pause(now + (acceptances_ > 0 ? kConfirmAfter : kRetryEvery), Order::Release);
+  if (acceptances_ == 0) return Pause(now + kRetryEvery, Order::Release);
+  if (lastRelease_ >= keyMayComeUntil_) return End(Order::Done);
+  return Pause(std::max(now, std::min(lastRelease_ + kConfirmAfter, keyMayComeUntil_)),
+               Order::Release);
 }
 
 FollowUp::Order FollowUp::End(Order order) {

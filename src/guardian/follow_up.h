@@ -4,10 +4,11 @@
 // - The release goes out as soon as there is a connection. It is repeated after an answer that says
 //   that it still transmits or that refused the release, and when the connection or the answer
 //   failed; never otherwise.
-// - "It receives" has to be said again after a while: the key command of a program that is gone may
-//   still be on its way in the server, and a server may answer from its memory.
-// - A rig that does not tell is left at the first release that was accepted; if the key went out
-//   only just before, at a second one.
+// - "It receives" has to be said again after a while: a server may answer from its memory, and the
+//   key command of a program that is gone may still be on its way in the server. For as long as
+//   that is to be expected it is asked again and again, and a rig that does not tell is released
+//   so. When the key has come, the time for all begins anew.
+// - A rig that does not tell is left at the first release that was accepted after that.
 // - After the time for all it failed.
 #pragma once
 
@@ -28,12 +29,13 @@ class FollowUp {
   struct Limits {
     Milliseconds all{10'000};
     Milliseconds answer{3000};  // for a connection, and for each answer
+    Milliseconds key{10'000};   // until one takes effect, after it was handed over
   };
 
   struct Peer {
     bool answers = true;
-    bool tells = true;           // it can be asked
-    bool keyIsUnderWay = false;  // perhaps: it was handed over only just before
+    bool tells = true;             // it can be asked
+    SteadyTime keyMayComeUntil{};  // it was handed over not long before
   };
 
   enum class Told { Nothing, Receives, Transmits };
@@ -75,7 +77,8 @@ class FollowUp {
 
   const Peer peer_;
   const Limits limits_;
-  const SteadyTime end_;
+  SteadyTime keyMayComeUntil_;
+  SteadyTime end_;
   Stage stage_ = Stage::Unconnected;
   SteadyTime due_;
   Order next_ = Order::Nothing;  // after the pause

@@ -133,8 +133,8 @@ void GuardianLoop::Carry(const Holdings::Orders& orders, SteadyTime now) {
 void GuardianLoop::Begin(uint32_t ticket, SteadyTime now) {
   Entry& entry = entries_.at(ticket);
   if (!entry.recipe.host.empty()) {
-    entry.task = std::make_unique<ServerRelease>(entry.recipe, holdings_.IsFresh(ticket, now),
-                                                 limits_.followUp, now);
+    const SteadyTime until = holdings_.HeldSince(ticket) + limits_.followUp.key;
+    entry.task = std::make_unique<ServerRelease>(entry.recipe, until, limits_.followUp, now);
   } else if (entry.device.IsOpen()) {
     entry.task = std::make_unique<DeviceRelease>(entry.recipe, entry.device.Number(),
                                                  limits_.followUp.all, now);

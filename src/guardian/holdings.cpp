@@ -96,11 +96,6 @@ std::optional<SteadyTime> Holdings::Due() const {
   return lastHeard_ + silence_;
 }
 
-bool Holdings::IsFresh(uint32_t ticket, SteadyTime now) const {
-  const auto found = held_.find(ticket);
-  return found != held_.end() && now - found->second.since < kFreshFor;
-}
-
 void Holdings::Drop(Orders& orders, uint32_t ticket) {
   held_.erase(ticket);
   orders.drop.push_back(ticket);

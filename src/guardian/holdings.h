@@ -42,15 +42,12 @@ class Holdings {
   // When Tick has something to do, if nothing else happens before.
   std::optional<SteadyTime> Due() const;
 
-  // It was handed over so shortly before that its key may not have reached the transmitter yet.
-  bool IsFresh(uint32_t ticket, SteadyTime now) const;
+  SteadyTime HeldSince(uint32_t ticket) const { return held_.at(ticket).since; }
 
   uint32_t LastTicket() const { return lastTicket_; }
   bool Finished() const { return ended_ && held_.empty(); }
 
  private:
-  static constexpr Milliseconds kFreshFor{2000};
-
   enum class Stage {
     Held,
     FollowedForProgram,  // which waits for news of it

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "guardian/error_output.h"
+
 namespace velt {
 namespace {
 
@@ -43,6 +45,7 @@ int RunGuardian(const GuardianLimits& limits) {
   IgnoreSignals();
   ::prctl(PR_SET_NAME, "velt-guardian");
   CloseTheRest();
+  KeepErrorOutputFromWaiting();
   // The log's path is absolute; no folder shall be kept in use.
   [[maybe_unused]] const int kept = ::chdir("/");
   GuardianLoop(GuardianSocket(Descriptor(GuardianSocket::kGuardiansNumber)), limits).Run();

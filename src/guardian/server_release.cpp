@@ -36,13 +36,13 @@ bool WouldWait() {
 
 }  // namespace
 
-ServerRelease::ServerRelease(const ReleaseRecipe& recipe, bool keyIsUnderWay,
+ServerRelease::ServerRelease(const ReleaseRecipe& recipe, SteadyTime keyMayComeUntil,
                              FollowUp::Limits limits, SteadyTime now)
     : recipe_(recipe),
       followUp_(now,
                 {.answers = !recipe.answerEnd.empty(),
                  .tells = !recipe.answerEnd.empty() && !recipe.ask.empty() && !recipe.tells.empty(),
-                 .keyIsUnderWay = keyIsUnderWay},
+                 .keyMayComeUntil = keyMayComeUntil},
                 limits),
       reader_(recipe) {}
 

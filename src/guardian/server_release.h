@@ -14,7 +14,7 @@ namespace velt {
 class ServerRelease : public ReleaseTask {
  public:
   // The recipe must stay alive.
-  ServerRelease(const ReleaseRecipe& recipe, bool keyIsUnderWay, FollowUp::Limits limits,
+  ServerRelease(const ReleaseRecipe& recipe, SteadyTime keyMayComeUntil, FollowUp::Limits limits,
                 SteadyTime now);
 
   pollfd Waits() const override;

@@ -59,7 +59,8 @@ class Guardian {
   // news of how it went.
   virtual void Follow(uint32_t ticket) = 0;
 
-  // The window's loop is alive; to be called at least once a second while something is held.
+  // The window's loop is alive; to be called at least once a second while something is held. It
+  // counts only while the display answers, too.
   virtual void Beat() = 0;
 };
 

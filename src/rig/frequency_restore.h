@@ -26,6 +26,7 @@ class FrequencyRestore {
     attempt_ = nullptr;
     late_ = false;
   }
+  bool Armed() const { return attempt_ != nullptr; }
   // It was due already, but could not act yet.
   bool Late() const { return late_; }
 

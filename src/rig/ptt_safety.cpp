@@ -28,6 +28,7 @@ void PttSafety::Released(SteadyTime now) {
 
 bool PttSafety::HandOver() {
   stage_ = Stage::Idle;
+  keyUnanswered_ = false;
   return std::exchange(alarm_, false);
 }
 
@@ -36,6 +37,11 @@ PttSafety::Orders PttSafety::Tick(SteadyTime now, const Keyer::Report& report) {
   if (stage_ == Stage::Idle) return orders;
   const bool linkIsBack = report.linked && !wasLinked_;
   wasLinked_ = report.linked;
+  if (!report.linked && !sawTransmit_) keyUnanswered_ = true;
+  if (report.linked && report.transmitter == TxReport::Transmits) {
+    sawTransmit_ = true;
+    keyUnanswered_ = false;
+  }
   const bool released = stage_ == Stage::Releasing && report.releaseAccepted;
   const bool receives = report.transmitter == TxReport::Receives ||
                         (report.transmitter == TxReport::Untold && released);
@@ -54,7 +60,6 @@ PttSafety::Orders PttSafety::Tick(SteadyTime now, const Keyer::Report& report) {
 
 void PttSafety::TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& orders) {
   if (!report.linked) return End(now, Cause::LinkLost, orders);
-  if (report.transmitter == TxReport::Transmits) sawTransmit_ = true;
   if (now - keyedSince_ >= std::chrono::minutes(limitMinutes_)) {
     return End(now, Cause::Limit, orders);
   }
@@ -69,11 +74,12 @@ void PttSafety::TickKeyed(SteadyTime now, const Keyer::Report& report, Orders& o
 void PttSafety::TickReleasing(SteadyTime now, const Keyer::Report& report, bool linkIsBack,
                               Orders& orders) {
   const bool late = now - releasingSince_ >= kRepeatFor;
+  const bool tells = report.transmitter != TxReport::Untold;
   if (!report.linked) AlarmLinkLost(orders);
   if (linkIsBack) {
     Released(now);
     orders.release = true;
-  } else if (ReceivesFor(kReceiveAfterRelease, now)) {
+  } else if (ReceivesFor(kReceiveAfterRelease, now) && !(tells && KeyMayCome(now))) {
     Finish(orders);
   } else if (late) {
     if (!std::exchange(alarm_, true)) orders.raiseAlarm = true;
@@ -96,12 +102,17 @@ void PttSafety::AlarmLinkLost(Orders& orders) {
 
 void PttSafety::Finish(Orders& orders) {
   stage_ = Stage::Idle;
+  keyUnanswered_ = false;
   orders.done = true;
   orders.endAlarm = std::exchange(alarm_, false);
 }
 
 bool PttSafety::ReceivesFor(Milliseconds span, SteadyTime now) const {
   return receivesSince_ && now - *receivesSince_ >= span;
+}
+
+bool PttSafety::KeyMayCome(SteadyTime now) const {
+  return keyUnanswered_ && now - keyedSince_ < kKeyComesWithin;
 }
 
 }  // namespace velt

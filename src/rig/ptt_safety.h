@@ -5,6 +5,9 @@
 // - A release is repeated until receive is reported, for 10 s, as long as commands can be sent,
 //   answered or not; then the alarm is raised. After a reconnect the release comes first and the
 //   10 s begin anew. A lost link raises the alarm at once: nobody knows what the transmitter does.
+// - A key that was not answered may still be under way in the server and take effect after the
+//   release. When the link is lost before the transmitter was seen to transmit, one that tells
+//   stays watched until no such key is to be expected any more.
 // - A transmitter that cannot tell whether it transmits counts as released once the release was
 //   accepted.
 // - One that reports transmitting without having been keyed from here is never released.
@@ -29,6 +32,7 @@ class PttSafety {
   // command may still come in.
   static constexpr Milliseconds kReceiveAfterRelease{1000};
   static constexpr Milliseconds kReceiveWhileKeyed{2000};
+  static constexpr Milliseconds kKeyComesWithin{10'000};  // of being sent
 
   enum class Cause { None, Limit, LinkLost, Elsewhere };
 
@@ -68,12 +72,14 @@ class PttSafety {
   void AlarmLinkLost(Orders& orders);
   void Finish(Orders& orders);
   bool ReceivesFor(Milliseconds span, SteadyTime now) const;
+  bool KeyMayCome(SteadyTime now) const;
 
   int32_t limitMinutes_ = kInitialLimitMinutes;
   Stage stage_ = Stage::Idle;
   bool alarm_ = false;
   bool wasLinked_ = false;
-  bool sawTransmit_ = false;  // since it was keyed
+  bool sawTransmit_ = false;    // since it was keyed
+  bool keyUnanswered_ = false;  // perhaps
   SteadyTime keyedSince_;
   SteadyTime releasingSince_;
   SteadyTime lastSent_;

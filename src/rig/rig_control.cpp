@@ -87,7 +87,10 @@ std::optional<double> RigControl::SetFrequencyByHand(const std::string& typed, i
 void RigControl::StepBy(int32_t stepHz) {
   if (!parts_.rig.Exists()) return TellNoLink();
   if (RefusedWithoutLink()) return;
-  Tune(int64_t{parts_.rig->Freq()} + stepHz, 0);
+  // After transmitting it may not be back yet where the operator left it.
+  const bool moved = IsMovingBack() && shift_->vfo == 0 && StandsWhereItWasShifted();
+  const int32_t fromHz = moved ? parts_.state.savedRigFrequency : parts_.rig->Freq();
+  Tune(int64_t{fromHz} + stepHz, 0);
 }
 
 void RigControl::Step(int32_t stepHz) {
@@ -101,12 +104,12 @@ void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
   if (shiftTheRig) {
     ShiftAway(vfo);
   } else if (shift_) {
-    restore_.Arm([this, vfo] { return MoveBack(vfo); });
+    restore_.Arm([this] { return MoveBack(); });
   }
 }
 
 void RigControl::RestoreNow() {
-  if (shift_) MoveBack(shift_->vfo);
+  if (shift_) MoveBack();
   restore_.Disarm();
   // Whether it could be moved or not: the saved frequency is nobody's any more.
   shift_.reset();
@@ -147,21 +150,29 @@ bool RigControl::Blocked() const {
 }
 
 void RigControl::ShiftAway(int16_t vfo) {
+  if (!parts_.rig.Linked()) return;
+  if (IsMovingBack() && !StandsWhereItWasShifted()) shift_.reset();
+  if (shift_) {
+    // Keyed again before the rig was back: it stands where it transmits, and what is shown has the
+    // offset once more on top of that.
+    if (IsMovingBack()) Write(shift_->frequencyHz, shift_->vfo);
+    restore_.Disarm();
+    return;
+  }
   const std::optional<int32_t> shown = ShownFrequencyHz(parts_.form.lblFrequency);
-  if (!shown || !InRange(*shown) || !parts_.rig.Linked()) return;
+  if (!shown || !InRange(*shown)) return;
   restore_.Disarm();
-  // Keyed again before the rig was back: where it stands now is not where it belongs.
-  if (!shift_) parts_.state.savedRigFrequency = parts_.rig->GetRxFrequency();
+  parts_.state.savedRigFrequency = parts_.rig->GetRxFrequency();
   shift_ = Shift{vfo, *shown};
   Write(*shown, vfo);
 }
 
 // False while the link is lost: the rig still has to be moved.
-bool RigControl::MoveBack(int16_t vfo) {
-  if (!parts_.rig.Exists()) return true;
+bool RigControl::MoveBack() {
+  if (!parts_.rig.Exists() || !shift_) return true;
   if (!parts_.rig.Linked()) return false;
   const bool movedOn = restore_.Late() && !StandsWhereItWasShifted();
-  shift_.reset();
+  const int16_t vfo = std::exchange(shift_, std::nullopt)->vfo;
   if (!movedOn && InRange(parts_.state.savedRigFrequency))
     Write(parts_.state.savedRigFrequency, vfo);
   parts_.display.ShowRigParams();
@@ -183,8 +194,8 @@ bool RigControl::Tune(int64_t frequencyHz, int16_t vfo) {
     parts_.messages.Show("Not sent: outside 10 kHz to 2 GHz");
     return false;
   }
-  if (restore_.Late()) {
-    // The user has moved on while the link was lost.
+  if (restore_.Late() || (IsMovingBack() && shift_->vfo == vfo)) {
+    // The user has moved on while the link was lost, or before the rig was back.
     restore_.Disarm();
     shift_.reset();
   }

@@ -56,7 +56,7 @@ class RigControl {
 
   // Moves the rig to the frequency shown (shiftTheRig) or, 1.1 s later, back to where it was.
   // Nothing when shiftKHz is 0, nor back when it was not moved. Moving it again before it is back
-  // keeps the first place.
+  // keeps both places, unless it was tuned meanwhile: from then on it belongs where it stands.
   void SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo = 0);
 
   // Moves the rig back at once if it is still shifted.
@@ -86,7 +86,8 @@ class RigControl {
   bool Blocked() const;
   bool Tune(int64_t frequencyHz, int16_t vfo);
   void ShiftAway(int16_t vfo);
-  bool MoveBack(int16_t vfo);
+  bool MoveBack();
+  bool IsMovingBack() const { return shift_ && restore_.Armed(); }
   bool StandsWhereItWasShifted() const;
   void Write(int32_t frequencyHz, int16_t vfo);
 

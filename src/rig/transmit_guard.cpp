@@ -19,6 +19,10 @@ void TransmitGuard::Add(Keyer& keyer) {
 }
 
 bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
+  if (ending_) {
+    parts_.messages.Show("Not keyed: the program is about to end");
+    return false;
+  }
   Watch& watch = Of(keyer);
   if (const std::string problem = keyer.Prepare(); !problem.empty()) {
     // The line at the window's foot is too short for the reason, and gone too soon.
@@ -27,7 +31,8 @@ bool TransmitGuard::Key(TransmitOwner owner, Keyer& keyer) {
     return false;
   }
   const bool guarded = watch.ticket != 0;
-  if (!HandToGuardian(watch)) {
+  // Anew each time: the guardian counts from there how long a key may be under way.
+  if (!HandToGuardian(watch, true)) {
     if (keyer.Recipe()) {
       parts_.messages.Show("Not keyed: nothing would release the transmitter after a crash");
     }
@@ -88,6 +93,7 @@ void TransmitGuard::Leave(Keyer& keyer) {
 }
 
 void TransmitGuard::ReleaseNow() {
+  ending_ = true;
   for (Watch& watch : watches_) {
     watch.wishes.clear();
     if (!watch.safety.Holds()) continue;
@@ -137,12 +143,13 @@ bool TransmitGuard::HoldsAny() const {
 
 // False when nothing would release it. The recipe of an earlier connection is kept until the new
 // one is known to be held.
-bool TransmitGuard::HandToGuardian(Watch& watch) {
+bool TransmitGuard::HandToGuardian(Watch& watch, bool anew) {
   const uint32_t connection = watch.keyer.Connection();
-  if (watch.ticket != 0 && watch.connection == connection) return true;
+  const bool held = watch.ticket != 0 && watch.connection == connection;
+  if (held && !anew) return true;
   const auto recipe = watch.keyer.Recipe();
   const uint32_t ticket = recipe ? parts_.guardian.Hold(*recipe) : 0;
-  if (ticket == 0) return false;
+  if (ticket == 0) return held;
   if (watch.ticket != 0) parts_.guardian.Forget(watch.ticket);
   watch.ticket = ticket;
   watch.connection = connection;

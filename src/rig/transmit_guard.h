@@ -79,7 +79,8 @@ class TransmitGuard {
   // nothing is sent to it any more.
   void Leave(Keyer& keyer);
 
-  // Releases what was keyed from here by the shortest way. For the end of the program.
+  // Releases what was keyed from here by the shortest way. For the end of the program: nothing is
+  // keyed any more.
   void ReleaseNow();
 
   // Keyed from here and not yet known to be released.
@@ -106,7 +107,7 @@ class TransmitGuard {
 
   Watch& Of(const Keyer& keyer);
   bool HoldsAny() const;
-  bool HandToGuardian(Watch& watch);
+  bool HandToGuardian(Watch& watch, bool anew = false);
   void CheckWatch(Watch& watch);
   void SendRelease(Watch& watch);
   void Refused(Watch& watch);
@@ -119,6 +120,7 @@ class TransmitGuard {
   Parts parts_;
   std::list<Watch> watches_;
   std::set<uint32_t> alarmed_;  // tickets handed over while nobody knew what the transmitter does
+  bool ending_ = false;
   int32_t limitMinutes_ = PttSafety::kInitialLimitMinutes;
   Scheduler::Handle tick_;
   Connections connections_;

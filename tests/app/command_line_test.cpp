@@ -1,5 +1,6 @@
 // The program's command line as a user calls it, without any display, in a home of its own.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include "app/words.h"
 #include "support/process.h"
 #include "support/pulse_server.h"
+#include "support/serial_line.h"
 #include "support/x_desktop.h"
 
 namespace velt {
@@ -137,6 +139,24 @@ TEST_F(CommandLine, AHeadlessRunThatCannotBeSaysWhy) {
   for (const char* more : {"", "--screenshot x.png", "--input tone.wav"}) {
     ExpectLine(1, "Another", headless + more);
   }
+}
+
+TEST_F(CommandLine, ErrorsThatNobodyReadsHoldNoWindow) {
+  ASSERT_EQ(::mkfifo("pipe", 0600), 0);
+  const int pipe = ::open("pipe", O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  while (::write(pipe, "full", 1) > 0) {
+  }
+  const SerialLine line;
+  const int terminal = ::open(line.Path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  ::tcflow(terminal, TCOOFF);  // as Ctrl+S does it
+  fs::create_directory("KALVARO");
+  for (const fs::path& errors : {fs::path("pipe"), fs::path(line.Path())}) {
+    folder.Write("KALVARO/VELT-SA.ini", "damaged");  // which is told
+    // Qt itself has much to say, too, before its messages are taken over.
+    EXPECT_EQ(Call("--headless --seconds 1", "QT_DEBUG_PLUGINS=1", {{2, errors}}).exitCode, 0);
+    EXPECT_TRUE(fs::remove("KALVARO/VELT-SA.ini.damaged"));
+  }
+  for (const int opened : {pipe, terminal}) ::close(opened);
 }
 
 TEST_F(CommandLine, NamesAreTheBytesThatWereGivenAndAHeadlessRunSavesItsSettings) {

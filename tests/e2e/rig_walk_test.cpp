@@ -114,6 +114,7 @@ TEST(EndsWalk, EveryEndOfTheProgramReleasesTheTransmitter) {
   const std::vector<End> ends{
       {"the display's server dies", [&](Station&) { display->Kill(); }},
       {"the server takes its client away", [](Station& s) { s.KillClient(); }},
+      {"another client destroys the window", [](Station& s) { s.DestroyWindow(); }},
       {"SIGTERM", signal(SIGTERM)},
       {"SIGINT", signal(SIGINT)},
       {"SIGHUP", signal(SIGHUP)},
@@ -180,6 +181,21 @@ TEST_F(KeyedWalk, AProgramThatStoodStillSaysSoAndKeysAgain) {
   EXPECT_FALSE(station.Receives(milliseconds(1500))) << "it is a transmission of its own";
   station.Click(station.form.optTXRX[1]);
   EXPECT_TRUE(station.Receives() && station.ShowsReceive());
+}
+
+TEST(EndsWalk, ADisplayThatStandsStillEndsATransmission) {
+  XDesktop display;
+  DummyRig rig;
+  Station station(rig, display.Environment());
+  ASSERT_TRUE(station.Key());
+  EXPECT_FALSE(station.Receives(seconds(6))) << "it answers";
+  display.Freeze();
+  EXPECT_FALSE(station.Receives(seconds(4))) << "it may be busy for a moment";
+  EXPECT_TRUE(station.Receives(seconds(3)));
+  display.GoOn();
+  EXPECT_TRUE(station.ShowsReceive());
+  EXPECT_TRUE(station.PressTransmit());
+  EXPECT_FALSE(station.Receives(seconds(6)));
 }
 
 TEST(EndsWalk, TheComputersSleepWaitsForTheRelease) {

@@ -36,6 +36,7 @@ class WindowDriver {
   void Type(const std::string& text) const { Tool({"type", text}); }
   void Close();                                               // as the window manager does it
   void KillClient() const { Tool({"windowkill", window_}); }  // as a user does whom it annoys
+  void DestroyWindow() const { Tool({"windowclose", window_}); }
 
   QImage Picture() const;
   // The colour so many pixels inside the control's left upper corner.

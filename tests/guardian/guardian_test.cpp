@@ -44,7 +44,8 @@ std::string Happens(FollowUp& followUp, const std::string& step, const std::stri
 }
 
 TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
-  const FollowUp::Peer usual{}, silent{.tells = false}, late{.keyIsUnderWay = true};
+  const FollowUp::Peer usual{}, silent{.tells = false},
+      late{.keyMayComeUntil = kBegin + Milliseconds(1000)};
   const FollowUp::Peer mute{.answers = false, .tells = false};
   const std::vector<std::pair<FollowUp::Peer, std::vector<std::string>>> stories{
       {usual,
@@ -61,10 +62,13 @@ TEST(FollowUp, ReleasesUntilItIsSeenToReceive) {
         "20 lost; 270 > connect; 272 connected > release",
         // The end comes before it is seen a second time.
         "20 accepted > ask; 30 TX; 260 > release; 300 accepted > ask; 9900 RX; 10000 > done"}},
-      // Cannot tell, and was keyed just before.
+      // Was keyed just before: that comes late, never, or cannot be told.
       {late,
-       {"20 accepted > ask; 30 tells nothing; 629; 630 > release; 640 accepted > ask; 650 tells "
-        "nothing > done"}},
+       {"20 accepted > ask; 25 RX; 625 > ask; 630 RX; 999; 1000 > ask; 1010 RX > done",
+        "20 accepted > ask; 25 RX; 625 > ask; 630 TX; 630 > release; 631 refused > ask; 632 TX; "
+        "10629 > release; 10630 > failed",
+        "20 accepted > ask; 30 tells nothing; 609; 610 > release; 620 accepted > ask; 625 tells "
+        "nothing; 999; 1000 > release; 1010 accepted > ask; 1020 tells nothing > done"}},
       {silent, {"20 accepted > done"}},
       {mute, {"20 left > done"}}};
   for (const auto& [peer, all] : stories) {

@@ -55,15 +55,38 @@ TEST_F(TransmitTest, KeyingMovesToTheShownFrequencyAndBackAfterTheRelease) {
   EXPECT_FALSE(rig2.Transmits());
 }
 
-TEST_F(TransmitTest, HoweverOftenItIsPressedTheRigComesBackToItsOwnFrequency) {
+TEST_F(TransmitTest, HoweverOftenItIsPressedTheRigTransmitsAndReceivesWhereItShould) {
   for (const std::vector<int>& buttons :
        {std::vector{0, 1, 0, 1}, {0, 0, 1}, {0, 1, 1}, {0, 1, 0, 1, 0, 0, 1}}) {
     for (const int button : buttons) {
       form.optTXRX[button].UserPress(1);
       Pass(Milliseconds(600));
+      EXPECT_TRUE(button == 1 || rig1.Freq() == 7102000) << buttons.size();
     }
     Pass(seconds(2));
     EXPECT_EQ(Left(), "") << buttons.size();
+  }
+}
+
+// Between the release and the move back; what is then transmitted on is as far away as before.
+TEST_F(TransmitTest, TuningRightAfterTransmittingHolds) {
+  using Way = std::function<void()>;
+  for (const auto& [tune, hertz] :
+       {std::pair{Way([this] { rig.control.Step(500); }), 7100500},
+        {Way([this] { rig.control.SetTRXFrequency(3602000); }), 3600000},
+        {Way([this] { rig1.Tune(3600000); }), 3600000}}) {
+    On();
+    Off();
+    Pass(Milliseconds(100));
+    tune();
+    Pass(Milliseconds(100));
+    On();
+    EXPECT_EQ(rig1.Freq(), hertz + 2000);
+    Off();
+    Pass(seconds(3));
+    EXPECT_EQ(rig1.Freq(), hertz);
+    rig.control.TuneTo(7100000);
+    scheduler.RunPosted();
   }
 }
 
@@ -130,6 +153,25 @@ TEST_F(TransmitTest, WhatWasNotKeyedHereIsReleasedByTheOperatorOnly) {
   EXPECT_EQ(writes1.Take(), Texts{});
   EXPECT_EQ(WritesAfter([this] { Off(); }), Texts{"RX"});
   EXPECT_FALSE(Transmits());
+}
+
+// A server that had stopped answering carries the key out long after the release.
+TEST_F(TransmitTest, AKeyThatWasNotAnsweredIsReleasedHoweverLateItComes) {
+  for (const int late : {3, 9, 12}) {
+    On();
+    rig1.Key(false);  // nothing of it has arrived yet
+    scheduler.RunPosted();
+    rig1.Vanish();
+    Pass(seconds(1));
+    rig1.ComeBack();
+    Pass(seconds(late - 1));
+    rig1.Key(true);
+    Pass(seconds(2));
+    EXPECT_EQ(Transmits(), late > 10) << "by then it is somebody else's";
+    rig1.Key(false);
+    Pass(seconds(12));
+    EXPECT_EQ(Left(), "");
+  }
 }
 
 TEST_F(TransmitTest, OwnersEndTheirOwnWishAndTheOperatorEndsAll) {

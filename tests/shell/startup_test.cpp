@@ -227,6 +227,7 @@ TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackAndHasTimeToAnswer) {
       } else {
         EXPECT_EQ(f.Close(), answer == 0);
       }
+      f.Form().mnuPTT_ON.Click();  // nothing is keyed any more
       EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
       const Milliseconds least(std::min(answer, 500));
       if (answer != 0) f.scheduler.Advance(least - Milliseconds(1));

@@ -20,6 +20,7 @@ class XDesktop {
 
   void Kill() { server_->Kill(); }
   void Freeze() { server_->Signal(SIGSTOP); }
+  void GoOn() { server_->Signal(SIGCONT); }
   const std::string& Display() const { return display_; }  // ":7"
   std::vector<std::string> Environment() const { return {"DISPLAY=" + display_}; }
 

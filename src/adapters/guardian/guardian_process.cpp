@@ -37,8 +37,9 @@ bool CanRelease(const ReleaseRecipe& recipe) {
 
 }  // namespace
 
-GuardianProcess::GuardianProcess(Scheduler& scheduler, GuardianSpawn spawn)
-    : scheduler_(scheduler) {
+GuardianProcess::GuardianProcess(Scheduler& scheduler, GuardianSpawn spawn,
+                                 std::function<bool()> windowAnswers)
+    : scheduler_(scheduler), windowAnswers_(std::move(windowAnswers)) {
   Adopt(spawn.socket.IsOpen() ? std::move(spawn) : SpawnGuardian());
 }
 
@@ -82,6 +83,7 @@ void GuardianProcess::Beat() {
   if (!guardian_.socket.IsOpen()) return;
   const SteadyTime now = scheduler_.Now();
   if (unanswered_ && now - *unanswered_ >= kAnswerLimit) return Replace();
+  if (!windowAnswers_()) return;
   if (!unanswered_) unanswered_ = now;
   Send(Message(Kind::Beat));
 }

@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <QSocketNotifier>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -24,8 +25,11 @@ class GuardianProcess : public Guardian {
   static constexpr Milliseconds kAnswerLimit{2000};
 
   // With the guardian that was started at the beginning of the run; without one it is started now.
-  // Needs the application's event loop.
-  GuardianProcess(Scheduler& scheduler, GuardianSpawn spawn);
+  // Needs the application's event loop. Beats go out while `windowAnswers`; where it does not, the
+  // program counts as standing still.
+  GuardianProcess(
+      Scheduler& scheduler, GuardianSpawn spawn,
+      std::function<bool()> windowAnswers = [] { return true; });
   ~GuardianProcess() override;
 
   uint32_t Hold(const ReleaseRecipe& recipe) override;
@@ -60,6 +64,7 @@ class GuardianProcess : public Guardian {
   void Tell(GuardianNews news);
 
   Scheduler& scheduler_;
+  std::function<bool()> windowAnswers_;
   GuardianSpawn guardian_;
   QPointer<QSocketNotifier> notifier_;
   bool ready_ = false;                    // it was heard

@@ -4,7 +4,6 @@
 #include <QLoggingCategory>
 #include <QMutex>
 #include <QMutexLocker>
-#include <cstdio>
 #include <utility>
 
 namespace velt {
@@ -13,6 +12,7 @@ namespace {
 // Qt's message handler is a plain function, so what it writes to has to live beside it.
 struct Sink {
   QMutex mutex;
+  std::function<void(const std::string&)> warn;
   std::function<void(std::string_view)> writeLine;
 };
 
@@ -26,7 +26,7 @@ void HandleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
   Sink& sink = TheSink();
   const QMutexLocker locker(&sink.mutex);
   if (type != QtDebugMsg && type != QtInfoMsg) {
-    std::fprintf(stderr, "%s: %s\n", qPrintable(category), qPrintable(text));
+    sink.warn((category + ": " + text).toStdString());
   }
   if (sink.writeLine) {
     const QString time = QDateTime::currentDateTime().toString(Qt::ISODateWithMs);
@@ -36,7 +36,9 @@ void HandleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
 
 }  // namespace
 
-void QtLog::Install(std::function<void(std::string_view)> writeLine) {
+void QtLog::Install(std::function<void(const std::string&)> warn,
+                    std::function<void(std::string_view)> writeLine) {
+  TheSink().warn = std::move(warn);
   TheSink().writeLine = std::move(writeLine);
   qInstallMessageHandler(HandleMessage);
 }

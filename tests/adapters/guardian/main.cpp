@@ -10,7 +10,8 @@ int main(int argc, char** argv) {
   if (argc > 1 && std::string_view(argv[1]) == "--guardian") {
     return velt::RunGuardian(
         {.silence = Milliseconds(1500),
-         .followUp = {.all = Milliseconds(3000), .answer = Milliseconds(700)}});
+         .followUp = {
+             .all = Milliseconds(3000), .answer = Milliseconds(700), .key = Milliseconds(2000)}});
   }
   ::testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
