@@ -65,6 +65,12 @@ enum class TxReport {
   Untold,  // it cannot tell, or has not told yet on this connection
 };
 
+// A frequency or mode that the rig did not take; reads return what the rig has again.
+struct RefusedWrite {
+  bool isMode = false;
+  int32_t value = 0;  // Hz, or one of PM_...
+};
+
 class IRigX {
  public:
   virtual ~IRigX() = default;
@@ -97,6 +103,9 @@ class IRigX {
   virtual TxReport Transmitter() const = 0;
   // The server has accepted the latest release, and nothing was keyed since.
   virtual bool ReleaseAccepted() const = 0;
+  // Something that was written, keyed or released has not been answered yet, and may still be:
+  // false without a connection. While a server is left it is about that one.
+  virtual bool WritesWait() const = 0;
   // How the transmitter is released without this program; empty unless the server is connected.
   virtual std::optional<ReleaseRecipe> Recipe() const = 0;
 };
@@ -118,9 +127,12 @@ class IOmniRigX {
   // The rig did not take the last SetTx(PM_TX). Not raised when that is not known: the link broke,
   // or the rig did not answer in time and may have taken it.
   Event<int32_t> keyRefused;
+  // Not raised for a write that a newer one of the same kind follows, nor when the link broke.
+  Event<int32_t, const RefusedWrite&> writeRefused;
 
-  // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open; what
-  // waits for the old server is never sent to the new one.
+  // Where the server of a rig is, "HOST:PORT". A change reconnects that rig if it was open, once
+  // the old server was left as Close() does; what waits for the old one is never sent to the new
+  // one.
   virtual std::string Address(int32_t rigNumber) const = 0;
   virtual bool IsAddress(const std::string& text) const = 0;
   // False when the text is no address.
@@ -129,7 +141,9 @@ class IOmniRigX {
   // Connects the rig's link; it keeps itself connected from then on. `answered` is called once:
   // true when the server answered, false when it could not be reached (it is tried on).
   virtual void Open(int32_t rigNumber, std::function<void(bool reached)> answered) = 0;
-  virtual void Close() = 0;  // both rigs; a waiting `answered` is dropped
+  // Both rigs; a waiting `answered` is dropped, and nothing is told any more. What was written
+  // before still goes out, for at most 1 s and while this object lives; a waiting key does not.
+  virtual void Close() = 0;
 
   // Inside 0x101 to 0x299 when a server has answered, else 0.
   virtual int32_t InterfaceVersion() const = 0;

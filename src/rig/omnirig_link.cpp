@@ -83,6 +83,10 @@ void OmniRigLink::OmniRigEngine_ParamsChange(int32_t rigNumber, int32_t) {
   rigHeard.Raise();
 }
 
+bool OmniRigLink::WritesWait() const {
+  return parts_.server.Rig1().WritesWait() || parts_.server.Rig2().WritesWait();
+}
+
 RigLink OmniRigLink::Link() const {
   if (!On()) return {};
   return parts_.rig.Exists() ? parts_.rig->Link()

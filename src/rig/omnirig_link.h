@@ -73,6 +73,9 @@ class OmniRigLink {
   // Started, starting or being tried on.
   bool On() const { return stage_ != Stage::Off; }
 
+  // Something that was written to either rig has not been answered yet.
+  bool WritesWait() const;
+
   // How the link to the rig in use, or to the one to start with, stands.
   RigLink Link() const;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "text/formats.h"
+
 namespace velt {
 
 Ptt::Ptt(const Parts& parts)
@@ -12,6 +14,8 @@ Ptt::Ptt(const Parts& parts)
   parts_.guard.Add(parts_.arduino);
   connections_ += parts_.guard.ended.Listen(
       [this](const Keyer& keyer, TransmitGuard::Cause cause) { TransmissionEnded(keyer, cause); });
+  connections_ += parts_.server.writeRefused.Listen(
+      [this](int32_t number, const RefusedWrite& write) { WriteRefused(number, write); });
 }
 
 void Ptt::PTT_ON(TransmitOwner owner) {
@@ -55,17 +59,16 @@ void Ptt::LeaveRig(bool closing) {
   for (CatKeyer& keyer : cat_) {
     if (closing || &keyer == RigInUse()) LeaveServer(keyer.RigNumber());
   }
-  parts_.control.RestoreNow();
 }
 
 void Ptt::LeaveServer(int32_t rigNumber) {
   CatKeyer& keyer = cat_.at(rigNumber == 2 ? 1 : 0);
-  if (!parts_.guard.Holds(keyer)) return;
-  const bool inUse = &keyer == RigInUse();
-  parts_.guard.Leave(keyer);
-  if (!inUse) return;
+  const bool held = parts_.guard.Holds(keyer);
+  if (held) parts_.guard.Leave(keyer);
+  if (&keyer != RigInUse()) return;
+  // Released or not: what is put back later would go to another rig.
   parts_.control.RestoreNow();
-  BackToReceive();
+  if (held) BackToReceive();
 }
 
 void Ptt::LeaveSerialPort() {
@@ -112,6 +115,20 @@ void Ptt::TransmissionEnded(const Keyer& keyer, TransmitGuard::Cause cause) {
   // A rig that never transmitted has nothing to settle before it is moved back.
   if (byLink && cause == TransmitGuard::Cause::Refused) parts_.control.RestoreNow();
   BackToReceive();
+}
+
+// Many rigs take no frequency while they transmit. Nobody who keyed wants to be heard elsewhere
+// than on the frequency shown, the engine and the player as little as the operator.
+void Ptt::WriteRefused(int32_t rigNumber, const RefusedWrite& write) {
+  if (rigNumber != parts_.rig.Number() || !parts_.control.TellRefusal(write)) return;
+  const CatKeyer* keyer = RigInUse();
+  if (keyer == nullptr || !parts_.guard.Wanted(*keyer)) return;
+  parts_.guard.ReleaseAll(nullptr);
+  BackToReceive();
+  const std::string text =
+      "Transmission ended: the rig did not go to " + FrequencyText(write.value);
+  parts_.messages.Show(text);
+  parts_.notices.Raise(NoticeKind::Transmission, text);
 }
 
 // Only what nobody wants keyed any more: the player's rig may transmit on when the serial port's

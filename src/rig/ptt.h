@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "dialogs/message_line.h"
+#include "dialogs/notices.h"
 #include "form/main_form.h"
 #include "rig/arduino_keyer.h"
 #include "rig/cat_keyer.h"
@@ -28,6 +29,7 @@ class Ptt {
     RigDisplay& display;
     TransmitGuard& guard;
     MessageLine& messages;
+    Notices& notices;
     IOmniRigX& server;
     LineKeyer& lines;
     ArduinoKeyer& arduino;
@@ -35,8 +37,9 @@ class Ptt {
   explicit Ptt(const Parts& parts);
 
   // With method "NONE", and for the player always, the rig is keyed over its link and moved to the
-  // frequency shown; with "COM" by the lines of the serial port, with "ARDUINO" by a letter to it,
-  // and lblTRXMode stays as it is. Refused with a message where it cannot be keyed so.
+  // frequency shown; a rig that does not take that frequency is released, which is told. With "COM"
+  // by the lines of the serial port, with "ARDUINO" by a letter to it, and lblTRXMode stays as it
+  // is. Refused with a message where it cannot be keyed so.
   void PTT_ON(TransmitOwner owner = TransmitOwner::Operator);
 
   // The operator's receive always acts: nobody's transmission goes on, and the rig in use is sent a
@@ -66,6 +69,7 @@ class Ptt {
   void ReleaseByOperator();
   bool KeyByLink(TransmitOwner owner, Keyer* keyer);
   void TransmissionEnded(const Keyer& keyer, TransmitGuard::Cause cause);
+  void WriteRefused(int32_t rigNumber, const RefusedWrite& write);
   void BackToReceive();
   void SelectButton(int32_t index);
 

@@ -33,6 +33,7 @@ Rig::Rig(const Parts& parts, const Ports& ports, OmniRigLink::Questions question
            .display = display,
            .guard = guard,
            .messages = parts.messages,
+           .notices = parts.notices,
            .server = ports.server,
            .lines = lineKeyer,
            .arduino = arduinoKeyer}),

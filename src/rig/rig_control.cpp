@@ -108,13 +108,11 @@ void RigControl::SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo) {
   }
 }
 
-bool RigControl::RestoreNow() {
-  const bool shifted = shift_.has_value();
-  if (shifted) MoveBack();
+void RigControl::RestoreNow() {
+  if (shift_) MoveBack();
   restore_.Disarm();
   // Whether it could be moved or not: the saved frequency is nobody's any more.
   shift_.reset();
-  return shifted;
 }
 
 std::string RigControl::SetModulationMode(const std::string& modulatie) {
@@ -129,6 +127,12 @@ std::string RigControl::SetModulationMode(const std::string& modulatie) {
 
 void RigControl::SendMode(int32_t mode) {
   if (!Blocked() && !RefusedWithoutLink()) parts_.rig->SetMode(mode);
+}
+
+bool RigControl::TellRefusal(const RefusedWrite& write) const {
+  parts_.messages.Show(write.isMode ? "The rig did not take the mode"
+                                    : "The rig did not take " + FrequencyText(write.value));
+  return !write.isMode && shift_ && shift_->frequencyHz == write.value;
 }
 
 bool RigControl::RefusedWithoutLink() const {

@@ -59,9 +59,8 @@ class RigControl {
   // keeps both places, unless it was tuned meanwhile: from then on it belongs where it stands.
   void SetTRXShift(int16_t shiftKHz, bool shiftTheRig, int16_t vfo = 0);
 
-  // Moves the rig back at once if it is still shifted. True when it was: the write needs a moment
-  // to reach the rig.
-  bool RestoreNow();
+  // Moves the rig back at once if it is still shifted.
+  void RestoreNow();
 
   // Sends a mode by its text; an unknown one sends nothing. An empty text stands for the mode in
   // lblMode, which goes out with the opposite sideband sense. Returns the text that was used.
@@ -69,6 +68,10 @@ class RigControl {
 
   // Sends a mode by its number, PM_..., as it is.
   void SendMode(int32_t mode);
+
+  // Tells the user that the rig did not take what was written. True when this was the move to the
+  // frequency shown: what is transmitted now is somewhere else.
+  bool TellRefusal(const RefusedWrite& write) const;
 
   // Tells the user when a write cannot reach the rig now.
   bool RefusedWithoutLink() const;

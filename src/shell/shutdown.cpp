@@ -27,28 +27,39 @@ void Shutdown::Form_Unload(bool& cancel, ClosedBy closedBy) {
   unloading_ = true;
   PutAway();
   parts_.rig.dialog.Close();
-  if (parts_.rig.control.RestoreNow()) {
-    // The write needs a moment to reach the rig.
-    cancel = true;
-    restored_ = ports_.scheduler.After(kRestoreTime, [this] {
-      bool later = false;
-      SaveSettings(later);
-    });
-    return;
-  }
-  SaveSettings(cancel);
+  cancel = WritesFirst([this] {
+    bool later = false;
+    SaveSettings(later);
+  });
+  if (!cancel) SaveSettings(cancel);
 }
 
 void Shutdown::PutAway() {
+  writeUntil_ = ports_.scheduler.Now() + kWriteTime;
   // The engine keys nothing any more.
   parts_.form.tmrStatus.enabled = false;
   parts_.rig.guard.ReleaseNow();
+  parts_.rig.control.RestoreNow();
   ports_.prompts.DropAll();
   parts_.colorDialog.Close();
   parts_.bandDialog.Close();
   parts_.setupDialog.Close();
   parts_.player.Close();
   parts_.recorder.Finish();
+}
+
+bool Shutdown::WritesFirst(const std::function<void()>& then) {
+  if (!parts_.rig.link.WritesWait()) return false;
+  LookAtWrites(then);
+  return true;
+}
+
+void Shutdown::LookAtWrites(const std::function<void()>& then) {
+  written_ = ports_.scheduler.After(kLookEvery, [this, then] {
+    const bool late = ports_.scheduler.Now() >= writeUntil_;
+    if (late || !parts_.rig.link.WritesWait()) return then();
+    LookAtWrites(then);
+  });
 }
 
 void Shutdown::SaveSettings(bool& cancel) {
@@ -122,7 +133,7 @@ void Shutdown::mnucloseme_Click() {
   quitting_ = true;
   // The menu that this was chosen from would let capture go on.
   parts_.form.StartButton.enabled = false;
-  End();
+  if (!WritesFirst([this] { End(); })) End();
 }
 
 void Shutdown::End() {

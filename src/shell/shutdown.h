@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -70,8 +71,13 @@ class Shutdown {
 
  private:
   using Step = void (Shutdown::*)(bool& cancel);
-  // What every end begins with: off the air, nothing asked, nothing recorded.
+  // What every end begins with: off the air and back on the rig's own frequency, nothing asked,
+  // nothing recorded.
   void PutAway();
+  // True when the rig has still to answer what was written; `then` is called when it has, or when
+  // it had time enough.
+  bool WritesFirst(const std::function<void()>& then);
+  void LookAtWrites(const std::function<void()>& then);
   void SaveSettings(bool& cancel);
   void StopLink(bool& cancel);
   void SavePresets(bool& cancel);
@@ -80,7 +86,9 @@ class Shutdown {
   void GoOn(const std::string& what, int error, Step again, Step next, bool& cancel);
   void End();
 
-  static constexpr Milliseconds kRestoreTime{200};
+  // For the release and all that is written at the end together.
+  static constexpr Milliseconds kWriteTime{500};
+  static constexpr Milliseconds kLookEvery{10};
   Parts parts_;
   Ports ports_;
   ClosedBy closedBy_ = ClosedBy::User;
@@ -88,7 +96,8 @@ class Shutdown {
   Step unlessAnswered_ = nullptr;  // while the user is asked: what follows without an answer
   bool quitting_ = false;
   bool ended_ = false;
-  Scheduler::Handle restored_;
+  SteadyTime writeUntil_;
+  Scheduler::Handle written_;
   std::shared_ptr<char> alive_ = std::make_shared<char>();
   Connections connections_;
 };

@@ -28,6 +28,21 @@ TEST_F(RigControlTest, FrequenciesGoToTheVfoLessTheOffset) {
   }
 }
 
+TEST_F(RigControlTest, WhatTheRigDoesNotTakeIsToldAndNotShown) {
+  rig1.RefuseWrites(true);
+  for (const auto& [write, told] :
+       {std::pair{std::function<void()>([this] { rig.control.Step(1000); }),
+                  "The rig did not take 7.101.00"},
+        {[this] { rig.control.SetTRXFrequency(3600000, 2); }, "The rig did not take 3.600.00"},
+        {[this] { rig.control.SendMode(PM_AM); }, "The rig did not take the mode"}}) {
+    write();
+    Pass(Milliseconds(10));
+    EXPECT_EQ(Message(), told);
+    EXPECT_TRUE(Frequency() == "7.100.00" && form.lblMode.caption.Get() == "LSB");
+  }
+  EXPECT_EQ(Notice(), "");
+}
+
 TEST_F(RigControlTest, NothingIsWrittenWithoutARigOrOverALostLink) {
   const auto write = [this] {
     rig.control.SetTRXFrequency(7100000, 0);

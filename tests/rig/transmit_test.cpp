@@ -91,16 +91,19 @@ TEST_F(TransmitTest, TuningRightAfterTransmittingHolds) {
 }
 
 // Whatever ends the use of the server that keyed: it is released there, the guardian follows it up,
-// and nothing is sent to what comes after it.
+// it is moved back although it may be seen to receive, and nothing is sent to what comes after it.
 TEST_F(TransmitTest, LeavingWhatWasKeyedReleasesItThereAndNowhereElse) {
-  const auto moveServer = [this] {
+  int port = 4000;
+  const auto moveServer = [&] {
     rig.dialog.Open();
-    dialogForm.txtAddress1.UserText("10.0.0.7:4001");
+    dialogForm.txtAddress1.UserText("10.0.0.7:" + std::to_string(++port));
     dialogForm.Command1.Click();
   };
   using Way = std::function<void()>;
-  for (const Way& leave : {Way([this] { rig.link.SelectRig(2); }),
-                           Way([this] { dialogForm.cmdStartStop.Click(); }), Way(moveServer)}) {
+  const Way choose = [this] { rig.link.SelectRig(2); };
+  const Way stop = [this] { dialogForm.cmdStartStop.Click(); };
+  for (const auto& [leave, received] :
+       {std::pair{choose, false}, {stop, false}, {Way(moveServer), false}, {moveServer, true}}) {
     rig.link.StopOmniRig();
     Link();
     rig.state.vfo = 1;
@@ -110,8 +113,16 @@ TEST_F(TransmitTest, LeavingWhatWasKeyedReleasesItThereAndNowhereElse) {
     rig.state.vfo = 2;
     rig.state.offsetKHz = 0;
     guardian.followed = 0;
-    EXPECT_EQ(WritesAfter(leave), (Texts{"RX", "FreqA 7100000"}));
-    EXPECT_EQ(guardian.followed, 1U);
+    if (received) {
+      Off();
+      Pass(Milliseconds(1070));
+      rig1.TuneB(3600000);  // so that it is looked at
+      Pass(Milliseconds(10));
+      EXPECT_FALSE(sleepLock.held);
+    }
+    EXPECT_EQ(WritesAfter(leave),
+              received ? Texts{"FreqA 7100000"} : (Texts{"RX", "FreqA 7100000"}));
+    EXPECT_EQ(guardian.followed, received ? 0U : 1U);
     EXPECT_EQ(Left(), "");
     rig1.Key(true);  // a stranger
     EXPECT_EQ(WritesWithin(seconds(15)), Texts{});
@@ -259,6 +270,21 @@ TEST_F(TransmitTest, AReleaseWithoutEffectIsRepeatedForTenSecondsAndThenTold) {
     rig1.BeSilent(false);
     Pass(seconds(2));
     EXPECT_EQ(Left(), "");
+  }
+}
+
+TEST_F(TransmitTest, NobodyTransmitsOnAFrequencyThatIsNotTheOneShown) {
+  rig1.RefuseWrites(true);
+  for (const TransmitOwner owner : {TransmitOwner::Operator, TransmitOwner::Player}) {
+    rig.ptt.PTT_ON(owner);
+    Pass(Milliseconds(10));
+    EXPECT_FALSE(Transmits() || form.optTXRX[0].value);
+    EXPECT_EQ(Notice(), "Transmission ended: the rig did not go to 7.102.00");
+    Pass(seconds(5));
+    EXPECT_FALSE(rig.guard.Wanted());
+    form.lblNotice.Click();
+    EXPECT_EQ(Left(), "");
+    EXPECT_EQ(Frequency(), "7.102.00");
   }
 }
 

@@ -232,6 +232,7 @@ TEST_F(SetupDialogTest, LeadsToTheOtherDialogs) {
 
 TEST_F(SetupDialogTest, AResetEndsTheProgramWithoutSavingAndWithTheTransmitterReleased) {
   Reachable(true);
+  rig1.AnswerAfter(Milliseconds(0));
   const std::filesystem::path presetFile = "/home/om/VELT/ExpandPresets.ini";
   // How the program ends then: the box is dismissed, or the window is closed below it.
   for (const bool dismissed : {true, false}) {

@@ -174,6 +174,7 @@ TEST(Shutdown, GoesThroughItsStepsInOrder) {
     Sequence f(true, rigUp);
     f.watching += f.rig1.written.Listen(
         [&f](const std::string& what) { f.order += what == "RX" ? "release " : ""; });
+    f.rig1.AnswerAfter(Milliseconds(0));
     f.Start();
     if (capturing) f.StartCapture();
     if (capturing) f.Key();
@@ -218,30 +219,33 @@ TEST(Shutdown, SettingsThatCannotBeSavedAreAskedAboutWhileSomebodyIsThere) {
   }
 }
 
-TEST(Shutdown, TheImmediateEndReleasesAndSavesNothing) {
-  Sequence f(true, true);
-  f.Start();
-  f.StartCapture();
-  f.Key();
-  f.Form().Image2.Click();
-  f.prompts.Choose("Close VELT-SA ");
-  f.scheduler.RunPosted();
-  EXPECT_TRUE(f.ended && !f.rig1.Transmits());
-  EXPECT_EQ(f.order, "stop-capture ") << "it does not go on after this menu";
-  EXPECT_EQ(f.Stored("EXE"), "(missing)");
-}
-
-TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackBeforeTheLinkIsClosed) {
-  Sequence f(false, true);
-  f.Start();
-  f.Key(2);
-  EXPECT_FALSE(f.Close());
-  f.Form().mnuPTT_ON.Click();  // nothing is keyed any more
-  EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
-  EXPECT_EQ(f.order, "");
-  f.scheduler.Advance(Milliseconds(300));
-  EXPECT_EQ(f.order, "save last-14074000 ");
-  EXPECT_TRUE(f.ended);
+TEST(Shutdown, ARigThatIsStillShiftedIsMovedBackAndHasTimeToAnswer) {
+  for (const bool atOnce : {false, true}) {
+    for (const int answer : {0, 45, 495, 60'000}) {
+      SCOPED_TRACE(answer);
+      Sequence f(atOnce, true);
+      f.Start();
+      if (atOnce) f.StartCapture();
+      f.Key(2);
+      f.rig1.AnswerAfter(Milliseconds(answer));
+      f.Form().Image2.Click();
+      if (atOnce) {
+        f.prompts.Choose("Close VELT-SA ");
+      } else {
+        EXPECT_EQ(f.Close(), answer == 0);
+      }
+      f.Form().mnuPTT_ON.Click();  // nothing is keyed any more
+      EXPECT_EQ(f.writes1.Take(), (std::vector<std::string>{"RX", "Freq 14074000"}));
+      const Milliseconds least(std::min(answer, 500));
+      if (answer != 0) f.scheduler.Advance(least - Milliseconds(1));
+      EXPECT_FALSE(answer != 0 && (f.ended || f.order.starts_with("save")));
+      f.scheduler.Advance(Milliseconds(10));
+      EXPECT_TRUE(f.ended);
+      // The immediate end saves nothing, and capture does not go on after its menu.
+      EXPECT_EQ(f.order, atOnce ? "stop-capture " : "save last-14074000 ");
+      EXPECT_EQ(f.Stored("EXE") == "(missing)", atOnce);
+    }
+  }
 }
 
 }  // namespace

@@ -12,6 +12,8 @@ constexpr int32_t kLowestHz = 10'000;
 constexpr int32_t kHighestHz = 2'000'000'000;
 // Single failures are usual while somebody turns the knob.
 constexpr int32_t kMostFailures = 3;
+// Less than any reply may take: after that nothing can be sent there any more.
+constexpr Milliseconds kLeaveLimit{900};
 
 std::string TypeOf(const RigReply& caps) {
   std::string maker(caps.Field("Mfg name"));
@@ -25,6 +27,11 @@ std::string TypeOf(const RigReply& caps) {
 RigctldRig::RigctldRig(ByteChannel& channel, Scheduler& scheduler)
     : scheduler_(scheduler), session_(channel, scheduler, *this) {}
 
+RigctldRig::~RigctldRig() {
+  next_.reset();
+  if (left_) FinishLeaving();
+}
+
 void RigctldRig::Open(const ServerAddress& address, std::function<void(bool)> answered) {
   if (IsOpen()) {
     const bool decided = link_.state != RigLink::State::Connecting;
@@ -37,33 +44,41 @@ void RigctldRig::Open(const ServerAddress& address, std::function<void(bool)> an
   }
   waiting_.push_back(std::move(answered));
   SetState(RigLink::State::Connecting, RigLink::Cause::None);
-  session_.Start(address);
+  next_ = address;
+  Connect();
 }
 
 void RigctldRig::Close() {
   waiting_.clear();
   if (!IsOpen()) return;
+  next_.reset();
   Leave();
   hasAnswered_ = false;
   link_ = RigLink();
 }
 
 void RigctldRig::Move(const ServerAddress& address) {
-  if (IsOpen()) Leave();
+  const bool open = IsOpen();
+  if (open) Leave();
+  forgetsLeft_ = left_.has_value();
   queue_ = WriteQueue();
   picture_ = RigPicture();
   type_.clear();
   ShowPicture();
-  if (!IsOpen()) return;
-  link_.stale = false;
+  if (!open) return;
+  // Of the new one nothing is known that could be stale.
+  link_ = RigLink();
   SetState(RigLink::State::Connecting, RigLink::Cause::None);
-  session_.Start(address);
+  next_ = address;
+  Connect();
 }
 
 void RigctldRig::ReleaseNow(Milliseconds limit) {
   if (!IsOpen()) return;
   queue_.PutRelease();
   picture_.ReleaseAsked();
+  // It is for the next server.
+  if (left_) return;
   const bool connected = session_.IsConnected();
   const bool sent = session_.SendAhead(ReleaseCommand(), limit);
   if (sent && connected) queue_.ReleaseSentAhead();
@@ -129,8 +144,12 @@ bool RigctldRig::SetTx(int32_t value) {
   return true;
 }
 
+bool RigctldRig::WritesWait() const {
+  return left_ || (session_.IsConnected() && (queue_.Waits() || session_.WriteUnderWay()));
+}
+
 std::optional<ReleaseRecipe> RigctldRig::Recipe() const {
-  const auto peer = session_.Peer();
+  const auto peer = left_ ? std::nullopt : session_.Peer();
   if (!peer) return std::nullopt;
   ReleaseRecipe recipe;
   recipe.host = peer->host;
@@ -147,6 +166,11 @@ std::optional<ReleaseRecipe> RigctldRig::Recipe() const {
 }
 
 std::optional<RigCommand> RigctldRig::NextCommand() {
+  if (left_) {
+    auto command = left_->Next();
+    if (!command) leaving_ = scheduler_.After(Milliseconds(0), [this] { FinishLeaving(); });
+    return command;
+  }
   if (auto command = queue_.Next()) return command;
   if (const auto kind = plan_.Next(scheduler_.Now())) return ReadCommand(*kind);
   return std::nullopt;
@@ -162,6 +186,10 @@ void RigctldRig::Connected() {
 }
 
 void RigctldRig::Replied(const RigCommand& command, const RigReply& reply) {
+  if (left_) {
+    left_->Answered(command, reply);
+    return;
+  }
   hasAnswered_ = true;
   TakeReading(command, reply);
   TakeOutcome(command, reply);
@@ -170,6 +198,10 @@ void RigctldRig::Replied(const RigCommand& command, const RigReply& reply) {
 }
 
 void RigctldRig::Lost(RigLink::Cause cause, const RigCommand* unanswered) {
+  if (left_) {
+    leaving_ = scheduler_.After(Milliseconds(0), [this] { FinishLeaving(); });
+    return;
+  }
   if (unanswered && cause == RigLink::Cause::NoAnswer) plan_.Unanswered(unanswered->kind);
   queue_.SetVfoKnowable(plan_.Answers(CommandKind::GetVfo));
   queue_.Interrupt();
@@ -179,7 +211,7 @@ void RigctldRig::Lost(RigLink::Cause cause, const RigCommand* unanswered) {
 }
 
 void RigctldRig::CountdownChanged() {
-  statusChanged.Raise();
+  if (!left_) statusChanged.Raise();
 }
 
 bool RigctldRig::WriteFrequency(RigProperty property, int32_t frequencyHz) {
@@ -195,17 +227,41 @@ bool RigctldRig::Write(RigProperty property, int32_t value) {
   return true;
 }
 
-// A release that has not been sent yet leaves with the connection.
+void RigctldRig::Connect() {
+  if (next_ && !left_) session_.Start(*std::exchange(next_, std::nullopt));
+}
+
+// The release goes at once, past what is under way. The rest, such as a frequency that is put back
+// or the way back to a VFO, needs the answers of the rig.
 void RigctldRig::Leave() {
-  if (queue_.ReleaseWaits() && session_.IsConnected() &&
-      session_.SendAhead(ReleaseCommand(), Milliseconds(0))) {
-    queue_.ReleaseSentAhead();
-  }
-  session_.Stop();
-  queue_.Interrupt();
+  if (left_) return;
+  left_ = std::exchange(queue_, WriteQueue());
+  left_->DropKey();
   picture_.Unsettle();
   plan_.ForgetServer();
   keyRefused_ = false;
+  const bool goesOn = session_.IsConnected() && (left_->Waits() || session_.WriteUnderWay());
+  if (!goesOn) return FinishLeaving();
+  if (left_->ReleaseWaits() && session_.SendAhead(ReleaseCommand(), Milliseconds(0))) {
+    left_->ReleaseSentAhead();
+  }
+  leaving_ = scheduler_.After(kLeaveLimit, [this] { FinishLeaving(); });
+  session_.Pump();
+}
+
+void RigctldRig::FinishLeaving() {
+  leaving_.Cancel();
+  // There was no time to see that it arrives, but it must not stay on the other VFO for that.
+  const auto back = left_->WayBack();
+  if (back && session_.IsConnected()) session_.SendAhead(*back, Milliseconds(0));
+  session_.Stop();
+  left_->Interrupt();
+  if (!std::exchange(forgetsLeft_, false)) {
+    if (queue_.ReleaseWaits()) left_->PutRelease();
+    queue_ = std::move(*left_);
+  }
+  left_.reset();
+  Connect();
 }
 
 // The frequency decides: servers answer much of the rest from memory while the rig is silent.
@@ -254,9 +310,13 @@ void RigctldRig::TakeOutcome(const RigCommand& command, const RigReply& reply) {
   if (outcome->property == RigProperty::FreqA || outcome->property == RigProperty::FreqB) {
     plan_.HurryVfos(now);
   }
-  if (outcome->property == RigProperty::Transmit) plan_.HurryTransmit();
+  if (outcome->property == RigProperty::Transmit) {
+    plan_.HurryTransmit();
+  } else if (!outcome->accepted && !queue_.Waits(outcome->property)) {
+    writeRefused.Raise({outcome->property == RigProperty::Mode, outcome->value});
+  }
   // Refused to a key that was taken back meanwhile, or that is being tried again, it is no news.
-  const bool last = !queue_.KeyWaits() && !queue_.ReleaseWaits();
+  const bool last = !queue_.Waits(RigProperty::Transmit) && !queue_.ReleaseWaits();
   if (command.kind == CommandKind::Key && reply.Refused() && last) {
     keyRefused_ = true;
     keyRefused.Raise();

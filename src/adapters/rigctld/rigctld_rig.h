@@ -17,18 +17,21 @@ namespace velt {
 class RigctldRig : public IRigX, private ServerSession::Client {
  public:
   RigctldRig(ByteChannel& channel, Scheduler& scheduler);
+  ~RigctldRig() override;
 
   // These may be raised from within a call.
   Event<> statusChanged;
   Event<int32_t> paramsChanged;
   Event<> keyRefused;
+  Event<const RefusedWrite&> writeRefused;
 
   // `answered` as in IOmniRigX::Open(); it may be called from within.
   void Open(const ServerAddress& address, std::function<void(bool)> answered);
+  // Off at once; what was written before still goes to the server, for a short while.
   void Close();
   bool IsOpen() const { return link_.state != RigLink::State::Off; }
-  // Another server from now on, connected to if the rig is open. A release that waits is sent to
-  // the old one if that is connected; nothing that waits is sent to the new one.
+  // Another server from now on, connected to, if the rig is open, once the old one was left as by
+  // Close(); nothing that waits is sent to the new one.
   void Move(const ServerAddress& address);
   // The last SetTx() was PM_TX, and refused by the rig.
   bool KeyRefused() const { return keyRefused_; }
@@ -52,6 +55,7 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   bool SetTx(int32_t value) override;
   TxReport Transmitter() const override { return picture_.Now().told; }
   bool ReleaseAccepted() const override { return queue_.ReleaseAccepted(); }
+  bool WritesWait() const override;
   std::optional<ReleaseRecipe> Recipe() const override;
 
  private:
@@ -63,9 +67,11 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   bool IsUrgent() const override { return queue_.ReleaseWaits(); }
   void CountdownChanged() override;
 
+  void Connect();
   bool Write(RigProperty property, int32_t value);
   bool WriteFrequency(RigProperty property, int32_t frequencyHz);
   void Leave();
+  void FinishLeaving();
   void JudgeRig(const RigCommand& command, const RigReply& reply);
   void TakeReading(const RigCommand& command, const RigReply& reply);
   void TakeOutcome(const RigCommand& command, const RigReply& reply);
@@ -84,6 +90,11 @@ class RigctldRig : public IRigX, private ServerSession::Client {
   bool hasAnswered_ = false;
   int32_t failures_ = 0;  // of the rig, in a row
   std::vector<std::function<void(bool)>> waiting_;
+  // What still goes to the server that is being left. The next one is connected to when it has.
+  std::optional<WriteQueue> left_;
+  bool forgetsLeft_ = false;  // what could not be sent is for no other server
+  std::optional<ServerAddress> next_;
+  Scheduler::Handle leaving_;
   ServerSession session_;
 };
 

@@ -25,6 +25,9 @@ std::unique_ptr<RigctldServer::Side> RigctldServer::MakeSide(int32_t rigNumber, 
   RigctldRig& rig = side->rig;
   side->connections += rig.statusChanged.Listen([this, rigNumber] { PostStatus(rigNumber); });
   side->connections += rig.keyRefused.Listen([this, rigNumber] { PostRefusal(rigNumber); });
+  side->connections += rig.writeRefused.Listen([this, rigNumber](const RefusedWrite& write) {
+    PostSafely([this, rigNumber, write] { writeRefused.Raise(rigNumber, write); });
+  });
   side->connections += rig.paramsChanged.Listen(
       [this, rigNumber](int32_t params) { PostParams(rigNumber, params); });
   return side;

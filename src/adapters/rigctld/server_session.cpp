@@ -39,6 +39,12 @@ void ServerSession::Stop() {
   state_ = State::Stopped;
 }
 
+bool ServerSession::WriteUnderWay() const {
+  return std::any_of(underWay_.begin(), underWay_.end(), [](const RigCommand& command) {
+    return command.property != RigProperty::None;
+  });
+}
+
 std::optional<ServerAddress> ServerSession::Peer() const {
   return IsConnected() ? channel_.Peer() : std::nullopt;
 }

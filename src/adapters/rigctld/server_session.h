@@ -38,6 +38,8 @@ class ServerSession {
   void Stop();
 
   bool IsConnected() const { return state_ == State::Connected; }
+  // A write, a key or a release was sent and has not been answered.
+  bool WriteUnderWay() const;
   // The server's numeric address; empty unless connected.
   std::optional<ServerAddress> Peer() const;
   // Rounded up; 0 unless the session waits before it connects again.

@@ -42,9 +42,9 @@ void WriteQueue::PutRelease() {
   releaseWaits_ = true;
 }
 
-bool WriteQueue::KeyWaits() const {
+bool WriteQueue::Waits(RigProperty property) const {
   return std::any_of(waiting_.begin(), waiting_.end(),
-                     [](const Waiting& w) { return w.property == RigProperty::Transmit; });
+                     [property](const Waiting& w) { return w.property == property; });
 }
 
 void WriteQueue::ReleaseSentAhead() {
@@ -80,11 +80,16 @@ std::optional<RigCommand> WriteQueue::Next() {
   }
 }
 
+std::optional<RigCommand> WriteQueue::WayBack() const {
+  if (!vfoWrite_ || !vfoWrite_->left) return std::nullopt;
+  return VfoCommand(vfoWrite_->back);
+}
+
 std::optional<WriteQueue::Outcome> WriteQueue::Answered(const RigCommand& command,
                                                         const RigReply& reply) {
   if (command.kind == CommandKind::Release) {
     releasesUnderWay_ = std::max(releasesUnderWay_ - 1, 0);
-    releaseAccepted_ = reply.code == 0 && !KeyWaits();
+    releaseAccepted_ = reply.code == 0 && !Waits(RigProperty::Transmit);
     return Outcome{RigProperty::Transmit, 0, reply.code == 0};
   }
   const bool ofVfoWrite =

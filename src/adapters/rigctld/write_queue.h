@@ -26,8 +26,11 @@ class WriteQueue {
   void PutKey();
   // Removes a key that waits. Goes even while another release is under way.
   void PutRelease();
-  // Not sent yet.
-  bool KeyWaits() const;
+  void DropKey() { Remove(RigProperty::Transmit); }
+  // Something has not been sent yet, or is not complete.
+  bool Waits() const { return releaseWaits_ || vfoWrite_ || !waiting_.empty(); }
+  // A write of it, or a key, has not been sent yet.
+  bool Waits(RigProperty property) const;
   bool ReleaseWaits() const { return releaseWaits_; }
   // The last release that was answered was accepted, and no key and no first release of another
   // series was put since.
@@ -38,6 +41,9 @@ class WriteQueue {
 
   // A release was sent past the queue; its reply comes too.
   void ReleaseSentAhead();
+
+  // What brings the rig back to the VFO that a write has left; empty when it was not left.
+  std::optional<RigCommand> WayBack() const;
 
   // The reply to a command of Next().
   std::optional<Outcome> Answered(const RigCommand& command, const RigReply& reply);

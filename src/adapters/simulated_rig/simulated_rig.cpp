@@ -30,7 +30,8 @@ bool InRange(int64_t frequencyHz) {
 SimulatedRig::SimulatedRig(Scheduler& scheduler, int32_t frequencyHz, int32_t mode)
     : scheduler_(scheduler),
       panel_{.freq = frequencyHz, .freqB = frequencyHz, .mode = mode},
-      reportDelay_(kReport) {}
+      reportDelay_(kReport),
+      answerDelay_(kAnswer) {}
 
 void SimulatedRig::Tune(int32_t frequencyHz) {
   panel_.freq = frequencyHz;
@@ -116,6 +117,7 @@ void SimulatedRig::Connect() {
 
 void SimulatedRig::Lose() {
   answer_.Cancel();
+  refusal_.Cancel();
   report_.Cancel();
   told_ = TxReport::Untold;
   SetState(RigLink::State::Reconnecting, RigLink::Cause::Refused);
@@ -132,6 +134,7 @@ void SimulatedRig::CountDown() {
 void SimulatedRig::Close() {
   countdown_.Cancel();
   answer_.Cancel();
+  refusal_.Cancel();
   report_.Cancel();
   told_ = TxReport::Untold;
   hasAnswered_ = false;
@@ -165,26 +168,36 @@ int32_t SimulatedRig::GetTxFrequency() const {
 }
 
 bool SimulatedRig::SetFreq(int32_t frequencyHz) {
-  return InRange(frequencyHz) && Write("Freq ", panel_.freq, frequencyHz);
+  return InRange(frequencyHz) && Write("Freq ", &Panel::freq, frequencyHz);
 }
 
 bool SimulatedRig::SetFreqA(int32_t frequencyHz) {
-  return InRange(frequencyHz) && Write("FreqA ", panel_.freq, frequencyHz);
+  return InRange(frequencyHz) && Write("FreqA ", &Panel::freq, frequencyHz);
 }
 
 bool SimulatedRig::SetFreqB(int32_t frequencyHz) {
-  return InRange(frequencyHz) && Write("FreqB ", panel_.freqB, frequencyHz);
+  return InRange(frequencyHz) && Write("FreqB ", &Panel::freqB, frequencyHz);
 }
 
 bool SimulatedRig::SetMode(int32_t mode) {
-  return IsMode(mode) && Write("Mode ", panel_.mode, mode);
+  return IsMode(mode) && Write("Mode ", &Panel::mode, mode);
 }
 
-bool SimulatedRig::Write(const char* name, int32_t& target, int32_t value) {
+bool SimulatedRig::Write(const char* name, int32_t Panel::*target, int32_t value) {
   if (!Linked()) return false;
-  target = value;
+  answeredAt_ = scheduler_.Now() + answerDelay_;
   written.Raise(name + std::to_string(value));
-  Show();
+  if (!refusesWrites_) {
+    panel_.*target = value;
+    Show();
+    return true;
+  }
+  // Shown until the answer comes.
+  shown_.*target = value;
+  refusal_ = scheduler_.After(kAnswer, [this, isMode = target == &Panel::mode, value] {
+    Show();
+    writeRefused.Raise({isMode, value});
+  });
   return true;
 }
 
@@ -202,6 +215,7 @@ bool SimulatedRig::SetTx(int32_t value) {
 void SimulatedRig::Send(int32_t transmit) {
   const bool key = transmit == PM_TX;
   const bool refused = key && refusesKeys_;
+  answeredAt_ = scheduler_.Now() + answerDelay_;
   written.Raise(key ? "TX" : "RX");
   if (!silent_ && !refused && (key || !ignoresReleases_)) transmitting_ = key;
   answer_ = scheduler_.After(kAnswer, [this, transmit, refused] { Answered(transmit, refused); });
@@ -266,6 +280,9 @@ std::unique_ptr<SimulatedRig> SimulatedRigServer::MakeRig(int32_t rigNumber, int
       [=, this] { PostSafely([=, this] { statusChanged.Raise(rigNumber); }); });
   connections_ += rig->paramsChanged.Listen([=, this](int32_t params) {
     PostSafely([=, this] { paramsChanged.Raise(rigNumber, params); });
+  });
+  connections_ += rig->writeRefused.Listen([=, this](const RefusedWrite& write) {
+    PostSafely([=, this] { writeRefused.Raise(rigNumber, write); });
   });
   connections_ +=
       rig->keyRefused.Listen([=, this] { PostSafely([=, this] { keyRefused.Raise(rigNumber); }); });

@@ -19,6 +19,7 @@ class SimulatedRig : public IRigX {
   Event<> statusChanged;
   Event<int32_t> paramsChanged;
   Event<> keyRefused;
+  Event<const RefusedWrite&> writeRefused;
   // What has come to the rig's server, in this order: "Freq HZ", "FreqA HZ", "FreqB HZ",
   // "Mode NUMBER", "TX", "RX".
   Event<const std::string&> written;
@@ -40,10 +41,14 @@ class SimulatedRig : public IRigX {
   void ComeBack();
   void BeSilent(bool on);  // the server goes on, the rig takes nothing and tells nothing
   void RefuseKeys(bool on) { refusesKeys_ = on; }
+  void RefuseWrites(bool on) { refusesWrites_ = on; }
   void IgnoreReleases(bool on) { ignoresReleases_ = on; }  // but accept them
   void HideTransmitter(bool on);                           // cannot tell whether it transmits
   // How long it takes until it tells whether it transmits.
   void ReportAfter(Milliseconds delay) { reportDelay_ = delay; }
+
+  // How long it takes until a write counts as answered; it acts at once.
+  void AnswerAfter(Milliseconds delay) { answerDelay_ = delay; }
 
   // For its server. What is open connects at the next Decide(); with Move() an open link begins
   // anew and nothing waits any more.
@@ -70,6 +75,7 @@ class SimulatedRig : public IRigX {
   bool SetTx(int32_t value) override;
   TxReport Transmitter() const override { return told_; }
   bool ReleaseAccepted() const override { return releaseAccepted_; }
+  bool WritesWait() const override { return Reachable() && scheduler_.Now() < answeredAt_; }
   // An empty one: what is simulated ends with the program.
   std::optional<ReleaseRecipe> Recipe() const override;
 
@@ -83,7 +89,7 @@ class SimulatedRig : public IRigX {
 
   bool IsOpen() const { return link_.state != RigLink::State::Off; }
   bool Linked() const { return link_.state == RigLink::State::Linked; }
-  bool Write(const char* name, int32_t& target, int32_t value);
+  bool Write(const char* name, int32_t Panel::*target, int32_t value);
   void Send(int32_t transmit);
   void Answered(int32_t transmit, bool refused);
   void Connect();
@@ -108,14 +114,18 @@ class SimulatedRig : public IRigX {
   bool releaseWaits_ = false;
   bool releaseAccepted_ = false;
   bool refusesKeys_ = false;
+  bool refusesWrites_ = false;
   bool ignoresReleases_ = false;
   bool hidesTransmitter_ = false;
   Milliseconds reportDelay_;
+  Milliseconds answerDelay_;
+  SteadyTime answeredAt_;  // the last write
   int32_t driftHertz_ = 0;
   Scheduler::Handle drift_;
   Scheduler::Handle countdown_;
-  Scheduler::Handle answer_;  // to the last key or release
-  Scheduler::Handle report_;  // the rig's own report of its transmit state
+  Scheduler::Handle answer_;   // to the last key or release
+  Scheduler::Handle refusal_;  // of the last write
+  Scheduler::Handle report_;   // the rig's own report of its transmit state
 };
 
 class SimulatedRigServer : public IOmniRigX {

@@ -82,13 +82,15 @@ TEST(WriteQueue, ReleasesFirstWritesAVfoWhereItIsAndReturns) {
 struct ScriptedChannel : ByteChannel {
   VirtualScheduler& scheduler;
   bool answers = true;
-  FakeRig rig;
+  std::map<std::string, FakeRig> rigs;  // by their servers' hosts
+  FakeRig* rig = nullptr;               // of the present one
   int underWay = 0;
   std::vector<Scheduler::Handle> later;
 
   explicit ScriptedChannel(VirtualScheduler& of) : scheduler(of) {}
-  void Connect(const ServerAddress&) override {
+  void Connect(const ServerAddress& address) override {
     Disconnect();
+    rig = &rigs[address.host];
     later.push_back(scheduler.After(Milliseconds(1), [this] { connected.Raise(); }));
   }
   bool LooksUp() const override { return false; }
@@ -103,8 +105,8 @@ struct ScriptedChannel : ByteChannel {
   std::optional<ServerAddress> Peer() const override { return ServerAddress{"192.0.2.7", 1}; }
   bool SendNow(const ServerAddress&, std::string_view bytes, Milliseconds) override {
     ++underWay;
+    const std::string reply = rig->Answer(std::string(bytes.substr(0, bytes.size() - 1)));
     if (!answers) return true;
-    const std::string reply = rig.Answer(std::string(bytes.substr(0, bytes.size() - 1)));
     later.push_back(scheduler.After(Milliseconds(10), [this, reply] {
       received.Raise(reply.substr(0, reply.size() / 2));
       if (--underWay < 0) return;
@@ -122,8 +124,10 @@ struct RigTest : testing::Test {
   VirtualScheduler time;
   ScriptedChannel channel{time};
   int refusals = 0;
+  Lines notTaken;
   RigctldRig rig{channel, time};
-  FakeRig& peer = channel.rig;
+  FakeRig& peer = channel.rigs["host"];
+  FakeRig& other = channel.rigs["other"];
 
   void Open() { rig.Open({"host", 1}, {}); }
   const RigctldRig& After(int64_t ms) {
@@ -144,6 +148,9 @@ struct RigTest : testing::Test {
   }
 
   Connection refusing = rig.keyRefused.Listen([this] { ++refusals; });
+  Connection refusing2 = rig.writeRefused.Listen([this](const RefusedWrite& write) {
+    notTaken.push_back((write.isMode ? "mode " : "") + std::to_string(write.value));
+  });
 };
 
 TEST_F(RigTest, FollowsTheRigAndTellsWhereItTransmitsButNothingThatIsNoFrequency) {
@@ -176,9 +183,13 @@ TEST_F(RigTest, AnOldValueDoesNotComeBackForASecondAndTheRealOneIsShown) {
     After(350);
     EXPECT_EQ(value(), 14075000) << "the rig rounds: asked as soon as it is believed";
     peer.instead["+F"] = FakeRig::Error("set_freq: 7000000", -9);
+    notTaken.clear();
     ASSERT_TRUE(write(7000000));
+    while (peer.lines.back() != "+F 7000000") After(1);
+    ASSERT_TRUE(write(7000001));
     After(200);
     EXPECT_EQ(value(), 14075000) << "refused";
+    EXPECT_EQ(notTaken, Lines{"7000001"}) << "the newest is told";
   }
 }
 
@@ -262,24 +273,41 @@ TEST_F(RigTest, LivesWithAServerThatDoesNotAnswerACommand) {
   EXPECT_EQ(peer.Writes(), (Lines{"+V VFOB", "+F 7010000", "+V VFOA"}));
 }
 
-// What waits is a release, a key or a write; the server that is left is there or not.
-TEST_F(RigTest, MovingToAnotherServerTakesNothingAlong) {
-  for (const auto& [connected, open] :
-       {std::pair{true, true}, {true, false}, {false, true}, {false, false}}) {
-    OpenAndSettle();
-    ASSERT_TRUE(rig.SetTx(PM_TX) && rig.SetFreqA(7000000) && rig.SetFreqB(3600000));
-    if (!connected) channel.Break();
-    if (!open) rig.Close();
-    peer.lines.clear();
-    rig.SetTx(PM_RX);
-    rig.Move({"other", 2});
-    EXPECT_EQ(rig.Freq(), 0);
-    EXPECT_EQ(peer.lines, connected && open ? Lines{"+T 0"} : Lines());
-    EXPECT_FALSE(rig.ReleaseAccepted());
-    peer.lines.clear();
-    Open();
-    EXPECT_EQ(After(1000).Freq(), 14074000);
-    EXPECT_EQ(peer.Writes(), Lines());
+// At any moment of a write to the other VFO, with a release and a write waiting behind it; the
+// server answers, stands still or is not there.
+TEST_F(RigTest, LeavingAServerFinishesWhatWasWrittenThereAndTakesNothingAlong) {
+  enum { Answers, Stands, Broken };
+  for (const int server : {Answers, Stands, Broken}) {
+    for (int moment = 0; moment < 2 * 24; ++moment) {
+      const bool moves = moment % 2 == 0;
+      SCOPED_TRACE(moment);
+      peer = other = {};
+      OpenAndSettle();
+      ASSERT_TRUE(rig.SetFreqB(7100000) && rig.SetTx(PM_TX));
+      After(moment / 2 * 3);
+      ASSERT_TRUE(rig.SetFreq(14084000));
+      if (server == Broken) channel.Break();
+      channel.answers = server != Stands;
+      rig.SetTx(PM_RX);
+      const Lines before = peer.lines;
+      moves ? rig.Move({"other", 2}) : rig.Close();
+      EXPECT_TRUE(server == Broken || peer.lines.back() == "+T 0") << "at once";
+      EXPECT_TRUE(rig.WritesWait() == (server != Broken) && !rig.Recipe() && !rig.Link().stale);
+      EXPECT_TRUE(!moves || rig.Freq() == 0);
+      const bool releases = moves && server != Broken;
+      if (releases) rig.ReleaseNow(Milliseconds(0));  // not there any more
+      After(890);
+      channel.answers = true;
+      After(300);
+      EXPECT_FALSE(rig.WritesWait());
+      if (server == Answers) {
+        EXPECT_TRUE(peer.freq["VFOA"] == 14084000 && peer.freq["VFOB"] == 7100000);
+      }
+      EXPECT_TRUE(server == Broken ? peer.lines == before : peer.vfo == "VFOA" && peer.keyed == 0);
+      EXPECT_EQ(other.Writes(), releases ? Lines{"+T 0"} : Lines());
+      EXPECT_TRUE(!moves || rig.Freq() == 14074000);
+      rig.Close();
+    }
   }
 }
 

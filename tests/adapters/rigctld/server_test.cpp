@@ -101,6 +101,7 @@ TEST_P(RigContract, WritesReadBackAtOnceAndReachTheRig) {
   EXPECT_EQ(rig.Freq(), 7200000) << "VFO A is the current one";
   EXPECT_TRUE(rig.SetFreq(7300000));
   EXPECT_EQ(rig.FreqA(), 7300000);
+  EXPECT_TRUE(rig.WritesWait() && Until([&] { return !rig.WritesWait(); }));
   EXPECT_EQ(rig.Mode(), PM_AM);
   EXPECT_TRUE(Until([&] { return params == (PM_FREQ | PM_FREQA | PM_FREQB | PM_AM); }));
 }
@@ -148,8 +149,10 @@ TEST_P(RigContract, IsQuietOnceClosedAndSaysWhenItCannotBeReached) {
   server.Close();
   params = 0;
   int turns = 0;
-  EXPECT_TRUE(Until([&] { return ++turns >= 300; }));
+  EXPECT_TRUE(Until([&] { return ++turns >= 300 && !rig.WritesWait(); }));
   EXPECT_EQ(params, 0);
+  Open();
+  EXPECT_TRUE(Until([&] { return rig.Freq() == 7000000; })) << "what was written still went out";
 }
 
 struct ServerTest : testing::Test, RealBench {
