@@ -102,6 +102,10 @@ TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
   }
   window.FocusScope();
   EXPECT_EQ(QApplication::focusWidget(), &Find("Spectrum display"));
+  int movedTo = 0;
+  const Connection moving = form.Scope.mouseMove.Listen([&movedTo](int x) { movedTo = x; });
+  QTest::mouseMove(&Find("Spectrum display"), {100, 20});
+  EXPECT_TRUE(QTest::qWaitFor([&movedTo] { return movedTo == 100; }, 2000));
 }
 
 TEST_F(MainWindowTest, TheWindowItselfFollowsItsFrameAndTellsIt) {
@@ -129,6 +133,18 @@ TEST_F(MainWindowTest, TheWindowItselfFollowsItsFrameAndTellsIt) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return frame.widthTwips == 450 * kTwipsPerPixel; }, 2000));
   EXPECT_EQ(frame.heightTwips, 130 * kTwipsPerPixel);
   EXPECT_TRUE(frame.leftTwips == 30 * kTwipsPerPixel && frame.topTwips == 40 * kTwipsPerPixel);
+  // A place where the window fits is where it stood; one beyond the screen is brought back.
+  window.hide();
+  const QSize screen = window.screen()->availableSize();
+  const QPoint edge(screen.width() - 450, screen.height() - 130);
+  frame.placed = true;
+  for (const int beyond : {0, 1}) {
+    frame.leftTwips = (edge.x() + beyond) * kTwipsPerPixel;
+    frame.topTwips = edge.y() * kTwipsPerPixel;
+    Turn();
+    EXPECT_EQ(window.pos() == edge, beyond == 0) << beyond;
+  }
+  window.show();
   window.showMinimized();
   EXPECT_TRUE(frame.minimised);
   painted = 0;
