@@ -72,5 +72,27 @@ TEST(DisplayWalk, ItIsTunedSteppedSavedAndCopied) {
   EXPECT_TRUE(WaitUntil(copied, seconds(5)));
 }
 
+TEST(DisplayWalk, ColoursAreChosenByKeyboardSeenAndKept) {
+  const TempFolder data;
+  WindowDriver window({"--demo", "--data-folder", data.Path().string()});
+  const auto background = [&] { return window.Corner(window.form.Scope) & 0xFFFFFFU; };
+  ASSERT_TRUE(WaitUntil([&] { return background() == 0x001764; }, std::chrono::seconds(5)));
+  window.OpenMenu(window.form.cmdOptions);
+  window.Press({"r", "Left", "Down", "Return"});  // below Resolution, whose submenu closes again
+  ASSERT_TRUE(window.WaitForWindow("Edit User Colors"));
+  window.Press({"alt+d"});
+  ASSERT_TRUE(window.WaitForWindow("Display background"));
+  window.Press({"alt+h", "ctrl+a"});
+  window.Type("#102030");
+  EXPECT_TRUE(WaitUntil([&] { return background() == 0x102030; }, std::chrono::seconds(5)));
+  window.Press({"Return"});
+  ASSERT_TRUE(window.WaitForWindow("Edit User Colors"));
+  window.Press({"Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "Return"});
+  ASSERT_TRUE(window.WaitForWindow("VELT-SA.*"));
+  window.Close();
+  ASSERT_TRUE(window.Program().WaitForEnd(std::chrono::seconds(10)));
+  EXPECT_NE(ReadText(data / "VELT-SA.ini").find("ScopeColor=3153936"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace velt

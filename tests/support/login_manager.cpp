@@ -44,15 +44,15 @@ bool LoginManager::Locked() const {
   return lock_.IsOpen() && ::poll(&end, 1, 0) == 0;  // the other end is open
 }
 
-void LoginManager::GoToSleep(bool begins) {
-  connection_.send(QDBusMessage::createSignal(kPath, kInterface, "PrepareForSleep") << begins);
+void LoginManager::GoToSleep() {
+  connection_.send(QDBusMessage::createSignal(kPath, kInterface, "PrepareForSleep") << true);
 }
 
 bool LoginManager::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
   if (message.interface() != kInterface || message.member() != "Inhibit") return false;
   QStringList arguments;
   for (const QVariant& argument : message.arguments()) arguments << argument.toString();
-  asked.push_back(arguments.join('|').toStdString());
+  if (arguments.join('|') != "sleep|VELT-SA|A transmitter is keyed|delay") return false;
   message.setDelayedReply(true);
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("pipe2");

@@ -12,8 +12,9 @@
 
 namespace velt {
 
-// Hands out delay locks against sleep. Answers from the test's loop. One at a time, and always at
-// the same place, as the library of its clients reads only once where the system's bus is.
+// Hands out the delay lock against sleep that is asked for while a transmitter is keyed. Answers
+// from the test's loop. One at a time, and always at the same place, as the library of its clients
+// reads only once where the system's bus is.
 class LoginManager : public QDBusVirtualObject {
  public:
   LoginManager();  // throws std::runtime_error when the bus is not up after 5 s
@@ -24,9 +25,8 @@ class LoginManager : public QDBusVirtualObject {
   static std::string Address();
   // Whether the lock that was handed out last is still kept.
   bool Locked() const;
-  void GoToSleep(bool begins = true);
+  void GoToSleep();
 
-  std::vector<std::string> asked;  // the arguments of each call, joined by '|'
   Process bus;
 
   QString introspect(const QString&) const override { return {}; }
