@@ -49,7 +49,7 @@ TEST_F(PanelTest, BandsAndPresetsTuneAndRememberTheirModes) {
   program->panel.UpdatePresets(0, 0, true);
   EXPECT_EQ(presets.SelectedBand + presets.SelectedPreset, 0);
   // No button shows the preset that is selected now: its mode stays.
-  form.cmbPresetMode.UserPick(2);
+  form.cmbPresetMode.UserPick(1);
   EXPECT_EQ(presets.Cell(0, PresetTable::kFirstMode), "LSB");
 }
 

@@ -52,6 +52,11 @@ TEST(SpectrogramTest, ToneStandsAtItsFrequencyWithItsLevel) {
     EXPECT_NEAR(spectrogram.Peak().levelDb, -20, 0.01);
     EXPECT_NEAR(spectrogram.Peak().frequencyHz, 3014.6, 0.1);
   }
+  // Nor far from a tone between two lines of the transform.
+  Spectrogram between(50, 100, 100, 22050);
+  for (int64_t i = 0; i < 100; ++i) between.Add(Tone(3036.18, 3276.8, 0, 512, i));
+  between.Finish();
+  EXPECT_EQ(between.Plot().Row(0)[25], 0);
 }
 
 TEST(SpectrogramTest, NoShortSignalIsLost) {
