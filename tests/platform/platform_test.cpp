@@ -23,21 +23,6 @@ TEST(Placing, AWindowIsBroughtBackWhollyOntoTheNearestScreen) {
   EXPECT_TRUE(BroughtOnScreen(large, {}) == large);
 }
 
-TEST(Placing, ADialogGoesBesideTheWindowOrWhereItHidesLeast) {
-  const Rectangle screen{0, 0, 1280, 800};
-  for (const auto& [window, place] :
-       {std::pair{Rectangle{100, 100, 559, 196}, Rectangle{100, 296, 400, 300}},
-        {{100, 600, 559, 196}, {100, 300, 400, 300}},
-        {{100, 250, 559, 400}, {659, 250, 400, 300}},
-        {{721, 250, 559, 400}, {321, 250, 400, 300}},
-        {{0, 0, 1280, 700}, {0, 500, 400, 300}}}) {
-    const Rectangle found =
-        CheapestPlace(PlacesBeside(window, 400, 300), screen,
-                      [&of = window](const Rectangle& at) { return CommonArea(at, of); });
-    EXPECT_TRUE(found == place) << window.left << " " << window.top;
-  }
-}
-
 TEST(TimerDriver, TicksWhileEnabledRestartsOnAChangeAndDoesNotMakeUpForLateTicks) {
   Form form;
   Timer timer(form, 100);

@@ -2,8 +2,10 @@
 #include "ui/colors_window.h"
 
 #include <QColorDialog>
+#include <QFileDialog>
 
 #include "adapters/qt/qt_colour_chooser.h"
+#include "adapters/qt/qt_file_chooser.h"
 #include "ui/face_palette.h"
 #include "ui/window_fixture.h"
 
@@ -60,6 +62,13 @@ TEST_F(ColorsWindowTest, ThePlatformsChooserBlocksNothingAndIsDroppedUncalled) {
   ASSERT_NE(pick(), nullptr);
   own.Drop();
   EXPECT_EQ(dynamic_cast<QColorDialog*>(QApplication::activeWindow()), nullptr);
+  QtFileChooser asking;
+  asking.SetOwner(&window);
+  auto question = asking.Ask({}, [&](const auto&) { heard += "file"; });
+  const auto asked = [this] { return window.findChild<QFileDialog*>()->isVisible(); };
+  EXPECT_TRUE(asked());
+  question.reset();
+  EXPECT_FALSE(asked());
   EXPECT_EQ(heard, "cancelled");
 }
 

@@ -1,12 +1,10 @@
 // The main window without a mouse and without looking: pop-ups opened by keys, the texts that are
 // always there, sliders and lights.
-#include <QAccessible>
 #include <QClipboard>
 #include <QMenu>
 #include <QSlider>
 
 #include "adapters/qt/qt_prompts.h"
-#include "ui/about_window.h"
 #include "ui/press_button.h"
 #include "ui/qt_text.h"
 #include "ui/sysinfo_window.h"
@@ -115,25 +113,6 @@ TEST_F(KeyboardTest, WhoTransmitsIsLitInOnePlace) {
   EXPECT_NE(Pixel(state, {5, 3}), kBlue);
   EXPECT_EQ(state.cursor().shape(), Qt::ArrowCursor);
   EXPECT_TRUE(state.toolTip().contains("Link a transceiver"));
-}
-
-TEST_F(KeyboardTest, TheAboutBoxsLinksAndButtonsWorkByKeyboard) {
-  AboutWindow box(program->aboutForm, &window);
-  program->aboutBox.mnuabout_Click();
-  Activate(box);
-  QWidget& mail = velt::Find(box, "Mail to the author");
-  EXPECT_EQ(QAccessible::queryAccessibleInterface(&mail)->role(), QAccessible::Link);
-  mail.setFocus();
-  for (const char* next :
-       {"The author's page", "The program's page", "System Info...", "Donate...", "OK"}) {
-    PressKey(Qt::Key_Space);
-    PressKey(Qt::Key_Tab);
-    EXPECT_EQ(QApplication::focusWidget(), &velt::Find(box, next)) << next;
-  }
-  EXPECT_EQ(launcher.opened.size(), 4U);
-  EXPECT_TRUE(program->sysInfoForm.Window.visible);
-  PressKey(Qt::Key_Return);
-  EXPECT_FALSE(box.isVisible());
 }
 
 TEST_F(KeyboardTest, TheSystemInformationIsReadAndCopiedByKeyboard) {

@@ -4,6 +4,7 @@
 
 #include <QPainter>
 
+#include "ui/form_dialog.h"
 #include "ui/window_fixture.h"
 
 namespace velt {
@@ -54,6 +55,28 @@ TEST_F(MainWindowTest, ANoticeStaysOverANewPictureOfTheDisplay) {
   Turn();
   EXPECT_EQ(Pixel(notice, {2, 2}), 0xFFFFD45E);
   EXPECT_EQ(Pixel(notice, {2, notice.height() + 2}), 0xFFFF0000);
+}
+
+// The frame of the platform that is tested on is two pixels wide.
+TEST_F(MainWindowTest, ADialogStandsBesideItOrWhereItHidesLeastButNotTheTransmittersButtons) {
+  struct Dialog : FormDialog {
+    using FormDialog::FollowForm;
+    using FormDialog::FormDialog;
+  };
+  for (const auto& [at, size, place] :
+       {std::tuple{QPoint(100, 100), QSize(400, 300), QPoint(100, 268)},
+        {QPoint(100, 600), QSize(400, 300), QPoint(100, 298)},
+        {QPoint(100, 300), QSize(450, 700), QPoint(0, 98)}}) {
+    window.move(at);
+    Dialog dialog(program->aboutForm, program->aboutForm.Window, &window);
+    dialog.setFixedSize(size);
+    dialog.FollowForm();
+    for (const bool visible : {true, false}) {
+      program->aboutForm.Window.visible = visible;
+      Turn();
+    }
+    EXPECT_EQ(dialog.pos(), place);
+  }
 }
 
 TEST_F(MainWindowTest, WhatTheUserDoesReachesTheForm) {
