@@ -85,8 +85,11 @@ TEST_F(TransmitTest, TuningRightAfterTransmittingHolds) {
     Off();
     Pass(seconds(3));
     EXPECT_EQ(rig1.Freq(), hertz);
+    On();
+    Off();
     rig.control.TuneTo(7100000);
-    scheduler.RunPosted();
+    Pass(seconds(3));
+    EXPECT_EQ(rig1.Freq(), 7100000);
   }
 }
 
@@ -165,6 +168,7 @@ TEST_F(TransmitTest, AKeyThatWasNotAnsweredIsReleasedHoweverLateItComes) {
     Pass(seconds(1));
     rig1.ComeBack();
     Pass(seconds(late - 1));
+    EXPECT_EQ(sleepLock.held, late < 10) << "it is watched";
     rig1.Key(true);
     Pass(seconds(2));
     EXPECT_EQ(Transmits(), late > 10) << "by then it is somebody else's";

@@ -14,14 +14,13 @@ namespace {
 // with.
 TEST(QtLauncher, TheDesktopsProgramGoesFirstUnlessItOnlyLooksIntoArchives) {
   // What the desktop's tool does, whether there is a Java, and what is called.
-  using Command = std::vector<std::string>;
-  const Command byJava{"java", "-jar"};
+  const std::vector<std::string> byJava{"java", "-jar"}, byDesktop;
   for (const auto& [xdgMime, java, command, calls] :
        {std::tuple{"echo runs.desktop", false, byJava, "xdg-open "},
         {"echo archives.desktop", true, byJava, "java -jar "},
         {"echo gone.desktop", false, byJava, ""},
         {"exit 3", true, byJava, "java -jar "},
-        {"exit 3", false, Command(), "xdg-open "},
+        {"exit 3", false, byDesktop, "xdg-open "},
         {"exec /usr/bin/tail -f /dev/null", true, byJava, "java -jar "}}) {
     SCOPED_TRACE(xdgMime);
     const TempFolder folder;
