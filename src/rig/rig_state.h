@@ -8,7 +8,7 @@
 namespace velt {
 
 struct RigState {
-  int32_t RealRigFrequency = 0;   // Hz, as the rig reported it last
+  int32_t RealRigFrequency = 0;   // Hz, as the rig or the counter told it last
   int32_t savedRigFrequency = 0;  // Hz, before the shift for transmitting
   int32_t scaleAnchorHz = 0;      // where the spectrum's scale starts
   int16_t vfo = 0;               // what frequencies are written to: 0 current, 1 A, 2 B, 3 B then A

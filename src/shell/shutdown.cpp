@@ -99,9 +99,7 @@ void Shutdown::Unload(bool& cancel) {
   parts_.engine.quitting = true;
   if (form.mnuautos[1].checked) form.mnuclosezoka.Click();
   if (ShownFrequencyHz(form.lblFrequency).value_or(0) > 0) {
-    const int32_t last = form.tmrFreqcount.enabled ? parts_.rig.counter.LastCountHz()
-                                                   : parts_.rig.state.RealRigFrequency;
-    lastFrequency.Raise(last);
+    lastFrequency.Raise(parts_.rig.state.RealRigFrequency);
   }
   const std::string& shown = form.lblFrequency.caption;
   if (shown == "RigOffLine" || shown == "N/A") {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <utility>
 
 #include "platform/placing.h"
 #include "platform/timer_driver.h"
